@@ -1,0 +1,89 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <Eigen/Core>
+#include <boost/property_tree/ptree_fwd.hpp>
+
+#include <core/Planar.h>
+#include <logging/LoggedComponent.h>
+#include <orvantis/Api.h>
+
+namespace orvantis::core {
+class State;
+}
+
+namespace orvantis::filter::detection {
+
+/// The side of a point as seen along a line from its first to its second point, x to the right and y up.
+enum class CounterLineDirectionType : std::int32_t { LEFT = 0, RIGHT = 1, ON = 2 };
+
+/// A named, directed segment that objects are counted on. The order of its two points is its direction.
+///
+/// A value: copies are independent. A line that was moved from holds no points: it reads as a line from (0, 0) to (0, 0)
+/// and meets no polygon. One thread at a time. Every test is traced.
+class ORVANTIS_API CounterLine : public LoggedComponent {
+ public:
+  using point = core::PlanarPoint;
+  using polygon = core::PlanarPolygon;
+
+  static const int POINTS_VECTOR_SIZE = 2;
+
+  /// No name, both points at (0, 0).
+  CounterLine();
+  /// Swaps the points if that is needed for `reference` to lie on the wanted side; a reference on the line always swaps
+  /// them. Without a reference the order is kept and `given_direction` ignored.
+  /// @param reference may be null
+  /// @throws std::runtime_error when the wanted side is ON
+  CounterLine(const std::string& name, const point& first, const point& second, const point* reference,
+              CounterLineDirectionType given_direction);
+  /// @throws std::runtime_error also when there are not exactly two points
+  CounterLine(const std::string& name, const std::vector<point>& points, const point* reference,
+              CounterLineDirectionType given_direction);
+  CounterLine(const CounterLine&) = default;
+  CounterLine(CounterLine&&) = default;
+  CounterLine& operator=(const CounterLine&) = default;
+  CounterLine& operator=(CounterLine&&) = default;
+  ~CounterLine() override;
+
+  const std::string& getName() const { return name_; }
+  void setName(const std::string& name) { name_ = name; }
+  const std::vector<point>& getPoints() const { return points_; }
+  /// Keeps the order as given.
+  /// @throws std::runtime_error when there are not exactly two points; the line is then unchanged
+  void setPoints(const std::vector<point>& points);
+
+  /// The side by the sign of the cross product of the line and the vector to the point, rounded to single precision: ON
+  /// when its magnitude is at most 2^-23. A cross product that is NaN gives RIGHT. Swapping the line's points swaps LEFT
+  /// and RIGHT. Allocates nothing while tracing is off.
+  CounterLineDirectionType direction(const point& p) const;
+  CounterLineDirectionType direction(const Eigen::Matrix<float, 2, 1>& p) const;
+
+  // Polygons are read as the region that their rings bound, whatever their winding and whether or not they repeat their
+  // first vertex; one of fewer than 3 vertices is met by no line.
+
+  /// Whether the segment touches the polygon or lies in it; touching the border counts.
+  bool intersects(const polygon& area) const;
+  /// Whether both end points lie strictly inside; what is between them is not looked at.
+  bool within(const polygon& area) const;
+  bool intersects(const core::State& state) const;
+  bool within(const core::State& state) const;
+
+  /// Appends "name", "first" and "second" (each "x", "y") to the tree; what it holds already stays.
+  void serialize(boost::property_tree::ptree& tree) const;
+  /// Takes name and points as they stand in the tree, without ordering.
+  /// @throws boost::property_tree::ptree_error for a missing key or one that is no number; the name may then be the new
+  ///   one already, the points are the old ones
+  void deserialize(const boost::property_tree::ptree& tree);
+
+ private:
+  void order(const point* reference, CounterLineDirectionType given_direction);
+
+  std::string name_;
+  std::vector<point> points_;
+};
+
+}  // namespace orvantis::filter::detection

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <core/Planar.h>
+#include <filter/detection/Point.h>
+#include <logging/LoggedComponent.h>
+#include <orvantis/Api.h>
+
+namespace orvantis {
+class SettingsManager;
+}
+
+namespace orvantis::filter::detection {
+
+/// A named planar shape. What each question means on the border is the concrete shape's and stands there.
+///
+/// Polygons passed in are read as the region that their rings bound, whatever their winding and whether or not they
+/// repeat their first vertex. Used by one thread at a time; const calls may run concurrently.
+class ORVANTIS_API Zone : public LoggedComponent {
+ public:
+  using polygon = core::PlanarPolygon;
+
+  explicit Zone(const std::string& name);
+  Zone(const Zone&) = default;
+  Zone(Zone&&) = default;
+  Zone& operator=(const Zone&) = default;
+  Zone& operator=(Zone&&) = default;
+  ~Zone() override;
+
+  /// A new shape that shares nothing with this one. Its logger is the default one.
+  virtual std::shared_ptr<Zone> makeCopy() const = 0;
+  /// Whether the polygon lies inside this zone.
+  virtual bool within(const polygon& area) const = 0;
+  /// Whether the point lies inside this zone. Allocates nothing.
+  virtual bool within(const Point& point) const = 0;
+  virtual bool intersects(const polygon& area) const = 0;
+  virtual bool overlaps(const polygon& area) const = 0;
+  /// In squared coordinate units.
+  virtual double area() const = 0;
+  /// Writes "shape" and a child named after the class at the current path.
+  virtual void save(SettingsManager& settings) const = 0;
+  /// Reads the child named after the class at the current path; "shape" is not read.
+  /// @throws boost::property_tree::ptree_error for a missing key or one that is no number; the path then stays where
+  ///   the read failed
+  virtual void load(SettingsManager& settings) = 0;
+  /// The value of the key "shape": the class's TYPE_NAME, the same object on each call.
+  virtual const std::string& type() const = 0;
+
+  std::string& name() { return name_; }
+  const std::string& name() const { return name_; }
+  void setName(std::string name);
+
+ private:
+  std::string name_;
+};
+
+}  // namespace orvantis::filter::detection

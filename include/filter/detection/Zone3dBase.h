@@ -1,0 +1,71 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <filter/detection/Zone.h>
+#include <logging/LoggedComponent.h>
+#include <orvantis/Api.h>
+
+namespace orvantis::filter::detection {
+
+/// A prism: a planar shape between two heights, both bounds included.
+///
+/// Heights are in the unit of the plan. A zone with its bounds swapped contains nothing, and so does a zone without
+/// shape; no NaN height passes a height test. Copies share the shape on purpose: naming or changing it through one copy
+/// changes all; `getZone2d()->makeCopy()` makes an independent one. No locking.
+class ORVANTIS_API Zone3dBase : public LoggedComponent {
+ public:
+  using polygon = core::PlanarPolygon;
+
+  static const float DEFAULT_Z_MIN;  ///< 0
+  static const float DEFAULT_Z_MAX;  ///< 20
+
+  explicit Zone3dBase(std::shared_ptr<Zone> zone = nullptr, double zMin = DEFAULT_Z_MIN, double zMax = DEFAULT_Z_MAX);
+  Zone3dBase(const Zone3dBase&) = default;
+  Zone3dBase& operator=(const Zone3dBase&) = default;
+  ~Zone3dBase() override;
+
+  std::shared_ptr<Zone> getZone2d() const { return zone2d_; }
+  /// An empty pointer is ignored: a shape can be replaced, never removed.
+  void setZone2d(std::shared_ptr<Zone> zone);
+  double getZMin() const { return zMin_; }
+  double getZMax() const { return zMax_; }
+  void setZMin(double zMin) { zMin_ = zMin; }
+  void setZMax(double zMax) { zMax_ = zMax; }
+  /// Upper bound minus lower bound; may be negative.
+  double getHeight() const { return zMax_ - zMin_; }
+  /// The shape's name; empty without a shape.
+  std::string getName() const;
+  /// Names the shape; does nothing without one.
+  void setName(const std::string& name);
+
+  /// Whether the height is between the bounds and the shape contains the point. Allocates nothing.
+  bool within(double x, double y, double z) const;
+  /// Whether the object's heights lie between the bounds and its outline within the shape.
+  bool within(polygon outline, float zMin, float zMax) const;
+  /// Whether the height ranges touch and the outline intersects the shape.
+  bool intersects(polygon outline, float zMin, float zMax) const;
+  /// Whether the object's heights lie between the bounds, as for `within`, and its outline overlaps the shape.
+  bool overlaps(polygon outline, float zMin, float zMax) const;
+
+  /// Reads "name", "shape" (in any letter case) and its geometry, "zMin" (default 0) and "zMax" (default 20) at the
+  /// current path. An unknown shape is logged as a warning and leaves the shape as it was.
+  /// @throws boost::property_tree::ptree_error for a missing name, shape or geometry; the zone is then unchanged
+  virtual void load(SettingsManager& settings);
+  /// Writes what `load` reads; nothing at all without a shape.
+  virtual void save(SettingsManager& settings);
+
+ protected:
+  /// Makes the shape that "shape" names from the current path; an unknown one is logged and changes nothing.
+  void loadShape(SettingsManager& settings);
+
+ private:
+  bool containsHeights(double zMin, double zMax) const;
+
+  std::shared_ptr<Zone> zone2d_;
+  double zMin_;
+  double zMax_;
+};
+
+}  // namespace orvantis::filter::detection

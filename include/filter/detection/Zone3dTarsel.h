@@ -1,0 +1,58 @@
+#pragma once
+
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <boost/uuid/uuid.hpp>
+
+#include <filter/detection/Zone3dBase.h>
+#include <orvantis/Api.h>
+
+namespace orvantis::filter::detection {
+
+/// A volumetric zone with an identity, an enabled flag and the names of the sensors it is bound to.
+///
+/// The library stores the sensors and does not filter by them. Copies share the shape, as those of Zone3dBase do. No
+/// locking.
+class ORVANTIS_API Zone3dTarsel : public Zone3dBase {
+ public:
+  /// Loads element `index` of the list "Zone3d" at the current path; throws what `load` throws.
+  Zone3dTarsel(SettingsManager& settings, int index);
+  /// @param id kept as given, a nil one too
+  Zone3dTarsel(std::shared_ptr<Zone> zone, double zMin, double zMax, boost::uuids::uuid id);
+  Zone3dTarsel(const Zone3dTarsel&) = default;
+  Zone3dTarsel& operator=(const Zone3dTarsel&) = default;
+  ~Zone3dTarsel() override;
+
+  /// Whether the ids are equal; nothing else is compared.
+  bool operator==(const Zone3dTarsel& other) const { return id_ == other.id_; }
+
+  boost::uuids::uuid getId() const { return id_; }
+  bool enabled() const { return enabled_; }
+  void setEnabled(bool enabled) { enabled_ = enabled; }
+  std::set<std::string> getSpecificSensors() const { return specificSensors_; }
+  /// Replaces the set; duplicates collapse.
+  void setSpecificSensors(const std::vector<std::string>& sensors);
+
+  using Zone3dBase::load;
+  using Zone3dBase::save;
+  /// Reads element `index` of the list "Zone3d" at the current path: "enabled" (default true), "id" (the nil id asks for
+  /// a fresh random one), "Sensors" with its "lidar" entries, "name", "shape" with its geometry, "zMin" and "zMax".
+  /// Unlike the base, it requires the heights.
+  /// @throws boost::property_tree::ptree_error for a missing key, boost::bad_lexical_cast for an id that is none,
+  ///   std::out_of_range for an index past the end of the list; the path then stays where the read failed
+  virtual void load(SettingsManager& settings, int index);
+  /// Writes element `index`. A zone without shape is written without "id" and "name"; an empty set without "Sensors".
+  virtual void save(SettingsManager& settings, int index);
+
+ private:
+  std::string sensorText() const;
+
+  boost::uuids::uuid id_{};
+  bool enabled_ = true;
+  std::set<std::string> specificSensors_;
+};
+
+}  // namespace orvantis::filter::detection

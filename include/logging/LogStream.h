@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <ostream>
+
+#include <orvantis/Api.h>
+
+namespace orvantis {
+
+namespace detail {
+class LogRecord;
+}
+
+/// One record while it is being written. Destroying the stream emits what was written as one sink message, text
+/// unchanged, without a line end. A stream whose level is off holds no stream, allocates nothing and emits nothing.
+///
+/// Numbers are formatted in the classic locale, whatever the process locale is. Used by one thread.
+class ORVANTIS_API LogStream {
+ public:
+  /// A stream that is off.
+  LogStream() noexcept;
+  explicit LogStream(std::unique_ptr<detail::LogRecord> record) noexcept;
+  LogStream(LogStream&& other) noexcept;
+  LogStream& operator=(LogStream&&) = delete;
+  LogStream(const LogStream&) = delete;
+  LogStream& operator=(const LogStream&) = delete;
+  /// Emits the record. A failing sink is reported by the sink, never thrown.
+  ~LogStream();
+
+  /// The stream to write to, owned by this object; null when the level is off.
+  std::ostream* stream() const noexcept { return stream_; }
+
+  /// Writes the pieces one after another, or does not touch them when the level is off.
+  template <typename... Pieces>
+  void write(const Pieces&... pieces) const {
+    if (stream_ != nullptr) {
+      ((*stream_ << pieces), ...);
+    }
+  }
+
+ private:
+  std::unique_ptr<detail::LogRecord> record_;
+  std::ostream* stream_ = nullptr;
+};
+
+}  // namespace orvantis

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <logging/LogLevel.h>
+#include <logging/Logger.h>
+#include <orvantis/Api.h>
+
+namespace spdlog::sinks {
+class sink;
+}
+
+namespace orvantis {
+
+/// The process-wide owner of loggers, level and sinks. Every operation is safe to call from many threads.
+class ORVANTIS_API LoggingManager {
+ public:
+  /// The one manager. It is never destroyed, so loggers may be used until the process ends.
+  static LoggingManager& getInstance();
+
+  LoggingManager(const LoggingManager&) = delete;
+  LoggingManager& operator=(const LoggingManager&) = delete;
+
+  /// The logger of that name, made on the first request. The reference stays valid for the life of the process.
+  Logger& getLogger(const std::string& name);
+
+  /// Sets the level of every logger at once, existing ones too. The default is LogLevel::Warning.
+  void setLevel(LogLevel level);
+  LogLevel getLevel() const;
+
+  /// Adds a sink beside the default one, which writes to stderr. Shared ownership; the sink is called under a lock,
+  /// one record at a time, so it must not log itself.
+  void addSink(std::shared_ptr<spdlog::sinks::sink> sink);
+  /// Removes a sink added before; an unknown one is ignored.
+  void removeSink(const std::shared_ptr<spdlog::sinks::sink>& sink);
+
+ private:
+  LoggingManager();
+  ~LoggingManager();
+
+  struct Registry;
+  std::unique_ptr<Registry> registry_;
+};
+
+}  // namespace orvantis

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include <orvantis/Api.h>
+#include <settings/SettingsManager.h>
+
+namespace orvantis::utils {
+
+/// Enters a child for the length of a scope. Its destructor leaves the node again, also while an exception passes.
+class ORVANTIS_API SettingsPathManager {
+ public:
+  /// Enters as `manager.pathPush(name, index, nullptr)` does and lets out what that throws.
+  /// @param manager must outlive this object
+  SettingsPathManager(SettingsManager& manager, const std::string& name, int index);
+  SettingsPathManager(const SettingsPathManager&) = delete;
+  SettingsPathManager& operator=(const SettingsPathManager&) = delete;
+  ~SettingsPathManager();
+
+ private:
+  SettingsManager& manager_;
+};
+
+}  // namespace orvantis::utils

@@ -1,0 +1,32 @@
+#include <core/State.h>
+
+#include <array>
+#include <cmath>
+#include <utility>
+
+#include <boost/geometry/algorithms/correct.hpp>
+#include <boost/geometry/strategies/cartesian.hpp>
+
+namespace orvantis::core {
+
+State::State(PlanarPolygon footprint) : footprint_(std::move(footprint)) {
+  boost::geometry::correct(footprint_);
+}
+
+State::State(double x, double y, double length, double width, double heading) {
+  const double halfLength = length * 0.5;
+  const double halfWidth = width * 0.5;
+  const double cosine = std::cos(heading);
+  const double sine = std::sin(heading);
+  // Front left, front right, rear right, rear left: clockwise.
+  const std::array<std::pair<double, double>, 4> corners = {
+      {{halfLength, halfWidth}, {halfLength, -halfWidth}, {-halfLength, -halfWidth}, {-halfLength, halfWidth}}};
+  for (const auto& [along, across] : corners) {
+    footprint_.outer().emplace_back(x + along * cosine - across * sine, y + along * sine + across * cosine);
+  }
+  boost::geometry::correct(footprint_);  // a negative extent turns the box inside out
+}
+
+PlanarPolygon State::getBoostPolygon() const { return footprint_; }
+
+}  // namespace orvantis::core

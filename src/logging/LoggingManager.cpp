@@ -1,0 +1,73 @@
+#include <logging/LoggingManager.h>
+
+#include <atomic>
+#include <map>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include <spdlog/sinks/dist_sink.h>
+#include <spdlog/sinks/stdout_sinks.h>
+
+#include "logging/LogRecord.h"
+
+namespace orvantis {
+namespace {
+
+// Asked before every record, so it stands outside the manager: one relaxed load and no lock.
+std::atomic<LogLevel> currentLevel = LogLevel::Warning;
+
+}  // namespace
+
+bool detail::isOn(LogLevel level) { return level <= currentLevel.load(std::memory_order_relaxed); }
+
+struct LoggingManager::Registry {
+  struct Entry {
+    detail::LogChannel channel;
+    Logger logger;
+  };
+
+  // The sinks that all loggers share; the sink of sinks brings the lock.
+  std::shared_ptr<spdlog::sinks::dist_sink_mt> sinks = std::make_shared<spdlog::sinks::dist_sink_mt>(
+      std::vector<spdlog::sink_ptr>{std::make_shared<spdlog::sinks::stderr_sink_mt>()});
+  std::mutex mutex;
+  std::map<std::string, std::unique_ptr<Entry>> entries;
+};
+
+LoggingManager& LoggingManager::getInstance() {
+  // Never destroyed: objects of static storage may log while the process ends.
+  static auto* const instance = new LoggingManager;
+  return *instance;
+}
+
+LoggingManager::LoggingManager() : registry_(std::make_unique<Registry>()) {}
+
+LoggingManager::~LoggingManager() = default;
+
+Logger& LoggingManager::getLogger(const std::string& name) {
+  const std::lock_guard lock(registry_->mutex);
+  std::unique_ptr<Registry::Entry>& entry = registry_->entries[name];
+  if (!entry) {
+    auto logger = std::make_shared<spdlog::logger>(name, registry_->sinks);
+    logger->set_level(spdlog::level::trace);  // the manager's level decides, before a record is made
+    entry = std::make_unique<Registry::Entry>(Registry::Entry{detail::LogChannel(std::move(logger)), Logger(nullptr)});
+    entry->logger = Logger(&entry->channel);
+  }
+  return entry->logger;
+}
+
+void LoggingManager::setLevel(LogLevel level) { currentLevel.store(level, std::memory_order_relaxed); }
+
+LogLevel LoggingManager::getLevel() const { return currentLevel.load(std::memory_order_relaxed); }
+
+void LoggingManager::addSink(std::shared_ptr<spdlog::sinks::sink> sink) {
+  if (sink) {
+    registry_->sinks->add_sink(std::move(sink));
+  }
+}
+
+void LoggingManager::removeSink(const std::shared_ptr<spdlog::sinks::sink>& sink) {
+  registry_->sinks->remove_sink(sink);
+}
+
+}  // namespace orvantis

@@ -1,0 +1,280 @@
+#include "settings/JsonReader.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <istream>
+#include <new>
+#include <utility>
+#include <vector>
+
+#include <boost/json/basic_parser_impl.hpp>
+
+#include <settings/SettingsManager.h>
+
+namespace orvantis::json {
+namespace {
+
+using boost::json::error_code;
+using boost::json::string_view;
+using boost::property_tree::ptree;
+
+// Sets no limits of its own: sizes are the caller's business and the depth is the parser's.
+struct Unlimited {
+  static constexpr std::size_t max_array_size = -1;
+  static constexpr std::size_t max_object_size = -1;
+  static constexpr std::size_t max_string_size = -1;
+  static constexpr std::size_t max_key_size = -1;
+};
+
+// Receives the parser's events and grows the tree. The names of the events are the parser's.
+class TreeBuilder : public Unlimited {
+ public:
+  explicit TreeBuilder(Document& document) : document_(document) {
+    open_.reserve(static_cast<std::size_t>(SettingsManager::MAX_DEPTH));
+  }
+
+  bool on_document_begin(error_code&) { return true; }
+  bool on_document_end(error_code&) { return true; }
+
+  bool on_object_begin(error_code&) {
+    ptree& node = addNode();
+    open_.push_back({&node, {}, false});
+    return true;
+  }
+  bool on_object_end(std::size_t, error_code&) {
+    open_.pop_back();
+    return true;
+  }
+
+  bool on_array_begin(error_code&) {
+    if (!open_.empty() && !open_.back().isList) {
+      open_.push_back({open_.back().node, std::move(key_), true});
+      key_.clear();
+      return true;
+    }
+    ptree& node = addNode();
+    mark(node, Array);
+    open_.push_back({&node, {}, true});
+    return true;
+  }
+  bool on_array_end(std::size_t count, error_code&) {
+    const Frame& list = open_.back();
+    if (count == 1 && !isListName(list.name)) {
+      mark(list.node->back().second, OneElementList);
+    }
+    open_.pop_back();
+    return true;
+  }
+
+  bool on_key_part(string_view part, std::size_t, error_code&) {
+    key_.append(part.data(), part.size());
+    return true;
+  }
+  bool on_key(string_view rest, std::size_t, error_code&) {
+    key_.append(rest.data(), rest.size());
+    return true;
+  }
+
+  bool on_string_part(string_view part, std::size_t, error_code&) { return addText(part); }
+  bool on_string(string_view rest, std::size_t, error_code&) {
+    addText(rest);
+    const bool ambiguous = needsQuotedFlag(text_);
+    const ptree& node = addLeaf();
+    if (ambiguous) {
+      mark(node, Quoted);
+    }
+    return true;
+  }
+
+  bool on_number_part(string_view part, error_code&) { return addText(part); }
+  bool on_int64(std::int64_t, string_view rest, error_code&) { return addNumber(rest); }
+  bool on_uint64(std::uint64_t, string_view rest, error_code&) { return addNumber(rest); }
+  bool on_double(double, string_view rest, error_code&) { return addNumber(rest); }
+
+  bool on_bool(bool value, error_code&) {
+    text_ = value ? "true" : "false";
+    addLeaf();
+    return true;
+  }
+  bool on_null(error_code&) {
+    text_ = "null";
+    addLeaf();
+    return true;
+  }
+
+  // Comments are not JSON, so the parser never reports one.
+  bool on_comment_part(string_view, error_code&) { return true; }
+  bool on_comment(string_view, error_code&) { return true; }
+
+ private:
+  // An object or array that is still open. An array adds its elements to `node` under one name.
+  struct Frame {
+    ptree* node;
+    std::string name;
+    bool isList;
+  };
+
+  bool addText(string_view part) {
+    text_.append(part.data(), part.size());
+    return true;
+  }
+
+  bool addNumber(string_view rest) {
+    addText(rest);
+    addLeaf();
+    return true;
+  }
+
+  // The node of the value that starts now: the root, or a new child of the innermost open node.
+  ptree& addNode() {
+    if (open_.empty()) {
+      return document_.root;
+    }
+    Frame& parent = open_.back();
+    if (parent.isList) {
+      return parent.node->push_back({parent.name, ptree()})->second;
+    }
+    ptree& node = parent.node->push_back({key_, ptree()})->second;
+    key_.clear();
+    return node;
+  }
+
+  ptree& addLeaf() {
+    ptree& node = addNode();
+    node.data() = text_;
+    text_.clear();
+    return node;
+  }
+
+  void mark(const ptree& node, Notation flag) { document_.notation[&node] |= flag; }
+
+  Document& document_;
+  std::vector<Frame> open_;
+  std::string key_;
+  std::string text_;
+};
+
+// Receives the events of a text that is only checked.
+struct Checker : Unlimited {
+  bool on_document_begin(error_code&) { return true; }
+  bool on_document_end(error_code&) { return true; }
+  bool on_object_begin(error_code&) { return true; }
+  bool on_object_end(std::size_t, error_code&) { return true; }
+  bool on_array_begin(error_code&) { return true; }
+  bool on_array_end(std::size_t, error_code&) { return true; }
+  bool on_key_part(string_view, std::size_t, error_code&) { return true; }
+  bool on_key(string_view, std::size_t, error_code&) { return true; }
+  bool on_string_part(string_view, std::size_t, error_code&) { return true; }
+  bool on_string(string_view, std::size_t, error_code&) { return true; }
+  bool on_number_part(string_view, error_code&) { return true; }
+  bool on_int64(std::int64_t, string_view, error_code&) { return true; }
+  bool on_uint64(std::uint64_t, string_view, error_code&) { return true; }
+  bool on_double(double, string_view, error_code&) { return true; }
+  bool on_bool(bool, error_code&) { return true; }
+  bool on_null(error_code&) { return true; }
+  bool on_comment_part(string_view, error_code&) { return true; }
+  bool on_comment(string_view, error_code&) { return true; }
+};
+
+boost::json::parse_options strictOptions() {
+  boost::json::parse_options options;
+  options.max_depth = static_cast<std::size_t>(SettingsManager::MAX_DEPTH);
+  return options;
+}
+
+// Line and column of the next character.
+struct Position {
+  std::size_t line = 1;
+  std::size_t column = 1;
+
+  void advance(std::string_view text) {
+    for (const char c : text) {
+      if (c == '\n') {
+        ++line;
+        column = 1;
+      } else if ((static_cast<unsigned char>(c) & 0xC0U) != 0x80U) {  // not a later byte of a character
+        ++column;
+      }
+    }
+  }
+};
+
+std::string describe(const error_code& error, const Position& at) {
+  std::string reason = error.message();
+  if (error == boost::json::error::too_deep) {
+    reason = "nested deeper than " + std::to_string(SettingsManager::MAX_DEPTH) + " levels";
+  } else if (error == boost::json::error::incomplete) {
+    reason = "the document ends too early";
+  } else if (error == boost::json::error::extra_data) {
+    reason = "text after the document";
+  }
+  return "JSON error in line " + std::to_string(at.line) + ", column " + std::to_string(at.column) + ": " + reason;
+}
+
+std::string_view withoutByteOrderMark(std::string_view text) {
+  constexpr std::string_view mark = "\xEF\xBB\xBF";
+  return text.starts_with(mark) ? text.substr(mark.size()) : text;
+}
+
+}  // namespace
+
+std::string read(std::istream& in, Document& document) {
+  constexpr std::size_t blockSize = 65536;
+  boost::json::basic_parser<TreeBuilder> parser(strictOptions(), document);
+  std::vector<char> block(blockSize);
+  Position at;
+  bool first = true;
+  while (in) {
+    in.read(block.data(), static_cast<std::streamsize>(block.size()));
+    std::string_view text(block.data(), static_cast<std::size_t>(in.gcount()));
+    if (first) {
+      text = withoutByteOrderMark(text);
+      first = false;
+    }
+    if (text.empty()) {
+      break;
+    }
+    error_code error;
+    const std::size_t used = parser.write_some(true, text.data(), text.size(), error);
+    at.advance(text.substr(0, used));
+    if (!error && used < text.size()) {
+      error = boost::json::error::extra_data;
+    }
+    if (error) {
+      return describe(error, at);
+    }
+  }
+  if (!in.eof()) {
+    return "the stream cannot be read";
+  }
+  error_code error;
+  parser.write_some(false, nullptr, 0, error);
+  return error ? describe(error, at) : std::string();
+}
+
+bool isReadable(std::string_view text) {
+  boost::json::basic_parser<Checker> parser(strictOptions());
+  error_code error;
+  return parser.write_some(false, text.data(), text.size(), error) == text.size() && !error;
+}
+
+void clear(ptree& root) noexcept {
+  try {
+    std::vector<ptree*> path = {&root};
+    while (!path.empty()) {
+      ptree& node = *path.back();
+      if (!node.empty()) {
+        path.push_back(&node.back().second);
+        continue;
+      }
+      path.pop_back();
+      if (!path.empty()) {
+        path.back()->pop_back();
+      }
+    }
+  } catch (const std::bad_alloc&) {
+    root.clear();  // out of memory: what the reader built is shallow enough for recursion
+  }
+}
+
+}  // namespace orvantis::json
