@@ -5,16 +5,16 @@
 #include <boost/geometry/geometries/polygon.hpp>
 
 /// @file
-/// The planar types that zones, counter lines and tracked objects exchange. Models only: this header brings no algorithm
-/// of Boost.Geometry, which would be slow to compile everywhere.
+/// The planar types that zones, counter lines and tracked objects exchange. Models only: this header brings
+/// no algorithm of Boost.Geometry, which would be slow to compile everywhere.
 
 namespace orvantis::core {
 
 /// A point of the plan; coordinates in the frame and unit of the measured points.
 using PlanarPoint = boost::geometry::model::d2::point_xy<double, boost::geometry::cs::cartesian>;
 
-/// One outer ring and a list of inner rings (holes), declared clockwise and closed. This project reads either winding,
-/// closed or not, as the region that the ring bounds.
+/// One outer ring and a list of inner rings (holes), declared clockwise and closed. This project reads either
+/// winding, closed or not, as the region that the ring bounds.
 using PlanarPolygon = boost::geometry::model::polygon<PlanarPoint, true, true>;
 
 }  // namespace orvantis::core

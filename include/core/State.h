@@ -5,7 +5,8 @@
 
 namespace orvantis::core {
 
-/// The footprint of a tracked object on the plan. A value: copies are independent; const calls may run concurrently.
+/// The footprint of a tracked object on the plan. A value: copies are independent; const calls may run
+/// concurrently.
 class ORVANTIS_API State {
  public:
   /// @param footprint either winding, closed or not; kept clockwise and closed. May be empty.

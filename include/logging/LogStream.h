@@ -11,8 +11,9 @@ namespace detail {
 class LogRecord;
 }
 
-/// One record while it is being written. Destroying the stream emits what was written as one sink message, text
-/// unchanged, without a line end. A stream whose level is off holds no stream, allocates nothing and emits nothing.
+/// One record while it is being written. Destroying the stream emits what was written as one sink message,
+/// text unchanged, without a line end. A stream whose level is off holds no stream, allocates nothing and
+/// emits nothing.
 ///
 /// Numbers are formatted in the classic locale, whatever the process locale is. Used by one thread.
 class ORVANTIS_API LogStream {

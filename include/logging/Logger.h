@@ -10,7 +10,8 @@ namespace detail {
 class LogChannel;
 }
 
-/// Writes records under one name. A small value: copies write under the same name. Safe to use from many threads.
+/// Writes records under one name. A small value: copies write under the same name. Safe to use from many
+/// threads.
 class ORVANTIS_API Logger {
  public:
   /// A logger without a name; it writes to the same sinks as the named ones.

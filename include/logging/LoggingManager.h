@@ -22,15 +22,16 @@ class ORVANTIS_API LoggingManager {
   LoggingManager(const LoggingManager&) = delete;
   LoggingManager& operator=(const LoggingManager&) = delete;
 
-  /// The logger of that name, made on the first request. The reference stays valid for the life of the process.
+  /// The logger of that name, made on the first request. The reference stays valid for the life of the
+  /// process.
   Logger& getLogger(const std::string& name);
 
   /// Sets the level of every logger at once, existing ones too. The default is LogLevel::Warning.
   void setLevel(LogLevel level);
   LogLevel getLevel() const;
 
-  /// Adds a sink beside the default one, which writes to stderr. Shared ownership; the sink is called under a lock,
-  /// one record at a time, so it must not log itself.
+  /// Adds a sink beside the default one, which writes to stderr. Shared ownership; the sink is called under a
+  /// lock, one record at a time, so it must not log itself.
   void addSink(std::shared_ptr<spdlog::sinks::sink> sink);
   /// Removes a sink added before; an unknown one is ignored.
   void removeSink(const std::shared_ptr<spdlog::sinks::sink>& sink);

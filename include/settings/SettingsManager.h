@@ -16,13 +16,13 @@ namespace orvantis {
 
 /// A settings document: a property tree with a current path.
 ///
-/// All reads and writes are relative to the node that was entered last (`pathPush`); the root is entered at first.
-/// Numbers convert in the classic locale, whatever the process locale is. Every read of a key is traced and every write
-/// logged at debug level under the logger "SettingsManager", with the full key: the names of the path and the key,
-/// joined by ".".
+/// All reads and writes are relative to the node that was entered last (`pathPush`); the root is entered at
+/// first. Numbers convert in the classic locale, whatever the process locale is. Every read of a key is
+/// traced and every write logged at debug level under the logger "SettingsManager", with the full key: the
+/// names of the path and the key, joined by ".".
 ///
-/// A parameter called `key` is a dotted path: "a.b" is the child b of the child a. A parameter called `name` is the
-/// literal name of a child, dots included.
+/// A parameter called `key` is a dotted path: "a.b" is the child b of the child a. A parameter called `name`
+/// is the literal name of a child, dots included.
 ///
 /// Belongs to one thread at a time. Neither copied nor moved, since the path refers into the tree.
 class ORVANTIS_API SettingsManager : public LoggedComponent {
@@ -41,11 +41,13 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
 
   /// Replaces the document by the one read from the whole stream, and returns the path to the root.
   ///
-  /// An array under a key becomes repeated children of that key, in order, and so do repeated keys of an object; an
-  /// empty array becomes no child; an array directly inside an array, or as the whole document, becomes children with
-  /// an empty key. A number keeps its text as written. A byte order mark is skipped.
-  /// @return false when the format is unknown, the stream cannot be read or the text is not one JSON document of at
-  ///   most MAX_DEPTH levels; then `getLoadError` says why, with line and column, and document and path are unchanged.
+  /// An array under a key becomes repeated children of that key, in order, and so do repeated keys of an
+  /// object; an empty array becomes no child; an array directly inside an array, or as the whole document,
+  /// becomes children with an empty key. A number keeps its text as written. A byte order mark is skipped.
+  /// @return false when the format is unknown, the stream cannot be read or the text is not one JSON document
+  /// of at
+  ///   most MAX_DEPTH levels; then `getLoadError` says why, with line and column, and document and path are
+  ///   unchanged.
   bool loadStream(std::istream& in, const std::string& format);
 
   /// Why the last `loadStream` failed; empty after a good one.
@@ -53,10 +55,12 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
 
   /// Writes the whole document, whatever the current path.
   ///
-  /// Repeated children become an array; the lists that the documents define are arrays also with one entry. Values put
-  /// as numbers or booleans are bare, strings quoted, a number that is not finite is quoted; what was read from JSON
-  /// keeps the type it had. A subtree stored with `putChild` carries text only: its values are written quoted.
-  /// @return false when the format is unknown, when a node holds both a value and children or is nested deeper than
+  /// Repeated children become an array; the lists that the documents define are arrays also with one entry.
+  /// Values put as numbers or booleans are bare, strings quoted, a number that is not finite is quoted; what
+  /// was read from JSON keeps the type it had. A subtree stored with `putChild` carries text only: its values
+  /// are written quoted.
+  /// @return false when the format is unknown, when a node holds both a value and children or is nested
+  /// deeper than
   ///   MAX_DEPTH (nothing is written then), or when the stream fails.
   bool saveStream(std::ostream& out, const std::string& format) const;
 
@@ -65,18 +69,20 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
 
   /// Whether the current node has a child of that name.
   bool exists(const std::string& name) const;
-  /// How many children of that name the current node has. Asked again after each step of a list it costs a look-up, not
-  /// a walk.
+  /// How many children of that name the current node has. Asked again after each step of a list it costs a
+  /// look-up, not a walk.
   int getChildCount(const std::string& name) const;
 
   /// Enters the first child of that name, creating an empty one when there is none (on a read too).
   /// @return the new path text
   const std::string& pathPush(const std::string& name);
-  /// Enters child number `index`, in document order, among the children of that name; the index equal to their number
-  /// creates and enters one more. Index -1 means "not addressed by position" and enters as `pathPush(name)` does.
+  /// Enters child number `index`, in document order, among the children of that name; the index equal to
+  /// their number creates and enters one more. Index -1 means "not addressed by position" and enters as
+  /// `pathPush(name)` does.
   /// @param node reserved, must be null
   /// @return the new path text
-  /// @throws std::out_of_range for any other index, std::invalid_argument for a node; the path is then unchanged
+  /// @throws std::out_of_range for any other index, std::invalid_argument for a node; the path is then
+  /// unchanged
   const std::string& pathPush(const std::string& name, int index, Tree* node);
   /// Leaves the node entered last; at the root it changes nothing.
   /// @return the new path text
@@ -89,7 +95,8 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
   Tree& putChild(const std::string& name, const Tree& child);
 
   /// Required read; T is std::string, double, int or bool (these four are built into the library).
-  /// @throws boost::property_tree::ptree_bad_path when the key is missing, ptree_bad_data when it does not convert
+  /// @throws boost::property_tree::ptree_bad_path when the key is missing, ptree_bad_data when it does not
+  /// convert
   template <typename T>
   T get(const std::string& key) const;
   /// Read with a default for a key that is missing or does not convert; T as above.

@@ -7,7 +7,8 @@
 
 namespace orvantis::utils {
 
-/// Enters a child for the length of a scope. Its destructor leaves the node again, also while an exception passes.
+/// Enters a child for the length of a scope. Its destructor leaves the node again, also while an exception
+/// passes.
 class ORVANTIS_API SettingsPathManager {
  public:
   /// Enters as `manager.pathPush(name, index, nullptr)` does and lets out what that throws.

@@ -1,11 +1,11 @@
-#include <core/State.h>
-
 #include <array>
 #include <cmath>
 #include <utility>
 
 #include <boost/geometry/algorithms/correct.hpp>
 #include <boost/geometry/strategies/cartesian.hpp>
+
+#include <core/State.h>
 
 namespace orvantis::core {
 
@@ -19,14 +19,18 @@ State::State(double x, double y, double length, double width, double heading) {
   const double cosine = std::cos(heading);
   const double sine = std::sin(heading);
   // Front left, front right, rear right, rear left: clockwise.
-  const std::array<std::pair<double, double>, 4> corners = {
-      {{halfLength, halfWidth}, {halfLength, -halfWidth}, {-halfLength, -halfWidth}, {-halfLength, halfWidth}}};
+  const std::array<std::pair<double, double>, 4> corners = {{{halfLength, halfWidth},
+                                                             {halfLength, -halfWidth},
+                                                             {-halfLength, -halfWidth},
+                                                             {-halfLength, halfWidth}}};
   for (const auto& [along, across] : corners) {
     footprint_.outer().emplace_back(x + along * cosine - across * sine, y + along * sine + across * cosine);
   }
   boost::geometry::correct(footprint_);  // a negative extent turns the box inside out
 }
 
-PlanarPolygon State::getBoostPolygon() const { return footprint_; }
+PlanarPolygon State::getBoostPolygon() const {
+  return footprint_;
+}
 
 }  // namespace orvantis::core

@@ -1,6 +1,6 @@
-#include <logging/LogStream.h>
-
 #include <utility>
+
+#include <logging/LogStream.h>
 
 #include "logging/LogRecord.h"
 

@@ -4,8 +4,12 @@ namespace orvantis {
 
 LoggedComponent::~LoggedComponent() = default;
 
-void LoggedComponent::setLogger(const Logger& logger) { logger_ = logger; }
+void LoggedComponent::setLogger(const Logger& logger) {
+  logger_ = logger;
+}
 
-const Logger& LoggedComponent::getLogger() const { return logger_; }
+const Logger& LoggedComponent::getLogger() const {
+  return logger_;
+}
 
 }  // namespace orvantis

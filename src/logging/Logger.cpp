@@ -1,9 +1,8 @@
-#include <logging/Logger.h>
-
 #include <array>
 #include <cstddef>
 #include <memory>
 
+#include <logging/Logger.h>
 #include <logging/LoggingManager.h>
 
 #include "logging/LogRecord.h"
@@ -21,13 +20,21 @@ LogStream Logger::open(LogLevel level) const {
     return {};
   }
   const Logger& named = channel_ != nullptr ? *this : LoggingManager::getInstance().getLogger("");
-  return LogStream(
-      std::make_unique<detail::LogRecord>(named.channel_->logger(), levels.at(static_cast<std::size_t>(level))));
+  return LogStream(std::make_unique<detail::LogRecord>(named.channel_->logger(),
+                                                       levels.at(static_cast<std::size_t>(level))));
 }
 
-LogStream Logger::errorStream() const { return open(LogLevel::Error); }
-LogStream Logger::warnStream() const { return open(LogLevel::Warning); }
-LogStream Logger::debugStream() const { return open(LogLevel::Debug); }
-LogStream Logger::traceStream() const { return open(LogLevel::Trace); }
+LogStream Logger::errorStream() const {
+  return open(LogLevel::Error);
+}
+LogStream Logger::warnStream() const {
+  return open(LogLevel::Warning);
+}
+LogStream Logger::debugStream() const {
+  return open(LogLevel::Debug);
+}
+LogStream Logger::traceStream() const {
+  return open(LogLevel::Trace);
+}
 
 }  // namespace orvantis

@@ -1,5 +1,3 @@
-#include <logging/LoggingManager.h>
-
 #include <atomic>
 #include <map>
 #include <mutex>
@@ -8,6 +6,8 @@
 
 #include <spdlog/sinks/dist_sink.h>
 #include <spdlog/sinks/stdout_sinks.h>
+
+#include <logging/LoggingManager.h>
 
 #include "logging/LogRecord.h"
 
@@ -19,7 +19,9 @@ std::atomic<LogLevel> currentLevel = LogLevel::Warning;
 
 }  // namespace
 
-bool detail::isOn(LogLevel level) { return level <= currentLevel.load(std::memory_order_relaxed); }
+bool detail::isOn(LogLevel level) {
+  return level <= currentLevel.load(std::memory_order_relaxed);
+}
 
 struct LoggingManager::Registry {
   struct Entry {
@@ -50,15 +52,20 @@ Logger& LoggingManager::getLogger(const std::string& name) {
   if (!entry) {
     auto logger = std::make_shared<spdlog::logger>(name, registry_->sinks);
     logger->set_level(spdlog::level::trace);  // the manager's level decides, before a record is made
-    entry = std::make_unique<Registry::Entry>(Registry::Entry{detail::LogChannel(std::move(logger)), Logger(nullptr)});
+    entry = std::make_unique<Registry::Entry>(
+        Registry::Entry{detail::LogChannel(std::move(logger)), Logger(nullptr)});
     entry->logger = Logger(&entry->channel);
   }
   return entry->logger;
 }
 
-void LoggingManager::setLevel(LogLevel level) { currentLevel.store(level, std::memory_order_relaxed); }
+void LoggingManager::setLevel(LogLevel level) {
+  currentLevel.store(level, std::memory_order_relaxed);
+}
 
-LogLevel LoggingManager::getLevel() const { return currentLevel.load(std::memory_order_relaxed); }
+LogLevel LoggingManager::getLevel() const {
+  return currentLevel.load(std::memory_order_relaxed);
+}
 
 void LoggingManager::addSink(std::shared_ptr<spdlog::sinks::sink> sink) {
   if (sink) {

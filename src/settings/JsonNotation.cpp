@@ -7,7 +7,9 @@
 namespace orvantis::json {
 namespace {
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
 
 // The end of the run of digits that starts at `at`.
 std::size_t skipDigits(std::string_view text, std::size_t at) {
@@ -51,7 +53,9 @@ bool isLiteral(std::string_view text) {
   return text == "true" || text == "false" || text == "null" || isNumber(text);
 }
 
-bool needsQuotedFlag(std::string_view text) { return text.empty() || isLiteral(text); }
+bool needsQuotedFlag(std::string_view text) {
+  return text.empty() || isLiteral(text);
+}
 
 bool isListName(std::string_view name) {
   static constexpr std::array<std::string_view, 7> names = {

@@ -8,8 +8,9 @@
 
 namespace orvantis::json {
 
-/// What a property tree cannot say about a JSON value, as flags of a node. Without a flag, a leaf whose text is a JSON
-/// number, true, false or null is that literal, any other leaf with a text is a string, and the rest are objects.
+/// What a property tree cannot say about a JSON value, as flags of a node. Without a flag, a leaf whose text
+/// is a JSON number, true, false or null is that literal, any other leaf with a text is a string, and the
+/// rest are objects.
 enum Notation : unsigned char {
   Quoted = 1,          ///< a string, although its text is empty or reads as a literal
   Array = 2,           ///< an array whose elements have no name: inside an array, or the whole document

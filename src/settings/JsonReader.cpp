@@ -208,7 +208,8 @@ std::string describe(const error_code& error, const Position& at) {
   } else if (error == boost::json::error::extra_data) {
     reason = "text after the document";
   }
-  return "JSON error in line " + std::to_string(at.line) + ", column " + std::to_string(at.column) + ": " + reason;
+  return "JSON error in line " + std::to_string(at.line) + ", column " + std::to_string(at.column) + ": " +
+         reason;
 }
 
 std::string_view withoutByteOrderMark(std::string_view text) {

@@ -16,7 +16,8 @@ struct Document {
 };
 
 /// Reads one JSON document from the whole stream.
-/// @return what is wrong with it, with line and column (counted from 1, in characters); empty when it was read
+/// @return what is wrong with it, with line and column (counted from 1, in characters); empty when it was
+/// read
 std::string read(std::istream& in, Document& document);
 
 /// Whether `read` would accept the text.

@@ -1,5 +1,3 @@
-#include <settings/SettingsManager.h>
-
 #include <istream>
 #include <locale>
 #include <ostream>
@@ -8,6 +6,7 @@
 #include <utility>
 
 #include <logging/LoggingManager.h>
+#include <settings/SettingsManager.h>
 
 #include "settings/JsonNotation.h"
 #include "settings/JsonReader.h"
@@ -50,7 +49,9 @@ SettingsManager::SettingsManager() : path_{{&root_, 0, {}}} {
   logger_ = LoggingManager::getInstance().getLogger("SettingsManager");
 }
 
-SettingsManager::~SettingsManager() { json::clear(root_); }
+SettingsManager::~SettingsManager() {
+  json::clear(root_);
+}
 
 bool SettingsManager::loadStream(std::istream& in, const std::string& format) {
   if (format != JSON) {
@@ -75,7 +76,9 @@ bool SettingsManager::loadStream(std::istream& in, const std::string& format) {
   return loadError_.empty();
 }
 
-const std::string& SettingsManager::getLoadError() const { return loadError_; }
+const std::string& SettingsManager::getLoadError() const {
+  return loadError_;
+}
 
 bool SettingsManager::saveStream(std::ostream& out, const std::string& format) const {
   std::string text;
@@ -87,7 +90,9 @@ bool SettingsManager::saveStream(std::ostream& out, const std::string& format) c
   return out.good();
 }
 
-const ptree& SettingsManager::getTree() const { return root_; }
+const ptree& SettingsManager::getTree() const {
+  return root_;
+}
 
 bool SettingsManager::exists(const std::string& name) const {
   return current().find(name) != current().not_found();
@@ -190,7 +195,8 @@ void SettingsManager::add(const std::string& key, const std::string& value) {
 std::string SettingsManager::getIndexedValue(const std::string& name, int index) const {
   const std::vector<ptree*>& children = childrenNamed(name);
   if (index < 0 || static_cast<std::size_t>(index) >= children.size()) {
-    throw boost::property_tree::ptree_error("Cannot access " + std::to_string(index) + " with node named " + name);
+    throw boost::property_tree::ptree_error("Cannot access " + std::to_string(index) + " with node named " +
+                                            name);
   }
   return children[static_cast<std::size_t>(index)]->data();
 }

@@ -7,6 +7,8 @@ SettingsPathManager::SettingsPathManager(SettingsManager& manager, const std::st
   manager_.pathPush(name, index, nullptr);
 }
 
-SettingsPathManager::~SettingsPathManager() { manager_.pathPop(); }
+SettingsPathManager::~SettingsPathManager() {
+  manager_.pathPop();
+}
 
 }  // namespace orvantis::utils

@@ -23,23 +23,43 @@ void* allocate(std::size_t size) {
 
 }  // namespace
 
-void* operator new(std::size_t size) { return allocate(size); }
-void* operator new[](std::size_t size) { return allocate(size); }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete[](void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
+void* operator new(std::size_t size) {
+  return allocate(size);
+}
+void* operator new[](std::size_t size) {
+  return allocate(size);
+}
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
 
 namespace orvantis::testing {
 
 AllocationCounter::AllocationCounter() : start_(allocations) {}
 
-std::size_t AllocationCounter::count() const { return allocations - start_; }
+std::size_t AllocationCounter::count() const {
+  return allocations - start_;
+}
 
-FailingAllocation::FailingAllocation(std::size_t n) { failingAllocation = allocations + n; }
+FailingAllocation::FailingAllocation(std::size_t n) {
+  failingAllocation = allocations + n;
+}
 
-FailingAllocation::~FailingAllocation() { failingAllocation = never; }
+FailingAllocation::~FailingAllocation() {
+  failingAllocation = never;
+}
 
-bool FailingAllocation::happened() const { return allocations > failingAllocation; }
+bool FailingAllocation::happened() const {
+  return allocations > failingAllocation;
+}
 
 }  // namespace orvantis::testing

@@ -37,7 +37,8 @@ class LogCapture::Sink : public spdlog::sinks::base_sink<std::mutex> {
 
  protected:
   void sink_it_(const spdlog::details::log_msg& message) override {
-    records_.push_back({toLevel(message.level), std::string(message.logger_name.begin(), message.logger_name.end()),
+    records_.push_back({toLevel(message.level),
+                        std::string(message.logger_name.begin(), message.logger_name.end()),
                         std::string(message.payload.begin(), message.payload.end())});
   }
   void flush_() override {}
@@ -62,7 +63,9 @@ LogCapture::~LogCapture() {
   LoggingManager::getInstance().removeSink(sink_);
 }
 
-std::vector<Record> LogCapture::records() const { return sink_->records(); }
+std::vector<Record> LogCapture::records() const {
+  return sink_->records();
+}
 
 std::vector<std::string> LogCapture::texts(LogLevel level) const {
   std::vector<std::string> texts;
@@ -74,6 +77,8 @@ std::vector<std::string> LogCapture::texts(LogLevel level) const {
   return texts;
 }
 
-void LogCapture::clear() { sink_->clear(); }
+void LogCapture::clear() {
+  sink_->clear();
+}
 
 }  // namespace orvantis::testing

@@ -13,8 +13,8 @@ class ZoneDetector;
 
 namespace orvantis::filter::classify {
 
-/// The coordinates of `size` points as the caller holds them: three addresses and the distance in bytes from one value to
-/// the next of the same coordinate. Nothing need be aligned; nothing is copied or owned.
+/// The coordinates of `size` points as the caller holds them: three addresses and the distance in bytes from
+/// one value to the next of the same coordinate. Nothing need be aligned; nothing is copied or owned.
 template <typename Real>
 struct PointsView {
   const void* x = nullptr;
@@ -32,6 +32,38 @@ struct PointsView {
     const auto* bytes = static_cast<const unsigned char*>(points);
     return {bytes, bytes + sizeof(Real), bytes + 2 * sizeof(Real), stride, size};
   }
+};
+
+/// What a frame holds: points per zone, and those that no zone counts.
+struct ZoneCounts {
+  std::array<std::uint64_t, 24>
+      inside{};                ///< by bit of the mask: inside the field zone and outside every exclusion zone
+  std::uint64_t excluded = 0;  ///< points inside at least one exclusion zone
+  std::uint64_t notFinite = 0;  ///< points with a coordinate that is not finite: no returns
+};
+
+/// Which zones of a detector hold each point of a frame. An immutable snapshot of the detector: cheap to
+/// copy, and safe to use from many threads at once.
+class ORVANTIS_API PointClassifier {
+ public:
+  /// The bit of field zone `zone` of field `field`, and of exclusion zone number `k`.
+  static constexpr int zoneBit(int field, int zone) { return 3 * field + zone; }
+  static constexpr int exclusionBit(int k) { return 24 + k; }
+
+  /// @throws std::invalid_argument for a detector with more than 32 exclusion zones
+  explicit PointClassifier(const detection::ZoneDetector& detector);
+
+  /// One mask for each point; `masks` holds `points.size` values.
+  void classify(const PointsView<float>& points, std::uint64_t* masks) const;
+  void classify(const PointsView<double>& points, std::uint64_t* masks) const;
+
+  /// The counts of the points; writes the masks too unless `masks` is null.
+  ZoneCounts count(const PointsView<float>& points, std::uint64_t* masks = nullptr) const;
+  ZoneCounts count(const PointsView<double>& points, std::uint64_t* masks = nullptr) const;
+
+ private:
+  class Index;
+  std::shared_ptr<const Index> index_;
 };
 
 }  // namespace orvantis::filter::classify

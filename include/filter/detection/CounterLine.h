@@ -23,8 +23,8 @@ enum class CounterLineDirectionType : std::int32_t { LEFT = 0, RIGHT = 1, ON = 2
 
 /// A named, directed segment that objects are counted on. The order of its two points is its direction.
 ///
-/// A value: copies are independent. A line that was moved from holds no points: it reads as a line from (0, 0) to (0, 0)
-/// and meets no polygon. One thread at a time. Every test is traced.
+/// A value: copies are independent. A line that was moved from holds no points: it reads as a line from (0,
+/// 0) to (0, 0) and meets no polygon. One thread at a time. Every test is traced.
 class ORVANTIS_API CounterLine : public LoggedComponent {
  public:
   using point = core::PlanarPoint;
@@ -34,8 +34,8 @@ class ORVANTIS_API CounterLine : public LoggedComponent {
 
   /// No name, both points at (0, 0).
   CounterLine();
-  /// Swaps the points if that is needed for `reference` to lie on the wanted side; a reference on the line always swaps
-  /// them. Without a reference the order is kept and `given_direction` ignored.
+  /// Swaps the points if that is needed for `reference` to lie on the wanted side; a reference on the line
+  /// always swaps them. Without a reference the order is kept and `given_direction` ignored.
   /// @param reference may be null
   /// @throws std::runtime_error when the wanted side is ON
   CounterLine(const std::string& name, const point& first, const point& second, const point* reference,
@@ -56,14 +56,14 @@ class ORVANTIS_API CounterLine : public LoggedComponent {
   /// @throws std::runtime_error when there are not exactly two points; the line is then unchanged
   void setPoints(const std::vector<point>& points);
 
-  /// The side by the sign of the cross product of the line and the vector to the point, rounded to single precision: ON
-  /// when its magnitude is at most 2^-23. A cross product that is NaN gives RIGHT. Swapping the line's points swaps LEFT
-  /// and RIGHT. Allocates nothing while tracing is off.
+  /// The side by the sign of the cross product of the line and the vector to the point, rounded to single
+  /// precision: ON when its magnitude is at most 2^-23. A cross product that is NaN gives RIGHT. Swapping the
+  /// line's points swaps LEFT and RIGHT. Allocates nothing while tracing is off.
   CounterLineDirectionType direction(const point& p) const;
   CounterLineDirectionType direction(const Eigen::Matrix<float, 2, 1>& p) const;
 
-  // Polygons are read as the region that their rings bound, whatever their winding and whether or not they repeat their
-  // first vertex; one of fewer than 3 vertices is met by no line.
+  // Polygons are read as the region that their rings bound, whatever their winding and whether or not they
+  // repeat their first vertex; one of fewer than 3 vertices is met by no line.
 
   /// Whether the segment touches the polygon or lies in it; touching the border counts.
   bool intersects(const polygon& area) const;
@@ -75,7 +75,8 @@ class ORVANTIS_API CounterLine : public LoggedComponent {
   /// Appends "name", "first" and "second" (each "x", "y") to the tree; what it holds already stays.
   void serialize(boost::property_tree::ptree& tree) const;
   /// Takes name and points as they stand in the tree, without ordering.
-  /// @throws boost::property_tree::ptree_error for a missing key or one that is no number; the name may then be the new
+  /// @throws boost::property_tree::ptree_error for a missing key or one that is no number; the name may then
+  /// be the new
   ///   one already, the points are the old ones
   void deserialize(const boost::property_tree::ptree& tree);
 

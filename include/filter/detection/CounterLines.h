@@ -17,8 +17,8 @@ class SettingsManager;
 
 namespace orvantis::filter::detection {
 
-/// The counter lines of a detector by name. Every operation is safe to call from many threads; the settings store passed
-/// in belongs to the calling thread.
+/// The counter lines of a detector by name. Every operation is safe to call from many threads; the settings
+/// store passed in belongs to the calling thread.
 class ORVANTIS_API CounterLines : public LoggedComponent {
  public:
   CounterLines();
@@ -35,12 +35,12 @@ class ORVANTIS_API CounterLines : public LoggedComponent {
   std::map<std::string, CounterLine> clone() const;
   std::size_t size() const;
 
-  /// Replaces the lines by those of the child "CounterLines" at the current path; without one the lines stay. A repeated
-  /// name is a warning and the later points win. A line that cannot be read is logged as an error and ends the list
-  /// there; nothing is thrown.
+  /// Replaces the lines by those of the child "CounterLines" at the current path; without one the lines stay.
+  /// A repeated name is a warning and the later points win. A line that cannot be read is logged as an error
+  /// and ends the list there; nothing is thrown.
   void load(SettingsManager& settings);
-  /// Stores the lines in ascending order of their names as child "CounterLines" at the current path, in place of what
-  /// was there.
+  /// Stores the lines in ascending order of their names as child "CounterLines" at the current path, in place
+  /// of what was there.
   void save(SettingsManager& settings) const;
 
  private:
@@ -66,7 +66,8 @@ struct CounterLineDirections {
 /// An object that is followed on a line.
 struct CounterLineTrackable {
   std::int32_t id = 0;
-  CounterLineDirectionType side = CounterLineDirectionType::LEFT;  ///< where it was last seen clear of the line
+  CounterLineDirectionType side =
+      CounterLineDirectionType::LEFT;  ///< where it was last seen clear of the line
 };
 
 }  // namespace orvantis::filter::detection

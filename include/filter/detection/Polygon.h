@@ -11,14 +11,14 @@ namespace orvantis::filter::detection {
 
 /// A zone given by its vertices in order.
 ///
-/// The vertices are stored, returned and saved as given: never closed, never reversed, their number unchecked. Every
-/// question reads the ring as closed and as the region it bounds, whatever its winding and whether or not the first
-/// vertex is repeated at the end; only `area` keeps the sign of the winding. A ring of fewer than 3 vertices, or with a
-/// coordinate that is not finite, bounds no region: it contains, meets and overlaps nothing; the same holds for the
-/// polygon passed in. Copies are deep.
+/// The vertices are stored, returned and saved as given: never closed, never reversed, their number
+/// unchecked. Every question reads the ring as closed and as the region it bounds, whatever its winding and
+/// whether or not the first vertex is repeated at the end; only `area` keeps the sign of the winding. A ring
+/// of fewer than 3 vertices, or with a coordinate that is not finite, bounds no region: it contains, meets
+/// and overlaps nothing; the same holds for the polygon passed in. Copies are deep.
 class ORVANTIS_API Polygon : public Zone {
  public:
-  static const std::string TYPE_NAME;            ///< "polygon"
+  static const std::string TYPE_NAME;           ///< "polygon"
   static const int MIN_NUM_POLYGON_SIDES = 3;   ///< not enforced here
   static const int MAX_NUM_POLYGON_SIDES = 16;  ///< enforced by ZoneDetector::validate, not here
 
@@ -37,14 +37,16 @@ class ORVANTIS_API Polygon : public Zone {
   std::shared_ptr<Zone> makeCopy() const override;
   /// Whether the polygon lies inside: no part of it outside, and their interiors meet. Borders may touch.
   bool within(const polygon& area) const override;
-  /// Whether the point is strictly inside; a point on an edge or a vertex is not, nor is one with a NaN coordinate.
+  /// Whether the point is strictly inside; a point on an edge or a vertex is not, nor is one with a NaN
+  /// coordinate.
   ///
-  /// Coordinates count as equal within 2^-52 of the larger one (or of 1), so a point that close to an edge is on it.
-  /// Linear in the number of vertices. Source: the winding test of Boost.Geometry.
+  /// Coordinates count as equal within 2^-52 of the larger one (or of 1), so a point that close to an edge is
+  /// on it. Linear in the number of vertices. Source: the winding test of Boost.Geometry.
   bool within(const Point& point) const override;
   /// Whether the two share any point, borders included.
   bool intersects(const polygon& area) const override;
-  /// Whether their interiors meet and each has a part outside the other; one inside the other does not overlap.
+  /// Whether their interiors meet and each has a part outside the other; one inside the other does not
+  /// overlap.
   bool overlaps(const polygon& area) const override;
   /// Signed: positive for a clockwise ring (x to the right, y up), negative for a counterclockwise one.
   double area() const override;

@@ -11,13 +11,15 @@ namespace orvantis::filter::detection {
 
 /// A zone given by two opposite corners of an axis-aligned rectangle, turned about its centre.
 ///
-/// It answers as the Polygon of its four turned corners: (x1, y1), (x1, y2), (x2, y2), (x2, y1). The corners need not be
-/// ordered; when one axis alone is swapped the ring runs counterclockwise and the area is negative. Copies are deep.
+/// It answers as the Polygon of its four turned corners: (x1, y1), (x1, y2), (x2, y2), (x2, y1). The corners
+/// need not be ordered; when one axis alone is swapped the ring runs counterclockwise and the area is
+/// negative. Copies are deep.
 class ORVANTIS_API Rectangle : public Polygon {
  public:
   static const std::string TYPE_NAME;  ///< "rectangle"
 
-  /// @param corners two points; any other number is logged as an error and leaves a rectangle without vertices
+  /// @param corners two points; any other number is logged as an error and leaves a rectangle without
+  /// vertices
   /// @param rotation degrees, counterclockwise
   Rectangle(const std::string& name, const std::vector<Point>& corners, double rotation);
   Rectangle(const std::string& name, SettingsManager& settings);
@@ -27,14 +29,15 @@ class ORVANTIS_API Rectangle : public Polygon {
   Rectangle& operator=(Rectangle&&) = default;
   ~Rectangle() override;
 
-  /// Appends the two defining corners (not the turned ones, which `getPolygon` gives) and sets the rotation in degrees.
+  /// Appends the two defining corners (not the turned ones, which `getPolygon` gives) and sets the rotation
+  /// in degrees.
   void getRectangle(std::vector<Point>& corners, double& rotation) const;
 
   std::shared_ptr<Zone> makeCopy() const override;
   /// "Rectangle" with "rotation" and two "Point" entries; the turned corners are not written.
   void save(SettingsManager& settings) const override;
-  /// A number of "Point" entries other than two is logged as an error: the rectangle then has no vertices, its rotation
-  /// is the new one, its corners are the old ones, and the path stays inside "Rectangle".
+  /// A number of "Point" entries other than two is logged as an error: the rectangle then has no vertices,
+  /// its rotation is the new one, its corners are the old ones, and the path stays inside "Rectangle".
   void load(SettingsManager& settings) override;
   const std::string& type() const override;
 

@@ -10,9 +10,9 @@ namespace orvantis::filter::detection {
 
 /// The part of a disc between two bearings, in radians from +x towards +y.
 ///
-/// Angles are stored normalised to -pi (inclusive) to pi (exclusive). Angles that differ by less than 0.0001 mean the
-/// whole disc; a first bearing above the second one means the sector that runs through the -x axis. The radius is not
-/// checked. Copies are deep.
+/// Angles are stored normalised to -pi (inclusive) to pi (exclusive). Angles that differ by less than 0.0001
+/// mean the whole disc; a first bearing above the second one means the sector that runs through the -x axis.
+/// The radius is not checked. Copies are deep.
 class ORVANTIS_API Sector : public Zone {
  public:
   static const std::string TYPE_NAME;  ///< "sector"
@@ -33,21 +33,23 @@ class ORVANTIS_API Sector : public Zone {
 
   /// The copy's origin is (0, 0), whatever this one's is.
   std::shared_ptr<Zone> makeCopy() const override;
-  /// Whether every vertex of the outer ring is within; true for an empty ring. Edges and holes are not looked at.
+  /// Whether every vertex of the outer ring is within; true for an empty ring. Edges and holes are not looked
+  /// at.
   bool within(const polygon& area) const override;
-  /// The arc belongs to the sector. The two bearings belong to it, except when the sector runs through the -x axis. The
-  /// origin has bearing 0. A NaN coordinate passes the radius test and has no bearing: it is within a whole disc and a
-  /// sector through the -x axis, and in no other.
+  /// The arc belongs to the sector. The two bearings belong to it, except when the sector runs through the -x
+  /// axis. The origin has bearing 0. A NaN coordinate passes the radius test and has no bearing: it is within
+  /// a whole disc and a sector through the -x axis, and in no other.
   bool within(const Point& point) const override;
-  /// Whether some vertices of the outer ring are within and some are not: the polygon straddles the border. A polygon
-  /// wholly inside does not intersect. Both are counted modulo 65536.
+  /// Whether some vertices of the outer ring are within and some are not: the polygon straddles the border. A
+  /// polygon wholly inside does not intersect. Both are counted modulo 65536.
   bool intersects(const polygon& area) const override;
   /// The same as `intersects`.
   bool overlaps(const polygon& area) const override;
-  /// |maxAngle - minAngle| / 2 * radius^2 of the stored angles: 0 for a whole disc, and the complementary opening for a
-  /// sector that runs through the -x axis.
+  /// |maxAngle - minAngle| / 2 * radius^2 of the stored angles: 0 for a whole disc, and the complementary
+  /// opening for a sector that runs through the -x axis.
   double area() const override;
-  /// "Sector" with "minAngle", "maxAngle" (2 pi more for a whole disc) and "radius"; the origin is not written.
+  /// "Sector" with "minAngle", "maxAngle" (2 pi more for a whole disc) and "radius"; the origin is not
+  /// written.
   void save(SettingsManager& settings) const override;
   /// Keeps the origin. The angles are already stored when "radius" fails.
   void load(SettingsManager& settings) override;

@@ -16,8 +16,8 @@ namespace orvantis::filter::detection {
 
 /// A named planar shape. What each question means on the border is the concrete shape's and stands there.
 ///
-/// Polygons passed in are read as the region that their rings bound, whatever their winding and whether or not they
-/// repeat their first vertex. Used by one thread at a time; const calls may run concurrently.
+/// Polygons passed in are read as the region that their rings bound, whatever their winding and whether or
+/// not they repeat their first vertex. Used by one thread at a time; const calls may run concurrently.
 class ORVANTIS_API Zone : public LoggedComponent {
  public:
   using polygon = core::PlanarPolygon;
@@ -42,7 +42,8 @@ class ORVANTIS_API Zone : public LoggedComponent {
   /// Writes "shape" and a child named after the class at the current path.
   virtual void save(SettingsManager& settings) const = 0;
   /// Reads the child named after the class at the current path; "shape" is not read.
-  /// @throws boost::property_tree::ptree_error for a missing key or one that is no number; the path then stays where
+  /// @throws boost::property_tree::ptree_error for a missing key or one that is no number; the path then
+  /// stays where
   ///   the read failed
   virtual void load(SettingsManager& settings) = 0;
   /// The value of the key "shape": the class's TYPE_NAME, the same object on each call.

@@ -11,9 +11,9 @@ namespace orvantis::filter::detection {
 
 /// A prism: a planar shape between two heights, both bounds included.
 ///
-/// Heights are in the unit of the plan. A zone with its bounds swapped contains nothing, and so does a zone without
-/// shape; no NaN height passes a height test. Copies share the shape on purpose: naming or changing it through one copy
-/// changes all; `getZone2d()->makeCopy()` makes an independent one. No locking.
+/// Heights are in the unit of the plan. A zone with its bounds swapped contains nothing, and so does a zone
+/// without shape; no NaN height passes a height test. Copies share the shape on purpose: naming or changing
+/// it through one copy changes all; `getZone2d()->makeCopy()` makes an independent one. No locking.
 class ORVANTIS_API Zone3dBase : public LoggedComponent {
  public:
   using polygon = core::PlanarPolygon;
@@ -21,7 +21,8 @@ class ORVANTIS_API Zone3dBase : public LoggedComponent {
   static const float DEFAULT_Z_MIN;  ///< 0
   static const float DEFAULT_Z_MAX;  ///< 20
 
-  explicit Zone3dBase(std::shared_ptr<Zone> zone = nullptr, double zMin = DEFAULT_Z_MIN, double zMax = DEFAULT_Z_MAX);
+  explicit Zone3dBase(std::shared_ptr<Zone> zone = nullptr, double zMin = DEFAULT_Z_MIN,
+                      double zMax = DEFAULT_Z_MAX);
   Zone3dBase(const Zone3dBase&) = default;
   Zone3dBase& operator=(const Zone3dBase&) = default;
   ~Zone3dBase() override;
@@ -46,12 +47,14 @@ class ORVANTIS_API Zone3dBase : public LoggedComponent {
   bool within(polygon outline, float zMin, float zMax) const;
   /// Whether the height ranges touch and the outline intersects the shape.
   bool intersects(polygon outline, float zMin, float zMax) const;
-  /// Whether the object's heights lie between the bounds, as for `within`, and its outline overlaps the shape.
+  /// Whether the object's heights lie between the bounds, as for `within`, and its outline overlaps the
+  /// shape.
   bool overlaps(polygon outline, float zMin, float zMax) const;
 
-  /// Reads "name", "shape" (in any letter case) and its geometry, "zMin" (default 0) and "zMax" (default 20) at the
-  /// current path. An unknown shape is logged as a warning and leaves the shape as it was.
-  /// @throws boost::property_tree::ptree_error for a missing name, shape or geometry; the zone is then unchanged
+  /// Reads "name", "shape" (in any letter case) and its geometry, "zMin" (default 0) and "zMax" (default 20)
+  /// at the current path. An unknown shape is logged as a warning and leaves the shape as it was.
+  /// @throws boost::property_tree::ptree_error for a missing name, shape or geometry; the zone is then
+  /// unchanged
   virtual void load(SettingsManager& settings);
   /// Writes what `load` reads; nothing at all without a shape.
   virtual void save(SettingsManager& settings);

@@ -14,8 +14,8 @@ namespace orvantis::filter::detection {
 
 /// A volumetric zone with an identity, an enabled flag and the names of the sensors it is bound to.
 ///
-/// The library stores the sensors and does not filter by them. Copies share the shape, as those of Zone3dBase do. No
-/// locking.
+/// The library stores the sensors and does not filter by them. Copies share the shape, as those of Zone3dBase
+/// do. No locking.
 class ORVANTIS_API Zone3dTarsel : public Zone3dBase {
  public:
   /// Loads element `index` of the list "Zone3d" at the current path; throws what `load` throws.
@@ -38,13 +38,15 @@ class ORVANTIS_API Zone3dTarsel : public Zone3dBase {
 
   using Zone3dBase::load;
   using Zone3dBase::save;
-  /// Reads element `index` of the list "Zone3d" at the current path: "enabled" (default true), "id" (the nil id asks for
-  /// a fresh random one), "Sensors" with its "lidar" entries, "name", "shape" with its geometry, "zMin" and "zMax".
-  /// Unlike the base, it requires the heights.
-  /// @throws boost::property_tree::ptree_error for a missing key, boost::bad_lexical_cast for an id that is none,
+  /// Reads element `index` of the list "Zone3d" at the current path: "enabled" (default true), "id" (the nil
+  /// id asks for a fresh random one), "Sensors" with its "lidar" entries, "name", "shape" with its geometry,
+  /// "zMin" and "zMax". Unlike the base, it requires the heights.
+  /// @throws boost::property_tree::ptree_error for a missing key, boost::bad_lexical_cast for an id that is
+  /// none,
   ///   std::out_of_range for an index past the end of the list; the path then stays where the read failed
   virtual void load(SettingsManager& settings, int index);
-  /// Writes element `index`. A zone without shape is written without "id" and "name"; an empty set without "Sensors".
+  /// Writes element `index`. A zone without shape is written without "id" and "name"; an empty set without
+  /// "Sensors".
   virtual void save(SettingsManager& settings, int index);
 
  private:

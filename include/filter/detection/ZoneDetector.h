@@ -15,10 +15,11 @@
 
 namespace orvantis::filter::detection {
 
-/// The configuration of a zone detector: eight evaluation fields of up to three zones, exclusion zones and options.
+/// The configuration of a zone detector: eight evaluation fields of up to three zones, exclusion zones and
+/// options.
 ///
-/// It holds configuration and evaluates nothing. Zones and fields are shared pointers: the copy constructor shares them,
-/// assignment clones them. No locking: not to be changed while another thread uses it.
+/// It holds configuration and evaluates nothing. Zones and fields are shared pointers: the copy constructor
+/// shares them, assignment clones them. No locking: not to be changed while another thread uses it.
 class ORVANTIS_API ZoneDetector : public LoggedComponent {
  public:
   static const std::uint32_t CURRENT_API_MAJOR_VERSION = 1;
@@ -47,8 +48,9 @@ class ORVANTIS_API ZoneDetector : public LoggedComponent {
   explicit ZoneDetector(const EvaluationFieldArray& fields);
   /// Shallow: shares fields and exclusion zones with the source.
   ZoneDetector(const ZoneDetector&);
-  /// Deep and partial: takes version, debounce time, minimum points, trigger level and clones of all zones that have a
-  /// shape (others are dropped); keeps its own logger, software-command flag and evaluation field index.
+  /// Deep and partial: takes version, debounce time, minimum points, trigger level and clones of all zones
+  /// that have a shape (others are dropped); keeps its own logger, software-command flag and evaluation field
+  /// index.
   ZoneDetector& operator=(const ZoneDetector& other);
   ~ZoneDetector() override;
 
@@ -80,17 +82,22 @@ class ORVANTIS_API ZoneDetector : public LoggedComponent {
   void setEvaluationField(const std::shared_ptr<EvaluationField>& evaluationField, int field);
   /// @return null for an empty slot
   std::shared_ptr<Zone3dBase> getZone(int field, int zone) const;
-  /// Shares the zone, making the field when its slot is empty; a shape without a name is named "Zone" and its index.
+  /// Shares the zone, making the field when its slot is empty; a shape without a name is named "Zone" and its
+  /// index.
   void setZone(const std::shared_ptr<Zone3dBase>& zone3d, int field, int zone);
 
-  // Edits of the exclusion zones. They share the zones, and refuse bad input with a warning that leaves the list as it is.
+  // Edits of the exclusion zones. They share the zones, and refuse bad input with a warning that leaves the
+  // list as it is.
 
   const std::vector<std::shared_ptr<Zone3dBase>>& getExclusionZoneVector() const { return exclusionZones_; }
-  /// Appends every zone in order, each with the checks of `appendExclusionZone`; does not clear the list first.
+  /// Appends every zone in order, each with the checks of `appendExclusionZone`; does not clear the list
+  /// first.
   void setExclusionZoneVector(const std::vector<std::shared_ptr<Zone3dBase>>& zones);
-  /// Refuses a null zone, an empty name, the 33rd zone, a name longer than 18 bytes, and a name that is in the list.
+  /// Refuses a null zone, an empty name, the 33rd zone, a name longer than 18 bytes, and a name that is in
+  /// the list.
   void appendExclusionZone(const std::shared_ptr<Zone3dBase>& zone);
-  /// Replaces the first zone of that name; refuses a null zone and an empty new name. The new name is not compared.
+  /// Replaces the first zone of that name; refuses a null zone and an empty new name. The new name is not
+  /// compared.
   void updateExclusionZone(const std::string& name, const std::shared_ptr<Zone3dBase>& zone);
   /// Removes the first zone of that name, if there is one.
   void eraseExclusionZone(const std::string& name);
@@ -101,12 +108,15 @@ class ORVANTIS_API ZoneDetector : public LoggedComponent {
   std::string getVersion() const { return version_; }
   /// "1.1"
   static std::string currentAPIVersion();
-  /// Whether the major number that the text begins with is at most this library's; a text without a number is accepted.
+  /// Whether the major number that the text begins with is at most this library's; a text without a number is
+  /// accepted.
   static bool checkVersion(const std::string& version);
 
   /// Replaces the content by the document's; missing options keep their value, except sensitivity (10) and
-  /// triggerActiveLevel ("high"). Pops one path level at the end, also when there is no "ZoneDetector" to enter.
-  /// @throws boost::property_tree::ptree_error for a missing or mistyped required key, std::out_of_range for an "index"
+  /// triggerActiveLevel ("high"). Pops one path level at the end, also when there is no "ZoneDetector" to
+  /// enter.
+  /// @throws boost::property_tree::ptree_error for a missing or mistyped required key, std::out_of_range for
+  /// an "index"
   ///   outside its range; the detector is then partly loaded
   void load(SettingsManager& settings);
   /// Writes the document below the current path. Zones without a shape are left out.
