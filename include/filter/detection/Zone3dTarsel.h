@@ -50,8 +50,6 @@ class ORVANTIS_API Zone3dTarsel : public Zone3dBase {
   virtual void save(SettingsManager& settings, int index);
 
  private:
-  std::string sensorText() const;
-
   boost::uuids::uuid id_{};
   bool enabled_ = true;
   std::set<std::string> specificSensors_;

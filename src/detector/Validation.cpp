@@ -1,0 +1,136 @@
+// The check of an untrusted document before it is loaded: fixed limits, the first fault ends it.
+
+#include <cstddef>
+#include <istream>
+#include <sstream>
+#include <stdexcept>
+
+#include <filter/detection/Polygon.h>
+#include <filter/detection/ZoneDetector.h>
+#include <settings/SettingsManager.h>
+#include <settings/SettingsPathManager.h>
+
+#include "zones/LowerCase.h"
+
+namespace orvantis::filter::detection {
+namespace {
+
+using utils::SettingsPathManager;
+
+constexpr std::size_t maxFileSize = 102400;
+
+// The stream's bytes, of which there must be fewer than the limit: reading the limit in full leaves the end
+// unseen.
+std::string readLimited(std::istream& input) {
+  std::string bytes(maxFileSize, '\0');
+  input.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  if (!input.eof()) {
+    throw std::runtime_error("Input file size exceeds maximum allowable size of " +
+                             std::to_string(maxFileSize) + " bytes.");
+  }
+  bytes.resize(static_cast<std::size_t>(input.gcount()));
+  return bytes;
+}
+
+void parse(const std::string& bytes, SettingsManager& settings) {
+  std::istringstream document(bytes);
+  if (!settings.loadStream(document, SettingsManager::JSON)) {
+    throw std::runtime_error(settings.getLoadError());
+  }
+}
+
+// Checks the vertices of the zone entry at the current path, when it is a polygon. `zone` is how the fault
+// names it.
+void checkVertices(SettingsManager& settings, const std::string& zone) {
+  if (toLower(settings.get<std::string>("shape")) != Polygon::TYPE_NAME) {
+    return;
+  }
+  const SettingsPathManager polygon(settings, "Polygon", -1);
+  if (settings.getChildCount("Point") > Polygon::MAX_NUM_POLYGON_SIDES) {
+    throw std::runtime_error("Cannot load configuration file.\nMaximum of " +
+                             std::to_string(Polygon::MAX_NUM_POLYGON_SIDES) +
+                             " zone Polygon vertices exceeded in Zone '" + zone + "'.");
+  }
+}
+
+void validateZone(SettingsManager& settings, const std::string& fieldName) {
+  const auto name = settings.get<std::string>("name");
+  if (!ZoneDetector::validateZoneNameLength(name)) {
+    throw std::runtime_error("Zone " + name + " in eval field " + fieldName +
+                             " name string length is outside the limits.");
+  }
+  checkVertices(settings, fieldName + ": " + name);
+}
+
+void validateEvaluationField(SettingsManager& settings) {
+  const auto name = settings.get<std::string>("name");
+  if (!ZoneDetector::validateZoneNameLength(name)) {
+    throw std::runtime_error("Evaluation Field " + name + " name string length is outside the limits.");
+  }
+  const std::string field = "<EvaluationField> index " + std::to_string(settings.get<int>("index"));
+  const int numZones = settings.getChildCount("Zone");
+  if (numZones < 1) {
+    throw std::runtime_error(field + " does not contain any <Zone> entries");
+  }
+  if (numZones > ZoneDetector::NUM_ZONES_PER_EVAL_FIELD) {
+    throw std::runtime_error(field + " contains more than " +
+                             std::to_string(ZoneDetector::NUM_ZONES_PER_EVAL_FIELD) + " <Zone> nodes");
+  }
+  for (int j = 0; j < numZones; ++j) {
+    const SettingsPathManager zone(settings, "Zone", j);
+    validateZone(settings, name);
+  }
+}
+
+void validateEvaluationFields(SettingsManager& settings) {
+  const int numFields = settings.getChildCount("EvaluationField");
+  if (numFields > ZoneDetector::NUM_EVAL_FIELDS) {
+    throw std::runtime_error("File contains more than " + std::to_string(ZoneDetector::NUM_EVAL_FIELDS) +
+                             " <EvaluationField> nodes");
+  }
+  for (int i = 0; i < numFields; ++i) {
+    const SettingsPathManager field(settings, "EvaluationField", i);
+    validateEvaluationField(settings);
+  }
+}
+
+void validateDetector(SettingsManager& settings) {
+  ZoneDetector::validateExclusionZone(settings);
+  validateEvaluationFields(settings);
+}
+
+}  // namespace
+
+void ZoneDetector::validate(std::istream& input) {
+  SettingsManager settings;
+  parse(readLimited(input), settings);
+  if (settings.exists("ZoneDetector")) {
+    const SettingsPathManager detector(settings, "ZoneDetector", -1);
+    validateDetector(settings);
+  } else {
+    validateDetector(settings);
+  }
+}
+
+void ZoneDetector::validateExclusionZone(SettingsManager& settings) {
+  const int numZones = settings.getChildCount("ExclusionZone");
+  if (numZones > MAX_NUM_EXCLUSION_ZONES) {
+    throw std::runtime_error("File contains " + std::to_string(numZones) +
+                             "zones outside the range of allowed zones");
+  }
+  for (int i = 0; i < numZones; ++i) {
+    const SettingsPathManager zone(settings, "ExclusionZone", i);
+    const auto name = settings.get<std::string>("name");
+    if (!validateZoneNameLength(name)) {
+      throw std::runtime_error("Exclusion Zone name (" + name + ") length is outside the limits.");
+    }
+    checkVertices(settings, name);
+  }
+}
+
+bool ZoneDetector::validateZoneNameLength(const std::string& name) {
+  constexpr std::size_t maxNameLength = 18;
+  return !name.empty() && name.size() <= maxNameLength;
+}
+
+}  // namespace orvantis::filter::detection

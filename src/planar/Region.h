@@ -1,0 +1,31 @@
+#pragma once
+
+#include <core/Planar.h>
+
+/// The questions about polygons, for zones and counter lines alike.
+///
+/// A ring is the closed curve through its vertices and stands for the region it bounds: its winding does not
+/// matter, nor whether its first vertex is repeated at the end. A ring of fewer than 3 vertices, the repeated
+/// one not counted, or with a coordinate that is not finite bounds no region.
+namespace orvantis::planar {
+
+using core::PlanarPoint;
+using core::PlanarPolygon;
+
+/// Whether the point is strictly inside the outer ring and neither in nor on a hole. Allocates nothing.
+bool contains(const PlanarPolygon& polygon, const PlanarPoint& point);
+
+/// Whether `inner` has no part outside `outer` and their interiors meet.
+bool within(const PlanarPolygon& inner, const PlanarPolygon& outer);
+/// Whether the two share any point.
+bool intersects(const PlanarPolygon& a, const PlanarPolygon& b);
+/// Whether the interiors meet and each has a part outside the other.
+bool overlaps(const PlanarPolygon& a, const PlanarPolygon& b);
+
+/// Whether the segment shares any point with the polygon.
+bool segmentIntersects(const PlanarPoint& first, const PlanarPoint& second, const PlanarPolygon& polygon);
+
+/// The signed areas of all rings added up, clockwise positive.
+double signedArea(const PlanarPolygon& polygon);
+
+}  // namespace orvantis::planar
