@@ -1,0 +1,189 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <core/Planar.h>
+#include <filter/detection/CounterLine.h>
+#include <filter/detection/CounterLines.h>
+#include <filter/monitor/Stamp.h>
+#include <filter/monitor/TrackedObject.h>
+#include <orvantis/Api.h>
+
+namespace orvantis::filter::monitor {
+
+/// An object went over a line.
+struct Crossing {
+  std::string line;
+  /// The side it came from, and the side it is on now; one is LEFT and the other RIGHT.
+  detection::CounterLineDirectionType from = detection::CounterLineDirectionType::LEFT;
+  detection::CounterLineDirectionType to = detection::CounterLineDirectionType::RIGHT;
+  std::int32_t id = 0;
+  std::string className;  ///< as seen when the crossing was accepted
+  Stamp met{0};           ///< when its reference point met the line, interpolated between two sightings
+  core::PlanarPoint where{0.0, 0.0};  ///< and where
+  Stamp accepted{0};                  ///< the sighting that found it clear on the new side
+};
+
+/// Crossings by the side they led to.
+struct CrossingCounts {
+  std::uint64_t toLeft = 0;
+  std::uint64_t toRight = 0;
+};
+
+/// What was counted on one line.
+struct LineTally {
+  std::string line;
+  CrossingCounts crossings;                       ///< every crossing
+  std::map<std::string, CrossingCounts> byClass;  ///< the same, by class name; empty name: not classified
+  /// The tracks that crossed, of those not yet forgotten.
+  detection::CounterLineCounts ids;
+};
+
+/// What a line has to say about a track, after the last frame.
+enum class CrossingVerdict : std::int32_t {
+  NoSuchLine,    ///< the counter has no line of that name
+  NoLength,      ///< the line's ends are the same point or not finite: it has no sides
+  NoIdentity,    ///< the id is below zero
+  NotSeen,       ///< there is no such track: never seen, or forgotten
+  NeverClear,    ///< it has not been clear of the line on any side yet
+  NotOver,       ///< it has been clear on one side, and never left it
+  OnLine,        ///< it was clear on one side and is not clear now: not decided
+  TurnedBack,    ///< it came to the line and is clear on the same side again
+  PassedBeside,  ///< it changed sides, but not over the segment
+  Jumped,        ///< it was faster than the maximum speed: taken for another object, which begins anew
+  Counted,       ///< it went over the line
+};
+
+/// The verdict as a sentence without a subject, such as "changed sides beside the line's ends".
+ORVANTIS_API const char* describe(CrossingVerdict verdict);
+
+/// Why a track did or did not count on a line.
+struct CrossingExplanation {
+  /// What happened last; a track that stays clear on its side keeps the verdict of how it got there.
+  CrossingVerdict verdict = CrossingVerdict::NotSeen;
+  /// The side on which the track was last clear, if it ever was.
+  std::optional<detection::CounterLineDirectionType> side;
+  /// Its last crossing of this line, if there was one.
+  std::optional<Crossing> lastCrossing;
+};
+
+struct LineCounterOptions {
+  /// A track whose last sighting is this old or older is forgotten; above zero.
+  Duration forgetAfter = std::chrono::seconds(2);
+  /// How far off the line an object must be to be clear of it, in the unit of the plan; 0 or more. Raise it
+  /// for objects that are mere points, whose footprint gives no margin against jitter.
+  double clearance = 0.0;
+  /// In units of the plan a second; above zero. A reference point that moves faster between two sightings did
+  /// not move: the id went over to another object, which begins anew.
+  double maxSpeed = std::numeric_limits<double>::infinity();
+};
+
+/// Counts tracked objects that go over lines.
+///
+/// A counter line is the *segment* between its two points. The *line* is the segment prolonged without end on
+/// both sides; it divides the plan into LEFT and RIGHT, seen from the first point to the second. Sides are
+/// decided by the exact sign of the cross product of the given coordinates, without the tolerance of
+/// CounterLine::direction.
+///
+/// - *Clear*: a sighting is clear of the line on a side when all vertices of the footprint's outer ring and
+///   the reference point (see `referencePoint`) lie strictly on that side, each at least the clearance off
+///   the line. Touching the line is not clear.
+/// - *Path*: the straight steps from each sighting's reference point to the next one's, however far apart.
+/// - *Meet*: a step meets the line when one of its ends lies left of the line and the other does not. A
+///   reference point exactly on the line counts as lying right of it; so a step that begins or ends on the
+///   line meets it there, once, and only if the other end is on the left. The instant is interpolated
+///   linearly between the stamps of the two sightings.
+/// - *Pass over*: a step passes over the segment when the point where it meets the line belongs to the
+///   segment. The segment's ends belong to it.
+///
+/// An object counts when it was clear on one side, is clear on the other, and its path between these two
+/// sightings passed over the segment more often towards the new side than back. The crossing's instant is
+/// that of the last pass towards the new side. Each time it is found clear, the account of passes starts
+/// over.
+///
+/// So what touches the line and goes back, stands on it or jitters about it without getting clear counts
+/// nothing; what is seen before and after counts, however fast; what goes round the ends does not. Leaving
+/// out a sighting at which the object is not clear changes no count unless an end of the segment lies in the
+/// triangle of that reference point with the one before and the one after it. A line whose ends are the same
+/// point, or not finite, counts nothing.
+///
+/// Ids below zero count nowhere. A track is forgotten when its last sighting is `forgetAfter` old or older,
+/// at the next update, even if that one sees it again; it then begins anew. Memory is bounded by the tracks
+/// of that time and the class names ever counted, however long it runs.
+///
+/// Lines are counted independently of each other. A value: copies go on independently. One thread at a time.
+class ORVANTIS_API LineCounter {
+ public:
+  /// @param lines as CounterLines::clone() gives them; a line goes by its key
+  /// @throws std::invalid_argument for an option outside its range
+  explicit LineCounter(const std::map<std::string, detection::CounterLine>& lines,
+                       const LineCounterOptions& options = {});
+
+  /// Takes the next frame. An object that cannot be placed (see `referencePoint`) counts as not seen.
+  /// @return the crossings that this frame completed, in the order of the objects, each in the order of the
+  ///   lines' names
+  /// @throws std::invalid_argument, naming both stamps, unless the stamp is later than the last one's, and
+  /// for
+  ///   two objects of one id, naming it; nothing is changed then
+  std::vector<Crossing> update(Stamp stamp, const std::vector<TrackedObject>& objects);
+
+  /// One for each line, in the order of their names.
+  const std::vector<LineTally>& tallies() const { return tallies_; }
+  /// Sets all numbers back to zero; the tracks keep what is known of them.
+  void resetTallies();
+
+  /// The side on which each track was last clear of a line; empty for an unknown line.
+  detection::CounterLineDirections directions(const std::string& line) const;
+  /// The tracks that are not clear of a line now, with the side on which they last were, in ascending order
+  /// of their ids; those that never were clear are left out. Empty for an unknown line.
+  std::vector<detection::CounterLineTrackable> onLine(const std::string& line) const;
+
+  CrossingExplanation explain(const std::string& line, std::int32_t id) const;
+
+  /// The number of tracks that are not forgotten.
+  std::size_t numTracks() const { return tracks_.size(); }
+
+ private:
+  struct Line {
+    std::string name;
+    core::PlanarPoint first;
+    core::PlanarPoint second;
+    double length;     // 0 for a line that has no sides
+    double clearance;  // as a cross product
+  };
+  // A step over a line.
+  struct Pass {
+    Stamp met{0};
+    core::PlanarPoint where{0.0, 0.0};
+  };
+  // What one line knows of one track.
+  struct Passage {
+    CrossingVerdict verdict = CrossingVerdict::NeverClear;
+    std::optional<detection::CounterLineDirectionType> side;  // where it was last clear
+    int balance = 0;  // passes away from `side` minus passes back, since it was last clear
+    Pass lastAway;    // the last pass away from `side`
+    std::optional<Crossing> lastCrossing;
+  };
+  struct Sighting;
+  struct Track {
+    Stamp lastSeen{0};
+    core::PlanarPoint reference{0.0, 0.0};
+    std::vector<Passage> passages;  // one for each line
+  };
+
+  const Line* findLine(const std::string& name) const;
+
+  std::vector<Line> lines_;
+  LineCounterOptions options_;
+  std::vector<LineTally> tallies_;
+  std::map<std::int32_t, Track> tracks_;
+  std::optional<Stamp> lastStamp_;
+};
+
+}  // namespace orvantis::filter::monitor

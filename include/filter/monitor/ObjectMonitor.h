@@ -1,0 +1,113 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <filter/detection/ZoneDetector.h>
+#include <filter/monitor/Stamp.h>
+#include <filter/monitor/TrackedObject.h>
+#include <filter/monitor/ZoneSlot.h>
+#include <orvantis/Api.h>
+
+namespace orvantis::filter::monitor {
+
+class ZoneTable;
+
+/// A track entered a zone or left it.
+struct ObjectEvent {
+  enum class Kind : std::int32_t {
+    Entered,  ///< seen inside after it was seen outside, or for the first time
+    Left,     ///< seen outside
+    Lost,     ///< left without being seen outside: it was forgotten, or the zone was changed or removed
+  };
+
+  Kind kind = Kind::Entered;
+  ZoneSlot slot;
+  std::int32_t id = 0;
+  std::string className;  ///< as last seen
+  /// Entered: the frame that saw it inside. Left: the frame that saw it outside. Lost: the last frame that
+  /// saw the track, or at a change of the zones the last frame of all.
+  Stamp stamp{0};
+  Duration dwell{0};  ///< from the entering stamp to this one
+};
+
+/// Where the objects of one frame are.
+struct ObjectFrame {
+  Stamp stamp{0};
+  /// For each object as given, the zones it is in: bit PointClassifier::zoneBit(field, zone).
+  std::vector<std::uint32_t> zones;
+  /// The number inside each zone, by slot index: tracks that entered and have not left, and the objects
+  /// without identity that are inside in this frame.
+  std::array<std::size_t, NUM_ZONE_SLOTS> inside{};
+  /// First what was lost, in ascending order of the ids; then what the objects did, in the order given.
+  std::vector<ObjectEvent> events;
+};
+
+/// A track that is in a zone.
+struct Occupant {
+  std::int32_t id = 0;
+  std::string className;
+  Stamp entered{0};
+  Stamp lastSeen{0};
+};
+
+/// Follows tracked objects through the zones of a detector's evaluation fields.
+///
+/// Works on a snapshot of a detector: later changes of the detector do not reach it. Exclusion zones take
+/// points, not objects; here they play no part.
+///
+/// An object is in a zone when the height ranges touch, bounds included, and the zone's shape says that the
+/// footprint is within it or intersects it. For polygons and rectangles that is: they share any point,
+/// borders included. For a sector: at least one vertex of the footprint is in it.
+///
+/// A track that is out of sight keeps its zones until it is forgotten: when its last sighting is
+/// `forgetAfter` old or older, at the next update, even if that one sees it again; it then begins anew. So
+/// memory is bounded by the tracks of that time, however long it runs. A value: copies go on independently.
+/// One thread at a time.
+class ORVANTIS_API ObjectMonitor {
+ public:
+  static constexpr Duration DEFAULT_FORGET_AFTER = std::chrono::seconds(2);
+
+  /// @throws std::invalid_argument unless `forgetAfter` is above zero
+  explicit ObjectMonitor(const detection::ZoneDetector& detector,
+                         Duration forgetAfter = DEFAULT_FORGET_AFTER);
+
+  /// Goes on with the zones of another detector. Tracks stay in a zone that is the same as before by the rule
+  /// of ZoneMonitor::reconfigure; for any other zone every track starts outside.
+  /// @return the tracks that were in a zone that is not the same, lost at the last frame's stamp
+  std::vector<ObjectEvent> reconfigure(const detection::ZoneDetector& detector);
+
+  /// Takes the next frame. An object that cannot be placed (see `referencePoint`) counts as not seen.
+  /// @throws std::invalid_argument, naming both stamps, unless the stamp is later than the last one's, and
+  /// for
+  ///   two objects of one id; nothing is changed then
+  ObjectFrame update(Stamp stamp, const std::vector<TrackedObject>& objects);
+
+  /// The tracks in a zone, in ascending order of their ids.
+  /// @throws std::out_of_range unless the field is 0 to 7 and the zone 0 to 2
+  std::vector<Occupant> occupants(int field, int zone) const;
+
+  /// The number of tracks that are not forgotten.
+  std::size_t numTracks() const { return tracks_.size(); }
+
+ private:
+  struct Track {
+    std::string className;
+    Stamp lastSeen{0};
+    std::uint32_t zones = 0;                      // a bit for each zone it is in
+    std::array<Stamp, NUM_ZONE_SLOTS> entered{};  // by slot, for the zones it is in
+  };
+
+  std::shared_ptr<const ZoneTable> table_;
+  Duration forgetAfter_;
+  std::map<std::int32_t, Track> tracks_;
+  std::optional<Stamp> lastStamp_;
+};
+
+}  // namespace orvantis::filter::monitor
