@@ -1,0 +1,38 @@
+# Sourced by the other scripts: what the project needs from the system, and how it gets there.
+
+packages=(
+  g++ cmake ninja-build pkg-config     # tools
+  libboost1.81-dev libeigen3-dev libspdlog-dev  # the libraries
+  libhwy-dev                           # the batch classifier
+  libcli11-dev libopen3d-dev           # the zone-detector command
+  libgtest-dev                         # the tests
+)
+
+# Installs the packages that are missing, and does nothing when none is.
+install_missing_packages() {
+  if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
+    if [ "${ORVANTIS_SKIP_PACKAGES:-}" = 1 ]; then
+      return
+    fi
+    echo "This system has no apt. Install what these Debian packages hold, then set ORVANTIS_SKIP_PACKAGES=1 and run" \
+      "the script again:" >&2
+    printf '  %s\n' "${packages[@]}" >&2
+    exit 1
+  fi
+  local missing=() package
+  for package in "${packages[@]}"; do
+    if ! dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed; then
+      missing+=("$package")
+    fi
+  done
+  if [ ${#missing[@]} -eq 0 ]; then
+    return
+  fi
+  local as_root=()
+  if [ "$(id -u)" -ne 0 ]; then
+    as_root=(sudo)
+  fi
+  echo "Installing: ${missing[*]}" >&2
+  "${as_root[@]}" apt-get update -qq
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"
+}

@@ -1,0 +1,8 @@
+# Configures, builds and runs the consumer against the installed package.
+file(REMOVE_RECURSE ${BINARY_DIR})
+execute_process(
+  COMMAND ${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${BINARY_DIR} -G Ninja -DCMAKE_PREFIX_PATH=${PREFIX} -DCMAKE_CXX_COMPILER=${CXX}
+          "-DCMAKE_CXX_FLAGS=${FLAGS} -Wall -Wextra -Wpedantic -Werror" "-DCMAKE_EXE_LINKER_FLAGS=${FLAGS} ${LINKER_FLAGS}"
+  COMMAND_ERROR_IS_FATAL ANY)
+execute_process(COMMAND ${CMAKE_COMMAND} --build ${BINARY_DIR} COMMAND_ERROR_IS_FATAL ANY)
+execute_process(COMMAND ${BINARY_DIR}/consumer COMMAND_ERROR_IS_FATAL ANY)

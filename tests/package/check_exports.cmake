@@ -1,0 +1,20 @@
+# Compares the library's exported symbols with the list. With UPDATE=ON it writes the list.
+execute_process(
+  COMMAND ${NM} --dynamic --defined-only --demangle --format=just-symbols ${LIBRARY}
+  OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX REPLACE ";" "\\\\;" symbols "${symbols}")
+string(REGEX REPLACE "\n$" "" symbols "${symbols}")
+string(REPLACE "\n" ";" symbols "${symbols}")
+list(REMOVE_DUPLICATES symbols)
+list(SORT symbols)
+string(REPLACE ";" "\n" symbols "${symbols}")
+if(UPDATE)
+  file(WRITE ${EXPECTED} "${symbols}\n")
+  return()
+endif()
+file(READ ${EXPECTED} expected)
+if(NOT "${symbols}\n" STREQUAL "${expected}")
+  file(WRITE ${LIBRARY}.exports.txt "${symbols}\n")
+  execute_process(COMMAND diff ${EXPECTED} ${LIBRARY}.exports.txt)
+  message(FATAL_ERROR "the exported symbols of ${LIBRARY} are not those of ${EXPECTED}")
+endif()

@@ -1,0 +1,11 @@
+# Sources are listed by hand; a file that no list names is dead.
+file(GLOB_RECURSE sources ${SOURCE_DIR}/*.cpp)
+foreach(source IN LISTS sources)
+  get_filename_component(folder ${source} DIRECTORY)
+  get_filename_component(name ${source} NAME)
+  file(READ ${folder}/CMakeLists.txt list)
+  string(FIND "${list}" "${name}" at)
+  if(at EQUAL -1)
+    message(SEND_ERROR "${source} is in no list")
+  endif()
+endforeach()
