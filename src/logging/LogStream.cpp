@@ -16,7 +16,10 @@ LogStream::LogStream(LogStream&& other) noexcept
 
 LogStream::~LogStream() {
   if (record_) {
-    record_->emit();
+    try {
+      record_->emit();
+    } catch (...) {  // a destructor must not throw, whatever a host's sink throws
+    }
   }
 }
 
