@@ -30,6 +30,7 @@ class ORVANTIS_API Sector : public Zone {
   void setOrigin(double x, double y);
   /// The stored, normalised angles and the radius; the origin is not returned.
   void getSector(double& minAngle, double& maxAngle, double& radius) const;
+  const Point& getOrigin() const { return origin_; }
 
   /// The copy's origin is (0, 0), whatever this one's is.
   std::shared_ptr<Zone> makeCopy() const override;
