@@ -22,6 +22,8 @@ function(orvantis_add_pkg_config library description requires)
   set(PC_NAME ${library})
   set(PC_DESCRIPTION ${description})
   set(PC_REQUIRES ${requires})
+  # Relative, so that the installed package can be moved.
+  file(RELATIVE_PATH PC_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/library.pc.in ${CMAKE_CURRENT_BINARY_DIR}/${library}.pc @ONLY)
   install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${library}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endfunction()

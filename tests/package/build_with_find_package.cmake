@@ -1,4 +1,5 @@
 # Configures, builds and runs the consumer against the installed package.
+cmake_minimum_required(VERSION 3.22)
 file(REMOVE_RECURSE ${BINARY_DIR})
 execute_process(
   COMMAND ${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${BINARY_DIR} -G Ninja -DCMAKE_PREFIX_PATH=${PREFIX} -DCMAKE_CXX_COMPILER=${CXX}

@@ -1,4 +1,5 @@
 # Builds and runs the consumer with the flags that pkg-config gives for the installed package.
+cmake_minimum_required(VERSION 3.22)
 find_program(PKG_CONFIG NAMES pkg-config pkgconf REQUIRED)
 set(ENV{PKG_CONFIG_PATH} ${PREFIX}/${LIBDIR}/pkgconfig)
 execute_process(

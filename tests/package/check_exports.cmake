@@ -1,4 +1,5 @@
 # Compares the library's exported symbols with the list. With UPDATE=ON it writes the list.
+cmake_minimum_required(VERSION 3.22)
 execute_process(
   COMMAND ${NM} --dynamic --defined-only --demangle --format=just-symbols ${LIBRARY}
   OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)

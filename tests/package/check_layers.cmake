@@ -1,4 +1,5 @@
 # Each folder of sources may include internal headers of itself and of the folders named here.
+cmake_minimum_required(VERSION 3.22)
 set(logging "")
 set(settings "")
 set(core "")

@@ -1,4 +1,5 @@
 # Sources are listed by hand; a file that no list names is dead.
+cmake_minimum_required(VERSION 3.22)
 file(GLOB_RECURSE sources ${SOURCE_DIR}/*.cpp)
 foreach(source IN LISTS sources)
   get_filename_component(folder ${source} DIRECTORY)

@@ -1,4 +1,5 @@
 # Compiles each installed header alone, as a user with strict warnings would include it.
+cmake_minimum_required(VERSION 3.22)
 file(GLOB_RECURSE headers RELATIVE ${INCLUDE_DIR} ${INCLUDE_DIR}/*.h)
 list(LENGTH headers count)
 if(count LESS 15)
