@@ -154,30 +154,39 @@ class ORVANTIS_API LineCounter {
     std::string name;
     core::PlanarPoint first;
     core::PlanarPoint second;
-    double length;     // 0 for a line that has no sides
-    double clearance;  // as a cross product
+    bool hasSides;
+    double clearance;  // as a cross product with the line
   };
-  // A step over a line.
-  struct Pass {
-    Stamp met{0};
-    core::PlanarPoint where{0.0, 0.0};
+  // Where and when a reference point was.
+  struct Instant {
+    Stamp stamp{0};
+    core::PlanarPoint place{0.0, 0.0};
   };
   // What one line knows of one track.
   struct Passage {
     CrossingVerdict verdict = CrossingVerdict::NeverClear;
     std::optional<detection::CounterLineDirectionType> side;  // where it was last clear
-    int balance = 0;  // passes away from `side` minus passes back, since it was last clear
-    Pass lastAway;    // the last pass away from `side`
+    int balance = 0;   // passes over the segment away from that side, less those back, since then
+    Instant lastAway;  // the last pass away from that side
     std::optional<Crossing> lastCrossing;
   };
-  struct Sighting;
   struct Track {
-    Stamp lastSeen{0};
-    core::PlanarPoint reference{0.0, 0.0};
+    Instant last;
     std::vector<Passage> passages;  // one for each line
   };
 
-  const Line* findLine(const std::string& name) const;
+  static std::optional<detection::CounterLineDirectionType> clearSide(const Line& line,
+                                                                      const core::PlanarPolygon& footprint,
+                                                                      const core::PlanarPoint& reference);
+  static void takeStep(const Line& line, const Instant& from, const Instant& to, Passage& passage);
+  static Instant meeting(const Line& line, const Instant& from, int fromSign, const Instant& to, int toSign);
+  static bool takeSide(const std::optional<detection::CounterLineDirectionType>& side, Passage& passage);
+
+  void forgetTracks(Stamp stamp);
+  void follow(const TrackedObject& object, const core::PlanarPolygon& footprint, const Instant& now,
+              std::vector<Crossing>& crossings);
+  bool isJump(const Instant& from, const Instant& to) const;
+  std::optional<std::size_t> indexOf(const std::string& line) const;
 
   std::vector<Line> lines_;
   LineCounterOptions options_;

@@ -40,7 +40,7 @@ struct ObjectEvent {
 /// Where the objects of one frame are.
 struct ObjectFrame {
   Stamp stamp{0};
-  /// For each object as given, the zones it is in: bit PointClassifier::zoneBit(field, zone).
+  /// For each object as given, the zones it is in: bit zoneSlotIndex(field, zone).
   std::vector<std::uint32_t> zones;
   /// The number inside each zone, by slot index: tracks that entered and have not left, and the objects
   /// without identity that are inside in this frame.
@@ -103,6 +103,12 @@ class ORVANTIS_API ObjectMonitor {
     std::uint32_t zones = 0;                      // a bit for each zone it is in
     std::array<Stamp, NUM_ZONE_SLOTS> entered{};  // by slot, for the zones it is in
   };
+
+  void forgetTracks(Stamp stamp, std::vector<ObjectEvent>& events);
+  void follow(const TrackedObject& object, std::uint32_t zones, Stamp stamp,
+              std::vector<ObjectEvent>& events);
+  void report(ObjectEvent::Kind kind, std::uint32_t zones, std::int32_t id, const Track& track, Stamp stamp,
+              std::vector<ObjectEvent>& events) const;
 
   std::shared_ptr<const ZoneTable> table_;
   Duration forgetAfter_;

@@ -5,9 +5,13 @@
 
 namespace orvantis::filter::monitor {
 
-/// The number of zone slots of a detector. Where something is kept for each slot, the index is
-/// PointClassifier::zoneBit(field, zone).
+/// The zone slots of a detector: three in each of the eight evaluation fields.
 constexpr std::size_t NUM_ZONE_SLOTS = 24;
+
+/// Where a slot stands when something is kept for each of them. The same as PointClassifier::zoneBit.
+constexpr std::size_t zoneSlotIndex(int field, int zone) {
+  return static_cast<std::size_t>(3 * field + zone);
+}
 
 /// A zone of an evaluation field: where it stands in the detector, and what it is called there.
 struct ZoneSlot {
