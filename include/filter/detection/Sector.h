@@ -28,7 +28,8 @@ class ORVANTIS_API Sector : public Zone {
   ~Sector() override;
 
   void setOrigin(double x, double y);
-  /// The stored, normalised angles and the radius; the origin is not returned.
+  Point getOrigin() const { return origin_; }
+  /// The stored, normalised angles and the radius.
   void getSector(double& minAngle, double& maxAngle, double& radius) const;
   const Point& getOrigin() const { return origin_; }
 
