@@ -28,8 +28,7 @@ class ORVANTIS_API Sector : public Zone {
   ~Sector() override;
 
   void setOrigin(double x, double y);
-  Point getOrigin() const { return origin_; }
-  /// The stored, normalised angles and the radius.
+  /// The stored, normalised angles and the radius; the origin is not returned.
   void getSector(double& minAngle, double& maxAngle, double& radius) const;
   const Point& getOrigin() const { return origin_; }
 
