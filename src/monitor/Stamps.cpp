@@ -1,0 +1,37 @@
+#include "monitor/Stamps.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+
+namespace orvantis::filter::monitor {
+
+Duration elapsed(Stamp from, Stamp to) {
+  // In unsigned numbers, where the difference of the two farthest stamps still fits.
+  const std::uint64_t ticks =
+      static_cast<std::uint64_t>(to.count()) - static_cast<std::uint64_t>(from.count());
+  const auto longest = static_cast<std::uint64_t>(Duration::max().count());
+  return ticks > longest ? Duration::max() : Duration(static_cast<Duration::rep>(ticks));
+}
+
+Stamp between(Stamp from, Stamp to, double share) {
+  const Duration whole = elapsed(from, to);
+  const double ticks = share * static_cast<double>(whole.count());
+  // Beyond 2^53 ns the product may round up to more than the whole, and to more than an integer holds.
+  if (!(ticks < static_cast<double>(whole.count()))) {
+    return to;
+  }
+  return from + std::min(Duration(std::llround(ticks)), whole);
+}
+
+void requireLater(Stamp stamp, const std::optional<Stamp>& last) {
+  if (last && stamp <= *last) {
+    throw std::invalid_argument("The stamp " + std::to_string(stamp.count()) +
+                                " ns is not later than the last one, " + std::to_string(last->count()) +
+                                " ns");
+  }
+}
+
+}  // namespace orvantis::filter::monitor

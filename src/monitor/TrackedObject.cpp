@@ -1,0 +1,56 @@
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <numeric>
+
+#include <filter/monitor/TrackedObject.h>
+
+namespace orvantis::filter::monitor {
+namespace {
+
+using Ring = core::PlanarPolygon::ring_type;
+
+bool isFinite(const core::PlanarPoint& point) {
+  return std::isfinite(point.x()) && std::isfinite(point.y());
+}
+
+// Not finite for a ring that bounds no area.
+core::PlanarPoint centroid(const Ring& ring) {
+  // Triangles from the first vertex, each weighted by its signed area. Coordinates relative to that vertex
+  // keep the digits of an object that is small and far away.
+  const core::PlanarPoint& apex = ring.front();
+  double area = 0.0;
+  double x = 0.0;
+  double y = 0.0;
+  for (std::size_t i = 1; i + 1 < ring.size(); ++i) {
+    const double firstX = ring[i].x() - apex.x();
+    const double firstY = ring[i].y() - apex.y();
+    const double secondX = ring[i + 1].x() - apex.x();
+    const double secondY = ring[i + 1].y() - apex.y();
+    const double weight = firstX * secondY - firstY * secondX;
+    area += weight;
+    x += weight * (firstX + secondX);
+    y += weight * (firstY + secondY);
+  }
+  return {apex.x() + x / (3.0 * area), apex.y() + y / (3.0 * area)};
+}
+
+}  // namespace
+
+std::optional<core::PlanarPoint> referencePoint(const core::PlanarPolygon& footprint) {
+  const Ring& ring = footprint.outer();
+  if (ring.empty() || !std::ranges::all_of(ring, isFinite)) {
+    return std::nullopt;
+  }
+  const auto [minX, maxX] = std::ranges::minmax(ring, {}, [](const auto& vertex) { return vertex.x(); });
+  const auto [minY, maxY] = std::ranges::minmax(ring, {}, [](const auto& vertex) { return vertex.y(); });
+  const core::PlanarPoint centre = centroid(ring);
+  if (!isFinite(centre)) {
+    return core::PlanarPoint(std::midpoint(minX.x(), maxX.x()), std::midpoint(minY.y(), maxY.y()));
+  }
+  // Rounding, and rings that cross themselves, can carry the centroid away.
+  return core::PlanarPoint(std::clamp(centre.x(), minX.x(), maxX.x()),
+                           std::clamp(centre.y(), minY.y(), maxY.y()));
+}
+
+}  // namespace orvantis::filter::monitor

@@ -1,0 +1,117 @@
+#include "monitor/ZoneTable.h"
+
+#include <algorithm>
+#include <bit>
+#include <typeinfo>
+
+#include <filter/classify/PointClassifier.h>
+#include <filter/detection/Polygon.h>
+#include <filter/detection/Sector.h>
+
+namespace orvantis::filter::monitor {
+namespace {
+
+using detection::Point;
+using detection::Polygon;
+using detection::Sector;
+using detection::ZoneDetector;
+
+std::shared_ptr<const detection::Zone> deepCopy(const detection::Zone& shape) {
+  // A sector's makeCopy moves it to the origin of the plan; its copy constructor does not.
+  if (typeid(shape) == typeid(Sector)) {
+    return std::make_shared<Sector>(static_cast<const Sector&>(shape));
+  }
+  return shape.makeCopy();
+}
+
+// Not by comparison of values: a NaN is the same as itself, and -0 may be rounded another way than 0.
+bool sameBits(double a, double b) {
+  return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+}
+
+bool samePoint(const Point& a, const Point& b) {
+  return sameBits(a.x(), b.x()) && sameBits(a.y(), b.y());
+}
+
+bool sameGeometry(const Polygon& a, const Polygon& b) {
+  std::vector<Point> first;
+  std::vector<Point> second;
+  a.getPolygon(first);
+  b.getPolygon(second);
+  return std::ranges::equal(first, second, samePoint);
+}
+
+bool sameGeometry(const Sector& a, const Sector& b) {
+  double minAngle[2];
+  double maxAngle[2];
+  double radius[2];
+  a.getSector(minAngle[0], maxAngle[0], radius[0]);
+  b.getSector(minAngle[1], maxAngle[1], radius[1]);
+  return sameBits(minAngle[0], minAngle[1]) && sameBits(maxAngle[0], maxAngle[1]) &&
+         sameBits(radius[0], radius[1]) && samePoint(a.getOrigin(), b.getOrigin());
+}
+
+// Shapes of another kind than the library's cannot be looked into, so they are never the same.
+bool sameShape(const detection::Zone& a, const detection::Zone& b) {
+  if (typeid(a) != typeid(b)) {
+    return false;
+  }
+  if (const auto* polygon = dynamic_cast<const Polygon*>(&a)) {
+    return sameGeometry(*polygon, static_cast<const Polygon&>(b));
+  }
+  if (const auto* sector = dynamic_cast<const Sector*>(&a)) {
+    return sameGeometry(*sector, static_cast<const Sector&>(b));
+  }
+  return false;
+}
+
+}  // namespace
+
+ZoneTable::ZoneTable(const ZoneDetector& detector) {
+  for (int field = 0; field < ZoneDetector::NUM_EVAL_FIELDS; ++field) {
+    const auto evaluationField = detector.getEvaluationField(field);
+    if (!evaluationField) {
+      continue;
+    }
+    fieldNames_[static_cast<std::size_t>(field)] = evaluationField->name;
+    for (int zone = 0; zone < ZoneDetector::NUM_ZONES_PER_EVAL_FIELD; ++zone) {
+      const auto volume = detector.getZone(field, zone);
+      if (volume && volume->getZone2d()) {
+        Entry& entry = entries_[zoneSlotIndex(field, zone)];
+        entry.name = volume->getName();
+        entry.shape = deepCopy(*volume->getZone2d());
+        entry.zMin = volume->getZMin();
+        entry.zMax = volume->getZMax();
+      }
+    }
+  }
+  for (const auto& volume : detector.getExclusionZoneVector()) {
+    exclusionZoneNames_.push_back(volume ? volume->getName() : std::string());
+  }
+}
+
+ZoneSlot ZoneTable::describe(std::size_t slot) const {
+  const auto zonesPerField = static_cast<std::size_t>(ZoneDetector::NUM_ZONES_PER_EVAL_FIELD);
+  const std::size_t field = slot / zonesPerField;
+  return {static_cast<int>(field), static_cast<int>(slot % zonesPerField), fieldNames_[field],
+          entries_[slot].name};
+}
+
+bool ZoneTable::hasSameZone(std::size_t slot, const ZoneTable& other) const {
+  const Entry& a = entries_[slot];
+  const Entry& b = other.entries_[slot];
+  if (!a.shape || !b.shape) {
+    return !a.shape && !b.shape;
+  }
+  return sameBits(a.zMin, b.zMin) && sameBits(a.zMax, b.zMax) && sameShape(*a.shape, *b.shape);
+}
+
+bool ZoneTable::holds(std::size_t slot, const core::PlanarPolygon& footprint, double zMin,
+                      double zMax) const {
+  const Entry& entry = entries_[slot];
+  const bool heightsTouch = entry.zMax >= zMin && zMax >= entry.zMin;
+  return entry.shape && heightsTouch &&
+         (entry.shape->within(footprint) || entry.shape->intersects(footprint));
+}
+
+}  // namespace orvantis::filter::monitor

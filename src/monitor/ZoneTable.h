@@ -1,0 +1,48 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <core/Planar.h>
+#include <filter/detection/Zone.h>
+#include <filter/detection/ZoneDetector.h>
+#include <filter/monitor/ZoneSlot.h>
+
+namespace orvantis::filter::monitor {
+
+/// The zones of a detector at one moment, by slot index: deep copies that no later change reaches. Immutable.
+class ZoneTable {
+ public:
+  explicit ZoneTable(const detection::ZoneDetector& detector);
+
+  /// Whether a zone with a shape stands there.
+  bool hasZone(std::size_t slot) const { return entries_[slot].shape != nullptr; }
+  ZoneSlot describe(std::size_t slot) const;
+  /// @param k below the number of the detector's exclusion zones
+  const std::string& exclusionZoneName(std::size_t k) const { return exclusionZoneNames_[k]; }
+  /// Whether both tables have the same zone there: type of shape, geometry and heights, bit by bit. Names do
+  /// not matter. Two slots without a zone are the same.
+  bool hasSameZone(std::size_t slot, const ZoneTable& other) const;
+
+  /// Whether the heights touch the zone's and the footprint is within its shape or intersects it.
+  /// @param footprint of finite coordinates, with at least one vertex
+  bool holds(std::size_t slot, const core::PlanarPolygon& footprint, double zMin, double zMax) const;
+
+ private:
+  struct Entry {
+    std::string name;
+    std::shared_ptr<const detection::Zone> shape;  // null: no zone
+    double zMin = 0.0;
+    double zMax = 0.0;
+  };
+
+  std::array<std::string, detection::ZoneDetector::NUM_EVAL_FIELDS> fieldNames_;
+  std::array<Entry, NUM_ZONE_SLOTS> entries_;
+  std::vector<std::string> exclusionZoneNames_;
+};
+
+}  // namespace orvantis::filter::monitor
