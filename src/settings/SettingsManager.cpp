@@ -1,6 +1,7 @@
 #include <istream>
 #include <locale>
 #include <ostream>
+#include <sstream>
 #include <stdexcept>
 #include <type_traits>
 #include <utility>
@@ -17,11 +18,31 @@ namespace {
 
 using boost::property_tree::ptree;
 
+using StreamText = std::char_traits<char>;
+
 // How values of a type become text and back: property_tree's own way, but in the classic locale.
 template <typename T>
+class Translator : public boost::property_tree::stream_translator<char, StreamText, std::allocator<char>, T> {
+ public:
+  Translator()
+      : boost::property_tree::stream_translator<char, StreamText, std::allocator<char>, T>(
+            std::locale::classic()) {}
+
+  boost::optional<T> get_value(const std::string& text) {
+    std::istringstream in(text);
+    in.imbue(std::locale::classic());
+    // Out of memory must not pass for "no number", which would quietly give the default.
+    in.exceptions(std::ios::badbit);
+    T value{};
+    boost::property_tree::customize_stream<char, StreamText, T>::extract(in, value);
+    const bool isWhole = !in.fail() && in.get() == StreamText::eof();
+    return isWhole ? boost::optional<T>(value) : boost::none;
+  }
+};
+
+template <typename T>
 auto translator() {
-  return boost::property_tree::stream_translator<char, std::char_traits<char>, std::allocator<char>, T>(
-      std::locale::classic());
+  return Translator<T>();
 }
 template <>
 auto translator<std::string>() {
