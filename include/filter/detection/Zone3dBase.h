@@ -21,7 +21,7 @@ class ORVANTIS_API Zone3dBase : public LoggedComponent {
   static const float DEFAULT_Z_MIN;  ///< 0
   static const float DEFAULT_Z_MAX;  ///< 20
 
-  explicit Zone3dBase(std::shared_ptr<Zone> zone = nullptr, double zMin = DEFAULT_Z_MIN,
+  Zone3dBase(std::shared_ptr<Zone> zone = nullptr, double zMin = DEFAULT_Z_MIN,
                       double zMax = DEFAULT_Z_MAX);
   Zone3dBase(const Zone3dBase&) = default;
   Zone3dBase& operator=(const Zone3dBase&) = default;
