@@ -1,0 +1,29 @@
+#include "Console.h"
+
+#include <cerrno>
+#include <cstring>
+
+namespace orvantis::app {
+
+void Console::flush() const {
+  errno = 0;
+  out.flush();
+  if (!out) {
+    const std::string reason = errno != 0 ? std::string(": ") + std::strerror(errno) : std::string();
+    throw Failure("cannot write to the standard output" + reason);
+  }
+}
+
+void Console::warn(const std::string& text) const {
+  err << "zone-detector: warning: " << text << '\n';
+}
+
+std::string Console::bold(const std::string& text) const {
+  return colour ? "\033[1m" + text + "\033[0m" : text;
+}
+
+std::string Console::coloured(int number, const std::string& text) const {
+  return colour ? "\033[3" + std::to_string(number) + "m" + text + "\033[0m" : text;
+}
+
+}  // namespace orvantis::app

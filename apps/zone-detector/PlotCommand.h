@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+namespace orvantis::app {
+
+struct Console;
+
+struct PlotOptions {
+  std::string document;
+  std::string cloud;   ///< empty: none
+  std::string output;  ///< empty: the console's data stream
+};
+
+/// Draws the plan of a zone document, over a scan if one is given, as SVG.
+int plot(const PlotOptions& options, const Console& console);
+
+}  // namespace orvantis::app

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace orvantis::app {
+
+struct Console;
+
+/// A line on the error stream that says how far the work is, while somebody watches; erased before anything
+/// else is written and at the end.
+class Progress {
+ public:
+  Progress(const Console& console, std::size_t total) : console_(console), total_(total) {}
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+  ~Progress() { erase(); }
+
+  void show(std::size_t done, const std::string& what);
+  void erase();
+
+ private:
+  const Console& console_;
+  std::size_t total_;
+  bool shown_ = false;
+};
+
+}  // namespace orvantis::app

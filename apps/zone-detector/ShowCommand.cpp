@@ -1,0 +1,230 @@
+#include "ShowCommand.h"
+
+#include <array>
+#include <cmath>
+#include <numbers>
+#include <vector>
+
+#include <boost/json/array.hpp>
+#include <boost/json/object.hpp>
+
+#include <filter/detection/Rectangle.h>
+#include <filter/detection/Sector.h>
+
+#include "Configuration.h"
+#include "Console.h"
+#include "JsonText.h"
+#include "Outline.h"
+#include "Table.h"
+#include "Text.h"
+
+namespace orvantis::app {
+namespace {
+
+using boost::json::array;
+using boost::json::object;
+using filter::detection::CounterLine;
+using filter::detection::Point;
+using filter::detection::Sector;
+using filter::detection::Zone;
+using filter::detection::Zone3dBase;
+using filter::detection::ZoneDetector;
+
+const char* levelName(const ZoneDetector& detector) {
+  return detector.getTriggerZone() == ZoneDetector::TriggerZoneValue::LOW ? "low" : "high";
+}
+
+// Shape, area and heights of a zone, as cells.
+std::vector<std::string> zoneCells(const Zone3dBase& zone) {
+  const auto shape = zone.getZone2d();
+  return {zone.getName(), shape ? shape->type() : "none", shape ? toFixed(coveredArea(*shape), 2) : "",
+          toText(zone.getZMin(), 3), toText(zone.getZMax(), 3)};
+}
+
+std::vector<std::string> joined(std::vector<std::string> first, const std::vector<std::string>& second) {
+  first.insert(first.end(), second.begin(), second.end());
+  return first;
+}
+
+void printOptions(const ZoneDetector& detector, const Console& console) {
+  Table table({"OPTION", "VALUE"});
+  table.addRow({"debounce time", std::to_string(detector.getDebounceTime().count()) + " ms"});
+  table.addRow({"sensitivity", std::to_string(detector.getSensitivityFromMinPoints(detector.getMinPoints())) +
+                                   ": occupied at >= " +
+                                   counted(static_cast<std::uint64_t>(detector.getMinPoints()), "point")});
+  table.addRow({"trigger active level", levelName(detector)});
+  table.addRow({"software API command", detector.useSoftwareAPICommand() ? "used" : "not used"});
+  table.print(console);
+}
+
+void printFields(const ZoneDetector& detector, const Console& console) {
+  Table table({"FIELD", "ZONE", "SHAPE", ">AREA m²", ">zMin m", ">zMax m"});
+  for (int f = 0; f < ZoneDetector::NUM_EVAL_FIELDS; ++f) {
+    const auto field = detector.getEvaluationField(f);
+    if (!field) {
+      continue;
+    }
+    std::string name = std::to_string(f) + " " + field->name;
+    for (int z = 0; z < ZoneDetector::NUM_ZONES_PER_EVAL_FIELD; ++z) {
+      if (const auto zone = detector.getZone(f, z)) {
+        std::vector<std::string> cells = zoneCells(*zone);
+        cells[0] = std::to_string(z) + " " + cells[0];
+        table.addRow(joined({name}, cells));
+        name.clear();  // once for its zones
+      }
+    }
+  }
+  table.print(console);
+}
+
+void printExclusionZones(const ZoneDetector& detector, const Console& console) {
+  Table table({"EXCLUSION ZONE", "SHAPE", ">AREA m²", ">zMin m", ">zMax m"});
+  for (const auto& zone : detector.getExclusionZoneVector()) {
+    table.addRow(zoneCells(*zone));
+  }
+  table.print(console);
+}
+
+// One of eight arrows, for the direction rounded to an eighth of a turn.
+std::string arrow(const Point& direction) {
+  static constexpr std::array<const char*, 8> arrows = {"→", "↗", "↑", "↖", "←", "↙", "↓", "↘"};
+  if (direction.x() == 0.0 && direction.y() == 0.0) {
+    return "none";
+  }
+  const double eighths = std::atan2(direction.y(), direction.x()) / (std::numbers::pi / 4.0);
+  return arrows[static_cast<std::size_t>(static_cast<int>(std::lround(eighths)) + 8) % arrows.size()];
+}
+
+// The axes that a direction mainly follows, such as "+x" or "-x +y".
+std::string axes(const Point& direction) {
+  constexpr double share = 0.38;  // the sine of an eighth of a half turn
+  std::string text;
+  if (std::abs(direction.x()) > share) {
+    text += direction.x() > 0.0 ? "+x" : "-x";
+  }
+  if (std::abs(direction.y()) > share) {
+    text += text.empty() ? "" : " ";
+    text += direction.y() > 0.0 ? "+y" : "-y";
+  }
+  return text;
+}
+
+void printCounterLines(const Configuration& configuration, const Console& console) {
+  Table table({"COUNTER LINE", "FIRST", "SECOND", "DIRECTION", "LEFT SIDE"});
+  for (const auto& [name, line] : configuration.lines) {
+    const auto& points = line.getPoints();
+    const Point direction = directionOf(line);
+    const Point left(-direction.y(), direction.x());
+    const auto text = [](const CounterLine::point& p) {
+      return "(" + toText(p.x(), 3) + ", " + toText(p.y(), 3) + ")";
+    };
+    table.addRow({name, text(points[0]), text(points[1]), arrow(direction) + " " + axes(direction),
+                  arrow(left) + " " + axes(left)});
+  }
+  table.print(console);
+}
+
+object toObject(const Point& point) {
+  return {{"x", point.x()}, {"y", point.y()}};
+}
+
+object toObject(const Zone3dBase& zone) {
+  object result{{"name", zone.getName()}};
+  const auto shape = zone.getZone2d();
+  if (shape) {
+    result["shape"] = shape->type();
+    result["area"] = coveredArea(*shape);
+  } else {
+    result["shape"] = nullptr;
+  }
+  result["zMin"] = zone.getZMin();
+  result["zMax"] = zone.getZMax();
+  if (const auto* sector = dynamic_cast<const Sector*>(shape.get())) {
+    double minAngle = 0.0;
+    double maxAngle = 0.0;
+    double radius = 0.0;
+    sector->getSector(minAngle, maxAngle, radius);
+    result["minAngle"] = minAngle;
+    result["maxAngle"] = maxAngle;
+    result["radius"] = radius;
+  } else if (shape) {
+    array vertices;
+    for (const Point& vertex : outline(*shape)) {
+      vertices.push_back(toObject(vertex));
+    }
+    result["vertices"] = std::move(vertices);
+  }
+  return result;
+}
+
+object toObject(int index, const ZoneDetector& detector) {
+  const auto field = detector.getEvaluationField(index);
+  array zones;
+  for (int z = 0; z < ZoneDetector::NUM_ZONES_PER_EVAL_FIELD; ++z) {
+    if (const auto zone = detector.getZone(index, z)) {
+      object entry{{"index", z}};
+      for (auto& [key, value] : toObject(*zone)) {
+        entry.emplace(key, value);
+      }
+      zones.push_back(std::move(entry));
+    }
+  }
+  return {{"index", index}, {"name", field->name}, {"zones", std::move(zones)}};
+}
+
+object toObject(const CounterLine& line) {
+  const auto& points = line.getPoints();
+  const Point direction = directionOf(line);
+  return {{"name", line.getName()},
+          {"first", toObject(Point(points[0].x(), points[0].y()))},
+          {"second", toObject(Point(points[1].x(), points[1].y()))},
+          {"left", toObject(Point(-direction.y() + 0.0, direction.x()))}};
+}
+
+object toObject(const Configuration& configuration) {
+  const ZoneDetector& detector = configuration.detector;
+  object result{{"debounceTimeMs", detector.getDebounceTime().count()},
+                {"sensitivity", detector.getSensitivityFromMinPoints(detector.getMinPoints())},
+                {"minPoints", detector.getMinPoints()},
+                {"triggerActiveLevel", levelName(detector)},
+                {"useSoftwareAPICommand", detector.useSoftwareAPICommand()}};
+  array fields;
+  for (int f = 0; f < ZoneDetector::NUM_EVAL_FIELDS; ++f) {
+    if (detector.getEvaluationField(f)) {
+      fields.push_back(toObject(f, detector));
+    }
+  }
+  result["evaluationFields"] = std::move(fields);
+  array exclusionZones;
+  for (const auto& zone : detector.getExclusionZoneVector()) {
+    exclusionZones.push_back(toObject(*zone));
+  }
+  result["exclusionZones"] = std::move(exclusionZones);
+  array lines;
+  for (const auto& [name, line] : configuration.lines) {
+    lines.push_back(toObject(line));
+  }
+  result["counterLines"] = std::move(lines);
+  return result;
+}
+
+}  // namespace
+
+int show(const std::string& path, bool json, const Console& console) {
+  const Configuration configuration = loadConfiguration(path);
+  if (json) {
+    console.out << toJson(toObject(configuration)) << '\n';
+  } else {
+    printOptions(configuration.detector, console);
+    console.out << '\n';
+    printFields(configuration.detector, console);
+    console.out << '\n';
+    printExclusionZones(configuration.detector, console);
+    console.out << '\n';
+    printCounterLines(configuration, console);
+  }
+  console.flush();
+  return 0;
+}
+
+}  // namespace orvantis::app

@@ -1,0 +1,79 @@
+#include "Text.h"
+
+#include <array>
+#include <charconv>
+
+namespace orvantis::app {
+namespace {
+
+// Long enough for any double in fixed notation with a few decimals.
+using Buffer = std::array<char, 400>;
+
+bool isLaterByte(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
+}
+
+}  // namespace
+
+std::string toText(double value) {
+  Buffer buffer;
+  return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr};
+}
+
+std::string toFixed(double value, int decimals) {
+  Buffer buffer;
+  std::string text(buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                                std::chars_format::fixed, decimals)
+                                      .ptr);
+  if (text.starts_with('-') && text.find_first_not_of("-0.") == std::string::npos) {
+    text.erase(0, 1);
+  }
+  return text;
+}
+
+std::string toText(double value, int decimals) {
+  std::string text = toFixed(value, decimals);
+  if (text.find('.') != std::string::npos) {
+    text.erase(text.find_last_not_of('0') + 1);
+    if (text.ends_with('.')) {
+      text.pop_back();
+    }
+  }
+  return text;
+}
+
+std::string printable(std::string_view text) {
+  static constexpr std::string_view hex = "0123456789abcdef";
+  std::string result;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    auto byte = static_cast<unsigned char>(text[i]);
+    // U+0080 to U+009F, in two bytes, are control characters too.
+    const bool isLongControl =
+        byte == 0xC2U && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0U;
+    if (isLongControl) {
+      byte = static_cast<unsigned char>(text[++i]);
+    }
+    if (byte < 0x20U || byte == 0x7FU || isLongControl) {
+      result += "\\x";
+      result += hex[byte >> 4U];
+      result += hex[byte & 0x0FU];
+    } else {
+      result += text[i];
+    }
+  }
+  return result;
+}
+
+std::size_t displayWidth(std::string_view text) {
+  std::size_t width = 0;
+  for (const char c : text) {
+    width += isLaterByte(c) ? 0 : 1;
+  }
+  return width;
+}
+
+std::string counted(std::uint64_t count, std::string_view singular) {
+  return std::to_string(count) + " " + std::string(singular) + (count == 1 ? "" : "s");
+}
+
+}  // namespace orvantis::app

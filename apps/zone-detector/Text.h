@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace orvantis::app {
+
+/// The shortest decimal text that reads back as the same double.
+std::string toText(double value);
+
+/// The value with at most that many decimals, without trailing zeros and without "-0".
+std::string toText(double value, int decimals);
+
+/// The value with exactly that many decimals, for columns of figures.
+std::string toFixed(double value, int decimals);
+
+/// The text with control characters written out (\x1b), so that a name from a file cannot steer a terminal.
+std::string printable(std::string_view text);
+
+/// The columns a terminal needs for the text: its characters, not its bytes.
+std::size_t displayWidth(std::string_view text);
+
+/// "1 point", "2 points".
+std::string counted(std::uint64_t count, std::string_view singular);
+
+}  // namespace orvantis::app

@@ -1,0 +1,72 @@
+#include "ValidateCommand.h"
+
+#include <sstream>
+
+#include <filter/detection/ZoneDetector.h>
+
+#include "Configuration.h"
+#include "Console.h"
+#include "File.h"
+#include "Lint.h"
+#include "LocatedJson.h"
+#include "Text.h"
+
+namespace orvantis::app {
+namespace {
+
+// The library's complaint; empty for a good document.
+std::string fixedCheck(const std::string& text) {
+  std::istringstream in(text);
+  try {
+    filter::detection::ZoneDetector::validate(in);
+  } catch (const std::exception& error) {
+    return error.what();
+  }
+  return {};
+}
+
+// The library's text keeps its line break; anything else that steers a terminal is written out.
+std::string printableLines(const std::string& message) {
+  std::string text;
+  std::istringstream lines(message);
+  for (std::string line; std::getline(lines, line);) {
+    text += (text.empty() ? "" : "\n") + printable(line);
+  }
+  return text;
+}
+
+bool validateOne(const std::string& path, bool strict, const Console& console) {
+  std::string text;
+  try {
+    text = readFile(path, documentReadLimit);
+  } catch (const Failure& failure) {
+    console.out << console.coloured(1, failure.what()) << '\n';
+    return false;
+  }
+  const std::string complaint = fixedCheck(text);
+  console.out << path << ": "
+              << (complaint.empty() ? console.coloured(2, "ok")
+                                    : console.coloured(1, printableLines(complaint)))
+              << '\n';
+  const auto document = text.size() < documentReadLimit ? parseLocated(text) : std::nullopt;
+  const std::vector<Finding> findings = document ? lint(*document) : std::vector<Finding>();
+  for (const Finding& finding : findings) {
+    console.out << path << ':' << finding.line << ": " << console.coloured(3, "warning") << ": "
+                << printable(finding.path) << (finding.path.empty() ? "" : ": ") << printable(finding.text)
+                << '\n';
+  }
+  return complaint.empty() && (findings.empty() || !strict);
+}
+
+}  // namespace
+
+int validate(const std::vector<std::string>& paths, bool strict, const Console& console) {
+  bool good = true;
+  for (const std::string& path : paths) {
+    good = validateOne(path, strict, console) && good;
+  }
+  console.flush();
+  return good ? 0 : 1;
+}
+
+}  // namespace orvantis::app

@@ -1,0 +1,31 @@
+#include <algorithm>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+
+#include "CloudCheck.h"
+#include "Words.h"
+
+namespace orvantis::app {
+
+// Open3D leaves out the lines it cannot read, so a damaged file would pass for one with fewer points.
+void checkXyz(const std::string& path) {
+  std::ifstream in(path);
+  std::string line;
+  bool isEmpty = true;
+  for (std::size_t number = 1; std::getline(in, line); ++number) {
+    const std::vector<std::string_view> columns = words(line);
+    if (columns.empty() || columns[0].starts_with('#')) {
+      continue;
+    }
+    isEmpty = false;
+    if (columns.size() < 3 || !std::all_of(columns.begin(), columns.begin() + 3, isNumber)) {
+      throw std::runtime_error("line " + std::to_string(number) + " does not begin with three numbers");
+    }
+  }
+  if (isEmpty) {
+    throw std::runtime_error("no line holds a point");
+  }
+}
+
+}  // namespace orvantis::app
