@@ -1,9 +1,11 @@
 #include "settings/JsonReader.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <ios>
 #include <istream>
-#include <new>
 #include <utility>
 #include <vector>
 
@@ -217,6 +219,25 @@ std::string_view withoutByteOrderMark(std::string_view text) {
   return text.starts_with(mark) ? text.substr(mark.size()) : text;
 }
 
+// So deep a tree may be freed by the destructors, which recurse.
+constexpr int MAX_RECURSION = 2 * SettingsManager::MAX_DEPTH;
+
+bool isShallow(const ptree& node, int levels) {
+  return node.empty() || (levels > 0 && std::all_of(node.begin(), node.end(), [levels](const auto& child) {
+                            return isShallow(child.second, levels - 1);
+                          }));
+}
+
+void setParent(ptree& node, const ptree* parent) {
+  node.data().assign(reinterpret_cast<const char*>(&parent), sizeof(parent));
+}
+
+ptree* parentOf(const ptree& node) {
+  ptree* parent = nullptr;
+  std::memcpy(&parent, node.data().data(), sizeof(parent));
+  return parent;
+}
+
 }  // namespace
 
 std::string read(std::istream& in, Document& document) {
@@ -226,7 +247,11 @@ std::string read(std::istream& in, Document& document) {
   Position at;
   bool first = true;
   while (in) {
-    in.read(block.data(), static_cast<std::streamsize>(block.size()));
+    try {
+      in.read(block.data(), static_cast<std::streamsize>(block.size()));
+    } catch (const std::ios_base::failure&) {
+      // A host may have asked its stream to throw, also at the end; the state says what happened.
+    }
     std::string_view text(block.data(), static_cast<std::size_t>(in.gcount()));
     if (first) {
       text = withoutByteOrderMark(text);
@@ -259,23 +284,55 @@ bool isReadable(std::string_view text) {
   return parser.write_some(false, text.data(), text.size(), error) == text.size() && !error;
 }
 
-void clear(ptree& root) noexcept {
-  try {
-    std::vector<ptree*> path = {&root};
-    while (!path.empty()) {
-      ptree& node = *path.back();
-      if (!node.empty()) {
-        path.push_back(&node.back().second);
-        continue;
-      }
-      path.pop_back();
-      if (!path.empty()) {
-        path.back()->pop_back();
+void copy(const ptree& from, ptree& to) {
+  to.data() = from.data();
+  std::vector<std::pair<const ptree*, ptree*>> open = {{&from, &to}};
+  while (!open.empty()) {
+    const auto [source, target] = open.back();
+    open.pop_back();
+    for (const auto& [name, child] : *source) {
+      ptree& added = target->push_back({name, ptree(child.data())})->second;
+      if (!child.empty()) {
+        open.emplace_back(&child, &added);
       }
     }
-  } catch (const std::bad_alloc&) {
-    root.clear();  // out of memory: what the reader built is shallow enough for recursion
   }
+}
+
+void clear(ptree& root) noexcept {
+  if (isShallow(root, MAX_RECURSION)) {
+    root.clear();
+    return;
+  }
+  // Each node on the way down keeps the address of its parent in place of its text, which needs no memory.
+  ptree* node = &root;
+  setParent(root, nullptr);
+  while (node != nullptr) {
+    if (!node->empty()) {
+      ptree& child = node->back().second;
+      setParent(child, node);
+      node = &child;
+      continue;
+    }
+    node = parentOf(*node);
+    if (node != nullptr) {
+      node->pop_back();
+    }
+  }
+  root.clear();
+}
+
+Document::~Document() {
+  clear(root);
+}
+
+void Document::moveRootTo(ptree& node) noexcept {
+  auto entry = notation.extract(&root);
+  if (entry) {
+    entry.key() = &node;
+    notation.insert(std::move(entry));
+  }
+  root.swap(node);
 }
 
 }  // namespace orvantis::json

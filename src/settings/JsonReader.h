@@ -10,7 +10,17 @@
 
 namespace orvantis::json {
 
+/// A tree that is being made. Frees it without recursion.
 struct Document {
+  Document() = default;
+  Document(const Document&) = delete;
+  Document& operator=(const Document&) = delete;
+  ~Document();
+
+  /// Exchanges the contents of the root and another node. The nodes below stay where they are, so of the
+  /// notation only the root's own entry has to move.
+  void moveRootTo(boost::property_tree::ptree& node) noexcept;
+
   boost::property_tree::ptree root;
   NotationMap notation;  // of the nodes of root
 };
@@ -23,7 +33,11 @@ std::string read(std::istream& in, Document& document);
 /// Whether `read` would accept the text.
 bool isReadable(std::string_view text);
 
-/// Frees what is below the node without recursion: a tree can be deeper than the call stack.
+/// Copies a tree without recursion, since a tree can be deeper than the call stack.
+/// @param to an empty tree
+void copy(const boost::property_tree::ptree& from, boost::property_tree::ptree& to);
+
+/// Frees what is below the node without recursion.
 void clear(boost::property_tree::ptree& root) noexcept;
 
 }  // namespace orvantis::json

@@ -1,7 +1,6 @@
+#include <algorithm>
 #include <istream>
-#include <locale>
 #include <ostream>
-#include <sstream>
 #include <stdexcept>
 #include <type_traits>
 #include <utility>
@@ -12,41 +11,75 @@
 #include "settings/JsonNotation.h"
 #include "settings/JsonReader.h"
 #include "settings/JsonWriter.h"
+#include "settings/ValueText.h"
 
 namespace orvantis {
 namespace {
 
 using boost::property_tree::ptree;
 
-using StreamText = std::char_traits<char>;
-
-// How values of a type become text and back: property_tree's own way, but in the classic locale.
 template <typename T>
-class Translator : public boost::property_tree::stream_translator<char, StreamText, std::allocator<char>, T> {
- public:
-  Translator()
-      : boost::property_tree::stream_translator<char, StreamText, std::allocator<char>, T>(
-            std::locale::classic()) {}
+struct Translator : detail::ValueText<T> {};
+template <>
+struct Translator<std::string> : boost::property_tree::id_translator<std::string> {};
 
-  boost::optional<T> get_value(const std::string& text) {
-    std::istringstream in(text);
-    in.imbue(std::locale::classic());
-    // Out of memory must not pass for "no number", which would quietly give the default.
-    in.exceptions(std::ios::badbit);
-    T value{};
-    boost::property_tree::customize_stream<char, StreamText, T>::extract(in, value);
-    const bool isWhole = !in.fail() && in.get() == StreamText::eof();
-    return isWhole ? boost::optional<T>(value) : boost::none;
+// Takes the names of a dotted key one by one. Going through them in a loop, where property_tree recurses,
+// takes a key of any length.
+class KeyNames {
+ public:
+  explicit KeyNames(const std::string& key) : key_(key) {}
+
+  bool isAtEnd() const { return at_ >= key_.size(); }
+  std::string next() {
+    const std::size_t dot = std::min(key_.find('.', at_), key_.size());
+    std::string name = key_.substr(at_, dot - at_);
+    at_ = dot + 1;
+    return name;
   }
+
+ private:
+  const std::string& key_;
+  std::size_t at_ = 0;
 };
 
-template <typename T>
-auto translator() {
-  return Translator<T>();
+// The node a dotted key leads to, or null.
+const ptree* findKey(const ptree& root, const std::string& key) {
+  const ptree* node = &root;
+  for (KeyNames names(key); node != nullptr && !names.isAtEnd();) {
+    const auto child = node->find(names.next());
+    node = child != node->not_found() ? &child->second : nullptr;
+  }
+  return node;
 }
-template <>
-auto translator<std::string>() {
-  return boost::property_tree::id_translator<std::string>();
+
+ptree& appendTo(ptree& node, const std::string& name) {
+  return node.push_back({name, ptree()})->second;
+}
+
+ptree& makeChild(ptree& node, const std::string& name) {
+  const auto child = node.find(name);
+  return child != node.not_found() ? child->second : appendTo(node, name);
+}
+
+// The node a dotted key leads to, made when it is missing.
+ptree& makeKey(ptree& root, const std::string& key) {
+  ptree* node = &root;
+  for (KeyNames names(key); !names.isAtEnd();) {
+    node = &makeChild(*node, names.next());
+  }
+  return *node;
+}
+
+// As makeKey, but the last name is always a new child.
+ptree& addKey(ptree& root, const std::string& key) {
+  ptree* node = &root;
+  KeyNames names(key);
+  std::string name = names.next();
+  while (!names.isAtEnd()) {
+    node = &makeChild(*node, name);
+    name = names.next();
+  }
+  return appendTo(*node, name);
 }
 
 template <typename Visit>
@@ -82,18 +115,12 @@ bool SettingsManager::loadStream(std::istream& in, const std::string& format) {
   json::Document document;
   loadError_ = json::read(in, document);
   if (loadError_.empty()) {
-    // Swapping keeps the nodes where they are; only the root's own entry has to move.
-    if (auto rootNotation = document.notation.extract(&document.root)) {
-      rootNotation.key() = &root_;
-      document.notation.insert(std::move(rootNotation));
-    }
-    root_.swap(document.root);
+    document.moveRootTo(root_);
     notation_.swap(document.notation);
     path_.erase(path_.begin() + 1, path_.end());
     path_.front().list.known = false;
     pathText_.clear();
   }
-  json::clear(document.root);
   return loadError_.empty();
 }
 
@@ -161,37 +188,46 @@ boost::optional<const ptree&> SettingsManager::getChildOptional(const std::strin
 }
 
 ptree& SettingsManager::putChild(const std::string& name, const ptree& child) {
-  const auto existing = current().find(name);
-  ptree* stored = nullptr;
-  if (existing != current().not_found()) {
-    ptree copy = child;  // first: the child may be a part of what it replaces
-    stored = &existing->second;
-    forEachNode(*stored, [&](const ptree& node) { notation_.erase(&node); });
-    stored->swap(copy);
-    json::clear(copy);
-  } else {
-    stored = append(name);
-    *stored = child;
-  }
-  const bool isText = !stored->data().empty();
-  forEachNode(*stored, [&](const ptree& node) {
-    if (node.empty() && (isText || &node != stored) && json::needsQuotedFlag(node.data())) {
-      notation_[&node] = json::Quoted;
+  // Everything that can fail comes before the store is changed; and the child may be a part of what it
+  // replaces.
+  json::Document copy;
+  json::copy(child, copy.root);
+  const bool isText = !copy.root.data().empty();
+  forEachNode(copy.root, [&](const ptree& node) {
+    if (node.empty() && (isText || &node != &copy.root) && json::needsQuotedFlag(node.data())) {
+      copy.notation[&node] = json::Quoted;
     }
   });
-  return *stored;
+  const auto existing = current().find(name);
+  ptree& stored = existing != current().not_found() ? existing->second : *append(name);
+  std::vector<const ptree*> replaced;
+  forEachNode(stored, [&](const ptree& node) { replaced.push_back(&node); });
+  notation_.reserve(notation_.size() + copy.notation.size());
+
+  for (const ptree* node : replaced) {
+    notation_.erase(node);
+  }
+  copy.moveRootTo(stored);
+  notation_.merge(copy.notation);
+  return stored;
 }
 
 template <typename T>
 T SettingsManager::get(const std::string& key) const {
-  const T value = std::as_const(current()).get<T>(key, translator<T>());
+  const ptree* const node = findKey(current(), key);
+  if (node == nullptr) {
+    throw boost::property_tree::ptree_bad_path("No such node", ptree::path_type(key));
+  }
+  const T value = node->get_value<T>(Translator<T>());
   logger_.traceStream().write("got ", pathText_, ".", key, ", value: ", value);
   return value;
 }
 
 template <typename T>
 T SettingsManager::get(const std::string& key, const T& defaultValue) const {
-  const T value = std::as_const(current()).get_optional<T>(key, translator<T>()).get_value_or(defaultValue);
+  const ptree* const node = findKey(current(), key);
+  const T value = node != nullptr ? node->get_value_optional<T>(Translator<T>()).get_value_or(defaultValue)
+                                  : defaultValue;
   logger_.traceStream().write("got ", pathText_, ".", key, ", default: ", defaultValue, ", value  : ", value);
   return value;
 }
@@ -199,18 +235,23 @@ T SettingsManager::get(const std::string& key, const T& defaultValue) const {
 template <typename T>
 void SettingsManager::put(const std::string& key, const T& value) {
   logger_.debugStream().write("set ", pathText_, ".", key, " to: ", value);
+  auto text = Translator<T>().put_value(value);
+  ChildList& list = path_.back().list;
+  const bool wasKnown = std::exchange(list.known, false);
   const std::size_t size = current().size();
-  const ptree& node = current().put(key, value, translator<T>());
-  if (current().size() != size) {
-    path_.back().list.known = false;
-  }
+  ptree& node = makeKey(current(), key);
+  list.known = wasKnown && current().size() == size;
+  node.data().swap(*text);
   wrote(node, value);
 }
 
 void SettingsManager::add(const std::string& key, const std::string& value) {
   logger_.debugStream().write("add ", pathText_, ".", key, " to: ", value);
+  std::string text = value;
   path_.back().list.known = false;
-  wrote(current().add(key, value), value);
+  ptree& node = addKey(current(), key);
+  node.data().swap(text);
+  wrote(node, value);
 }
 
 std::string SettingsManager::getIndexedValue(const std::string& name, int index) const {
@@ -239,9 +280,10 @@ const std::vector<ptree*>& SettingsManager::childrenNamed(const std::string& nam
 
 const std::string& SettingsManager::enter(ptree* node, const std::string& name) {
   const std::size_t outerPathLength = pathText_.size();
+  const bool isBelowRoot = path_.size() == 1;
   path_.push_back({node, outerPathLength, {}});
   try {
-    if (outerPathLength != 0) {
+    if (!isBelowRoot) {
       pathText_ += '.';
     }
     pathText_ += name;
@@ -257,7 +299,7 @@ ptree* SettingsManager::append(const std::string& name) {
   ChildList& list = path_.back().list;
   const bool extendsList = list.known && list.name == name;
   list.known = list.known && !extendsList;
-  ptree* node = &current().push_back({name, ptree()})->second;
+  ptree* node = &appendTo(current(), name);
   if (extendsList) {
     list.children.push_back(node);
     list.known = true;
@@ -267,13 +309,16 @@ ptree* SettingsManager::append(const std::string& name) {
 
 template <typename T>
 void SettingsManager::wrote(const ptree& node, const T& value) {
+  unsigned char flags = 0;
   if constexpr (std::is_same_v<T, std::string>) {
-    if (json::needsQuotedFlag(value)) {
-      notation_[&node] = json::Quoted;
-      return;
-    }
+    flags = json::needsQuotedFlag(value) ? json::Quoted : 0;
   }
-  notation_.erase(&node);
+  if (const auto found = notation_.find(&node); found != notation_.end()) {
+    // Another value, but in the same list.
+    found->second = static_cast<unsigned char>(flags | (found->second & json::OneElementList));
+  } else if (flags != 0) {
+    notation_.emplace(&node, flags);
+  }
 }
 
 template ORVANTIS_API std::string SettingsManager::get(const std::string&) const;
