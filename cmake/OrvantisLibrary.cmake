@@ -18,7 +18,7 @@ function(orvantis_add_library target)
   target_compile_features(${target} PUBLIC cxx_std_17)
   target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:orvantis_warnings>)
   target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map)
-  if(NOT ORVANTIS_SANITIZE)
+  if(NOT ORVANTIS_SANITIZE AND NOT ORVANTIS_FUZZ)
     # A layer that reaches for a symbol it does not link to fails here and not at the user's.
     target_link_options(${target} PRIVATE -Wl,--no-undefined)
   endif()

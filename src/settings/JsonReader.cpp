@@ -6,6 +6,7 @@
 #include <cstring>
 #include <ios>
 #include <istream>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -22,10 +23,10 @@ using boost::property_tree::ptree;
 
 // Sets no limits of its own: sizes are the caller's business and the depth is the parser's.
 struct Unlimited {
-  static constexpr std::size_t max_array_size = -1;
-  static constexpr std::size_t max_object_size = -1;
-  static constexpr std::size_t max_string_size = -1;
-  static constexpr std::size_t max_key_size = -1;
+  static constexpr std::size_t max_array_size = std::numeric_limits<std::size_t>::max();
+  static constexpr std::size_t max_object_size = std::numeric_limits<std::size_t>::max();
+  static constexpr std::size_t max_string_size = std::numeric_limits<std::size_t>::max();
+  static constexpr std::size_t max_key_size = std::numeric_limits<std::size_t>::max();
 };
 
 // Receives the parser's events and grows the tree. The names of the events are the parser's.
