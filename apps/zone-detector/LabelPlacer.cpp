@@ -52,6 +52,10 @@ PixelBox boundsOf(const PixelRing& ring) {
   return {left.x, top.y, right.x - left.x, bottom.y - top.y};
 }
 
+double areaOf(const PixelBox& box) {
+  return box.width * box.height;
+}
+
 }  // namespace
 
 bool isInside(const PixelRing& ring, const Pixel& p) {
@@ -83,6 +87,9 @@ Pixel visualCentre(const PixelRing& ring, const std::vector<const PixelRing*>& o
       }
       double score = distanceToBorder(ring, p);
       for (const PixelRing* other : others) {
+        if (areaOf(boundsOf(*other)) >= areaOf(bounds)) {
+          continue;  // the larger one finds another place; this one would go to its own edge
+        }
         score -= isInside(*other, p) ? shared : 0.0;
         score = std::min(score, distanceToBorder(*other, p));
       }
@@ -134,7 +141,7 @@ double LabelPlacer::cost(const PixelBox& box, const Pixel& anchor, const PixelRi
   if (!isFree) {
     return std::numeric_limits<double>::infinity();
   }
-  constexpr double perLine = 30.0;     // pixels that a label goes to keep off a line
+  constexpr double perLine = 40.0;     // pixels that a label goes to keep off a line
   constexpr double perRegion = 45.0;   // and out of a region that it does not name
   constexpr double outsideOwn = 20.0;  // and to stay in its own
   double sum = distance(box.centre(), anchor);

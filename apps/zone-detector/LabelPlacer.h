@@ -36,7 +36,7 @@ using PixelRing = std::vector<Pixel>;
 bool isInside(const PixelRing& ring, const Pixel& p);
 
 /// The place inside the ring, as read above, that is farthest from its border and, where there is a choice,
-/// outside the other rings that are given.
+/// outside the smaller ones of the other rings.
 Pixel visualCentre(const PixelRing& ring, const std::vector<const PixelRing*>& others);
 
 /// Finds places for labels so that none covers another.

@@ -303,7 +303,7 @@ class Drawing {
     }
     body_ += "<path transform=\"translate(" + at({box.left, box.top}) + ") scale(" + toText(cell, 4) +
              ")\" d=\"M0 0" + path + "\" fill=\"none\" stroke=\"" + (counted ? "#102a43" : "#a3b1bf") +
-             "\" stroke-linecap=\"round\" stroke-width=\"" + toText((counted ? 1.9 : 1.5) / cell, 3) +
+             "\" stroke-linecap=\"round\" stroke-width=\"" + toText((counted ? 2.3 : 1.5) / cell, 3) +
              "\"/>\n";
   }
 
@@ -476,7 +476,7 @@ class Drawing {
       addToLegend(swatch("url(#hatch)\"", exclusionColour, true), "Exclusion zone");
     }
     if (!content_.lines.empty()) {
-      legendTop_ += 8.0;  // room for the mark of the left side
+      legendTop_ += 14.0;  // room for the mark of the left side
       addToLegend(counterLine({legendLeft(), legendTop_}, {legendLeft() + 32.0, legendTop_}),
                   "Counter line, L: left side");
     }
