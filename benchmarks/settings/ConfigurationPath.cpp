@@ -1,0 +1,181 @@
+// What it costs to take a configuration from its text to a detector: the check of the untrusted text, the
+// reading into a store and the loading from it, measured against property_tree's own reader on the same text.
+
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <ctime>
+#include <iostream>
+#include <limits>
+#include <memory>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+#include <boost/property_tree/json_parser.hpp>
+
+#include <filter/detection/Polygon.h>
+#include <filter/detection/ZoneDetector.h>
+#include <settings/SettingsManager.h>
+
+namespace {
+
+using orvantis::SettingsManager;
+using orvantis::filter::detection::Point;
+using orvantis::filter::detection::Polygon;
+using orvantis::filter::detection::Zone3dBase;
+using orvantis::filter::detection::ZoneDetector;
+
+constexpr std::size_t FILE_SIZE_LIMIT = 102400;
+
+// A polygon of the most vertices allowed, on the millimetre.
+std::shared_ptr<Zone3dBase> makeZone(const std::string& name, std::mt19937& random) {
+  constexpr double pi = 3.141592653589793;
+  const auto uniform = [&random](double from, double to) {
+    return from + (to - from) * static_cast<double>(random()) / static_cast<double>(std::mt19937::max());
+  };
+  const auto toMillimetres = [](double metres) { return std::round(metres * 1000.0) / 1000.0; };
+  const double x = uniform(-80.0, 80.0);
+  const double y = uniform(-80.0, 80.0);
+  std::vector<Point> points;
+  for (int i = 0; i < Polygon::MAX_NUM_POLYGON_SIDES; ++i) {
+    const double bearing = -2.0 * pi * i / Polygon::MAX_NUM_POLYGON_SIDES;
+    const double radius = uniform(2.0, 5.0);
+    points.emplace_back(toMillimetres(x + radius * std::cos(bearing)),
+                        toMillimetres(y + radius * std::sin(bearing)));
+  }
+  return std::make_shared<Zone3dBase>(std::make_shared<Polygon>(name, points), 0.2, 2.5);
+}
+
+// The largest configuration: every field with every zone, and every exclusion zone.
+std::string makeDocument() {
+  std::mt19937 random(1);
+  ZoneDetector detector;
+  for (int field = 0; field < ZoneDetector::NUM_EVAL_FIELDS; ++field) {
+    auto evaluationField = std::make_shared<ZoneDetector::EvaluationField>();
+    evaluationField->name = "field " + std::to_string(field);
+    detector.setEvaluationField(evaluationField, field);
+    for (int zone = 0; zone < ZoneDetector::NUM_ZONES_PER_EVAL_FIELD; ++zone) {
+      detector.setZone(makeZone("zone " + std::to_string(field) + "." + std::to_string(zone), random), field,
+                       zone);
+    }
+  }
+  for (int zone = 0; zone < ZoneDetector::MAX_NUM_EXCLUSION_ZONES; ++zone) {
+    detector.appendExclusionZone(makeZone("exclusion " + std::to_string(zone), random));
+  }
+  SettingsManager settings;
+  detector.save(settings);
+  std::ostringstream out;
+  if (!settings.saveStream(out, SettingsManager::JSON) || out.str().size() >= FILE_SIZE_LIMIT) {
+    std::cerr << "the document cannot be made: " << out.str().size() << " bytes\n";
+    std::exit(EXIT_FAILURE);
+  }
+  return out.str();
+}
+
+const std::string& document() {
+  static const std::string text = makeDocument();
+  return text;
+}
+
+void readByPropertyTree(const std::string& text) {
+  std::istringstream in(text);
+  boost::property_tree::ptree tree;
+  boost::property_tree::read_json(in, tree);
+  benchmark::DoNotOptimize(tree);
+}
+
+void readIntoStore(const std::string& text) {
+  std::istringstream in(text);
+  SettingsManager settings;
+  if (!settings.loadStream(in, SettingsManager::JSON)) {
+    std::abort();
+  }
+}
+
+void check(const std::string& text) {
+  std::istringstream in(text);
+  ZoneDetector::validate(in);
+}
+
+// Everything a host does with a configuration file.
+void configure(const std::string& text) {
+  check(text);
+  std::istringstream in(text);
+  SettingsManager settings;
+  if (!settings.loadStream(in, SettingsManager::JSON)) {
+    std::abort();
+  }
+  ZoneDetector detector;
+  detector.load(settings);
+  benchmark::DoNotOptimize(detector);
+}
+
+void run(benchmark::State& state, void (*action)(const std::string&)) {
+  for (auto _ : state) {
+    action(document());
+  }
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(document().size()));
+}
+BENCHMARK_CAPTURE(run, property_tree_read_json, readByPropertyTree)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(run, loadStream, readIntoStore)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(run, validate, check)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(run, validate_loadStream_load, configure)->Unit(benchmark::kMicrosecond);
+
+double threadSeconds() {
+  timespec now{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+// Both in turn, so that whatever else the machine does meets both alike; the best of each counts.
+void wholeAgainstReadJson(benchmark::State& state) {
+  double whole = std::numeric_limits<double>::infinity();
+  double readJson = whole;
+  for (auto _ : state) {
+    const double start = threadSeconds();
+    configure(document());
+    const double middle = threadSeconds();
+    readByPropertyTree(document());
+    const double end = threadSeconds();
+    whole = std::min(whole, middle - start);
+    readJson = std::min(readJson, end - middle);
+  }
+  state.counters["ratio"] = whole / readJson;
+  state.counters["bytes"] = static_cast<double>(document().size());
+}
+BENCHMARK(wholeAgainstReadJson)->Unit(benchmark::kMicrosecond)->MinTime(2.0);
+
+// A list read and walked by position, its length asked before each step.
+void walkList(benchmark::State& state) {
+  std::string text = "{\"Zone\": [";
+  for (std::int64_t i = 0; i < state.range(0); ++i) {
+    text += (i == 0 ? "{\"index\": " : ", {\"index\": ") + std::to_string(i) + "}";
+  }
+  text += "]}";
+  for (auto _ : state) {
+    std::istringstream in(text);
+    SettingsManager settings;
+    if (!settings.loadStream(in, SettingsManager::JSON)) {
+      std::abort();
+    }
+    std::int64_t sum = 0;
+    for (int i = 0; i < settings.getChildCount("Zone"); ++i) {
+      settings.pathPush("Zone", i, nullptr);
+      sum += settings.get<int>("index");
+      settings.pathPop();
+    }
+    benchmark::DoNotOptimize(sum);
+  }
+  state.SetComplexityN(state.range(0));
+  state.counters["per entry"] =
+      benchmark::Counter(static_cast<double>(state.range(0)) * static_cast<double>(state.iterations()),
+                         benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+}
+BENCHMARK(walkList)->RangeMultiplier(4)->Range(1000, 256000)->Unit(benchmark::kMicrosecond)->Complexity();
+
+}  // namespace
+
+BENCHMARK_MAIN();
