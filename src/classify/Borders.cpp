@@ -1,0 +1,205 @@
+#include "classify/Borders.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <typeinfo>
+
+#include <filter/detection/Polygon.h>
+#include <filter/detection/Rectangle.h>
+#include <filter/detection/Sector.h>
+
+namespace orvantis::filter::classify {
+namespace {
+
+using detection::Point;
+using detection::Polygon;
+using detection::Sector;
+using detection::Zone;
+
+// Beyond this the bands of the argument would be wider than a millimetre; no map projection reaches it.
+constexpr double largestCoordinate = 1.0e7;
+// More vertices than that would cost more to index than to ask.
+constexpr std::size_t mostVertices = 4096;
+constexpr std::size_t smallestRing = 3;
+constexpr double wholeDiscTolerance = 0.0001;
+
+// One rounding step at 1.
+constexpr double ulp = 0x1p-52;
+// Keeps a band from vanishing where the numbers around it are denormal.
+constexpr double smallestBand = 1.0e-290;
+
+bool isModerate(double coordinate) {
+  return std::abs(coordinate) <= largestCoordinate;
+}
+
+std::optional<Outline> outlineOfRing(const Polygon& polygon) {
+  std::vector<Point> ring;
+  polygon.getPolygon(ring);
+  Outline outline;
+  if (ring.size() < smallestRing) {
+    return outline;
+  }
+  const bool isTame = std::ranges::all_of(
+      ring, [](const Point& vertex) { return isModerate(vertex.x()) && isModerate(vertex.y()); });
+  if (!isTame || ring.size() > mostVertices) {
+    return std::nullopt;
+  }
+  for (std::size_t i = 0; i < ring.size(); ++i) {
+    const Point& from = ring[i];
+    const Point& to = ring[i + 1 < ring.size() ? i + 1 : 0];
+    outline.bounds.include(from.x(), from.y());
+    if (from.x() != to.x() || from.y() != to.y()) {
+      outline.pieces.push_back({Border::Kind::Edge, from.x(), from.y(), to.x(), to.y(), 0.0});
+    }
+  }
+  return outline;
+}
+
+std::optional<Outline> outlineOfSector(const Sector& sector) {
+  double minAngle = 0.0;
+  double maxAngle = 0.0;
+  double radius = 0.0;
+  sector.getSector(minAngle, maxAngle, radius);
+  const Point origin = sector.getOrigin();
+  if (!std::isfinite(minAngle) || !std::isfinite(maxAngle) || !isModerate(radius) ||
+      !isModerate(origin.x()) || !isModerate(origin.y())) {
+    return std::nullopt;
+  }
+  const double r = std::abs(radius);
+  Outline outline;
+  outline.bounds.include(origin.x() - r, origin.y() - r);
+  outline.bounds.include(origin.x() + r, origin.y() + r);
+  outline.pieces.push_back({Border::Kind::Arc, origin.x(), origin.y(), 0.0, 0.0, r});
+  if (!(std::abs(minAngle - maxAngle) < wholeDiscTolerance)) {
+    for (const double bearing : {minAngle, maxAngle}) {
+      outline.pieces.push_back({Border::Kind::Bearing, origin.x(), origin.y(),
+                                origin.x() + r * std::cos(bearing), origin.y() + r * std::sin(bearing), r});
+    }
+  }
+  return outline;
+}
+
+}  // namespace
+
+std::optional<Outline> outlineOf(const Zone& shape) {
+  const std::type_info& type = typeid(shape);
+  if (type == typeid(Polygon) || type == typeid(detection::Rectangle)) {
+    return outlineOfRing(static_cast<const Polygon&>(shape));
+  }
+  if (type == typeid(Sector)) {
+    return outlineOfSector(static_cast<const Sector&>(shape));
+  }
+  return std::nullopt;
+}
+
+namespace {
+
+// Above this a computed side determinant of coordinate differences up to `reach` has the true sign, and does
+// not count as zero.
+double surelyNotZero(double reach) {
+  return ulp * (std::max(1.0, reach) + 16.0 * reach * reach);
+}
+
+}  // namespace
+
+Margins::Margins(const Bounds& site, const Lattice& lattice, double scale)
+    : lattice_(lattice),
+      scale_(scale),
+      slack_(scale * lattice.slack()),
+      reach_(2.0 * (site.longSide() + Lattice::blockSide * lattice.cell)),
+      determinant_(surelyNotZero(reach_)),
+      tolerance_(ulp * std::max(1.0, site.largestCoordinate() + reach_)) {
+  // A point in a decided cell is at least half the slack above or below the edge. Points that were moved onto
+  // the lattice's rim may be as far away as Lattice::farthest; the determinant grows with that distance.
+  const double far = Lattice::farthest;
+  steepWidth_ =
+      scale * std::max(2.0 * determinant_ / (0.5 * lattice.slack()), 2.0 * surelyNotZero(far + reach_) / far);
+}
+
+Curve Margins::curveOf(const Border& border) const {
+  if (border.kind == Border::Kind::Arc) {
+    const double square = border.radius * border.radius;
+    const double band = scale_ * 64.0 * ulp * square + smallestBand;
+    return {border.x1, border.y1, 1.0 / band, 0.0, 0.0, -square / band};
+  }
+  const double dx = border.x2 - border.x1;
+  const double dy = border.y2 - border.y1;
+  const double length = std::hypot(dx, dy);
+  double band = 64.0 * ulp * reach_ + 8.0 * tolerance_;
+  if (border.kind == Border::Kind::Edge) {
+    band += 2.0 * determinant_ / length;
+  }
+  band = scale_ * band + smallestBand;
+  return {border.x1, border.y1, 0.0, -dy / length / band, dx / length / band, 0.0};
+}
+
+bool Margins::isSteep(const Border& border) const {
+  if (border.kind != Border::Kind::Edge) {
+    return false;
+  }
+  const double width = std::abs(border.x2 - border.x1);
+  // A point between ends as close as this counts as equal to both, and the edge as upright.
+  const double upright = ulp * std::max(1.0, std::min(std::abs(border.x1), std::abs(border.x2)));
+  return width > upright && width < steepWidth_;
+}
+
+void Margins::cover(const Border& border, std::vector<Span>& spans) const {
+  if (border.kind == Border::Kind::Arc) {
+    coverArc(border, spans);
+  } else {
+    coverSegment(border, spans);
+  }
+}
+
+void Margins::coverSegment(const Border& segment, std::vector<Span>& spans) const {
+  const auto [left, right] = std::minmax(segment.x1, segment.x2);
+  const auto [bottom, top] = std::minmax(segment.y1, segment.y2);
+  const bool everyRow = isSteep(segment);
+  // Within a column, a segment narrower than that is taken whole: its slope would amplify rounding.
+  const bool isNarrow = right - left < lattice_.cell / 16.0;
+  const double slope = (segment.y2 - segment.y1) / (segment.x2 - segment.x1);
+  const int lastColumn = lattice_.column(right + slack_);
+  for (int column = lattice_.column(left - slack_); column <= lastColumn; ++column) {
+    if (everyRow) {
+      spans.push_back({column, 0, lattice_.rows - 1});
+      continue;
+    }
+    double low = bottom;
+    double high = top;
+    if (!isNarrow) {
+      const double columnLeft = lattice_.x0 + column * lattice_.cell;
+      const double from = std::clamp(columnLeft - slack_, left, right);
+      const double to = std::clamp(columnLeft + lattice_.cell + slack_, left, right);
+      const double yFrom = segment.y1 + (from - segment.x1) * slope;
+      const double yTo = segment.y1 + (to - segment.x1) * slope;
+      low = std::clamp(std::min(yFrom, yTo), bottom, top);
+      high = std::clamp(std::max(yFrom, yTo), bottom, top);
+    }
+    spans.push_back({column, lattice_.row(low - slack_), lattice_.row(high + slack_)});
+  }
+}
+
+void Margins::coverArc(const Border& arc, std::vector<Span>& spans) const {
+  const double r = arc.radius;
+  const int lastColumn = lattice_.column(arc.x1 + r + slack_);
+  for (int column = lattice_.column(arc.x1 - r - slack_); column <= lastColumn; ++column) {
+    const double from = lattice_.x0 + column * lattice_.cell - slack_ - arc.x1;
+    const double to = from + lattice_.cell + 2.0 * slack_;
+    const bool spansCentre = from <= 0.0 && to >= 0.0;
+    const double nearest = spansCentre ? 0.0 : std::min({std::abs(from), std::abs(to), r});
+    const double farthest = std::min(std::max(std::abs(from), std::abs(to)), r);
+    const double high = std::sqrt(r * r - nearest * nearest);
+    const double low = std::sqrt(r * r - farthest * farthest);
+    const Span upper{column, lattice_.row(arc.y1 + low - slack_), lattice_.row(arc.y1 + high + slack_)};
+    const Span lower{column, lattice_.row(arc.y1 - high - slack_), lattice_.row(arc.y1 - low + slack_)};
+    if (lower.last >= upper.first) {
+      spans.push_back({column, lower.first, upper.last});
+    } else {
+      spans.push_back(lower);
+      spans.push_back(upper);
+    }
+  }
+}
+
+}  // namespace orvantis::filter::classify

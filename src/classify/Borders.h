@@ -1,0 +1,90 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include <filter/detection/Zone.h>
+
+#include "classify/Lattice.h"
+
+namespace orvantis::filter::classify {
+
+/// One piece of the border of a zone.
+struct Border {
+  enum class Kind {
+    Edge,     ///< of a polygon, from (x1, y1) to (x2, y2)
+    Bearing,  ///< of a sector, from its origin (x1, y1) to its arc at (x2, y2)
+    Arc       ///< the circle about (x1, y1)
+  };
+
+  Kind kind;
+  double x1;
+  double y1;
+  double x2;
+  double y2;
+  double radius;  ///< of the sector; 0 for an edge
+};
+
+/// The border of a zone whose verdict changes nowhere else.
+struct Outline {
+  std::vector<Border> pieces;  ///< none: the zone contains nothing
+  Bounds bounds;
+};
+
+/// No outline for a shape whose border is not known, or not safe to reason about: its zone is always asked.
+std::optional<Outline> outlineOf(const detection::Zone& shape);
+
+/// A line or a circle as the sign of q (dx^2 + dy^2) + a dx + b dy + c, with (dx, dy) the point less (x, y).
+/// Scaled so that a value between -1 and 1 is too close to zero for its sign to be the zone's verdict.
+struct Curve {
+  double x;
+  double y;
+  double q;
+  double a;
+  double b;
+  double c;
+
+  double operator()(double px, double py) const {
+    const double dx = px - x;
+    const double dy = py - y;
+    return q * (dx * dx + dy * dy) + (a * dx + b * dy) + c;
+  }
+};
+
+/// Cells of one column, from row `first` to row `last`.
+struct Span {
+  int column;
+  int first;
+  int last;
+};
+
+/// Where the borders of the zones lie on a lattice, with the margins that make the cells safe. The argument
+/// is in docs/classifier.md.
+class Margins {
+ public:
+  /// @param scale one, but for the test that shows that the margins are needed
+  Margins(const Bounds& site, const Lattice& lattice, double scale);
+
+  Curve curveOf(const Border& border) const;
+
+  /// Whether the edge is so close to upright, without being upright, that a point far above or below it may
+  /// be taken to lie on it.
+  bool isSteep(const Border& border) const;
+
+  /// Appends the cells that hold points too close to the border to be decided without looking at it.
+  void cover(const Border& border, std::vector<Span>& spans) const;
+
+ private:
+  void coverSegment(const Border& segment, std::vector<Span>& spans) const;
+  void coverArc(const Border& arc, std::vector<Span>& spans) const;
+
+  Lattice lattice_;
+  double scale_;
+  double slack_;        // more than the distance by which a point may lie outside the cell it is put into
+  double reach_;        // bounds the coordinate differences between points of the lattice and vertices
+  double determinant_;  // a side determinant above this has the right sign
+  double tolerance_;    // coordinates as close as this may count as equal
+  double steepWidth_;
+};
+
+}  // namespace orvantis::filter::classify

@@ -1,0 +1,67 @@
+#include "classify/FrozenZones.h"
+
+#include <stdexcept>
+#include <string>
+#include <typeinfo>
+
+#include <filter/classify/PointClassifier.h>
+#include <filter/detection/Polygon.h>
+#include <filter/detection/Rectangle.h>
+#include <filter/detection/Sector.h>
+
+namespace orvantis::filter::classify {
+namespace {
+
+using detection::Zone;
+using detection::Zone3dBase;
+using detection::ZoneDetector;
+
+// The shapes of this project copy themselves whole with their copy constructors, where Sector::makeCopy drops
+// the origin. A host's own shape, derived from one of them or not, can only be asked for a copy.
+std::shared_ptr<const Zone> exactCopy(const Zone& shape) {
+  const std::type_info& type = typeid(shape);
+  if (type == typeid(detection::Polygon)) {
+    return std::make_shared<detection::Polygon>(static_cast<const detection::Polygon&>(shape));
+  }
+  if (type == typeid(detection::Rectangle)) {
+    return std::make_shared<detection::Rectangle>(static_cast<const detection::Rectangle&>(shape));
+  }
+  if (type == typeid(detection::Sector)) {
+    return std::make_shared<detection::Sector>(static_cast<const detection::Sector&>(shape));
+  }
+  std::shared_ptr<const Zone> copy = shape.makeCopy();
+  if (!copy) {
+    throw std::invalid_argument("The shape of zone \"" + shape.name() + "\" gives no copy of itself");
+  }
+  return copy;
+}
+
+void append(std::vector<FrozenZone>& zones, const std::shared_ptr<Zone3dBase>& zone, int bit) {
+  const std::shared_ptr<Zone> shape = zone ? zone->getZone2d() : nullptr;
+  const bool holdsSomeHeight = zone && zone->getZMin() <= zone->getZMax();
+  if (shape && holdsSomeHeight) {
+    zones.push_back({exactCopy(*shape), zone->getZMin(), zone->getZMax(), bit});
+  }
+}
+
+}  // namespace
+
+std::vector<FrozenZone> freeze(const ZoneDetector& detector) {
+  const auto& exclusionZones = detector.getExclusionZoneVector();
+  if (exclusionZones.size() > ZoneDetector::MAX_NUM_EXCLUSION_ZONES) {
+    throw std::invalid_argument("A point classifier takes at most 32 exclusion zones, the detector has " +
+                                std::to_string(exclusionZones.size()));
+  }
+  std::vector<FrozenZone> zones;
+  for (int field = 0; field < ZoneDetector::NUM_EVAL_FIELDS; ++field) {
+    for (int zone = 0; zone < ZoneDetector::NUM_ZONES_PER_EVAL_FIELD; ++zone) {
+      append(zones, detector.getZone(field, zone), PointClassifier::zoneBit(field, zone));
+    }
+  }
+  for (std::size_t k = 0; k < exclusionZones.size(); ++k) {
+    append(zones, exclusionZones[k], PointClassifier::exclusionBit(static_cast<int>(k)));
+  }
+  return zones;
+}
+
+}  // namespace orvantis::filter::classify

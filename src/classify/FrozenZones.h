@@ -1,0 +1,23 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include <filter/detection/Zone.h>
+#include <filter/detection/ZoneDetector.h>
+
+namespace orvantis::filter::classify {
+
+/// A zone as it was when the classifier was made. Its shape is the classifier's own.
+struct FrozenZone {
+  std::shared_ptr<const detection::Zone> shape;
+  double zMin;
+  double zMax;
+  int bit;
+};
+
+/// The zones of the detector that can contain a point: those with a shape and a height between their bounds.
+/// @throws std::invalid_argument for more than 32 exclusion zones, or a shape that gives no copy of itself
+std::vector<FrozenZone> freeze(const detection::ZoneDetector& detector);
+
+}  // namespace orvantis::filter::classify

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "classify/Borders.h"
+#include "classify/FrozenZones.h"
+#include "classify/Lattice.h"
+
+namespace orvantis::filter::classify {
+
+/// A cell that exactly one border crosses: the zones of the points on either side of it.
+struct CutCell {
+  Curve curve;
+  std::uint64_t negative;
+  std::uint64_t positive;
+};
+
+/// What decides one zone in a cell that several borders cross: each combination of the sides of its curves
+/// has one verdict. Combinations that were not seen when the cell was made, or all when there is no table,
+/// are the zone's to answer.
+struct Decision {
+  static constexpr std::size_t mostCurves = 4;
+
+  std::uint32_t firstCurve;  ///< in CrossedCells::curves
+  std::uint16_t inside;      ///< a bit for each combination
+  std::uint16_t known;
+  std::uint8_t numCurves;
+  std::uint8_t bit;
+};
+
+/// A cell that several borders cross.
+struct CrossedCell {
+  std::uint64_t decided;  ///< the zones that hold all of the cell
+  std::uint32_t firstDecision;
+  std::uint32_t numDecisions;
+};
+
+/// The plan, cell by cell. A cell has a 16-bit code. Up to the palette's size it means a set of zones; then
+/// come the cut cells, then the crossed ones.
+struct Grid {
+  Lattice lattice;
+
+  /// For each block of 8x8 cells, where its codes begin in `codes`, shifted by 6, and in the low 6 bits
+  /// either zeros, when one code stands for the whole block, or ones.
+  std::vector<std::uint32_t> blocks;
+  std::int32_t blocksPerRow = 1;
+  std::vector<std::uint16_t> codes;  ///< padded, so that it can be read in words
+
+  /// By code. A cell that is not decided has all bits here: what remains is the set of zones at the height.
+  std::vector<std::uint64_t> palette;
+  std::uint32_t firstCut = 0;
+  std::uint32_t firstCrossed = 0;
+  std::uint32_t codeOfNaN = 0;      ///< for points with a coordinate of the plan that is not a number
+  std::uint32_t codeOfFarAway = 0;  ///< for points too far away for the lattice
+
+  std::vector<CutCell> cutCells;
+  std::vector<std::uint8_t> cutZones;  ///< by cut cell, the bit of the zone whose border crosses it
+  std::vector<CrossedCell> crossedCells;
+  std::vector<Decision> decisions;
+  std::vector<std::uint32_t> decisionCurves;
+  std::vector<Curve> curves;
+
+  /// The zones that are asked for every point at their height.
+  std::uint64_t alwaysAsked = 0;
+
+  std::size_t bytes() const;
+};
+
+/// The finest grid, from the cell that suits the zones upwards, within the bound on memory.
+Grid gridOf(const std::vector<FrozenZone>& zones, double safety);
+
+}  // namespace orvantis::filter::classify

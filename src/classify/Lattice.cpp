@@ -1,0 +1,40 @@
+#include "classify/Lattice.h"
+
+namespace orvantis::filter::classify {
+namespace {
+
+// The long side of a site has at least this many cells, and fewer than twice as many.
+constexpr double cellsPerSide = 256.0;
+constexpr double smallestCell = 0x1p-13;
+// The corner of the lattice is then at most 2^23 cells from the origin, which a float holds exactly.
+constexpr double cellPerCoordinate = 0x1p-22;
+
+int wholeBlocks(double cells) {
+  return static_cast<int>(std::ceil(cells / Lattice::blockSide)) * Lattice::blockSide;
+}
+
+}  // namespace
+
+double suitableCell(const Bounds& site) {
+  if (site.isEmpty()) {
+    return 1.0;
+  }
+  const double wanted = std::max(
+      {site.longSide() / cellsPerSide, smallestCell, 2.0 * site.largestCoordinate() * cellPerCoordinate});
+  return std::exp2(std::floor(std::log2(wanted)));
+}
+
+Lattice latticeOver(const Bounds& site, double cell) {
+  if (site.isEmpty()) {
+    return {};
+  }
+  Lattice lattice;
+  lattice.cell = cell;
+  lattice.x0 = (std::floor(site.minX / cell) - 1.0) * cell;
+  lattice.y0 = (std::floor(site.minY / cell) - 1.0) * cell;
+  lattice.columns = wholeBlocks(std::floor((site.maxX - lattice.x0) / cell) + 2.0);
+  lattice.rows = wholeBlocks(std::floor((site.maxY - lattice.y0) / cell) + 2.0);
+  return lattice;
+}
+
+}  // namespace orvantis::filter::classify

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include <filter/classify/PointClassifier.h>
+
+#include "classify/FrozenZones.h"
+#include "classify/Grid.h"
+#include "classify/Heights.h"
+#include "classify/Undecided.h"
+
+namespace orvantis::filter::classify {
+
+/// The zones of a detector, prepared for lookup. Immutable.
+class ZoneIndex {
+ public:
+  /// @param safety one; other values only to show that the safety margins are needed
+  explicit ZoneIndex(const detection::ZoneDetector& detector, double safety = 1.0);
+
+  template <typename Real>
+  void classify(const PointsView<Real>& points, std::uint64_t* masks) const;
+  template <typename Real>
+  ZoneCounts count(const PointsView<Real>& points, std::uint64_t* masks) const;
+
+  const Grid& grid() const { return grid_; }
+  /// Of the tables, without the copies of the shapes.
+  std::size_t bytes() const { return grid_.bytes() + heights_.bytes(); }
+
+ private:
+  template <typename Real>
+  std::size_t classifyBlock(const Real* x, const Real* y, const Real* z, std::size_t size,
+                            std::uint64_t* masks) const;
+  template <typename Real>
+  void askAlways(const Real* x, const Real* y, std::size_t size, std::uint64_t* masks) const;
+
+  std::vector<FrozenZone> zones_;
+  Grid grid_;
+  Heights heights_;
+  Shapes shapes_{};
+};
+
+}  // namespace orvantis::filter::classify

@@ -1,0 +1,201 @@
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <hwy/highway.h>
+
+#include "classify/CriticalCases.h"
+#include "classify/Reference.h"
+#include "classify/ZoneIndex.h"
+
+namespace orvantis::testing {
+namespace {
+
+using filter::classify::PointsView;
+using filter::classify::ZoneCounts;
+using filter::classify::ZoneIndex;
+using filter::detection::ZoneDetector;
+
+// For the long suite this file is built with more points.
+#ifndef ORVANTIS_DIFFERENTIAL_POINTS
+#define ORVANTIS_DIFFERENTIAL_POINTS 1000000
+#endif
+constexpr std::size_t numPoints = ORVANTIS_DIFFERENTIAL_POINTS;
+constexpr std::size_t pointsPerDetector = 4000;
+
+// Makes one kind of processor instructions the only one while it lives.
+class OnlyTarget {
+ public:
+  explicit OnlyTarget(std::int64_t target) {
+    hwy::SetSupportedTargetsForTest(target);
+    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+  }
+  OnlyTarget(const OnlyTarget&) = delete;
+  OnlyTarget& operator=(const OnlyTarget&) = delete;
+  ~OnlyTarget() {
+    hwy::SetSupportedTargetsForTest(0);
+    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+  }
+};
+
+// Every kind that this build has code for and this processor can run.
+std::vector<std::int64_t> everyTarget() {
+  std::vector<std::int64_t> targets;
+  for (std::int64_t rest = hwy::SupportedTargets() & HWY_TARGETS; rest != 0; rest &= rest - 1) {
+    targets.push_back(rest & -rest);
+  }
+  return targets;
+}
+
+// The same points in one of the layouts that a host may hold them in.
+template <typename Real>
+class Layout {
+ public:
+  static constexpr std::size_t count = 6;
+
+  Layout(const std::vector<Point3>& points, std::size_t number) : size_(points.size()) {
+    constexpr std::size_t strides[] = {0, 3 * sizeof(Real), 4 * sizeof(Real), 32, 3 * sizeof(Real) + 5, 0};
+    stride_ = strides[number];
+    // The first byte of an odd layout stands at an odd address.
+    offset_ = number >= 4 ? 1 : 0;
+    isSeparate_ = stride_ == 0;
+    const std::size_t step = isSeparate_ ? sizeof(Real) : stride_;
+    bytes_.resize(offset_ + (isSeparate_ ? 3 : 1) * step * size_);
+    for (std::size_t i = 0; i < size_; ++i) {
+      const Real values[] = {static_cast<Real>(points[i].x), static_cast<Real>(points[i].y),
+                             static_cast<Real>(points[i].z)};
+      for (std::size_t k = 0; k < 3; ++k) {
+        const std::size_t at = isSeparate_ ? (k * size_ + i) * step : i * step + k * sizeof(Real);
+        std::memcpy(bytes_.data() + offset_ + at, &values[k], sizeof(Real));
+      }
+    }
+  }
+
+  PointsView<Real> view() const {
+    const unsigned char* first = bytes_.data() + offset_;
+    if (!isSeparate_) {
+      return PointsView<Real>::interleaved(first, stride_, size_);
+    }
+    return {first, first + size_ * sizeof(Real), first + 2 * size_ * sizeof(Real), sizeof(Real), size_};
+  }
+
+ private:
+  std::size_t size_;
+  std::size_t stride_;
+  std::size_t offset_;
+  bool isSeparate_;
+  std::vector<unsigned char> bytes_;
+};
+
+struct Tally {
+  std::size_t compared = 0;
+  std::size_t different = 0;
+};
+
+class Comparison {
+ public:
+  explicit Comparison(double safety) : safety_(safety) {}
+
+  Tally run(std::uint64_t seed, std::size_t size) {
+    CriticalCases cases(seed);
+    for (std::size_t number = 0; tally_.compared < size; ++number) {
+      const int numZones = number % 16 == 0 ? 48 : 1 + static_cast<int>(number % 11);
+      const ZoneDetector detector = cases.detector(numZones);
+      const ZoneIndex index(detector, safety_);
+      where_ = "seed " + std::to_string(seed) + ", detector " + std::to_string(number);
+      compare<double>(detector, index, cases.points(detector, pointsPerDetector, false), number);
+      compare<float>(detector, index, cases.points(detector, pointsPerDetector, true), number);
+      if (safety_ == 1.0 && tally_.different > 10) {
+        break;
+      }
+    }
+    return tally_;
+  }
+
+ private:
+  template <typename Real>
+  void compare(const ZoneDetector& detector, const ZoneIndex& index, const std::vector<Point3>& points,
+               std::size_t number) {
+    std::vector<std::uint64_t> expected;
+    for (const Point3& point : points) {
+      expected.push_back(maskByZones(detector, point.x, point.y, point.z));
+    }
+    std::vector<std::uint64_t> masks(points.size());
+    for (const std::int64_t target : targets_) {
+      const OnlyTarget only(target);
+      const Layout<Real> layout(points, number++ % Layout<Real>::count);
+      std::ranges::fill(masks, ~std::uint64_t{0});
+      index.classify(layout.view(), masks.data());
+      for (std::size_t i = 0; i < points.size(); ++i) {
+        if (masks[i] != expected[i]) {
+          ++tally_.different;
+          report<Real>(points[i], masks[i], expected[i], target);
+        }
+      }
+      const ZoneCounts counts = index.count(layout.view(), nullptr);
+      EXPECT_EQ(countsOf(points, masks), textOf(counts)) << where_ << ", " << hwy::TargetName(target);
+    }
+    tally_.compared += points.size();
+  }
+
+  template <typename Real>
+  void report(const Point3& point, std::uint64_t got, std::uint64_t expected, std::int64_t target) const {
+    if (safety_ == 1.0) {
+      ADD_FAILURE() << where_ << ", " << hwy::TargetName(target) << ", " << sizeof(Real) << " bytes: point ("
+                    << std::hexfloat << point.x << ", " << point.y << ", " << point.z << ") has mask "
+                    << std::hex << got << ", its zones say " << expected;
+    }
+  }
+
+  static std::string textOf(const ZoneCounts& counts) {
+    std::string text =
+        std::to_string(counts.excluded) + " excluded, " + std::to_string(counts.notFinite) + " not finite:";
+    for (const std::uint64_t inside : counts.inside) {
+      text += ' ' + std::to_string(inside);
+    }
+    return text;
+  }
+
+  static std::string countsOf(const std::vector<Point3>& points, const std::vector<std::uint64_t>& masks) {
+    ZoneCounts counts;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      const Point3& point = points[i];
+      if (!std::isfinite(point.x) || !std::isfinite(point.y) || !std::isfinite(point.z)) {
+        ++counts.notFinite;
+      }
+      if (masks[i] >> 24U != 0) {
+        ++counts.excluded;
+        continue;
+      }
+      for (std::size_t zone = 0; zone < 24; ++zone) {
+        counts.inside[zone] += masks[i] >> zone & 1U;
+      }
+    }
+    return textOf(counts);
+  }
+
+  double safety_;
+  std::vector<std::int64_t> targets_ = everyTarget();
+  std::string where_;
+  Tally tally_;
+};
+
+TEST(ClassifierDifferential, EveryMaskIsWhatTheZonesThemselvesSay) {
+  const Tally tally = Comparison(1.0).run(20260101, numPoints);
+  EXPECT_EQ(tally.different, 0U);
+  EXPECT_GE(tally.compared, numPoints);
+}
+
+// Shows that the cases above reach the places where the margins matter.
+TEST(ClassifierDifferential, WithoutSafetyMarginsMasksDiffer) {
+  const Tally tally = Comparison(0.0).run(20260101, std::min<std::size_t>(numPoints, 400000));
+  EXPECT_GT(tally.different, 100U);
+}
+
+}  // namespace
+}  // namespace orvantis::testing
