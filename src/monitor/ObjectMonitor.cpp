@@ -20,16 +20,8 @@ constexpr std::uint32_t bit(std::size_t slot) {
 // The zones that an object is in; nothing for one that cannot be placed.
 std::optional<std::uint32_t> zonesOf(const ZoneTable& table, const TrackedObject& object) {
   const core::PlanarPolygon footprint = object.footprint.getBoostPolygon();
-  if (!referencePoint(footprint)) {
-    return std::nullopt;
-  }
-  std::uint32_t zones = 0;
-  for (std::size_t slot = 0; slot < NUM_ZONE_SLOTS; ++slot) {
-    if (table.holds(slot, footprint, object.zMin, object.zMax)) {
-      zones |= bit(slot);
-    }
-  }
-  return zones;
+  return referencePoint(footprint) ? std::optional(table.zonesOf(footprint, object.zMin, object.zMax))
+                                   : std::nullopt;
 }
 
 void addTo(std::array<std::size_t, NUM_ZONE_SLOTS>& inside, std::uint32_t zones) {

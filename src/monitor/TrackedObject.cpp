@@ -5,6 +5,8 @@
 
 #include <filter/monitor/TrackedObject.h>
 
+#include "monitor/Bounds.h"
+
 namespace orvantis::filter::monitor {
 namespace {
 
@@ -42,15 +44,14 @@ std::optional<core::PlanarPoint> referencePoint(const core::PlanarPolygon& footp
   if (ring.empty() || !std::ranges::all_of(ring, isFinite)) {
     return std::nullopt;
   }
-  const auto [minX, maxX] = std::ranges::minmax(ring, {}, [](const auto& vertex) { return vertex.x(); });
-  const auto [minY, maxY] = std::ranges::minmax(ring, {}, [](const auto& vertex) { return vertex.y(); });
+  const auto [low, high] = boundsOf(ring);
   const core::PlanarPoint centre = centroid(ring);
   if (!isFinite(centre)) {
-    return core::PlanarPoint(std::midpoint(minX.x(), maxX.x()), std::midpoint(minY.y(), maxY.y()));
+    return core::PlanarPoint(std::midpoint(low.x(), high.x()), std::midpoint(low.y(), high.y()));
   }
   // Rounding, and rings that cross themselves, can carry the centroid away.
-  return core::PlanarPoint(std::clamp(centre.x(), minX.x(), maxX.x()),
-                           std::clamp(centre.y(), minY.y(), maxY.y()));
+  return core::PlanarPoint(std::clamp(centre.x(), low.x(), high.x()),
+                           std::clamp(centre.y(), low.y(), high.y()));
 }
 
 }  // namespace orvantis::filter::monitor

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <typeinfo>
 
-#include <filter/classify/PointClassifier.h>
 #include <filter/detection/Polygon.h>
 #include <filter/detection/Sector.h>
+
+#include "monitor/SectorContact.h"
 
 namespace orvantis::filter::monitor {
 namespace {
@@ -65,6 +67,30 @@ bool sameShape(const detection::Zone& a, const detection::Zone& b) {
   return false;
 }
 
+std::optional<Bounds> boundsOfShape(const detection::Zone& shape) {
+  const auto* polygon = dynamic_cast<const Polygon*>(&shape);
+  if (!polygon) {
+    return std::nullopt;
+  }
+  std::vector<Point> vertices;
+  polygon->getPolygon(vertices);
+  core::PlanarPolygon::ring_type ring;
+  for (const Point& vertex : vertices) {
+    if (!std::isfinite(vertex.x()) || !std::isfinite(vertex.y())) {
+      return std::nullopt;
+    }
+    ring.emplace_back(vertex.x(), vertex.y());
+  }
+  return ring.empty() ? std::nullopt : std::optional(boundsOf(ring));
+}
+
+bool shareAnyPoint(const detection::Zone& shape, const core::PlanarPolygon& footprint) {
+  if (const auto* sector = dynamic_cast<const Sector*>(&shape)) {
+    return shareAnyPoint(*sector, footprint);
+  }
+  return shape.within(footprint) || shape.intersects(footprint);
+}
+
 }  // namespace
 
 ZoneTable::ZoneTable(const ZoneDetector& detector) {
@@ -80,6 +106,7 @@ ZoneTable::ZoneTable(const ZoneDetector& detector) {
         Entry& entry = entries_[zoneSlotIndex(field, zone)];
         entry.name = volume->getName();
         entry.shape = deepCopy(*volume->getZone2d());
+        entry.bounds = boundsOfShape(*entry.shape);
         entry.zMin = volume->getZMin();
         entry.zMax = volume->getZMax();
       }
@@ -106,12 +133,19 @@ bool ZoneTable::hasSameZone(std::size_t slot, const ZoneTable& other) const {
   return sameBits(a.zMin, b.zMin) && sameBits(a.zMax, b.zMax) && sameShape(*a.shape, *b.shape);
 }
 
-bool ZoneTable::holds(std::size_t slot, const core::PlanarPolygon& footprint, double zMin,
-                      double zMax) const {
-  const Entry& entry = entries_[slot];
-  const bool heightsTouch = entry.zMax >= zMin && zMax >= entry.zMin;
-  return entry.shape && heightsTouch &&
-         (entry.shape->within(footprint) || entry.shape->intersects(footprint));
+std::uint32_t ZoneTable::zonesOf(const core::PlanarPolygon& footprint, double zMin, double zMax) const {
+  const Bounds bounds = boundsOf(footprint.outer());
+  std::uint32_t zones = 0;
+  for (std::size_t slot = 0; slot < NUM_ZONE_SLOTS; ++slot) {
+    const Entry& entry = entries_[slot];
+    const bool heightsTouch = entry.zMax >= zMin && zMax >= entry.zMin;
+    // Most objects are far from most zones; that is told without the polygons' relations.
+    if (entry.shape && heightsTouch && !(entry.bounds && areApart(*entry.bounds, bounds)) &&
+        shareAnyPoint(*entry.shape, footprint)) {
+      zones |= std::uint32_t{1} << slot;
+    }
+  }
+  return zones;
 }
 
 }  // namespace orvantis::filter::monitor

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,8 @@
 #include <filter/detection/Zone.h>
 #include <filter/detection/ZoneDetector.h>
 #include <filter/monitor/ZoneSlot.h>
+
+#include "monitor/Bounds.h"
 
 namespace orvantis::filter::monitor {
 
@@ -28,14 +31,16 @@ class ZoneTable {
   /// not matter. Two slots without a zone are the same.
   bool hasSameZone(std::size_t slot, const ZoneTable& other) const;
 
-  /// Whether the heights touch the zone's and the footprint is within its shape or intersects it.
+  /// A bit for each zone whose heights touch the given ones and whose shape shares a point with the
+  /// footprint.
   /// @param footprint of finite coordinates, with at least one vertex
-  bool holds(std::size_t slot, const core::PlanarPolygon& footprint, double zMin, double zMax) const;
+  std::uint32_t zonesOf(const core::PlanarPolygon& footprint, double zMin, double zMax) const;
 
  private:
   struct Entry {
     std::string name;
     std::shared_ptr<const detection::Zone> shape;  // null: no zone
+    std::optional<Bounds> bounds;                  // of a ring of finite coordinates
     double zMin = 0.0;
     double zMax = 0.0;
   };

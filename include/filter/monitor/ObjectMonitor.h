@@ -62,9 +62,10 @@ struct Occupant {
 /// Works on a snapshot of a detector: later changes of the detector do not reach it. Exclusion zones take
 /// points, not objects; here they play no part.
 ///
-/// An object is in a zone when the height ranges touch, bounds included, and the zone's shape says that the
-/// footprint is within it or intersects it. For polygons and rectangles that is: they share any point,
-/// borders included. For a sector: at least one vertex of the footprint is in it.
+/// An object is in a zone when the height ranges touch, bounds included, and the footprint and the zone's
+/// shape share any point, borders included. One wholly inside the other counts, for sectors too. A sector's
+/// border belongs to it as Sector::within says; what a footprint's edge merely grazes there is decided by
+/// rounding.
 ///
 /// A track that is out of sight keeps its zones until it is forgotten: when its last sighting is
 /// `forgetAfter` old or older, at the next update, even if that one sees it again; it then begins anew. So

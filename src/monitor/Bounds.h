@@ -1,0 +1,19 @@
+#pragma once
+
+#include <core/Planar.h>
+
+namespace orvantis::filter::monitor {
+
+/// An axis-parallel box, borders included.
+struct Bounds {
+  core::PlanarPoint low;
+  core::PlanarPoint high;
+};
+
+/// @param ring of finite coordinates, with at least one vertex
+Bounds boundsOf(const core::PlanarPolygon::ring_type& ring);
+
+/// Whether the two share no point.
+bool areApart(const Bounds& a, const Bounds& b);
+
+}  // namespace orvantis::filter::monitor

@@ -1,0 +1,117 @@
+#include "monitor/SectorContact.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+
+#include "monitor/Orientation.h"
+
+namespace orvantis::filter::monitor {
+namespace {
+
+using core::PlanarPoint;
+using detection::Point;
+using detection::Sector;
+
+using Ring = core::PlanarPolygon::ring_type;
+
+// Calls back with each edge of the ring, the closing one included, until that returns true.
+template <typename Test>
+bool anyEdge(const Ring& ring, const Test& test) {
+  for (std::size_t i = 0; i < ring.size(); ++i) {
+    if (test(ring[i], ring[i + 1 < ring.size() ? i + 1 : 0])) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// The shares of the way from one point to another at which it may enter or leave the sector: both ends, the
+// circle, and the lines of the two bearings. In ascending order.
+class Cuts {
+ public:
+  Cuts(const Sector& sector, const PlanarPoint& from, const PlanarPoint& to) {
+    double minAngle = 0.0;
+    double maxAngle = 0.0;
+    double radius = 0.0;
+    sector.getSector(minAngle, maxAngle, radius);
+    const double x = from.x() - sector.getOrigin().x();
+    const double y = from.y() - sector.getOrigin().y();
+    const double dx = to.x() - from.x();
+    const double dy = to.y() - from.y();
+    addCircle(dx * dx + dy * dy, x * dx + y * dy, x * x + y * y - radius * radius);
+    addBearing(minAngle, x, y, dx, dy);
+    addBearing(maxAngle, x, y, dx, dy);
+    add(1.0);
+    std::sort(shares_.begin(), shares_.begin() + size_);
+  }
+
+  const double* begin() const { return shares_.data(); }
+  const double* end() const { return shares_.data() + size_; }
+
+ private:
+  void add(double share) {
+    if (share > 0.0 && share <= 1.0) {
+      shares_[size_++] = share;
+    }
+  }
+
+  // The roots of a t^2 + 2 b t + c.
+  void addCircle(double a, double b, double c) {
+    const double discriminant = b * b - a * c;
+    if (a > 0.0 && discriminant >= 0.0) {
+      add((-b - std::sqrt(discriminant)) / a);
+      add((-b + std::sqrt(discriminant)) / a);
+    }
+  }
+
+  void addBearing(double angle, double x, double y, double dx, double dy) {
+    const double across = std::cos(angle) * dy - std::sin(angle) * dx;
+    if (across != 0.0) {
+      add((std::sin(angle) * x - std::cos(angle) * y) / across);
+    }
+  }
+
+  std::array<double, 6> shares_{};  // the first one is 0
+  std::size_t size_ = 1;
+};
+
+bool runsThrough(const Sector& sector, const PlanarPoint& from, const PlanarPoint& to) {
+  double last = 0.0;
+  for (const double share : Cuts(sector, from, to)) {
+    // Between two cuts the way is wholly inside or wholly outside.
+    const double between = 0.5 * (last + share);
+    if (sector.within(Point(std::lerp(from.x(), to.x(), between), std::lerp(from.y(), to.y(), between)))) {
+      return true;
+    }
+    last = share;
+  }
+  return false;
+}
+
+bool isInside(const Ring& ring, const PlanarPoint& point) {
+  bool isInside = false;
+  anyEdge(ring, [&](const PlanarPoint& from, const PlanarPoint& to) {
+    const bool climbs = to.y() > point.y();
+    if (climbs != (from.y() > point.y()) && (orientation(from, to, point) > 0) == climbs) {
+      isInside = !isInside;
+    }
+    return false;
+  });
+  return isInside;
+}
+
+}  // namespace
+
+bool shareAnyPoint(const Sector& sector, const core::PlanarPolygon& footprint) {
+  const Ring& ring = footprint.outer();
+  const bool hasVertexWithin = std::ranges::any_of(
+      ring, [&](const PlanarPoint& vertex) { return sector.within(Point(vertex.x(), vertex.y())); });
+  return hasVertexWithin ||
+         anyEdge(ring, [&](const PlanarPoint& from,
+                           const PlanarPoint& to) { return runsThrough(sector, from, to); }) ||
+         isInside(ring, PlanarPoint(sector.getOrigin().x(), sector.getOrigin().y()));
+}
+
+}  // namespace orvantis::filter::monitor
