@@ -3,10 +3,14 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <iterator>
+#include <utility>
 
 #include <boost/geometry/algorithms/correct.hpp>
 #include <boost/geometry/algorithms/intersects.hpp>
 #include <boost/geometry/algorithms/overlaps.hpp>
+#include <boost/geometry/algorithms/relate.hpp>
+#include <boost/geometry/algorithms/remove_spikes.hpp>
 #include <boost/geometry/algorithms/within.hpp>
 #include <boost/geometry/geometries/segment.hpp>
 #include <boost/geometry/strategies/cartesian.hpp>
@@ -62,14 +66,27 @@ std::size_t numVertices(const Ring& ring) {
   return ring.size() - (isClosed ? 1 : 0);
 }
 
-bool boundsRegion(const Ring& ring) {
-  return numVertices(ring) >= smallestRing && std::ranges::all_of(ring, [](const PlanarPoint& vertex) {
-           return std::isfinite(vertex.x()) && std::isfinite(vertex.y());
-         });
+bool isFinite(const PlanarPoint& point) {
+  return std::isfinite(point.x()) && std::isfinite(point.y());
 }
 
-// The region as Boost.Geometry's relations want it: closed, outer ring clockwise, holes counterclockwise.
-// Empty when the outer ring bounds no region.
+bool boundsRegion(const Ring& ring) {
+  return numVertices(ring) >= smallestRing && std::ranges::all_of(ring, isFinite);
+}
+
+// A spike, where the ring runs out and back along one line, encloses nothing, but the relations of
+// Boost.Geometry would see it. A ring that is nothing but spikes stays as it is: a flat footprint still meets
+// what it lies across.
+void removeSpikes(Ring& ring) {
+  Ring cleaned = ring;
+  bg::remove_spikes(cleaned);
+  if (numVertices(cleaned) >= smallestRing) {
+    ring = std::move(cleaned);
+  }
+}
+
+// The region as Boost.Geometry's relations want it: closed, without spikes, outer ring clockwise, holes
+// counterclockwise. Empty when the outer ring bounds no region.
 PlanarPolygon region(const PlanarPolygon& polygon) {
   PlanarPolygon region;
   if (!boundsRegion(polygon.outer())) {
@@ -78,7 +95,42 @@ PlanarPolygon region(const PlanarPolygon& polygon) {
   region.outer() = polygon.outer();
   std::ranges::copy_if(polygon.inners(), std::back_inserter(region.inners()), boundsRegion);
   bg::correct(region);
+  removeSpikes(region.outer());
+  std::ranges::for_each(region.inners(), removeSpikes);
   return region;
+}
+
+// The region of one ring alone, read as an outer one.
+PlanarPolygon filled(const Ring& ring) {
+  PlanarPolygon region;
+  region.outer() = ring;
+  bg::correct(region);
+  return region;
+}
+
+bool interiorsMeet(const PlanarPolygon& a, const PlanarPolygon& b) {
+  return bg::relate(a, b, bg::de9im::mask("T********"));
+}
+
+// The relations of Boost 1.81 go wrong where a hole touches the outer ring or another hole. Those of single
+// rings are right, and tell what holds for a polygon with holes beside one without.
+
+bool regionWithin(const PlanarPolygon& inner, const PlanarPolygon& outer) {
+  return bg::within(outer.inners().empty() ? filled(inner.outer()) : inner, outer);
+}
+
+bool regionsOverlap(const PlanarPolygon& holed, const PlanarPolygon& plain) {
+  const PlanarPolygon whole = filled(holed.outer());
+  bool leavesPlain = false;  // whether `plain` has a part outside
+  for (const Ring& hole : holed.inners()) {
+    const PlanarPolygon gap = filled(hole);
+    if (bg::within(plain, gap)) {
+      return false;
+    }
+    leavesPlain = leavesPlain || interiorsMeet(plain, gap);
+  }
+  return interiorsMeet(whole, plain) && !bg::within(whole, plain) &&
+         (leavesPlain || !bg::within(plain, whole));
 }
 
 bool isEmpty(const PlanarPolygon& region) {
@@ -101,19 +153,21 @@ double signedArea(const Ring& ring) {
 }  // namespace
 
 bool contains(const PlanarPolygon& polygon, const PlanarPoint& point) {
+  // Whether a ring bounds a region is asked last: few points come that far, and the test goes through all
+  // vertices.
   if (std::isnan(point.x()) || std::isnan(point.y()) || polygon.outer().size() < smallestRing ||
-      !bg::within(point, OpenRing{polygon.outer()})) {
+      !bg::within(point, OpenRing{polygon.outer()}) || !boundsRegion(polygon.outer())) {
     return false;
   }
   return std::ranges::none_of(polygon.inners(), [&](const Ring& hole) {
-    return hole.size() >= smallestRing && bg::covered_by(point, OpenRing{hole});
+    return bg::covered_by(point, OpenRing{hole}) && boundsRegion(hole);
   });
 }
 
 bool within(const PlanarPolygon& inner, const PlanarPolygon& outer) {
   const PlanarPolygon a = region(inner);
   const PlanarPolygon b = region(outer);
-  return !isEmpty(a) && !isEmpty(b) && bg::within(a, b);
+  return !isEmpty(a) && !isEmpty(b) && regionWithin(a, b);
 }
 
 bool intersects(const PlanarPolygon& a, const PlanarPolygon& b) {
@@ -125,10 +179,19 @@ bool intersects(const PlanarPolygon& a, const PlanarPolygon& b) {
 bool overlaps(const PlanarPolygon& a, const PlanarPolygon& b) {
   const PlanarPolygon first = region(a);
   const PlanarPolygon second = region(b);
-  return !isEmpty(first) && !isEmpty(second) && bg::overlaps(first, second);
+  if (isEmpty(first) || isEmpty(second)) {
+    return false;
+  }
+  if (second.inners().empty()) {
+    return first.inners().empty() ? bg::overlaps(first, second) : regionsOverlap(first, second);
+  }
+  return first.inners().empty() ? regionsOverlap(second, first) : bg::overlaps(first, second);
 }
 
 bool segmentIntersects(const PlanarPoint& first, const PlanarPoint& second, const PlanarPolygon& polygon) {
+  if (!isFinite(first) || !isFinite(second)) {
+    return false;
+  }
   const PlanarPolygon area = region(polygon);
   return !isEmpty(area) && bg::intersects(bg::model::segment<PlanarPoint>(first, second), area);
 }
