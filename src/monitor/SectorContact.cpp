@@ -44,7 +44,6 @@ class Cuts {
     addBearing(minAngle, x, y, dx, dy);
     addBearing(maxAngle, x, y, dx, dy);
     add(1.0);
-    std::sort(shares_.begin(), shares_.begin() + size_);
   }
 
   const double* begin() const { return shares_.data(); }
@@ -52,9 +51,14 @@ class Cuts {
 
  private:
   void add(double share) {
-    if (share > 0.0 && share <= 1.0) {
-      shares_[size_++] = share;
+    if (!(share > 0.0 && share <= 1.0)) {
+      return;
     }
+    std::size_t at = size_++;
+    for (; shares_[at - 1] > share; --at) {  // ends at the first one, which is 0
+      shares_[at] = shares_[at - 1];
+    }
+    shares_[at] = share;
   }
 
   // The roots of a t^2 + 2 b t + c.
