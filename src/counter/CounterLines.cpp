@@ -96,9 +96,7 @@ void CounterLines::save(SettingsManager& settings) const {
   {
     const std::lock_guard lock(mutex_);
     for (const auto& [name, line] : lines_) {
-      boost::property_tree::ptree entry;
-      line.serialize(entry);
-      document.add_child("CounterLine", entry);
+      line.serialize(document.add("CounterLine", ""));
     }
   }
   settings.putChild("CounterLines", document);

@@ -22,7 +22,7 @@ bool intersects(const PlanarPolygon& a, const PlanarPolygon& b);
 /// Whether the interiors meet and each has a part outside the other.
 bool overlaps(const PlanarPolygon& a, const PlanarPolygon& b);
 
-/// Whether the segment shares any point with the polygon.
+/// Whether the segment shares any point with the polygon; one with a coordinate that is not finite does not.
 bool segmentIntersects(const PlanarPoint& first, const PlanarPoint& second, const PlanarPolygon& polygon);
 
 /// The signed areas of all rings added up, clockwise positive.

@@ -72,7 +72,7 @@ TEST(DetectorOutOfMemory, LoadThrowsAndTheDetectorCanBeLoadedAgain) {
           << "allocation " << n << ": a half-read document passed for a whole one";
     }
     if (outcome == Outcome::Done) {
-      EXPECT_GT(n, 50U);
+      EXPECT_GT(n, 20U);
       break;
     }
     SettingsManager fresh;
@@ -93,7 +93,7 @@ TEST(DetectorOutOfMemory, SaveThrowsAndTheDetectorIsUnchanged) {
     ASSERT_EQ(toText(detector), expected) << "allocation " << n;
     if (outcome == Outcome::Done) {
       EXPECT_EQ(saveText(settings), saveText(whole));
-      EXPECT_GT(n, 50U);
+      EXPECT_GT(n, 20U);
       break;
     }
     ASSERT_EQ(outcome, Outcome::Failed) << "allocation " << n;
@@ -125,7 +125,7 @@ TEST(DetectorOutOfMemory, ValidateReportsAFaultOrTheShortageAndNeverPasses) {
     }
     if (!isReached) {
       EXPECT_EQ(what, fault);
-      EXPECT_GT(n, 50U);
+      EXPECT_GT(n, 20U);
       break;
     }
     ASSERT_TRUE(what == "std::bad_alloc" || what == fault) << "allocation " << n << ": " << what;

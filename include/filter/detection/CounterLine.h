@@ -63,7 +63,8 @@ class ORVANTIS_API CounterLine : public LoggedComponent {
   CounterLineDirectionType direction(const Eigen::Matrix<float, 2, 1>& p) const;
 
   // Polygons are read as the region that their rings bound, whatever their winding and whether or not they
-  // repeat their first vertex; one of fewer than 3 vertices is met by no line.
+  // repeat their first vertex; one of fewer than 3 vertices, or with a coordinate that is not finite, is met
+  // by no line, and a line with such a coordinate meets no polygon.
 
   /// Whether the segment touches the polygon or lies in it; touching the border counts.
   bool intersects(const polygon& area) const;
