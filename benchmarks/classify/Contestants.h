@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include <filter/detection/ZoneDetector.h>
+
+#include "classify/Clouds.h"
+
+namespace orvantis::benchmarks {
+
+/// A way to the masks of the first `size` points of a cloud.
+class Contestant {
+ public:
+  Contestant() = default;
+  Contestant(const Contestant&) = delete;
+  Contestant& operator=(const Contestant&) = delete;
+  virtual ~Contestant() = default;
+  virtual void run(const Cloud& cloud, std::size_t size, std::uint64_t* masks) const = 0;
+};
+
+/// Zone3dBase::within of each zone.
+std::unique_ptr<Contestant> perZoneCalls(const filter::detection::ZoneDetector& detector);
+/// The same, but a zone is asked only for points in its bounding box and between its heights.
+std::unique_ptr<Contestant> boxedCalls(const filter::detection::ZoneDetector& detector);
+/// Prepared geometries of GEOS, for zones that are polygons; the points are made into geometries beforehand,
+/// and only the zones that have the point's height are asked.
+std::unique_ptr<Contestant> preparedGeometries(const filter::detection::ZoneDetector& detector,
+                                               const Cloud& cloud);
+/// Reads the coordinates and writes a mask that hardly depends on them: the speed of the memory.
+std::unique_ptr<Contestant> readAndWrite();
+
+}  // namespace orvantis::benchmarks
