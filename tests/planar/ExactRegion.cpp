@@ -54,6 +54,21 @@ bool isOn(const Edge& edge, const Place2d& point) {
          between(edge.from.y, edge.to.y, point.y);
 }
 
+Place2d at(GridPoint point) {
+  return {point.x, point.y, 1};
+}
+
+bool areOnBothSides(const Edge& edge, const Edge& other) {
+  const Integer first = side(edge, at(other.from));
+  const Integer second = side(edge, at(other.to));
+  return (first > 0 && second < 0) || (first < 0 && second > 0);
+}
+
+bool meet(const Edge& a, const Edge& b) {
+  return isOn(a, at(b.from)) || isOn(a, at(b.to)) || isOn(b, at(a.from)) || isOn(b, at(a.to)) ||
+         (areOnBothSides(a, b) && areOnBothSides(b, a));
+}
+
 std::vector<Edge> edgesOf(const GridPolygon& polygon) {
   std::vector<Edge> edges;
   for (const GridRing& ring : polygon) {
@@ -139,10 +154,12 @@ struct Shares {
 
 // What the border of the first tells; the border of the second tells the rest.
 void follow(const std::vector<Edge>& first, const std::vector<Edge>& second, Shares& shares) {
+  std::vector<Edge> all = first;
+  all.insert(all.end(), second.begin(), second.end());
   for (const Edge& edge : first) {
-    const std::vector<Position> positions = cuts(edge, second);
-    shares.point = shares.point || positions.size() > 2 ||
-                   locate(second, {edge.from.x, edge.from.y, 1}) != Place::Outside;
+    const std::vector<Position> positions = cuts(edge, all);
+    shares.point =
+        shares.point || cuts(edge, second).size() > 2 || locate(second, at(edge.from)) != Place::Outside;
     for (std::size_t i = 0; i + 1 < positions.size(); ++i) {
       const Place2d point = middle(edge, positions[i], positions[i + 1]);
       switch (locate(second, point)) {
@@ -170,7 +187,7 @@ void follow(const std::vector<Edge>& first, const std::vector<Edge>& second, Sha
 }  // namespace
 
 Place locate(const GridPolygon& polygon, GridPoint point) {
-  return locate(edgesOf(polygon), {point.x, point.y, 1});
+  return locate(edgesOf(polygon), at(point));
 }
 
 Relation relate(const GridPolygon& argument, const GridPolygon& zone) {
@@ -188,11 +205,10 @@ Relation relate(const GridPolygon& argument, const GridPolygon& zone) {
 
 bool segmentMeets(GridPoint first, GridPoint second, const GridPolygon& polygon) {
   const std::vector<Edge> edges = edgesOf(polygon);
-  if (locate(edges, {first.x, first.y, 1}) != Place::Outside ||
-      locate(edges, {second.x, second.y, 1}) != Place::Outside) {
-    return true;
-  }
-  return first != second && cuts({first, second}, edges).size() > 2;
+  return locate(edges, at(first)) != Place::Outside ||
+         std::any_of(edges.begin(), edges.end(), [&](const Edge& edge) {
+           return meet({first, second}, edge);
+         });
 }
 
 bool isSimple(const GridRing& ring) {
@@ -201,24 +217,14 @@ bool isSimple(const GridRing& ring) {
   }
   const std::vector<Edge> edges = edgesOf({ring});
   for (std::size_t i = 0; i < edges.size(); ++i) {
-    if (edges[i].from == edges[i].to) {
+    const Edge& edge = edges[i];
+    const Edge& next = edges[(i + 1) % edges.size()];
+    if (edge.from == edge.to || isOn(next, at(edge.from)) || isOn(edge, at(next.to))) {
       return false;
     }
-    for (std::size_t j = 0; j < edges.size(); ++j) {
-      if (i == j) {
-        continue;
-      }
-      // Neighbours share one end of the edge, others nothing.
-      const bool isNeighbour = (i + 1) % edges.size() == j || (j + 1) % edges.size() == i;
-      const std::vector<Position> positions = cuts(edges[i], {edges[j]});
-      const bool meetsInside = positions.size() > 2;
-      const bool meetsAtAnEnd = isOn(edges[j], {edges[i].from.x, edges[i].from.y, 1}) ||
-                                isOn(edges[j], {edges[i].to.x, edges[i].to.y, 1});
-      if (meetsInside || (meetsAtAnEnd && !isNeighbour)) {
-        return false;
-      }
-      if (isNeighbour && isOn(edges[j], {edges[i].from.x, edges[i].from.y, 1}) &&
-          isOn(edges[j], {edges[i].to.x, edges[i].to.y, 1})) {
+    for (std::size_t j = i + 2; j < edges.size(); ++j) {
+      const bool isNeighbour = (j + 1) % edges.size() == i;
+      if (!isNeighbour && meet(edge, edges[j])) {
         return false;
       }
     }

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <random>
+
+#include "planar/ExactRegion.h"
+
+namespace orvantis::testing {
+
+/// Random rings on a small grid, where touching and shared edges are common. One seed, one sequence.
+class RandomRings {
+ public:
+  explicit RandomRings(std::uint32_t seed) : engine_(seed) {}
+
+  std::int64_t number(std::int64_t low, std::int64_t high);
+  GridPoint point(std::int64_t size);
+  /// Simple, of 3 to `maxVertices` vertices with coordinates from 0 to `size`.
+  GridRing simple(std::int64_t size, int maxVertices);
+  /// Any vertices at all: they may repeat, run back and cross.
+  GridRing any(std::int64_t size, int maxVertices);
+  /// A simple ring with a hole in it that may touch the outer ring in single points.
+  GridPolygon withHole(std::int64_t size, int maxVertices);
+  /// The same region with vertices that change nothing: repeated ones, and spikes when asked for.
+  GridRing withIdleVertices(GridRing ring, bool withSpikes);
+
+ private:
+  std::mt19937 engine_;
+};
+
+}  // namespace orvantis::testing

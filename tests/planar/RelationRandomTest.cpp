@@ -1,0 +1,172 @@
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "planar/Drawing.h"
+#include "planar/ExactRegion.h"
+#include "planar/RandomRings.h"
+
+namespace orvantis::testing {
+namespace {
+
+using filter::detection::Point;
+
+std::string describe(int number, const GridPolygon& argument, const GridRing& zone) {
+  return "pair " + std::to_string(number) + "\n  argument " + toText(argument) + "\n  zone " + toText({zone});
+}
+
+// How often each answer came out true: a family that never touches a rule would prove nothing about it.
+struct Tally {
+  int within = 0;
+  int touches = 0;
+  int overlaps = 0;
+  int disjoint = 0;
+
+  void add(const Relation& relation) {
+    within += relation.within ? 1 : 0;
+    touches += relation.intersects && !relation.overlaps && !relation.within ? 1 : 0;
+    overlaps += relation.overlaps ? 1 : 0;
+    disjoint += relation.intersects ? 0 : 1;
+  }
+};
+
+void expectEachOftenEnough(const Tally& tally, int leastOften) {
+  EXPECT_GE(tally.within, leastOften);
+  EXPECT_GE(tally.touches, leastOften);
+  EXPECT_GE(tally.overlaps, leastOften);
+  EXPECT_GE(tally.disjoint, leastOften);
+}
+
+TEST(RelationRandom, SimplePolygonsOnASmallGrid) {
+  RandomRings random(20);
+  Tally tally;
+  for (int i = 0; i < 10000; ++i) {
+    const std::int64_t size = random.number(3, 9);
+    const GridPolygon argument = {random.simple(random.number(2, size), 6)};
+    const GridRing zone = random.simple(size, 7);
+    const Relation expected = relate(argument, {zone});
+    ASSERT_EQ(answers(planar(argument), points(zone)), expected) << describe(i, argument, zone);
+    tally.add(expected);
+  }
+  expectEachOftenEnough(tally, 150);
+}
+
+TEST(RelationRandom, PolygonsOfManyVertices) {
+  RandomRings random(21);
+  for (int i = 0; i < 300; ++i) {
+    const GridPolygon argument = {random.simple(60, 9)};
+    const GridRing zone = random.simple(60, 9);
+    ASSERT_EQ(answers(planar(argument), points(zone)), relate(argument, {zone}))
+        << describe(i, argument, zone);
+  }
+}
+
+TEST(RelationRandom, TenMillionAwayInStepsOfAThousandth) {
+  constexpr Scale farAway = {1.0e7, 1.0 / 1024};
+  RandomRings random(22);
+  Tally tally;
+  for (int i = 0; i < 4000; ++i) {
+    const GridPolygon argument = {random.simple(random.number(2, 7), 6)};
+    const GridRing zone = random.simple(7, 7);
+    const Relation expected = relate(argument, {zone});
+    ASSERT_EQ(answers(planar(argument, farAway), points(zone, farAway)), expected)
+        << describe(i, argument, zone);
+    tally.add(expected);
+  }
+  expectEachOftenEnough(tally, 50);
+}
+
+TEST(RelationRandom, HolesInTheArgumentThatMayTouchItsRing) {
+  RandomRings random(23);
+  Tally tally;
+  for (int i = 0; i < 1500; ++i) {
+    const GridPolygon argument = random.withHole(7, 6);
+    const GridRing zone = i % 3 == 0 ? argument[random.number(0, 1) == 0 ? 0 : 1] : random.simple(7, 5);
+    const Relation expected = relate(argument, {zone});
+    ASSERT_EQ(answers(planar(argument), points(zone)), expected) << describe(i, argument, zone);
+    tally.add(expected);
+  }
+  EXPECT_GE(tally.within, 150);
+  EXPECT_GE(tally.touches, 150);
+  EXPECT_GE(tally.overlaps, 150);
+}
+
+TEST(RelationRandom, RepeatedVerticesChangeNothing) {
+  RandomRings random(24);
+  for (int i = 0; i < 2000; ++i) {
+    const GridPolygon argument = {random.simple(6, 6)};
+    const GridRing zone = random.simple(6, 6);
+    const GridPolygon idleArgument = {random.withIdleVertices(argument[0], false)};
+    const GridRing idleZone = random.withIdleVertices(zone, false);
+    ASSERT_EQ(answers(planar(idleArgument), points(idleZone)), relate(argument, {zone}))
+        << describe(i, idleArgument, idleZone);
+  }
+}
+
+TEST(RelationRandom, SpikesEncloseNothing) {
+  RandomRings random(25);
+  for (int i = 0; i < 2000; ++i) {
+    const GridPolygon argument = {random.simple(6, 6)};
+    const GridRing zone = random.simple(6, 6);
+    const GridPolygon spikyArgument = {random.withIdleVertices(argument[0], true)};
+    const GridRing spikyZone = random.withIdleVertices(zone, true);
+    ASSERT_EQ(answers(planar(spikyArgument), points(spikyZone)), relate(argument, {zone}))
+        << describe(i, spikyArgument, spikyZone);
+  }
+}
+
+// Turned by an angle the coordinates are rounded, so contact is a matter of luck; but it must not be one of
+// the order in which the vertices are written.
+TEST(RelationRandom, TurnedPolygonsAnswerTheSameHoweverTheyAreWritten) {
+  RandomRings random(26);
+  for (int i = 0; i < 300; ++i) {
+    const GridRing argument = random.simple(6, 6);
+    const GridRing zone = random.simple(6, 6);
+    const double angle = static_cast<double>(random.number(1, 359)) * std::numbers::pi / 180.0;
+    const auto turned = [&](const GridRing& ring) {
+      std::vector<Point> result;
+      for (const GridPoint& vertex : ring) {
+        const auto x = static_cast<double>(vertex.x);
+        const auto y = static_cast<double>(vertex.y);
+        result.emplace_back(x * std::cos(angle) - y * std::sin(angle),
+                            x * std::sin(angle) + y * std::cos(angle));
+      }
+      return result;
+    };
+    const auto polygon = [&](const GridRing& ring) {
+      core::PlanarPolygon result;
+      for (const Point& vertex : turned(ring)) {
+        result.outer().emplace_back(vertex.x(), vertex.y());
+      }
+      return result;
+    };
+    const Relation expected = answers(polygon(argument), turned(zone));
+    for (const Writing& writing : writingsOf(argument)) {
+      ASSERT_EQ(answers(polygon(written(argument, writing)), turned(zone)), expected)
+          << describe(i, {argument}, zone) << "\n  turned by " << angle;
+    }
+    for (const Writing& writing : writingsOf(zone)) {
+      ASSERT_EQ(answers(polygon(argument), turned(written(zone, writing))), expected)
+          << describe(i, {argument}, zone) << "\n  turned by " << angle;
+    }
+  }
+}
+
+// Rings that cross themselves have no right answer, but the three answers never contradict each other.
+TEST(RelationRandom, AnyVerticesAtAllGiveConsistentAnswers) {
+  RandomRings random(27);
+  for (int i = 0; i < 8000; ++i) {
+    const GridPolygon argument = {random.any(5, 8)};
+    const GridRing zone = random.any(5, 8);
+    const Relation answer = answers(planar(argument), points(zone));
+    ASSERT_TRUE(answer.intersects || (!answer.within && !answer.overlaps)) << describe(i, argument, zone);
+    ASSERT_FALSE(answer.within && answer.overlaps) << describe(i, argument, zone);
+  }
+}
+
+}  // namespace
+}  // namespace orvantis::testing
