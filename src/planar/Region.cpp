@@ -155,7 +155,7 @@ double signedArea(const Ring& ring) {
 bool contains(const PlanarPolygon& polygon, const PlanarPoint& point) {
   // Whether a ring bounds a region is asked last: few points come that far, and the test goes through all
   // vertices.
-  if (std::isnan(point.x()) || std::isnan(point.y()) || polygon.outer().size() < smallestRing ||
+  if (!isFinite(point) || polygon.outer().size() < smallestRing ||
       !bg::within(point, OpenRing{polygon.outer()}) || !boundsRegion(polygon.outer())) {
     return false;
   }
