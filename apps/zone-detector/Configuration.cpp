@@ -12,7 +12,7 @@
 namespace orvantis::app {
 
 Configuration loadConfiguration(const std::string& path) {
-  std::istringstream in(readFile(path, documentReadLimit));
+  std::istringstream in(readFile(path, documentSizeLimit));
   Configuration configuration;
   try {
     filter::detection::ZoneDetector::validate(in);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <string>
 
@@ -14,8 +15,8 @@ struct Configuration {
   std::map<std::string, filter::detection::CounterLine> lines;
 };
 
-/// One byte more than the library reads, so that a file which is too large still looks too large.
-constexpr std::size_t documentReadLimit = 102401;
+/// The library refuses documents of so many bytes, and larger ones, so no more need be read.
+constexpr std::size_t documentSizeLimit = 102400;
 
 /// Checks and loads a zone document.
 /// @throws Failure with the path and what is wrong with the document

@@ -6,8 +6,10 @@
 namespace orvantis::app {
 
 void Console::flush() const {
-  errno = 0;
-  out.flush();
+  if (out) {  // else an earlier write failed, and errno tells why that one did
+    errno = 0;
+    out.flush();
+  }
   if (!out) {
     const std::string reason = errno != 0 ? std::string(": ") + std::strerror(errno) : std::string();
     throw Failure("cannot write to the standard output" + reason);

@@ -52,6 +52,23 @@ PixelBox boundsOf(const PixelRing& ring) {
   return {left.x, top.y, right.x - left.x, bottom.y - top.y};
 }
 
+// A raster of places around a label's anchor, the nearest first.
+const std::vector<Pixel>& offsetsByDistance() {
+  static const std::vector<Pixel> offsets = [] {
+    constexpr double step = 4.0;
+    constexpr int reach = 60;  // steps in each direction
+    std::vector<Pixel> raster;
+    for (int i = -reach; i <= reach; ++i) {
+      for (int j = -reach; j <= reach; ++j) {
+        raster.push_back({step * i, step * j});
+      }
+    }
+    std::ranges::stable_sort(raster, {}, [](const Pixel& p) { return p.x * p.x + p.y * p.y; });
+    return raster;
+  }();
+  return offsets;
+}
+
 double areaOf(const PixelBox& box) {
   return box.width * box.height;
 }
@@ -113,18 +130,17 @@ void LabelPlacer::avoidRing(const PixelRing& ring) {
 
 std::optional<PixelBox> LabelPlacer::place(const Pixel& anchor, double width, double height,
                                            const PixelRing* own) {
-  constexpr double step = 4.0;
-  constexpr int reach = 60;  // steps in each direction
   std::optional<PixelBox> best;
   double bestCost = std::numeric_limits<double>::infinity();
-  for (int i = -reach; i <= reach; ++i) {
-    for (int j = -reach; j <= reach; ++j) {
-      const PixelBox box = PixelBox::around({anchor.x + step * i, anchor.y + step * j}, width, height);
-      const double boxCost = cost(box, anchor, own);
-      if (boxCost < bestCost) {
-        best = box;
-        bestCost = boxCost;
-      }
+  for (const Pixel& offset : offsetsByDistance()) {
+    if (std::hypot(offset.x, offset.y) >= bestCost) {
+      break;  // the distance alone costs more, and it only grows
+    }
+    const PixelBox box = PixelBox::around({anchor.x + offset.x, anchor.y + offset.y}, width, height);
+    const double boxCost = cost(box, anchor, own);
+    if (boxCost < bestCost) {
+      best = box;
+      bestCost = boxCost;
     }
   }
   if (best) {

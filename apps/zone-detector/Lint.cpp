@@ -137,7 +137,9 @@ class Linter {
       checkZone(zone, ZoneKind::Exclusion, names);
     }
     const std::vector<Place> fields = elements(detector, "EvaluationField");
-    if (fields.empty()) {
+    const bool holdsOtherThings =
+        detector.node.find("CounterLines") != nullptr || detector.node.find("Zone3d") != nullptr;
+    if (fields.empty() && !holdsOtherThings) {
       report(detector, "no \"EvaluationField\": nothing will be detected");
     }
     checkCount(fields, ZoneDetector::NUM_EVAL_FIELDS, "evaluation fields");

@@ -88,7 +88,7 @@ Header readHeader(std::istream& in) {
       forEachField(header, parts, [](Field& field, std::string_view text) { field.type = text[0]; });
     } else if (key == "COUNT") {
       forEachField(header, parts, [](Field& field, std::string_view text) {
-        field.count = boundedNumber("COUNT", text, 1U << 20U);
+        field.count = boundedNumber("COUNT", text, 1U << 16U);
       });
     } else if (key == "WIDTH") {
       width = boundedNumber(key, parts[1], mostPoints);
@@ -187,7 +187,7 @@ std::uint64_t littleEndian(std::istream& in) {
 void checkCompressed(std::istream& in, const Header& header, std::uint64_t size) {
   const std::uint64_t compressed = littleEndian(in);
   const std::uint64_t uncompressed = littleEndian(in);
-  if (!in || compressed > size - static_cast<std::uint64_t>(in.tellg())) {
+  if (!in || compressed > bytesLeft(in, size)) {
     failTooShort(header);
   }
   if (uncompressed != header.points * header.pointSize()) {
@@ -213,7 +213,7 @@ std::uint64_t checkPcd(const std::string& path, std::uint64_t size) {
   if (header.data == "ascii") {
     checkText(in, header);
   } else if (header.data == "binary") {
-    if (!in || header.points > (size - static_cast<std::uint64_t>(in.tellg())) / header.pointSize()) {
+    if (header.points > bytesLeft(in, size) / header.pointSize()) {
       failTooShort(header);
     }
   } else if (header.data == "binary_compressed") {

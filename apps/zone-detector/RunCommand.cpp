@@ -50,6 +50,11 @@ std::vector<FieldZone> zonesOf(const ZoneDetector& detector) {
   return zones;
 }
 
+filter::classify::PointsView<double> pointsOf(const Cloud& cloud) {
+  return filter::classify::PointsView<double>::interleaved(cloud.data(), sizeof(Cloud::value_type),
+                                                           cloud.size());
+}
+
 struct Frame {
   std::size_t number;
   std::string file;
@@ -126,12 +131,15 @@ int run(const RunOptions& options, const Console& console) {
   const Configuration configuration = loadConfiguration(options.document);
   const ZoneDetector& detector = configuration.detector;
   const auto minPoints = static_cast<std::uint64_t>(detector.getMinPoints());
+  const PointClassifier classifier(detector);
   std::vector<FieldZone> zones = zonesOf(detector);
   Progress progress(console, options.clouds.size());
   for (std::size_t i = 0; i < options.clouds.size(); ++i) {
     progress.show(i, options.clouds[i]);
     const Cloud cloud = readCloud(options.clouds[i]);
-    const Frame frame{i, options.clouds[i], cloud.size(), countZoneByZone(detector, cloud)};
+    const ZoneCounts counts =
+        options.reference ? countZoneByZone(detector, cloud) : classifier.count(pointsOf(cloud));
+    const Frame frame{i, options.clouds[i], cloud.size(), counts};
     noteHeights(zones, cloud);
     progress.erase();
     (options.json ? printJson : printTable)(frame, zones, minPoints, console);

@@ -38,7 +38,7 @@ std::string printableLines(const std::string& message) {
 bool validateOne(const std::string& path, bool strict, const Console& console) {
   std::string text;
   try {
-    text = readFile(path, documentReadLimit);
+    text = readFile(path, documentSizeLimit);
   } catch (const Failure& failure) {
     console.out << console.coloured(1, failure.what()) << '\n';
     return false;
@@ -48,7 +48,7 @@ bool validateOne(const std::string& path, bool strict, const Console& console) {
               << (complaint.empty() ? console.coloured(2, "ok")
                                     : console.coloured(1, printableLines(complaint)))
               << '\n';
-  const auto document = text.size() < documentReadLimit ? parseLocated(text) : std::nullopt;
+  const auto document = text.size() < documentSizeLimit ? parseLocated(text) : std::nullopt;
   const std::vector<Finding> findings = document ? lint(*document) : std::vector<Finding>();
   for (const Finding& finding : findings) {
     console.out << path << ':' << finding.line << ": " << console.coloured(3, "warning") << ": "

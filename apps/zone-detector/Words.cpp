@@ -17,6 +17,10 @@ std::vector<std::string_view> words(std::string_view line) {
   return result;
 }
 
+std::uint64_t bytesLeft(std::istream& in, std::uint64_t fileSize) {
+  return in.good() ? fileSize - static_cast<std::uint64_t>(in.tellg()) : 0;
+}
+
 std::uint64_t wholeNumber(std::string_view key, std::string_view text) {
   std::uint64_t value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);

@@ -35,7 +35,8 @@ constexpr Help overview = {
     "  zone-detector run site.json frames/*.pcd     points in each zone, frame by frame\n"
     "  zone-detector plot site.json scan.pcd -o plan.svg\n"
     "\n"
-    "Zones and counter lines on LiDAR frames. Data goes to the standard output, everything else to the error\n"
+    "Zones and counter lines on LiDAR frames. Data goes to the standard output, everything else to the "
+    "error\n"
     "stream. Ends with 0 when all is good, 1 when an input is at fault, 2 for wrong usage."};
 
 constexpr Help validateHelp = {
@@ -44,7 +45,8 @@ constexpr Help validateHelp = {
     "  zone-detector validate site.json\n"
     "  zone-detector validate --strict sites/*.json     what is doubtful is wrong too\n"
     "\n"
-    "Checks zone documents. The fixed check decides; what it leaves out follows as warnings, each with its line\n"
+    "Checks zone documents. The fixed check decides; what it leaves out follows as warnings, each with its "
+    "line\n"
     "and its place in the document."};
 
 constexpr Help showHelp = {
@@ -55,14 +57,15 @@ constexpr Help showHelp = {
     "\n"
     "Prints options, evaluation fields, exclusion zones and counter lines of a zone document."};
 
-constexpr Help runHelp = {
-    "count the points of frames in each zone",
-    "Examples:\n"
-    "  zone-detector run site.json frames/*.pcd\n"
-    "  zone-detector run --json site.json frames/*.bin > counts.jsonl\n"
-    "\n"
-    "Counts, for each frame, the points inside each zone and outside every exclusion zone. Frames are PCD, PLY\n"
-    "or XYZ files, or .bin files of float32 x, y, z, intensity. Stops at the first frame that cannot be read."};
+constexpr Help runHelp = {"count the points of frames in each zone",
+                          "Examples:\n"
+                          "  zone-detector run site.json frames/*.pcd\n"
+                          "  zone-detector run --json site.json frames/*.bin > counts.jsonl\n"
+                          "\n"
+                          "Counts, for each frame, the points inside each zone and outside every exclusion "
+                          "zone. Frames are PCD, PLY\n"
+                          "or XYZ files, or .bin files of float32 x, y, z, intensity. Stops at the first "
+                          "frame that cannot be read."};
 
 constexpr Help plotHelp = {
     "draw the plan as SVG",

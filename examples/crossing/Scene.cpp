@@ -96,7 +96,7 @@ const std::vector<Object>& objects() {
       // Two cross the road against each other, one waits, one starts to cross.
       {1, "pedestrian", 10600, 6200, 0, 1400, 0, 500, 500, 1780, 9000, "1.571"},
       {2, "pedestrian", 12000, 8700, 0, -1300, 0, 500, 500, 1650, -9000, "-1.571"},
-      {3, "pedestrian", 8700, 3300, 0, 0, 0, 500, 500, 1820, 9000, "1.571"},
+      {3, "pedestrian", 8600, 1800, 0, 0, 0, 500, 500, 1820, 9000, "1.571"},
       {4, "pedestrian", 11200, 3000, 0, 1250, 0, 500, 500, 1200, 9000, "1.571"},
       // A technician comes through the gate of the cell, an operator walks up to the robot.
       {5, "pedestrian", 6490, -4320, -960, -720, 0, 500, 500, 1750, 21690, "-2.498"},

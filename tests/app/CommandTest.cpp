@@ -1,0 +1,241 @@
+#include <csignal>
+#include <cstdlib>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "Program.h"
+#include "TemporaryFolder.h"
+
+namespace orvantis::testing {
+namespace {
+
+const std::string site = ORVANTIS_SOURCE_DIR "/examples/crossing/crossing.json";
+const std::string documents = ORVANTIS_SOURCE_DIR "/tests/app/documents/";
+
+TEST(Command, VersionIsTheProjects) {
+  const Outcome outcome = zoneDetector({"--version"});
+  EXPECT_EQ(outcome.code, 0);
+  EXPECT_EQ(outcome.out, "zone-detector " PROJECT_VERSION "\n");
+}
+
+TEST(Command, WrongUsageIsTwoAndSaysWhyOnTheErrorStream) {
+  for (const std::vector<std::string>& arguments :
+       std::vector<std::vector<std::string>>{{},
+                                             {"unknown"},
+                                             {"--unknown"},
+                                             {"show"},
+                                             {"run", site},
+                                             {"show", "--unknown", site},
+                                             {"plot"},
+                                             {"plot", site, "a.pcd", "b.pcd"},
+                                             {"plot", site, "-o"}}) {
+    const Outcome outcome = zoneDetector(arguments);
+    EXPECT_EQ(outcome.code, 2) << ::testing::PrintToString(arguments);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_NE(outcome.err, "");
+  }
+}
+
+TEST(Command, ADocumentThatCannotBeReadIsOneForEverySubcommand) {
+  const std::string reason = "missing.json: cannot be read: No such file or directory\n";
+  const Outcome validated = zoneDetector({"validate", "missing.json"});
+  EXPECT_EQ(validated.code, 1);
+  EXPECT_EQ(validated.out, reason);
+  for (const std::vector<std::string>& arguments :
+       std::vector<std::vector<std::string>>{{"show", "missing.json"},
+                                             {"run", "missing.json", "frame.pcd"},
+                                             {"plot", "missing.json", "-o", "/dev/null"}}) {
+    const Outcome outcome = zoneDetector(arguments);
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err, "zone-detector: " + reason);
+  }
+}
+
+TEST(Command, ARefusedDocumentIsNotLoaded) {
+  const Outcome outcome = zoneDetector({"show", documents + "no_index.json"});
+  EXPECT_EQ(outcome.code, 1);
+  EXPECT_EQ(outcome.err, "zone-detector: " + documents +
+                             "no_index.json: No such node (index) (zone-detector validate shows where)\n");
+}
+
+TEST(Command, AnIndexOutOfRangeIsRefusedOnLoading) {
+  const TemporaryFolder folder;
+  folder.write("site.json", R"({"EvaluationField":[{"name":"f","index":8,"Zone":[{"name":"z","index":0,
+      "shape":"sector","Sector":{"minAngle":0,"maxAngle":1,"radius":1}}]}]})");
+  EXPECT_EQ(zoneDetector({"validate", "site.json"}, folder.path()).code, 0);
+  EXPECT_EQ(zoneDetector({"validate", "--strict", "site.json"}, folder.path()).code, 1);
+  const Outcome outcome = zoneDetector({"show", "site.json"}, folder.path());
+  EXPECT_EQ(outcome.code, 1);
+  EXPECT_NE(outcome.err.find("8"), std::string::npos) << outcome.err;
+}
+
+TEST(Command, StrictMakesWarningsCount) {
+  EXPECT_EQ(zoneDetector({"validate", documents + "doubtful.json"}).code, 0);
+  EXPECT_EQ(zoneDetector({"validate", "--strict", documents + "doubtful.json"}).code, 1);
+  EXPECT_EQ(zoneDetector({"validate", "--strict", site}).code, 0);
+  EXPECT_EQ(zoneDetector({"validate", site, documents + "no_index.json"}).code, 1);
+  EXPECT_EQ(zoneDetector({"validate", documents + "no_index.json", site}).code, 1);
+}
+
+TEST(Command, AFileOverTheLimitGetsTheLibrarysMessage) {
+  const TemporaryFolder folder;
+  folder.write("below.json", "{}" + std::string(102397, ' '));
+  folder.write("at.json", "{}" + std::string(102398, ' '));
+  folder.write("above.json", "{}" + std::string(1000000, ' '));
+  EXPECT_EQ(zoneDetector({"validate", "below.json"}, folder.path()).code, 0);
+  for (const std::string name : {"at.json", "above.json"}) {
+    EXPECT_EQ(zoneDetector({"validate", name}, folder.path()).out,
+              name + ": Input file size exceeds maximum allowable size of 102400 bytes.\n");
+  }
+}
+
+TEST(Command, FramesBeforeOneThatCannotBeReadStand) {
+  const TemporaryFolder folder;
+  folder.write("a.xyz", "11 7 1\n");
+  folder.write("b.bin", "truncated");
+  folder.write("c.xyz", "11 7 1\n");
+  const Outcome alone = zoneDetector({"run", site, "a.xyz"}, folder.path());
+  const Outcome outcome = zoneDetector({"run", site, "a.xyz", "b.bin", "c.xyz"}, folder.path());
+  EXPECT_EQ(outcome.code, 1);
+  EXPECT_EQ(outcome.out, alone.out);
+  EXPECT_EQ(
+      outcome.err,
+      "zone-detector: b.bin: cannot be read: ends inside point 0: 9 bytes are no whole number of 16-byte "
+      "records (float32 x, y, z, intensity)\n");
+}
+
+TEST(Command, RunWarnsOfZonesThatNoPointsHeightReaches) {
+  const TemporaryFolder folder;
+  folder.write("site.json", R"({"EvaluationField":[{"name":"f","index":3,"Zone":[
+      {"name":"low","index":0,"zMin":-2,"zMax":-1,"shape":"sector","Sector":{"minAngle":0,"maxAngle":1,"radius":1}},
+      {"name":"mid","index":1,"zMin":0,"zMax":2.5,"shape":"sector","Sector":{"minAngle":0,"maxAngle":1,"radius":1}}
+      ]}]})");
+  folder.write("a.xyz", "50 50 2.5\n");
+  folder.write("b.xyz", "50 50 -2.5\nnan 50 -1.5\n");
+  const Outcome outcome = zoneDetector({"run", "--json", "site.json", "a.xyz", "b.xyz"}, folder.path());
+  EXPECT_EQ(outcome.code, 0);
+  EXPECT_EQ(
+      outcome.err,
+      "zone-detector: warning: no point of any frame is between the heights of zone \"low\" (field 3), -2 to "
+      "-1; are its heights in the frame of the points?\n");
+}
+
+TEST(Command, PointsThatAreNotFiniteAreDroppedAndCounted) {
+  const TemporaryFolder folder;
+  folder.write("a.xyz", "11 7 1\nnan 7 1\n11 inf 1\n11 7 -inf\n11 7 1\n");
+  const Outcome outcome = zoneDetector({"run", "--json", site, "a.xyz"}, folder.path());
+  EXPECT_EQ(outcome.out.find(R"({"frame":0,"file":"a.xyz","points":5,"noReturns":3,"excluded":0,)"), 0U)
+      << outcome.out;
+  EXPECT_NE(outcome.out.find(R"("name":"Walkway","points":2,)"), std::string::npos) << outcome.out;
+}
+
+TEST(Command, AFullDiskIsReported) {
+  const TemporaryFolder folder;
+  folder.write("a.xyz", "11 7 1\n");
+  for (const std::vector<std::string>& arguments :
+       std::vector<std::vector<std::string>>{{"validate", site},
+                                             {"show", site},
+                                             {"show", "--json", site},
+                                             {"run", site, "a.xyz"},
+                                             {"plot", site}}) {
+    const Outcome outcome = zoneDetector(arguments, folder.path(), "/dev/full");
+    EXPECT_EQ(outcome.code, 1) << arguments[0];
+    EXPECT_EQ(outcome.err, "zone-detector: cannot write to the standard output: No space left on device\n");
+  }
+  const Outcome outcome = zoneDetector({"plot", site, "-o", "/dev/full"});
+  EXPECT_EQ(outcome.code, 1);
+  EXPECT_EQ(outcome.err, "zone-detector: /dev/full: cannot be written: No space left on device\n");
+}
+
+// A reader that goes away ends the command: by the signal, or with code 1 where that is ignored.
+TEST(Command, ABrokenPipeEndsTheCommand) {
+  for (const auto handler : {SIG_DFL, SIG_IGN}) {
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+      ::signal(SIGPIPE, handler);
+      ::close(ends[0]);
+      ::dup2(ends[1], STDOUT_FILENO);
+      ::close(STDERR_FILENO);
+      ::execl(ZONE_DETECTOR, ZONE_DETECTOR, "show", site.c_str(), nullptr);
+      ::_exit(127);
+    }
+    ::close(ends[1]);
+    ::close(ends[0]);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    if (handler == SIG_DFL) {
+      EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGPIPE) << status;
+    } else {
+      EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << status;
+    }
+  }
+}
+
+TEST(Command, APictureThatCannotBeWrittenLeavesTheOldOne) {
+  const TemporaryFolder folder;
+  folder.write("plan.svg", "old");
+  const Outcome outcome = zoneDetector({"plot", site, "missing.pcd", "-o", "plan.svg"}, folder.path());
+  EXPECT_EQ(outcome.code, 1);
+  EXPECT_EQ(outcome.err, "zone-detector: missing.pcd: cannot be read: No such file or directory\n");
+  EXPECT_EQ(readAll(folder.path("plan.svg")), "old");
+  EXPECT_EQ(folder.fileCount(), 1U);
+}
+
+TEST(Command, NamesFromAFileCannotSteerTheTerminal) {
+  const TemporaryFolder folder;
+  folder.write("site.json", R"({"EvaluationField":[{"name":"\u001b[31mred","index":0,"Zone":[
+      {"name":"\u009b2J","index":0,"shape":"sector","Sector":{"minAngle":0,"maxAngle":1,"radius":1}}]}]})");
+  folder.write("a.xyz", "1 1 1\n");
+  for (const std::vector<std::string>& arguments :
+       std::vector<std::vector<std::string>>{{"validate", "site.json"},
+                                             {"show", "site.json"},
+                                             {"run", "site.json", "a.xyz"},
+                                             {"plot", "site.json"}}) {
+    const Outcome outcome = zoneDetector(arguments, folder.path());
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.out.find('\033'), std::string::npos) << outcome.out;
+    EXPECT_EQ(outcome.out.find("\xC2\x9B"), std::string::npos) << outcome.out;
+  }
+  EXPECT_NE(zoneDetector({"show", "site.json"}, folder.path()).out.find("\\x1b[31mred"), std::string::npos);
+}
+
+TEST(Command, OffATerminalThereIsNoColourAndNoProgress) {
+  const Outcome outcome = zoneDetector({"validate", documents + "doubtful.json"});
+  EXPECT_EQ(outcome.out.find('\033'), std::string::npos);
+  EXPECT_EQ(outcome.err, "");
+}
+
+// What the command writes to a terminal, error stream included.
+std::string onATerminal(const std::string& command) {
+  const TemporaryFolder folder;
+  folder.write("a.xyz", "11 7 1\n");
+  return runProgram("/usr/bin/script", {"-qec", command, "/dev/null"}, folder.path()).out;
+}
+
+TEST(Command, ATerminalGetsColourUnlessNoColorIsSet) {
+  if (::access("/usr/bin/script", X_OK) != 0) {
+    GTEST_SKIP() << "there is no script(1) to make a terminal";
+  }
+  const std::string command = std::string(ZONE_DETECTOR) + " validate " + site;
+  EXPECT_NE(onATerminal("env -u NO_COLOR " + command).find("\033[32mok\033[0m"), std::string::npos);
+  EXPECT_EQ(onATerminal("env NO_COLOR=1 " + command).find('\033'), std::string::npos);
+  EXPECT_NE(onATerminal("env NO_COLOR= " + command).find("\033[32mok\033[0m"), std::string::npos);
+}
+
+TEST(Command, ATerminalSeesProgressWhichIsErasedAgain) {
+  if (::access("/usr/bin/script", X_OK) != 0) {
+    GTEST_SKIP() << "there is no script(1) to make a terminal";
+  }
+  const std::string text =
+      onATerminal("env NO_COLOR=1 " + std::string(ZONE_DETECTOR) + " run " + site + " a.xyz");
+  EXPECT_EQ(text.find("\r\033[K1/1 a.xyz\r\033[Ka.xyz: 1 point"), 0U) << text;
+}
+
+}  // namespace
+}  // namespace orvantis::testing

@@ -1,0 +1,84 @@
+#include <limits>
+#include <sstream>
+#include <string_view>
+#include <vector>
+
+#include <boost/json/array.hpp>
+#include <boost/json/object.hpp>
+#include <gtest/gtest.h>
+
+#include "Console.h"
+#include "JsonText.h"
+#include "Spelling.h"
+#include "Table.h"
+#include "Text.h"
+
+namespace orvantis::app {
+namespace {
+
+TEST(Text, NumbersAreShort) {
+  EXPECT_EQ(toText(0.1), "0.1");
+  EXPECT_EQ(toText(1.0 / 3.0), "0.3333333333333333");
+  EXPECT_EQ(toText(2.50, 3), "2.5");
+  EXPECT_EQ(toText(100.0, 2), "100");
+  EXPECT_EQ(toText(-0.0001, 2), "0");
+  EXPECT_EQ(toText(-0.5, 0), "0");
+  EXPECT_EQ(toFixed(2.5, 2), "2.50");
+  EXPECT_EQ(toFixed(-0.001, 2), "0.00");
+}
+
+TEST(Text, TheLargestNumberFits) {
+  EXPECT_EQ(toFixed(-std::numeric_limits<double>::max(), 6).size(), 317U);
+}
+
+TEST(Text, ControlCharactersAreWrittenOut) {
+  EXPECT_EQ(printable("a\x1b[1m\n\x7f"), "a\\x1b[1m\\x0a\\x7f");
+  EXPECT_EQ(printable("\xC2\x9B"), "\\x9b");
+  EXPECT_EQ(printable("\xC2\xB2 \xC3\xA9"), "\xC2\xB2 \xC3\xA9");
+  EXPECT_EQ(printable("\xC2"), "\xC2");
+}
+
+TEST(Text, WidthCountsCharacters) {
+  EXPECT_EQ(displayWidth("m²"), 2U);
+  EXPECT_EQ(displayWidth("→ +x"), 4U);
+}
+
+TEST(Text, OneIsSingular) {
+  EXPECT_EQ(counted(0, "point"), "0 points");
+  EXPECT_EQ(counted(1, "point"), "1 point");
+}
+
+TEST(Table, AlignsByCharactersAndLeavesNoBlanksAtTheEnd) {
+  std::ostringstream out;
+  const Console console{out, out};
+  Table table({"NAME", ">m²", "LAST"});
+  table.addRow({"é", "10.5", "x"});
+  table.addRow({"longer", "1", ""});
+  table.print(console);
+  EXPECT_EQ(out.str(),
+            "  NAME      m²  LAST\n"
+            "  é       10.5  x\n"
+            "  longer     1\n");
+}
+
+TEST(Json, NumbersAreShortAndStringsEscaped) {
+  EXPECT_EQ(toJson(boost::json::object{{"a", 1.5},
+                                       {"b", boost::json::array{1, 2.0, nullptr, true}},
+                                       {"c\"", "\n"},
+                                       {"d", std::numeric_limits<double>::infinity()},
+                                       {"e", boost::json::array{}}}),
+            R"({"a":1.5,"b":[1,2,null,true],"c\"":"\n","d":null,"e":[]})");
+}
+
+TEST(Spelling, TheNearestWordIsMeant) {
+  const std::vector<std::string_view> words = {"zMin", "zMax", "name", "EvaluationField", "index"};
+  EXPECT_EQ(nearest("zmin", words), "zMin");
+  EXPECT_EQ(nearest("EvalutaionFeild", words), "EvaluationField");
+  EXPECT_EQ(nearest("nmae", words), "name");
+  EXPECT_EQ(nearest("idx", words), "");
+  EXPECT_EQ(nearest("", words), "");
+  EXPECT_EQ(nearest(std::string(100000, 'x'), words), "");
+}
+
+}  // namespace
+}  // namespace orvantis::app
