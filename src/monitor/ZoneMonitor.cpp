@@ -1,3 +1,5 @@
+#include <cmath>
+#include <cstring>
 #include <stdexcept>
 #include <utility>
 
@@ -28,6 +30,20 @@ bool reaches(std::uint64_t count, int minPoints) {
 
 Level opposite(Level level) {
   return level == Level::HIGH ? Level::LOW : Level::HIGH;
+}
+
+// Whether the point is finite. Others are no returns, even where a shape holds them: a whole disc holds a
+// NaN.
+template <typename Real>
+bool isReturn(const classify::PointsView<Real>& points, std::size_t point) {
+  for (const void* const values : {points.x, points.y, points.z}) {
+    Real value;
+    std::memcpy(&value, static_cast<const unsigned char*>(values) + point * points.stride, sizeof(Real));
+    if (!std::isfinite(value)) {
+      return false;
+    }
+  }
+  return true;
 }
 
 }  // namespace
@@ -127,7 +143,11 @@ std::vector<ZoneExplanation> ZoneMonitor::explainWith(const classify::PointsView
     std::array<std::uint64_t, maxExclusionZones> takenBy{};
   };
   std::array<Tally, NUM_ZONE_SLOTS> tallies;
-  for (const std::uint64_t mask : masks) {
+  for (std::size_t i = 0; i < points.size; ++i) {
+    if (!isReturn(points, i)) {
+      continue;
+    }
+    const std::uint64_t mask = masks[i];
     const std::uint64_t exclusions = mask >> NUM_ZONE_SLOTS;
     for (std::size_t slot = 0; slot < NUM_ZONE_SLOTS; ++slot) {
       if ((mask >> slot & 1U) == 0) {

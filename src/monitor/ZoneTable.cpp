@@ -84,7 +84,7 @@ std::optional<Bounds> boundsOfShape(const detection::Zone& shape) {
   return ring.empty() ? std::nullopt : std::optional(boundsOf(ring));
 }
 
-bool shareAnyPoint(const detection::Zone& shape, const core::PlanarPolygon& footprint) {
+bool holds(const detection::Zone& shape, const core::PlanarPolygon& footprint) {
   if (const auto* sector = dynamic_cast<const Sector*>(&shape)) {
     return shareAnyPoint(*sector, footprint);
   }
@@ -141,7 +141,7 @@ std::uint32_t ZoneTable::zonesOf(const core::PlanarPolygon& footprint, double zM
     const bool heightsTouch = entry.zMax >= zMin && zMax >= entry.zMin;
     // Most objects are far from most zones; that is told without the polygons' relations.
     if (entry.shape && heightsTouch && !(entry.bounds && areApart(*entry.bounds, bounds)) &&
-        shareAnyPoint(*entry.shape, footprint)) {
+        holds(*entry.shape, footprint)) {
       zones |= std::uint32_t{1} << slot;
     }
   }
