@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <numbers>
 #include <typeinfo>
 
 #include <filter/detection/Polygon.h>
@@ -24,10 +25,17 @@ constexpr std::size_t mostVertices = 4096;
 constexpr std::size_t smallestRing = 3;
 constexpr double wholeDiscTolerance = 0.0001;
 
+constexpr double turn = 2.0 * std::numbers::pi;
 // One rounding step at 1.
 constexpr double ulp = 0x1p-52;
 // Keeps a band from vanishing where the numbers around it are denormal.
 constexpr double smallestBand = 1.0e-290;
+
+// The angle from one bearing counterclockwise to another, from 0 to less than a turn.
+double turnsFrom(double from, double to) {
+  const double angle = std::fmod(to - from, turn);
+  return angle < 0.0 ? angle + turn : angle;
+}
 
 bool isModerate(double coordinate) {
   return std::abs(coordinate) <= largestCoordinate;
@@ -50,7 +58,7 @@ std::optional<Outline> outlineOfRing(const Polygon& polygon) {
     const Point& to = ring[i + 1 < ring.size() ? i + 1 : 0];
     outline.bounds.include(from.x(), from.y());
     if (from.x() != to.x() || from.y() != to.y()) {
-      outline.pieces.push_back({Border::Kind::Edge, from.x(), from.y(), to.x(), to.y(), 0.0});
+      outline.pieces.push_back({Border::Kind::Edge, from.x(), from.y(), to.x(), to.y()});
     }
   }
   return outline;
@@ -67,16 +75,33 @@ std::optional<Outline> outlineOfSector(const Sector& sector) {
     return std::nullopt;
   }
   const double r = std::abs(radius);
+  const bool isWholeDisc = std::abs(minAngle - maxAngle) < wholeDiscTolerance;
+  double opening = maxAngle - minAngle;
+  if (isWholeDisc) {
+    opening = turn;
+  } else if (opening < 0.0) {
+    opening += turn;
+  }
+  const auto onArc = [&](double bearing) {
+    return Point(origin.x() + r * std::cos(bearing), origin.y() + r * std::sin(bearing));
+  };
+
   Outline outline;
-  outline.bounds.include(origin.x() - r, origin.y() - r);
-  outline.bounds.include(origin.x() + r, origin.y() + r);
-  outline.pieces.push_back({Border::Kind::Arc, origin.x(), origin.y(), 0.0, 0.0, r});
-  if (!(std::abs(minAngle - maxAngle) < wholeDiscTolerance)) {
-    for (const double bearing : {minAngle, maxAngle}) {
-      outline.pieces.push_back({Border::Kind::Bearing, origin.x(), origin.y(),
-                                origin.x() + r * std::cos(bearing), origin.y() + r * std::sin(bearing), r});
+  outline.bounds.include(origin.x(), origin.y());
+  for (const double bearing : {minAngle, maxAngle}) {
+    const Point end = onArc(bearing);
+    outline.bounds.include(end.x(), end.y());
+    if (!isWholeDisc) {
+      outline.pieces.push_back({Border::Kind::Bearing, origin.x(), origin.y(), end.x(), end.y()});
     }
   }
+  for (int quarter = 0; quarter < 4; ++quarter) {
+    const double bearing = turn / 4.0 * quarter;
+    if (turnsFrom(minAngle, bearing) <= opening) {
+      outline.bounds.include(onArc(bearing).x(), onArc(bearing).y());
+    }
+  }
+  outline.pieces.push_back({Border::Kind::Arc, origin.x(), origin.y(), 0.0, 0.0, r, minAngle, opening});
   return outline;
 }
 
@@ -194,10 +219,29 @@ void Margins::coverArc(const Border& arc, std::vector<Span>& spans) const {
     const Span upper{column, lattice_.row(arc.y1 + low - slack_), lattice_.row(arc.y1 + high + slack_)};
     const Span lower{column, lattice_.row(arc.y1 - high - slack_), lattice_.row(arc.y1 - low + slack_)};
     if (lower.last >= upper.first) {
-      spans.push_back({column, lower.first, upper.last});
+      coverArcRows(arc, {column, lower.first, upper.last}, spans);
     } else {
-      spans.push_back(lower);
-      spans.push_back(upper);
+      coverArcRows(arc, lower, spans);
+      coverArcRows(arc, upper, spans);
+    }
+  }
+}
+
+// Of the cells that the circle passes through, those that the arc does.
+void Margins::coverArcRows(const Border& arc, const Span& span, std::vector<Span>& spans) const {
+  if (arc.opening >= turn) {
+    spans.push_back(span);
+    return;
+  }
+  for (int row = span.first; row <= span.last; ++row) {
+    const double dx = lattice_.x0 + (span.column + 0.5) * lattice_.cell - arc.x1;
+    const double dy = lattice_.y0 + (row + 0.5) * lattice_.cell - arc.y1;
+    // Twice the cell's own opening as seen from the origin: more than any of its points is away from its
+    // centre.
+    const double reach = 2.0 * (lattice_.cell + slack_) / std::hypot(dx, dy);
+    const double ahead = turnsFrom(arc.bearing, std::atan2(dy, dx));
+    if (ahead <= arc.opening + reach || ahead >= turn - reach) {
+      spans.push_back({span.column, row, row});
     }
   }
 }

@@ -14,15 +14,17 @@ struct Border {
   enum class Kind {
     Edge,     ///< of a polygon, from (x1, y1) to (x2, y2)
     Bearing,  ///< of a sector, from its origin (x1, y1) to its arc at (x2, y2)
-    Arc       ///< the circle about (x1, y1)
+    Arc       ///< of a sector, about its origin (x1, y1)
   };
 
   Kind kind;
-  double x1;
-  double y1;
-  double x2;
-  double y2;
-  double radius;  ///< of the sector; 0 for an edge
+  double x1 = 0.0;
+  double y1 = 0.0;
+  double x2 = 0.0;
+  double y2 = 0.0;
+  double radius = 0.0;   // of an arc, with
+  double bearing = 0.0;  // where it begins and
+  double opening = 0.0;  // how far it runs counterclockwise, in radians
 };
 
 /// The border of a zone whose verdict changes nowhere else.
@@ -77,6 +79,7 @@ class Margins {
  private:
   void coverSegment(const Border& segment, std::vector<Span>& spans) const;
   void coverArc(const Border& arc, std::vector<Span>& spans) const;
+  void coverArcRows(const Border& arc, const Span& span, std::vector<Span>& spans) const;
 
   Lattice lattice_;
   double scale_;

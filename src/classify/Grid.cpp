@@ -1,6 +1,7 @@
 #include "classify/Grid.h"
 
 #include <array>
+#include <bit>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -37,6 +38,7 @@ class GridBuilder {
       : zones_(zones), lattice_(latticeOver(site, cell)), margins_(site, lattice_, safety) {
     grid_.lattice = lattice_;
     grid_.alwaysAsked = alwaysAsked;
+    grid_.curves.push_back({});
   }
 
   // Nothing when the grid would be larger than it may be.
@@ -65,13 +67,25 @@ class GridBuilder {
 
  private:
   static constexpr std::uint32_t noMark = std::numeric_limits<std::uint32_t>::max();
+  static constexpr std::uint32_t mostTabled = std::numeric_limits<std::uint16_t>::max();
   static constexpr std::uint32_t steepCurve = std::numeric_limits<std::uint32_t>::max();
+
+  // The verdicts on the combinations of sides of up to two curves; see Decision.
+  struct Sides {
+    unsigned known = 0;
+    unsigned inside = 0;
+  };
+  // Of a single curve, taken twice.
+  static constexpr unsigned negativeSide = 0b0001;
+  static constexpr unsigned positiveSide = 0b1000;
+  static constexpr unsigned bothSides = negativeSide | positiveSide;
 
   // A curve of a zone in a cell; the marks of a cell form a list, those of one zone in succession.
   struct Mark {
     std::uint32_t curve;
     std::uint32_t next;
     std::uint8_t bit;
+    Sides sides;  // of the curve, when it is the zone's only one here and they are known
   };
 
   // What a cell is before its code is known.
@@ -101,7 +115,7 @@ class GridBuilder {
       for (const Span& span : spans_) {
         for (int row = span.first; row <= span.last; ++row) {
           std::uint32_t& first = firstMark_[index(span.column, row)];
-          marks_.push_back({curve, first, static_cast<std::uint8_t>(zone.zone->bit)});
+          marks_.push_back({curve, first, static_cast<std::uint8_t>(zone.zone->bit), {}});
           first = static_cast<std::uint32_t>(marks_.size() - 1);
         }
       }
@@ -112,35 +126,81 @@ class GridBuilder {
     return firstMark_[cell] != noMark && marks_[firstMark_[cell]].bit == zone.zone->bit;
   }
 
+  // Rows of one column that the zone's border passes through, or that it does not.
+  struct Run {
+    int first;
+    int last;
+    bool isMarked;
+    bool isInside;
+  };
+
   // Between two marked cells of a column no border is crossed: one verdict holds for the run. Below the first
   // and above the last one lies the outside.
   void fill(const OutlinedZone& zone) {
-    const Bounds& bounds = zone.outline.bounds;
     if (zone.outline.pieces.empty()) {
       return;
     }
-    const int lastColumn = lattice_.column(bounds.maxX);
-    const int firstRow = lattice_.row(bounds.minY);
-    const int lastRow = lattice_.row(bounds.maxY);
-    for (int column = lattice_.column(bounds.minX); column <= lastColumn; ++column) {
-      bool seenBorder = false;
-      for (int row = firstRow; row <= lastRow; ++row) {
-        if (isMarkedBy(zone, index(column, row))) {
-          seenBorder = true;
-          continue;
-        }
-        int end = row + 1;
-        while (end <= lastRow && !isMarkedBy(zone, index(column, end))) {
-          ++end;
-        }
-        const bool isEnclosed = seenBorder && end <= lastRow;
-        if (isEnclosed && zone.zone->shape->within(centre(column, row))) {
-          for (int inner = row; inner < end; ++inner) {
-            decided_[index(column, inner)] |= bitOf(zone.zone->bit);
+    const int lastColumn = lattice_.column(zone.outline.bounds.maxX);
+    for (int column = lattice_.column(zone.outline.bounds.minX); column <= lastColumn; ++column) {
+      findRuns(zone, column);
+      for (std::size_t i = 0; i < runs_.size(); ++i) {
+        Run& run = runs_[i];
+        const bool isEnclosed = i > 0 && i + 1 < runs_.size();
+        if (!run.isMarked && isEnclosed && zone.zone->shape->within(centre(column, run.first))) {
+          run.isInside = true;
+          for (int row = run.first; row <= run.last; ++row) {
+            decided_[index(column, row)] |= bitOf(zone.zone->bit);
           }
         }
-        row = end - 1;
       }
+      for (std::size_t i = 0; i < runs_.size(); ++i) {
+        if (runs_[i].isMarked) {
+          const bool isInsideBelow = i > 0 && runs_[i - 1].isInside;
+          const bool isInsideAbove = i + 1 < runs_.size() && runs_[i + 1].isInside;
+          tellSides(column, runs_[i], isInsideBelow, isInsideAbove);
+        }
+      }
+    }
+  }
+
+  void findRuns(const OutlinedZone& zone, int column) {
+    runs_.clear();
+    const int lastRow = lattice_.row(zone.outline.bounds.maxY) + 1;
+    for (int row = lattice_.row(zone.outline.bounds.minY) - 1; row <= lastRow; ++row) {
+      const bool isMarked = isMarkedBy(zone, index(column, row));
+      if (runs_.empty() || runs_.back().isMarked != isMarked) {
+        runs_.push_back({row, row, isMarked, false});
+      }
+      runs_.back().last = row;
+    }
+  }
+
+  // Where a single curve separates the cells below a run from those above it, their verdicts are those of its
+  // sides: nobody need be asked.
+  void tellSides(int column, const Run& run, bool isInsideBelow, bool isInsideAbove) {
+    const std::uint32_t curve = marks_[firstMark_[index(column, run.first)]].curve;
+    for (int row = run.first; row <= run.last; ++row) {
+      const Mark& mark = marks_[firstMark_[index(column, row)]];
+      const bool isAlone = mark.next == noMark || marks_[mark.next].bit != mark.bit;
+      if (!isAlone || mark.curve != curve) {
+        return;
+      }
+    }
+    if (curve == steepCurve) {
+      return;
+    }
+    const Point below = centre(column, run.first - 1);
+    const Point above = centre(column, run.last + 1);
+    const double valueBelow = grid_.curves[curve](below.x(), below.y());
+    const double valueAbove = grid_.curves[curve](above.x(), above.y());
+    Sides sides;
+    if (valueBelow < -1.0 && valueAbove > 1.0) {
+      sides = {bothSides, (isInsideBelow ? negativeSide : 0U) | (isInsideAbove ? positiveSide : 0U)};
+    } else if (valueBelow > 1.0 && valueAbove < -1.0) {
+      sides = {bothSides, (isInsideBelow ? positiveSide : 0U) | (isInsideAbove ? negativeSide : 0U)};
+    }
+    for (int row = run.first; row <= run.last; ++row) {
+      marks_[firstMark_[index(column, row)]].sides = sides;
     }
   }
 
@@ -170,15 +230,18 @@ class GridBuilder {
   void makeSpecialCells() {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
     std::uint64_t ofNaN = grid_.alwaysAsked;
-    grid_.crossedCells.push_back({grid_.alwaysAsked, 0, static_cast<std::uint32_t>(zones_.size())});
     for (const OutlinedZone& zone : zones_) {
-      grid_.decisions.push_back({0, 0, 0, 0, static_cast<std::uint8_t>(zone.zone->bit)});
+      grid_.decisions.push_back(asking(static_cast<std::uint8_t>(zone.zone->bit)));
       if (zone.zone->shape->within(Point(nan, nan))) {
         ofNaN |= bitOf(zone.zone->bit);
       }
     }
+    grid_.crossedCells.push_back({0, static_cast<std::uint16_t>(zones_.size()),
+                                  static_cast<std::uint16_t>(decidedCell(grid_.alwaysAsked).number)});
     grid_.codeOfNaN = decidedCell(ofNaN).number;
   }
+
+  static Decision asking(std::uint8_t bit) { return {{0, 0}, bit, 0, 0}; }
 
   Cell decidedCell(std::uint64_t mask) {
     if (lastDecided_ && grid_.palette[*lastDecided_] == mask) {
@@ -206,22 +269,21 @@ class GridBuilder {
   }
 
   std::optional<Cell> cutCell(int column, int row, const Mark& mark) {
-    const std::uint64_t bit = bitOf(mark.bit);
-    const std::uint64_t rest = decided_[index(column, row)] & ~bit;
-    const Decision decision = decide(column, row, {mark.curve}, 1, mark.bit);
-    constexpr std::uint16_t bothSides = 0b11;
-    if (decision.known != bothSides) {
+    const Sides sides = sidesOf(column, row, mark, {mark.curve, mark.curve});
+    if (sides.known != bothSides) {
       return std::nullopt;
     }
-    const std::uint64_t negative = rest | ((decision.inside & 0b01) != 0 ? bit : 0);
-    const std::uint64_t positive = rest | ((decision.inside & 0b10) != 0 ? bit : 0);
+    const std::uint64_t bit = bitOf(mark.bit);
+    const std::uint64_t rest = decided_[index(column, row)];
+    const std::array<std::uint64_t, 2> zones = {rest | ((sides.inside & negativeSide) != 0 ? bit : 0),
+                                                rest | ((sides.inside & positiveSide) != 0 ? bit : 0)};
     for (const std::uint32_t number : cutsByCurve_[mark.curve]) {
-      if (grid_.cutCells[number].negative == negative && grid_.cutCells[number].positive == positive) {
+      if (grid_.cutCells[number].zones == zones) {
         return Cell{number, Kind::Cut};
       }
     }
     const auto number = static_cast<std::uint32_t>(grid_.cutCells.size());
-    grid_.cutCells.push_back({grid_.curves[mark.curve], negative, positive});
+    grid_.cutCells.push_back({grid_.curves[mark.curve], zones});
     grid_.cutZones.push_back(mark.bit);
     cutsByCurve_[mark.curve].push_back(number);
     return Cell{number, Kind::Cut};
@@ -230,59 +292,60 @@ class GridBuilder {
   Cell crossedCell(int column, int row) {
     const std::size_t cell = index(column, row);
     const auto firstDecision = static_cast<std::uint32_t>(grid_.decisions.size());
-    std::uint64_t undecided = 0;
     for (std::uint32_t at = firstMark_[cell]; at != noMark;) {
-      const std::uint8_t bit = marks_[at].bit;
-      std::array<std::uint32_t, Decision::mostCurves> curves{};
-      std::size_t numCurves = 0;
+      const Mark& first = marks_[at];
+      std::uint32_t numCurves = 0;
+      std::array<std::uint32_t, Decision::numCurves> curves{first.curve, first.curve};
       bool hasTable = true;
-      for (; at != noMark && marks_[at].bit == bit; at = marks_[at].next) {
-        if (marks_[at].curve == steepCurve || numCurves == Decision::mostCurves) {
-          hasTable = false;
-        } else {
-          curves[numCurves++] = marks_[at].curve;
+      for (; at != noMark && marks_[at].bit == first.bit; at = marks_[at].next) {
+        const std::uint32_t curve = marks_[at].curve;
+        hasTable = hasTable && numCurves < Decision::numCurves && curve <= mostTabled;
+        if (hasTable) {
+          curves[numCurves++] = curve;
         }
       }
-      Decision decision{0, 0, 0, 0, bit};
-      if (hasTable) {
-        decision = decide(column, row, curves, numCurves, bit);
-        decision.firstCurve = static_cast<std::uint32_t>(grid_.decisionCurves.size());
-        grid_.decisionCurves.insert(grid_.decisionCurves.end(), curves.begin(), curves.begin() + numCurves);
+      if (numCurves == 1) {
+        curves[1] = curves[0];
       }
-      grid_.decisions.push_back(decision);
-      undecided |= bitOf(bit);
+      grid_.decisions.push_back(hasTable ? decision(column, row, first, curves) : asking(first.bit));
     }
-    const auto numDecisions = static_cast<std::uint32_t>(grid_.decisions.size()) - firstDecision;
-    grid_.crossedCells.push_back({decided_[cell] & ~undecided, firstDecision, numDecisions});
+    const auto numDecisions = static_cast<std::uint16_t>(grid_.decisions.size() - firstDecision);
+    grid_.crossedCells.push_back(
+        {firstDecision, numDecisions, static_cast<std::uint16_t>(decidedCell(decided_[cell]).number)});
     return {static_cast<std::uint32_t>(grid_.crossedCells.size() - 1), Kind::Crossed};
   }
 
+  Decision decision(int column, int row, const Mark& mark, const std::array<std::uint32_t, 2>& curves) const {
+    const Sides sides = sidesOf(column, row, mark, curves);
+    return {{static_cast<std::uint16_t>(curves[0]), static_cast<std::uint16_t>(curves[1])},
+            mark.bit,
+            static_cast<std::uint8_t>(sides.known & 0xFU),
+            static_cast<std::uint8_t>(sides.inside & 0xFU)};
+  }
+
+  Sides sidesOf(int column, int row, const Mark& mark, const std::array<std::uint32_t, 2>& curves) const {
+    return mark.sides.known != 0 ? mark.sides : verdicts(column, row, mark.bit, curves);
+  }
+
   // Asks the zone for one point of each combination of sides that a sample of the cell shows.
-  Decision decide(int column, int row, const std::array<std::uint32_t, Decision::mostCurves>& curves,
-                  std::size_t numCurves, std::uint8_t bit) const {
-    Decision decision{0, 0, 0, static_cast<std::uint8_t>(numCurves), bit};
-    const int steps = numCurves == 1 ? 1 : 4;
+  Sides verdicts(int column, int row, std::uint8_t bit, const std::array<std::uint32_t, 2>& curves) const {
+    Sides sides;
+    const int steps = curves[0] == curves[1] ? 1 : 4;
     for (int i = 0; i <= steps; ++i) {
       for (int j = 0; j <= steps; ++j) {
         const double x = lattice_.x0 + (column + static_cast<double>(i) / steps) * lattice_.cell;
         const double y = lattice_.y0 + (row + static_cast<double>(j) / steps) * lattice_.cell;
-        unsigned sides = 0;
-        bool isClear = true;
-        for (std::size_t k = 0; k < numCurves; ++k) {
-          const double value = grid_.curves[curves[k]](x, y);
-          sides |= value > 0.0 ? 1U << k : 0U;
-          isClear = isClear && std::abs(value) > 1.0;
-        }
-        const unsigned combination = 1U << sides;
-        if (isClear && (decision.known & combination) == 0) {
-          decision.known = static_cast<std::uint16_t>(decision.known | combination);
-          if (shapes_[bit]->shape->within(Point(x, y))) {
-            decision.inside = static_cast<std::uint16_t>(decision.inside | combination);
-          }
+        const double first = grid_.curves[curves[0]](x, y);
+        const double second = grid_.curves[curves[1]](x, y);
+        const bool isClear = std::abs(first) > 1.0 && std::abs(second) > 1.0;
+        const unsigned combination = 1U << ((first > 0.0 ? 1U : 0U) | (second > 0.0 ? 2U : 0U));
+        if (isClear && (sides.known & combination) == 0) {
+          sides.known |= combination;
+          sides.inside |= shapes_[bit]->shape->within(Point(x, y)) ? combination : 0U;
         }
       }
     }
-    return decision;
+    return sides;
   }
 
   std::uint16_t codeOf(const Cell& cell) const {
@@ -294,7 +357,9 @@ class GridBuilder {
 
   void makeBlocks() {
     constexpr int side = Lattice::blockSide;
-    grid_.blocksPerRow = lattice_.columns / side;
+    const auto blocksPerRow = static_cast<std::uint32_t>(lattice_.columns / side);
+    grid_.blockRowShift = std::bit_width(blocksPerRow - 1);
+    const std::size_t blocksPerFullRow = std::size_t{1} << static_cast<unsigned>(grid_.blockRowShift);
     // Uniform blocks share these, one for each code of the palette that is a set of zones.
     for (std::uint32_t code = 0; code < grid_.firstCut; ++code) {
       grid_.codes.push_back(static_cast<std::uint16_t>(code));
@@ -317,6 +382,7 @@ class GridBuilder {
           grid_.codes.insert(grid_.codes.end(), block.begin(), block.end());
         }
       }
+      grid_.blocks.resize(grid_.blocks.size() + blocksPerFullRow - blocksPerRow, 0);
     }
     grid_.codes.resize(grid_.codes.size() + 2, 0);
   }
@@ -330,6 +396,7 @@ class GridBuilder {
   std::vector<std::uint32_t> firstMark_;
   std::vector<Mark> marks_;
   std::vector<Span> spans_;
+  std::vector<Run> runs_;
   std::vector<Cell> cells_;
   std::array<const FrozenZone*, 64> shapes_{};
   std::vector<std::vector<std::uint32_t>> cutsByCurve_;
@@ -346,7 +413,7 @@ std::size_t bytesOf(const std::vector<T>& values) {
 
 std::size_t Grid::bytes() const {
   return bytesOf(blocks) + bytesOf(codes) + bytesOf(palette) + bytesOf(cutCells) + bytesOf(cutZones) +
-         bytesOf(crossedCells) + bytesOf(decisions) + bytesOf(decisionCurves) + bytesOf(curves);
+         bytesOf(crossedCells) + bytesOf(decisions) + bytesOf(curves);
 }
 
 Grid gridOf(const std::vector<FrozenZone>& zones, double safety) {

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <vector>
 
 #include "classify/Borders.h"
@@ -11,31 +11,29 @@
 
 namespace orvantis::filter::classify {
 
-/// A cell that exactly one border crosses: the zones of the points on either side of it.
+/// A cell that exactly one border crosses: the zones of the points on its negative and its positive side.
 struct CutCell {
   Curve curve;
-  std::uint64_t negative;
-  std::uint64_t positive;
+  std::array<std::uint64_t, 2> zones;
 };
 
-/// What decides one zone in a cell that several borders cross: each combination of the sides of its curves
-/// has one verdict. Combinations that were not seen when the cell was made, or all when there is no table,
-/// are the zone's to answer.
+/// What decides one zone in a cell that several borders cross. Each combination of the sides of its curves
+/// has one verdict: with the first curve's side as bit 0 and the second one's as bit 1 of its number, the
+/// combination has a bit in `known` and `inside`. What is not known is the zone's to answer.
 struct Decision {
-  static constexpr std::size_t mostCurves = 4;
+  static constexpr std::size_t numCurves = 2;
 
-  std::uint32_t firstCurve;  ///< in CrossedCells::curves
-  std::uint16_t inside;      ///< a bit for each combination
-  std::uint16_t known;
-  std::uint8_t numCurves;
+  std::array<std::uint16_t, numCurves> curves;  ///< in Grid::curves; twice the same when there is only one
   std::uint8_t bit;
+  std::uint8_t known : 4;
+  std::uint8_t inside : 4;
 };
 
 /// A cell that several borders cross.
 struct CrossedCell {
-  std::uint64_t decided;  ///< the zones that hold all of the cell
   std::uint32_t firstDecision;
-  std::uint32_t numDecisions;
+  std::uint16_t numDecisions;
+  std::uint16_t decided;  ///< the code of the zones that hold all of the cell
 };
 
 /// The plan, cell by cell. A cell has a 16-bit code. Up to the palette's size it means a set of zones; then
@@ -46,7 +44,7 @@ struct Grid {
   /// For each block of 8x8 cells, where its codes begin in `codes`, shifted by 6, and in the low 6 bits
   /// either zeros, when one code stands for the whole block, or ones.
   std::vector<std::uint32_t> blocks;
-  std::int32_t blocksPerRow = 1;
+  std::int32_t blockRowShift = 0;    ///< a row has two to this power blocks, of which the last may be unused
   std::vector<std::uint16_t> codes;  ///< padded, so that it can be read in words
 
   /// By code. A cell that is not decided has all bits here: what remains is the set of zones at the height.
@@ -60,8 +58,7 @@ struct Grid {
   std::vector<std::uint8_t> cutZones;  ///< by cut cell, the bit of the zone whose border crosses it
   std::vector<CrossedCell> crossedCells;
   std::vector<Decision> decisions;
-  std::vector<std::uint32_t> decisionCurves;
-  std::vector<Curve> curves;
+  std::vector<Curve> curves;  ///< the first one is zero everywhere, and so decides nothing
 
   /// The zones that are asked for every point at their height.
   std::uint64_t alwaysAsked = 0;

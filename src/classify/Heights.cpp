@@ -2,18 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
 #include <limits>
-#include <optional>
+#include <utility>
 
 namespace orvantis::filter::classify {
 namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
-
-double next(double height) {
-  return std::nextafter(height, infinity);
-}
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr std::uint64_t everyZone = ~std::uint64_t{0};
 
 float roundedUp(double height) {
   const auto rounded = static_cast<float>(height);
@@ -22,21 +19,7 @@ float roundedUp(double height) {
              : rounded;
 }
 
-std::vector<double> startsOf(const std::vector<FrozenZone>& zones) {
-  std::vector<double> starts;
-  for (const FrozenZone& zone : zones) {
-    starts.push_back(zone.zMin);
-    if (zone.zMax < infinity) {
-      starts.push_back(next(zone.zMax));
-    }
-  }
-  std::ranges::sort(starts);
-  const auto repeated = std::ranges::unique(starts);
-  starts.erase(repeated.begin(), repeated.end());
-  return starts;
-}
-
-std::uint64_t zonesAt(const std::vector<FrozenZone>& zones, double height) {
+std::uint64_t holding(const std::vector<FrozenZone>& zones, double height) {
   std::uint64_t mask = 0;
   for (const FrozenZone& zone : zones) {
     if (height >= zone.zMin && height <= zone.zMax) {
@@ -46,33 +29,72 @@ std::uint64_t zonesAt(const std::vector<FrozenZone>& zones, double height) {
   return mask;
 }
 
-void fillBuckets(Heights& heights, std::int32_t numBuckets) {
-  const std::vector<double>& starts = heights.starts;
-  const auto first = std::ranges::find_if(starts, [](double start) { return std::isfinite(start); });
-  const auto last =
-      std::find_if(starts.rbegin(), starts.rend(), [](double start) { return std::isfinite(start); });
-  if (first != starts.end()) {
-    const auto lowest = static_cast<float>(*first);
-    const auto highest = static_cast<float>(*last);
-    const float scale = static_cast<float>(numBuckets) / (highest - lowest);
-    const bool isUsable = std::isfinite(lowest) && std::isfinite(scale) && scale > 0.0F;
-    heights.origin = std::isfinite(lowest) ? lowest : 0.0F;
-    heights.bucketsPerMetre = isUsable ? scale : 1.0F;
+void makeSlabs(Heights& heights, const std::vector<FrozenZone>& zones) {
+  std::vector<double>& starts = heights.slabStarts;
+  for (const FrozenZone& zone : zones) {
+    starts.push_back(zone.zMin);
+    if (zone.zMax < infinity) {
+      starts.push_back(std::nextafter(zone.zMax, infinity));
+    }
   }
-  heights.lastBucket = numBuckets - 1;
-  std::vector<std::int32_t> count(static_cast<std::size_t>(numBuckets), 0);
+  std::ranges::sort(starts);
+  const auto repeated = std::ranges::unique(starts);
+  starts.erase(repeated.begin(), repeated.end());
+  heights.slabMasks.push_back(0);
   for (const double start : starts) {
-    // Rounded as a height of the points is: rounding keeps the order of a start and a height.
-    ++count[static_cast<std::size_t>(heights.bucket(static_cast<float>(start)))];
-  }
-  heights.startsPerBucket = *std::ranges::max_element(count);
-  heights.startsBelow.assign(count.size(), 0);
-  for (std::size_t i = 1; i < count.size(); ++i) {
-    heights.startsBelow[i] = heights.startsBelow[i - 1] + count[i - 1];
+    heights.slabMasks.push_back(holding(zones, start));
   }
 }
 
+void scaleBuckets(Heights& heights, std::int32_t numBuckets) {
+  const std::vector<double>& starts = heights.slabStarts;
+  const auto isFinite = [](double start) { return std::isfinite(static_cast<float>(start)); };
+  const auto first = std::find_if(starts.begin(), starts.end(), isFinite);
+  const auto last = std::find_if(starts.rbegin(), starts.rend(), isFinite);
+  heights.lastBucket = numBuckets - 1;
+  if (first == starts.end()) {
+    return;
+  }
+  heights.origin = static_cast<float>(*first);
+  const float scale = static_cast<float>(numBuckets) / (static_cast<float>(*last) - heights.origin);
+  heights.bucketsPerMetre = std::isfinite(scale) && scale > 0.0F ? scale : 1.0F;
+}
+
+// @return the number of buckets in which several slabs start
+int fillBuckets(Heights& heights, std::int32_t numBuckets) {
+  scaleBuckets(heights, numBuckets);
+  const auto size = static_cast<std::size_t>(numBuckets);
+  std::vector<std::size_t> count(size, 0);
+  for (const double start : heights.slabStarts) {
+    // Rounded as a height of the points is: rounding keeps the order of a start and a height.
+    ++count[static_cast<std::size_t>(heights.bucket(static_cast<float>(start)))];
+  }
+  heights.starts.clear();
+  heights.masks.clear();
+  std::size_t slab = 0;
+  int numCrowded = 0;
+  for (const std::size_t startsHere : count) {
+    const bool isCrowded = startsHere > 1;
+    numCrowded += isCrowded ? 1 : 0;
+    heights.starts.push_back(isCrowded ? nan : startsHere == 1 ? heights.slabStarts[slab] : infinity);
+    heights.masks.push_back(isCrowded ? everyZone : heights.slabMasks[slab]);
+    heights.masks.push_back(isCrowded ? everyZone : heights.slabMasks[slab + startsHere]);
+    slab += startsHere;
+  }
+  heights.starts.push_back(infinity);
+  heights.masks.insert(heights.masks.end(), {0, 0});
+  return numCrowded;
+}
+
 }  // namespace
+
+std::uint64_t Heights::zonesAt(double height) const {
+  if (std::isnan(height)) {
+    return 0;
+  }
+  const auto above = std::ranges::upper_bound(slabStarts, height);
+  return slabMasks[static_cast<std::size_t>(above - slabStarts.begin())];
+}
 
 std::int32_t Heights::bucket(float height) const {
   const float scaled = (height - origin) * bucketsPerMetre;
@@ -80,41 +102,31 @@ std::int32_t Heights::bucket(float height) const {
 }
 
 std::size_t Heights::bytes() const {
-  return startsBelow.size() * sizeof(std::int32_t) + starts.size() * sizeof(double) +
-         startsAsFloat.size() * sizeof(float) + masks.size() * sizeof(std::uint64_t);
+  return starts.size() * sizeof(double) + startsAsFloat.size() * sizeof(float) +
+         masks.size() * sizeof(std::uint64_t) + slabStarts.size() * sizeof(double) +
+         slabMasks.size() * sizeof(std::uint64_t);
 }
 
 Heights heightsOf(const std::vector<FrozenZone>& zones) {
-  Heights heights;
-  heights.starts = startsOf(zones);
-  for (const double start : heights.starts) {
-    heights.startsAsFloat.push_back(roundedUp(start));
-  }
+  Heights slabs;
+  makeSlabs(slabs, zones);
 
-  // A few buckets more cost less than another comparison for every point.
+  // As few buckets as keep the slabs apart, or nearly so: the table shares the cache with the plan's.
   constexpr std::int32_t mostBuckets = 1024;
-  std::optional<Heights> best;
-  for (std::int32_t numBuckets = 1; numBuckets <= mostBuckets; numBuckets *= 4) {
-    Heights candidate = heights;
-    fillBuckets(candidate, numBuckets);
-    if (!best || candidate.startsPerBucket < best->startsPerBucket) {
+  Heights best = slabs;
+  int fewestCrowded = fillBuckets(best, 1);
+  for (std::int32_t numBuckets = 4; numBuckets <= mostBuckets && fewestCrowded > 0; numBuckets *= 4) {
+    Heights candidate = slabs;
+    const int numCrowded = fillBuckets(candidate, numBuckets);
+    if (numCrowded * best.lastBucket < fewestCrowded * numBuckets || numCrowded == 0) {
+      fewestCrowded = numCrowded;
       best = std::move(candidate);
     }
   }
-  heights = std::move(*best);
-
-  heights.masks.push_back(0);
-  for (const double start : heights.starts) {
-    heights.masks.push_back(zonesAt(zones, start));
+  for (const double start : best.starts) {
+    best.startsAsFloat.push_back(roundedUp(start));
   }
-  // NaN has a bucket of its own, from which no comparison leads on, and a slab without zones.
-  heights.startsBelow.push_back(static_cast<std::int32_t>(heights.starts.size()) + 1);
-  heights.masks.push_back(0);
-  const std::size_t numStarts = heights.starts.size();
-  const std::size_t padded = numStarts + 1 + static_cast<std::size_t>(heights.startsPerBucket);
-  heights.starts.resize(padded, std::numeric_limits<double>::quiet_NaN());
-  heights.startsAsFloat.resize(padded, std::numeric_limits<float>::quiet_NaN());
-  return heights;
+  return best;
 }
 
 }  // namespace orvantis::filter::classify

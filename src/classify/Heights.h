@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -10,20 +11,23 @@ namespace orvantis::filter::classify {
 /// Which zones have a height between their bounds: a table of the slabs between the bounds of all zones.
 ///
 /// A bound that belongs to the slab below it is replaced by the next double, so that every slab begins with
-/// the height that starts it and the slab of a height is the number of starts up to it. Rounded up to float,
-/// the starts divide the floats in the same way.
+/// the height that starts it. Heights are put into buckets by a monotone function, and in a bucket that one
+/// slab starts in, one comparison tells the slab.
 struct Heights {
-  /// Heights are put into buckets by a monotone function of the height as float, each bucket knows the number
-  /// of starts in the buckets below it, and at most `startsPerBucket` more comparisons give the slab.
   float origin = 0.0F;
   float bucketsPerMetre = 1.0F;
   std::int32_t lastBucket = 0;
-  std::int32_t startsPerBucket = 0;
-  std::vector<std::int32_t> startsBelow;  ///< by bucket; one more entry for NaN
-  std::vector<double> starts;             ///< then NaN, which no height is above
-  std::vector<float> startsAsFloat;
-  std::vector<std::uint64_t> masks;  ///< by slab; one more entry for NaN
 
+  // By bucket; after the last one comes the bucket of NaN, which no zone holds.
+  std::vector<double> starts;        ///< where a slab starts; NaN where several do
+  std::vector<float> startsAsFloat;  ///< rounded up: they divide the floats in the same way
+  std::vector<std::uint64_t> masks;  ///< below the start, and from it on; all bits where several slabs start
+
+  std::vector<double> slabStarts;
+  std::vector<std::uint64_t> slabMasks;  ///< one more: below the first start
+
+  /// The zones at a height, whatever its bucket.
+  std::uint64_t zonesAt(double height) const;
   std::int32_t bucket(float height) const;
   std::size_t bytes() const;
 };

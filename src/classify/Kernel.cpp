@@ -1,6 +1,7 @@
 #include "classify/Kernel.h"
 
 #include <cmath>
+#include <limits>
 #include <type_traits>
 
 // Compiles this file once for each kind of processor that Highway knows.
@@ -42,33 +43,36 @@ struct PointLookup {
     const std::int32_t cellX = cellOf(column, grid.lattice.columns);
     const std::int32_t cellY = cellOf(row, grid.lattice.rows);
     constexpr std::int32_t side = Lattice::blockSide;
-    const std::int32_t block = cellY / side * grid.blocksPerRow + cellX / side;
+    const std::int32_t block = (cellY / side << grid.blockRowShift) + cellX / side;
     const auto place = static_cast<std::uint32_t>(cellY % side * side + cellX % side);
     const std::uint32_t entry = grid.blocks[static_cast<std::size_t>(block)];
     return grid.codes[(entry >> 6U) + (place & entry)];
   }
 
-  std::uint64_t zonesAtHeight(Real z) const {
+  std::size_t bucketOf(Real z) const {
     const auto rounded = static_cast<float>(z);
     const float scaled = (rounded - heights.origin) * heights.bucketsPerMetre;
-    const std::int32_t bucket =
-        std::isnan(rounded) ? heights.lastBucket + 1 : cellOf(scaled, heights.lastBucket + 1);
-    std::int32_t slab = heights.startsBelow[static_cast<std::size_t>(bucket)];
-    const double* starts = heights.starts.data() + slab;
-    for (std::int32_t k = 0; k < heights.startsPerBucket; ++k) {
-      slab += static_cast<double>(z) >= starts[k] ? 1 : 0;
-    }
-    return heights.masks[static_cast<std::size_t>(slab)];
+    return static_cast<std::size_t>(std::isnan(rounded) ? heights.lastBucket + 1
+                                                        : cellOf(scaled, heights.lastBucket + 1));
+  }
+
+  static void append(PointList& list, std::size_t point, std::uint32_t code) {
+    list.points[list.size] = static_cast<std::uint32_t>(point);
+    list.codes[list.size] = code;
+    ++list.size;
   }
 
   bool operator()(Real x, Real y, Real z, std::size_t point) const {
     const std::uint32_t code = codeOf(x, y);
-    out[point] = grid.palette[code] & zonesAtHeight(z);
+    const std::size_t bucket = bucketOf(z);
+    const double start = heights.starts[bucket];
+    const std::size_t upper = static_cast<double>(z) >= start ? 1 : 0;
+    out[point] = grid.palette[code] & heights.masks[2 * bucket + upper];
     if (code >= grid.firstCut) {
-      PointList& list = code < grid.firstCrossed ? pending.cut : pending.crossed;
-      list.points[list.size] = static_cast<std::uint32_t>(point);
-      list.codes[list.size] = code;
-      ++list.size;
+      append(code < grid.firstCrossed ? pending.cut : pending.crossed, point, code);
+    }
+    if (std::isnan(start)) {
+      append(pending.heights, point, code);
     }
     return std::isfinite(x) && std::isfinite(y) && std::isfinite(z);
   }
@@ -159,68 +163,77 @@ Pair gather(const std::uint64_t* table, Ints index) {
   return {hn::GatherIndex(masks, table, lowLongs(index)), hn::GatherIndex(masks, table, highLongs(index))};
 }
 
-// Cells along one axis. A value that is not a number lies in the first.
-Ints cellOf(Floats position, Lanes isNaN, std::int32_t numCells) {
-  const Floats last = hn::Set(floats, static_cast<float>(numCells - 1));
-  const Floats clamped = hn::Min(hn::Max(hn::IfThenZeroElse(isNaN, position), hn::Zero(floats)), last);
-  return hn::ConvertTo(ints, clamped);
+// The whole number nearest to a position between 0 and `last`, with positions beyond taken for the ends.
+// Adding a number in whose binade floats are one apart leaves it in the low bits; a conversion would cost
+// more.
+Ints nearest(Floats position, float last) {
+  constexpr float shift = 0x1.8p23F;
+  const Floats clamped = hn::Min(hn::Max(position, hn::Zero(floats)), hn::Set(floats, last));
+  return hn::And(hn::BitCast(ints, clamped + hn::Set(floats, shift)), hn::Set(ints, 0x3FFFFF));
 }
+
+// Where points lie on the lattice, in cells and from the middle of the first cell.
+struct Place {
+  Floats column;
+  Floats row;
+};
 
 template <typename Coordinates>
-Ints codesOf(const Grid& grid, const Coordinates& x, const Coordinates& y) {
-  const Floats cellsPerMetre = hn::Set(floats, static_cast<float>(1.0 / grid.lattice.cell));
-  const Floats column = x.minus(grid.lattice.x0) * cellsPerMetre;
-  const Floats row = y.minus(grid.lattice.y0) * cellsPerMetre;
-  const Lanes isNaN = hn::Or(hn::IsNaN(column), hn::IsNaN(row));
-  const Floats farthest = hn::Set(floats, static_cast<float>(Lattice::farthest / grid.lattice.cell));
-  const Lanes isFar = hn::And(hn::Abs(row) > farthest, hn::Abs(column) <= farthest);
+Place placeOf(const Lattice& lattice, const Coordinates& x, const Coordinates& y) {
+  const Floats cellsPerMetre = hn::Set(floats, static_cast<float>(1.0 / lattice.cell));
+  const double half = 0.5 * lattice.cell;
+  return {x.minus(lattice.x0 + half) * cellsPerMetre, y.minus(lattice.y0 + half) * cellsPerMetre};
+}
 
-  const Ints cellX = cellOf(column, isNaN, grid.lattice.columns);
-  const Ints cellY = cellOf(row, isNaN, grid.lattice.rows);
+// The codes of the cells; of a cell at the lattice's rim for points outside.
+Ints codesAt(const Grid& grid, const Place& place) {
+  const Ints cellX = nearest(place.column, static_cast<float>(grid.lattice.columns - 1));
+  const Ints cellY = nearest(place.row, static_cast<float>(grid.lattice.rows - 1));
   const Ints inBlock = hn::Set(ints, Lattice::blockSide - 1);
-  const Ints block = hn::ShiftRight<3>(cellY) * hn::Set(ints, grid.blocksPerRow) + hn::ShiftRight<3>(cellX);
-  const Ints place = hn::Or(hn::ShiftLeft<3>(hn::And(cellY, inBlock)), hn::And(cellX, inBlock));
+  const Ints block =
+      hn::ShiftLeftSame(hn::ShiftRight<3>(cellY), grid.blockRowShift) + hn::ShiftRight<3>(cellX);
+  const Ints cell = hn::OrAnd(hn::ShiftLeft<3>(hn::And(cellY, inBlock)), cellX, inBlock);
 
   const Ints entry = hn::GatherIndex(ints, reinterpret_cast<const std::int32_t*>(grid.blocks.data()), block);
-  const Ints at = hn::ShiftRight<6>(entry) + hn::And(place, entry);
+  const Ints at = hn::ShiftRight<6>(entry) + hn::And(cell, entry);
   const Ints word = hn::GatherOffset(ints, reinterpret_cast<const std::int32_t*>(grid.codes.data()), at + at);
-  const Ints code = hn::And(word, hn::Set(ints, 0xFFFF));
-
-  const Ints ofNaN = hn::Set(ints, static_cast<std::int32_t>(grid.codeOfNaN));
-  const Ints ofFarAway = hn::Set(ints, static_cast<std::int32_t>(grid.codeOfFarAway));
-  return hn::IfThenElse(hn::RebindMask(ints, isNaN), ofNaN,
-                        hn::IfThenElse(hn::RebindMask(ints, isFar), ofFarAway, code));
+  return hn::And(word, hn::Set(ints, 0xFFFF));
 }
 
-Ints bucketsOf(const Heights& heights, Floats z) {
-  const Floats scaled = (z - hn::Set(floats, heights.origin)) * hn::Set(floats, heights.bucketsPerMetre);
-  const Lanes isNaN = hn::IsNaN(z);
-  const Ints ofNaN = hn::Set(ints, heights.lastBucket + 1);
-  return hn::IfThenElse(hn::RebindMask(ints, isNaN), ofNaN, cellOf(scaled, isNaN, heights.lastBucket + 1));
+// Buckets of the heights, which are given in buckets from the first one's start.
+Ints bucketsAt(const Heights& heights, Floats scaled) {
+  return hn::ConvertTo(ints, hn::Min(hn::Max(scaled, hn::Zero(floats)),
+                                     hn::Set(floats, static_cast<float>(heights.lastBucket))));
 }
 
-Pair zonesAtHeight(const Heights& heights, const FloatCoordinates& z) {
-  const Ints first = hn::GatherIndex(ints, heights.startsBelow.data(), bucketsOf(heights, z.values));
-  Ints slab = first;
-  for (std::int32_t k = 0; k < heights.startsPerBucket; ++k) {
-    const Floats start = hn::GatherIndex(floats, heights.startsAsFloat.data() + k, first);
-    slab = slab - hn::VecFromMask(ints, hn::RebindMask(ints, z.values >= start));
-  }
-  return gather(heights.masks.data(), slab);
+// The zones at the heights, and the lanes of heights that this does not decide.
+struct AtHeight {
+  Pair zones;
+  Lanes isOpen;
+};
+
+AtHeight zonesAtHeight(const Heights& heights, Ints bucket, const FloatCoordinates& z) {
+  const Floats start = hn::GatherIndex(floats, heights.startsAsFloat.data(), bucket);
+  const Ints isUpper = hn::VecFromMask(ints, hn::RebindMask(ints, z.values >= start));
+  return {gather(heights.masks.data(), bucket + bucket - isUpper), hn::IsNaN(start)};
 }
 
-Masks zonesAtHeight(const Heights& heights, Doubles z, Longs first) {
-  Longs slab = first;
-  for (std::int32_t k = 0; k < heights.startsPerBucket; ++k) {
-    const Doubles start = hn::GatherIndex(doubles, heights.starts.data() + k, first);
-    slab = slab - hn::VecFromMask(longs, hn::RebindMask(longs, z >= start));
-  }
-  return hn::GatherIndex(masks, heights.masks.data(), slab);
+Masks zonesAtHeight(const Heights& heights, Longs bucket, Doubles z) {
+  const Doubles start = hn::GatherIndex(doubles, heights.starts.data(), bucket);
+  const Longs isUpper = hn::VecFromMask(longs, hn::RebindMask(longs, z >= start));
+  return hn::GatherIndex(masks, heights.masks.data(), bucket + bucket - isUpper);
 }
 
-Pair zonesAtHeight(const Heights& heights, const DoubleCoordinates& z) {
-  const Ints first = hn::GatherIndex(ints, heights.startsBelow.data(), bucketsOf(heights, z.asFloats()));
-  return {zonesAtHeight(heights, z.low, lowLongs(first)), zonesAtHeight(heights, z.high, highLongs(first))};
+AtHeight zonesAtHeight(const Heights& heights, Ints bucket, const DoubleCoordinates& z) {
+  const Floats start = hn::GatherIndex(floats, heights.startsAsFloat.data(), bucket);
+  return {
+      {zonesAtHeight(heights, lowLongs(bucket), z.low), zonesAtHeight(heights, highLongs(bucket), z.high)},
+      hn::IsNaN(start)};
+}
+
+Ints chosen(Lanes where, std::uint32_t value, Ints otherwise) {
+  return hn::IfThenElse(hn::RebindMask(ints, where), hn::Set(ints, static_cast<std::int32_t>(value)),
+                        otherwise);
 }
 
 void append(PointList& list, Ints points, Ints codes, hn::Mask<decltype(ints)> chosen) {
@@ -238,20 +251,43 @@ std::size_t lookUpVector(const Grid& grid, const Heights& heights, const typenam
   const Coordinates x(xs);
   const Coordinates y(ys);
   const Coordinates z(zs);
-  const Ints codes = codesOf(grid, x, y);
+  const Place place = placeOf(grid.lattice, x, y);
+  const Floats height = z.asFloats();
+  const Floats scaledHeight =
+      (height - hn::Set(floats, heights.origin)) * hn::Set(floats, heights.bucketsPerMetre);
+  Ints codes = codesAt(grid, place);
+  Ints bucket = bucketsAt(heights, scaledHeight);
+
+  // One test for what is rare: not a number, infinite, or far away.
+  std::size_t notFinite = 0;
+  const Floats farthest = hn::Set(floats, static_cast<float>(Lattice::farthest / grid.lattice.cell));
+  const Lanes isColumnNear = hn::Abs(place.column) <= farthest;
+  const Lanes isRowNear = hn::Abs(place.row) <= farthest;
+  const Lanes isHeightFinite = hn::Abs(height) <= hn::Set(floats, std::numeric_limits<float>::max());
+  if (!hn::AllTrue(floats, hn::And(hn::And(isColumnNear, isRowNear), isHeightFinite))) {
+    const Lanes isNaN = hn::Or(hn::IsNaN(place.column), hn::IsNaN(place.row));
+    const Lanes isFarAway = hn::AndNot(isRowNear, isColumnNear);
+    codes = chosen(isFarAway, grid.codeOfFarAway, codes);
+    codes = chosen(isNaN, grid.codeOfNaN, codes);
+    bucket = chosen(hn::IsNaN(height), static_cast<std::uint32_t>(heights.lastBucket) + 1, bucket);
+    notFinite = numNotFinite(x, y, z);
+  }
+
   const Pair here = gather(grid.palette.data(), codes);
-  const Pair atHeight = zonesAtHeight(heights, z);
-  hn::StoreU(hn::And(here.low, atHeight.low), masks, out);
-  hn::StoreU(hn::And(here.high, atHeight.high), masks, out + hn::Lanes(masks));
+  const AtHeight atHeight = zonesAtHeight(heights, bucket, z);
+  hn::StoreU(hn::And(here.low, atHeight.zones.low), masks, out);
+  hn::StoreU(hn::And(here.high, atHeight.zones.high), masks, out + hn::Lanes(masks));
 
   const auto isUndecided = codes > hn::Set(ints, static_cast<std::int32_t>(grid.firstCut) - 1);
-  if (!hn::AllFalse(ints, isUndecided)) {
+  const auto isOpen = hn::RebindMask(ints, atHeight.isOpen);
+  if (!hn::AllFalse(ints, hn::Or(isUndecided, isOpen))) {
     const Ints points = hn::Iota(ints, static_cast<std::int32_t>(first));
     const auto isCrossed = codes > hn::Set(ints, static_cast<std::int32_t>(grid.firstCrossed) - 1);
     append(pending.cut, points, codes, hn::AndNot(isCrossed, isUndecided));
     append(pending.crossed, points, codes, isCrossed);
+    append(pending.heights, points, codes, isOpen);
   }
-  return numNotFinite(x, y, z);
+  return notFinite;
 }
 
 template <typename Real>

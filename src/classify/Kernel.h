@@ -13,6 +13,7 @@ namespace orvantis::filter::classify {
 struct Pending {
   PointList cut;
   PointList crossed;
+  PointList heights;
 };
 
 /// Looks up to PointList::capacity points up: their cells' zones and their heights' zones in `masks`, and

@@ -1,5 +1,6 @@
 #include "classify/Undecided.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <filter/detection/Point.h>
@@ -9,67 +10,72 @@ namespace {
 
 using detection::Point;
 
-std::uint64_t bitOf(unsigned zone) {
-  return std::uint64_t{1} << zone;
-}
-
-// The verdict of one zone in a crossed cell.
-bool isInside(const Grid& grid, const Shapes& shapes, const Decision& decision, const Point& point) {
-  const std::uint32_t* curves = grid.decisionCurves.data() + decision.firstCurve;
-  unsigned sides = 0;
-  bool isClear = true;
-  for (unsigned k = 0; k < decision.numCurves; ++k) {
-    const double value = grid.curves[curves[k]](point.x(), point.y());
-    sides |= (value > 0.0 ? 1U : 0U) << k;
-    isClear = isClear && std::abs(value) > 1.0;
-  }
-  const bool isKnown = (decision.known >> sides & 1U) != 0;
-  return isClear && isKnown ? (decision.inside >> sides & 1U) != 0 : shapes[decision.bit]->within(point);
+std::uint64_t bitIf(bool isInside, unsigned zone) {
+  return std::uint64_t{isInside} << zone;
 }
 
 }  // namespace
 
 template <typename Real>
-void decideCut(const Grid& grid, const Shapes& shapes, const Real* x, const Real* y, const PointList& list,
-               std::uint64_t* masks) {
+void decideCut(const Grid& grid, const ShapesByBit& shapes, const Real* x, const Real* y,
+               const PointList& list, std::uint64_t* masks) {
   for (std::uint32_t i = 0; i < list.size; ++i) {
     const std::uint32_t point = list.points[i];
     const std::uint32_t number = list.codes[i] - grid.firstCut;
     const CutCell& cell = grid.cutCells[number];
     const double value = cell.curve(x[point], y[point]);
-    std::uint64_t zones = value > 0.0 ? cell.positive : cell.negative;
+    // Looked up and not chosen: which side a point is on cannot be predicted.
+    std::uint64_t zones = cell.zones[value > 0.0 ? 1 : 0];
     if (!(std::abs(value) > 1.0)) [[unlikely]] {
       const unsigned zone = grid.cutZones[number];
-      zones &= ~bitOf(zone);
-      zones |= shapes[zone]->within(Point(x[point], y[point])) ? bitOf(zone) : 0;
+      zones &= ~bitIf(true, zone);
+      zones |= bitIf(shapes[zone]->within(Point(x[point], y[point])), zone);
     }
     masks[point] &= zones;
   }
 }
 
 template <typename Real>
-void decideCrossed(const Grid& grid, const Shapes& shapes, const Real* x, const Real* y,
+void decideCrossed(const Grid& grid, const ShapesByBit& shapes, const Real* x, const Real* y,
                    const PointList& list, std::uint64_t* masks) {
   for (std::uint32_t i = 0; i < list.size; ++i) {
     const std::uint32_t point = list.points[i];
-    const Point at(x[point], y[point]);
+    const double px = x[point];
+    const double py = y[point];
     const CrossedCell& cell = grid.crossedCells[list.codes[i] - grid.firstCrossed];
-    std::uint64_t zones = cell.decided;
+    std::uint64_t zones = grid.palette[cell.decided];
     const Decision* decision = grid.decisions.data() + cell.firstDecision;
     for (const Decision* end = decision + cell.numDecisions; decision != end; ++decision) {
-      zones |= isInside(grid, shapes, *decision, at) ? bitOf(decision->bit) : 0;
+      const double first = grid.curves[decision->curves[0]](px, py);
+      const double second = grid.curves[decision->curves[1]](px, py);
+      const unsigned sides = (first > 0.0 ? 1U : 0U) | (second > 0.0 ? 2U : 0U);
+      const bool isClear = std::min(std::abs(first), std::abs(second)) > 1.0;
+      if (isClear && (decision->known >> sides & 1U) != 0) [[likely]] {
+        zones |= bitIf((decision->inside >> sides & 1U) != 0, decision->bit);
+      } else {
+        zones |= bitIf(shapes[decision->bit]->within(Point(px, py)), decision->bit);
+      }
     }
     masks[point] &= zones;
   }
 }
 
-template void decideCut(const Grid&, const Shapes&, const float*, const float*, const PointList&,
+template <typename Real>
+void decideHeights(const Heights& heights, const Real* z, const PointList& list, std::uint64_t* masks) {
+  for (std::uint32_t i = 0; i < list.size; ++i) {
+    masks[list.points[i]] &= heights.zonesAt(z[list.points[i]]);
+  }
+}
+
+template void decideCut(const Grid&, const ShapesByBit&, const float*, const float*, const PointList&,
                         std::uint64_t*);
-template void decideCut(const Grid&, const Shapes&, const double*, const double*, const PointList&,
+template void decideCut(const Grid&, const ShapesByBit&, const double*, const double*, const PointList&,
                         std::uint64_t*);
-template void decideCrossed(const Grid&, const Shapes&, const float*, const float*, const PointList&,
+template void decideCrossed(const Grid&, const ShapesByBit&, const float*, const float*, const PointList&,
                             std::uint64_t*);
-template void decideCrossed(const Grid&, const Shapes&, const double*, const double*, const PointList&,
+template void decideCrossed(const Grid&, const ShapesByBit&, const double*, const double*, const PointList&,
                             std::uint64_t*);
+template void decideHeights(const Heights&, const float*, const PointList&, std::uint64_t*);
+template void decideHeights(const Heights&, const double*, const PointList&, std::uint64_t*);
 
 }  // namespace orvantis::filter::classify

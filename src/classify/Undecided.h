@@ -7,6 +7,7 @@
 #include <filter/detection/Zone.h>
 
 #include "classify/Grid.h"
+#include "classify/Heights.h"
 
 namespace orvantis::filter::classify {
 
@@ -21,15 +22,21 @@ struct PointList {
 };
 
 /// The shapes to ask, by bit; null where there is no zone.
-using Shapes = std::array<const detection::Zone*, 64>;
+using ShapesByBit = std::array<const detection::Zone*, 64>;
 
-/// Takes away the zones that do not hold the points of cut or crossed cells. Before the call, the mask of
-/// such a point has the zones at its height.
+// What the tables leave open. Each call takes away the zones that do not hold the points of the list; before,
+// their masks have the zones that may.
+
+/// In cells that one border crosses.
 template <typename Real>
-void decideCut(const Grid& grid, const Shapes& shapes, const Real* x, const Real* y, const PointList& list,
-               std::uint64_t* masks);
+void decideCut(const Grid& grid, const ShapesByBit& shapes, const Real* x, const Real* y,
+               const PointList& list, std::uint64_t* masks);
+/// In cells that several borders cross.
 template <typename Real>
-void decideCrossed(const Grid& grid, const Shapes& shapes, const Real* x, const Real* y,
+void decideCrossed(const Grid& grid, const ShapesByBit& shapes, const Real* x, const Real* y,
                    const PointList& list, std::uint64_t* masks);
+/// At heights near which several slabs start.
+template <typename Real>
+void decideHeights(const Heights& heights, const Real* z, const PointList& list, std::uint64_t* masks);
 
 }  // namespace orvantis::filter::classify

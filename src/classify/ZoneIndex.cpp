@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cmath>
 #include <cstring>
 
 #include <filter/detection/Point.h>
@@ -23,6 +24,10 @@ class Block {
     x = read(points.x, points.stride, first, size, copyOfX_);
     y = read(points.y, points.stride, first, size, copyOfY_);
     z = read(points.z, points.stride, first, size, copyOfZ_);
+  }
+
+  bool isFinite(std::size_t point) const {
+    return std::isfinite(x[point]) && std::isfinite(y[point]) && std::isfinite(z[point]);
   }
 
   const Real* x;
@@ -50,15 +55,13 @@ class Block {
   Copy copyOfZ_;
 };
 
-void addCounts(const std::uint64_t* masks, std::size_t size, ZoneCounts& counts) {
-  for (std::size_t i = 0; i < size; ++i) {
-    if (masks[i] > fieldZones) {
-      ++counts.excluded;
-      continue;
-    }
-    for (std::uint64_t rest = masks[i]; rest != 0; rest &= rest - 1) {
-      ++counts.inside[static_cast<std::size_t>(std::countr_zero(rest))];
-    }
+void addCounts(std::uint64_t mask, ZoneCounts& counts) {
+  if (mask > fieldZones) {
+    ++counts.excluded;
+    return;
+  }
+  for (std::uint64_t rest = mask; rest != 0; rest &= rest - 1) {
+    ++counts.inside[static_cast<std::size_t>(std::countr_zero(rest))];
   }
 }
 
@@ -90,8 +93,13 @@ ZoneCounts ZoneIndex::count(const PointsView<Real>& points, std::uint64_t* masks
     const std::size_t size = std::min(blockSize, points.size - first);
     std::uint64_t* blockMasks = masks != nullptr ? masks + first : ownMasks.data();
     block.read(points, first, size);
-    counts.notFinite += classifyBlock(block.x, block.y, block.z, size, blockMasks);
-    addCounts(blockMasks, size, counts);
+    const std::size_t notFinite = classifyBlock(block.x, block.y, block.z, size, blockMasks);
+    counts.notFinite += notFinite;
+    for (std::size_t i = 0; i < size; ++i) {
+      if (notFinite == 0 || block.isFinite(i)) {
+        addCounts(blockMasks[i], counts);
+      }
+    }
   }
   return counts;
 }
@@ -103,6 +111,7 @@ std::size_t ZoneIndex::classifyBlock(const Real* x, const Real* y, const Real* z
   const std::size_t notFinite = lookUp(grid_, heights_, x, y, z, size, masks, pending);
   decideCut(grid_, shapes_, x, y, pending.cut, masks);
   decideCrossed(grid_, shapes_, x, y, pending.crossed, masks);
+  decideHeights(heights_, z, pending.heights, masks);
   if (grid_.alwaysAsked != 0) {
     askAlways(x, y, size, masks);
   }

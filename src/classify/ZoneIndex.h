@@ -38,7 +38,7 @@ class ZoneIndex {
   std::vector<FrozenZone> zones_;
   Grid grid_;
   Heights heights_;
-  Shapes shapes_{};
+  ShapesByBit shapes_{};
 };
 
 }  // namespace orvantis::filter::classify
