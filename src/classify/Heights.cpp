@@ -98,7 +98,8 @@ std::uint64_t Heights::zonesAt(double height) const {
 
 std::int32_t Heights::bucket(float height) const {
   const float scaled = (height - origin) * bucketsPerMetre;
-  return static_cast<std::int32_t>(std::clamp(scaled, 0.0F, static_cast<float>(lastBucket)));
+  return static_cast<std::int32_t>(std::clamp(scaled, 0.0F, static_cast<float>(lastBucket)) + wholeNumbers -
+                                   wholeNumbers);
 }
 
 std::size_t Heights::bytes() const {

@@ -8,6 +8,9 @@
 
 namespace orvantis::filter::classify {
 
+/// Floats near this are one apart: adding it rounds to whole numbers.
+inline constexpr float wholeNumbers = 0x1.8p23F;
+
 /// Which zones have a height between their bounds: a table of the slabs between the bounds of all zones.
 ///
 /// A bound that belongs to the slab below it is replaced by the next double, so that every slab begins with

@@ -6,6 +6,8 @@
 
 // Compiles this file once for each kind of processor that Highway knows.
 #undef HWY_TARGET_INCLUDE
+// Vectors of unknown length cannot be members of a class.
+#define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV)
 #define HWY_TARGET_INCLUDE "classify/Kernel.cpp"
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
@@ -51,14 +53,11 @@ struct PointLookup {
 
   std::size_t bucketOf(Real z) const {
     const auto rounded = static_cast<float>(z);
-    const float scaled = (rounded - heights.origin) * heights.bucketsPerMetre;
-    return static_cast<std::size_t>(std::isnan(rounded) ? heights.lastBucket + 1
-                                                        : cellOf(scaled, heights.lastBucket + 1));
+    return static_cast<std::size_t>(std::isnan(rounded) ? heights.lastBucket + 1 : heights.bucket(rounded));
   }
 
   static void append(PointList& list, std::size_t point, std::uint32_t code) {
-    list.points[list.size] = static_cast<std::uint32_t>(point);
-    list.codes[list.size] = code;
+    list.entries[list.size] = code << 16U | static_cast<std::uint32_t>(point);
     ++list.size;
   }
 
@@ -99,14 +98,36 @@ using Longs = hn::Vec<decltype(longs)>;
 using Masks = hn::Vec<decltype(masks)>;
 using Lanes = hn::Mask<decltype(floats)>;
 
+HWY_INLINE Longs lowLongs(Ints values) {
+  return hn::PromoteTo(longs, hn::LowerHalf(halfInts, values));
+}
+HWY_INLINE Longs highLongs(Ints values) {
+  return hn::PromoteTo(longs, hn::UpperHalf(halfInts, values));
+}
+
+// The indices of the masks from the starts on: those of the masks below are twice the buckets.
+HWY_INLINE Ints upperHalf(Ints bucket, Lanes isUpper) {
+  return bucket + bucket - hn::VecFromMask(ints, hn::RebindMask(ints, isUpper));
+}
+
 // As many coordinates as there are floats in a vector.
 struct FloatCoordinates {
   using Real = float;
 
-  explicit FloatCoordinates(const float* from) : values(hn::LoadU(floats, from)) {}
+  HWY_INLINE explicit FloatCoordinates(const float* from) : values(hn::LoadU(floats, from)) {}
 
-  Floats minus(double origin) const { return values - hn::Set(floats, static_cast<float>(origin)); }
-  Floats asFloats() const { return values; }
+  HWY_INLINE Floats minus(double origin) const {
+    return values - hn::Set(floats, static_cast<float>(origin));
+  }
+  HWY_INLINE Floats asFloats() const { return values; }
+  HWY_INLINE Lanes isFinite() const { return hn::IsFinite(values); }
+  HWY_INLINE std::size_t numFinite(const FloatCoordinates& y, const FloatCoordinates& z) const {
+    return hn::CountTrue(floats, hn::And(isFinite(), hn::And(y.isFinite(), z.isFinite())));
+  }
+  // For heights: which mask of its bucket each has.
+  HWY_INLINE Ints half(Ints bucket, Floats starts, const double*) const {
+    return upperHalf(bucket, values >= starts);
+  }
 
   Floats values;
 };
@@ -114,16 +135,29 @@ struct FloatCoordinates {
 struct DoubleCoordinates {
   using Real = double;
 
-  explicit DoubleCoordinates(const double* from)
+  HWY_INLINE explicit DoubleCoordinates(const double* from)
       : low(hn::LoadU(doubles, from)), high(hn::LoadU(doubles, from + hn::Lanes(doubles))) {}
 
-  Floats minus(double origin) const {
+  HWY_INLINE Floats minus(double origin) const {
     const Doubles corner = hn::Set(doubles, origin);
     return rounded(low - corner, high - corner);
   }
-  Floats asFloats() const { return rounded(low, high); }
+  HWY_INLINE Floats asFloats() const { return rounded(low, high); }
+  HWY_INLINE std::size_t numFinite(const DoubleCoordinates& y, const DoubleCoordinates& z) const {
+    return hn::CountTrue(doubles,
+                         hn::And(hn::IsFinite(low), hn::And(hn::IsFinite(y.low), hn::IsFinite(z.low)))) +
+           hn::CountTrue(doubles,
+                         hn::And(hn::IsFinite(high), hn::And(hn::IsFinite(y.high), hn::IsFinite(z.high))));
+  }
+  HWY_INLINE Ints half(Ints bucket, Floats, const double* starts) const {
+    const auto isUpperLow = low >= hn::GatherIndex(doubles, starts, lowLongs(bucket));
+    const auto isUpperHigh = high >= hn::GatherIndex(doubles, starts, highLongs(bucket));
+    const Doubles one = hn::Set(doubles, 1.0);
+    const Floats upper = rounded(hn::IfThenElseZero(isUpperLow, one), hn::IfThenElseZero(isUpperHigh, one));
+    return upperHalf(bucket, upper > hn::Zero(floats));
+  }
 
-  static Floats rounded(Doubles low, Doubles high) {
+  HWY_INLINE static Floats rounded(Doubles low, Doubles high) {
     return hn::Combine(floats, hn::DemoteTo(halfFloats, high), hn::DemoteTo(halfFloats, low));
   }
 
@@ -131,164 +165,154 @@ struct DoubleCoordinates {
   Doubles high;
 };
 
-std::size_t numNotFinite(const FloatCoordinates& x, const FloatCoordinates& y, const FloatCoordinates& z) {
-  const auto isFinite =
-      hn::And(hn::IsFinite(x.values), hn::And(hn::IsFinite(y.values), hn::IsFinite(z.values)));
-  return hn::Lanes(floats) - hn::CountTrue(floats, isFinite);
-}
-
-std::size_t numNotFinite(Doubles x, Doubles y, Doubles z) {
-  const auto isFinite = hn::And(hn::IsFinite(x), hn::And(hn::IsFinite(y), hn::IsFinite(z)));
-  return hn::Lanes(doubles) - hn::CountTrue(doubles, isFinite);
-}
-
-std::size_t numNotFinite(const DoubleCoordinates& x, const DoubleCoordinates& y, const DoubleCoordinates& z) {
-  return numNotFinite(x.low, y.low, z.low) + numNotFinite(x.high, y.high, z.high);
-}
-
-Longs lowLongs(Ints values) {
-  return hn::PromoteTo(longs, hn::LowerHalf(halfInts, values));
-}
-Longs highLongs(Ints values) {
-  return hn::PromoteTo(longs, hn::UpperHalf(halfInts, values));
-}
-
-// A pair of vectors with one 64-bit value for each point.
-struct Pair {
-  Masks low;
-  Masks high;
-};
-
-Pair gather(const std::uint64_t* table, Ints index) {
-  return {hn::GatherIndex(masks, table, lowLongs(index)), hn::GatherIndex(masks, table, highLongs(index))};
-}
-
-// The whole number nearest to a position between 0 and `last`, with positions beyond taken for the ends.
-// Adding a number in whose binade floats are one apart leaves it in the low bits; a conversion would cost
-// more.
-Ints nearest(Floats position, float last) {
-  constexpr float shift = 0x1.8p23F;
-  const Floats clamped = hn::Min(hn::Max(position, hn::Zero(floats)), hn::Set(floats, last));
-  return hn::And(hn::BitCast(ints, clamped + hn::Set(floats, shift)), hn::Set(ints, 0x3FFFFF));
-}
-
-// Where points lie on the lattice, in cells and from the middle of the first cell.
-struct Place {
-  Floats column;
-  Floats row;
-};
-
+// As many points at a time as a vector has lanes. Holds what the loop over a block needs by value: what it
+// writes could otherwise change the tables, for all the compiler knows.
 template <typename Coordinates>
-Place placeOf(const Lattice& lattice, const Coordinates& x, const Coordinates& y) {
-  const Floats cellsPerMetre = hn::Set(floats, static_cast<float>(1.0 / lattice.cell));
-  const double half = 0.5 * lattice.cell;
-  return {x.minus(lattice.x0 + half) * cellsPerMetre, y.minus(lattice.y0 + half) * cellsPerMetre};
-}
+class VectorLookup {
+ public:
+  using Real = typename Coordinates::Real;
 
-// The codes of the cells; of a cell at the lattice's rim for points outside.
-Ints codesAt(const Grid& grid, const Place& place) {
-  const Ints cellX = nearest(place.column, static_cast<float>(grid.lattice.columns - 1));
-  const Ints cellY = nearest(place.row, static_cast<float>(grid.lattice.rows - 1));
-  const Ints inBlock = hn::Set(ints, Lattice::blockSide - 1);
-  const Ints block =
-      hn::ShiftLeftSame(hn::ShiftRight<3>(cellY), grid.blockRowShift) + hn::ShiftRight<3>(cellX);
-  const Ints cell = hn::OrAnd(hn::ShiftLeft<3>(hn::And(cellY, inBlock)), cellX, inBlock);
+  VectorLookup(const Grid& grid, const Heights& heights, std::uint64_t* out, Pending& pending)
+      : firstColumn_(grid.lattice.x0 + 0.5 * grid.lattice.cell),
+        firstRow_(grid.lattice.y0 + 0.5 * grid.lattice.cell),
+        cellsPerMetre_(static_cast<float>(1.0 / grid.lattice.cell)),
+        lastColumn_(static_cast<float>(grid.lattice.columns - 1)),
+        lastRow_(static_cast<float>(grid.lattice.rows - 1)),
+        farthest_(static_cast<float>(Lattice::farthest / grid.lattice.cell)),
+        blockRowShift_(grid.blockRowShift),
+        blocks_(reinterpret_cast<const std::int32_t*>(grid.blocks.data())),
+        codes_(reinterpret_cast<const std::int32_t*>(grid.codes.data())),
+        palette_(grid.palette.data()),
+        firstCut_(static_cast<std::int32_t>(grid.firstCut)),
+        firstCrossed_(static_cast<std::int32_t>(grid.firstCrossed)),
+        codeOfNaN_(static_cast<std::int32_t>(grid.codeOfNaN)),
+        codeOfFarAway_(static_cast<std::int32_t>(grid.codeOfFarAway)),
+        lowestHeight_(heights.origin),
+        bucketsPerMetre_(heights.bucketsPerMetre),
+        lastBucket_(static_cast<float>(heights.lastBucket)),
+        bucketOfNaN_(heights.lastBucket + 1),
+        starts_(heights.startsAsFloat.data()),
+        exactStarts_(heights.starts.data()),
+        heightMasks_(heights.masks.data()),
+        out_(out),
+        cut_(pending.cut.entries.data()),
+        crossed_(pending.crossed.entries.data()),
+        openHeights_(pending.heights.entries.data()) {}
 
-  const Ints entry = hn::GatherIndex(ints, reinterpret_cast<const std::int32_t*>(grid.blocks.data()), block);
-  const Ints at = hn::ShiftRight<6>(entry) + hn::And(cell, entry);
-  const Ints word = hn::GatherOffset(ints, reinterpret_cast<const std::int32_t*>(grid.codes.data()), at + at);
-  return hn::And(word, hn::Set(ints, 0xFFFF));
-}
+  HWY_INLINE void operator()(const Real* xs, const Real* ys, const Real* zs, std::size_t first) {
+    const Coordinates x(xs);
+    const Coordinates y(ys);
+    const Coordinates z(zs);
+    // In cells, from the middle of the first one.
+    const Floats column = x.minus(firstColumn_) * hn::Set(floats, cellsPerMetre_);
+    const Floats row = y.minus(firstRow_) * hn::Set(floats, cellsPerMetre_);
+    const Floats height = z.asFloats();
+    const Floats scaledHeight = (height - hn::Set(floats, lowestHeight_)) * hn::Set(floats, bucketsPerMetre_);
 
-// Buckets of the heights, which are given in buckets from the first one's start.
-Ints bucketsAt(const Heights& heights, Floats scaled) {
-  return hn::ConvertTo(ints, hn::Min(hn::Max(scaled, hn::Zero(floats)),
-                                     hn::Set(floats, static_cast<float>(heights.lastBucket))));
-}
+    Ints codes = codesAt(column, row);
+    Ints bucket = nearest(scaledHeight, lastBucket_);
+    // One test for what is rare: not a number, infinite, or far away.
+    const Floats extent = hn::Abs(column) + hn::Abs(row) + hn::Abs(scaledHeight);
+    if (HWY_UNLIKELY(!hn::AllTrue(floats, extent <= hn::Set(floats, farthest_)))) {
+      const Floats farthest = hn::Set(floats, farthest_);
+      const Lanes isColumnNear = hn::Abs(column) <= farthest;
+      const Lanes isRowNear = hn::Abs(row) <= farthest;
+      codes = chosen(hn::AndNot(isRowNear, isColumnNear), codeOfFarAway_, codes);
+      codes = chosen(hn::Or(hn::IsNaN(column), hn::IsNaN(row)), codeOfNaN_, codes);
+      bucket = chosen(hn::IsNaN(height), bucketOfNaN_, bucket);
+      notFinite_ += hn::Lanes(floats) - x.numFinite(y, z);
+    }
 
-// The zones at the heights, and the lanes of heights that this does not decide.
-struct AtHeight {
-  Pair zones;
-  Lanes isOpen;
-};
+    const Floats starts = hn::GatherIndex(floats, starts_, bucket);
+    const Ints half = z.half(bucket, starts, exactStarts_);
+    store(lowLongs(codes), lowLongs(half), out_ + first);
+    store(highLongs(codes), highLongs(half), out_ + first + hn::Lanes(masks));
 
-AtHeight zonesAtHeight(const Heights& heights, Ints bucket, const FloatCoordinates& z) {
-  const Floats start = hn::GatherIndex(floats, heights.startsAsFloat.data(), bucket);
-  const Ints isUpper = hn::VecFromMask(ints, hn::RebindMask(ints, z.values >= start));
-  return {gather(heights.masks.data(), bucket + bucket - isUpper), hn::IsNaN(start)};
-}
-
-Masks zonesAtHeight(const Heights& heights, Longs bucket, Doubles z) {
-  const Doubles start = hn::GatherIndex(doubles, heights.starts.data(), bucket);
-  const Longs isUpper = hn::VecFromMask(longs, hn::RebindMask(longs, z >= start));
-  return hn::GatherIndex(masks, heights.masks.data(), bucket + bucket - isUpper);
-}
-
-AtHeight zonesAtHeight(const Heights& heights, Ints bucket, const DoubleCoordinates& z) {
-  const Floats start = hn::GatherIndex(floats, heights.startsAsFloat.data(), bucket);
-  return {
-      {zonesAtHeight(heights, lowLongs(bucket), z.low), zonesAtHeight(heights, highLongs(bucket), z.high)},
-      hn::IsNaN(start)};
-}
-
-Ints chosen(Lanes where, std::uint32_t value, Ints otherwise) {
-  return hn::IfThenElse(hn::RebindMask(ints, where), hn::Set(ints, static_cast<std::int32_t>(value)),
-                        otherwise);
-}
-
-void append(PointList& list, Ints points, Ints codes, hn::Mask<decltype(ints)> chosen) {
-  const auto which = hn::RebindMask(words, chosen);
-  hn::CompressStore(hn::BitCast(words, codes), which, words, list.codes.data() + list.size);
-  list.size += static_cast<std::uint32_t>(
-      hn::CompressStore(hn::BitCast(words, points), which, words, list.points.data() + list.size));
-}
-
-// As many points as a vector has lanes.
-template <typename Coordinates>
-std::size_t lookUpVector(const Grid& grid, const Heights& heights, const typename Coordinates::Real* xs,
-                         const typename Coordinates::Real* ys, const typename Coordinates::Real* zs,
-                         std::size_t first, std::uint64_t* out, Pending& pending) {
-  const Coordinates x(xs);
-  const Coordinates y(ys);
-  const Coordinates z(zs);
-  const Place place = placeOf(grid.lattice, x, y);
-  const Floats height = z.asFloats();
-  const Floats scaledHeight =
-      (height - hn::Set(floats, heights.origin)) * hn::Set(floats, heights.bucketsPerMetre);
-  Ints codes = codesAt(grid, place);
-  Ints bucket = bucketsAt(heights, scaledHeight);
-
-  // One test for what is rare: not a number, infinite, or far away.
-  std::size_t notFinite = 0;
-  const Floats farthest = hn::Set(floats, static_cast<float>(Lattice::farthest / grid.lattice.cell));
-  const Lanes isColumnNear = hn::Abs(place.column) <= farthest;
-  const Lanes isRowNear = hn::Abs(place.row) <= farthest;
-  const Lanes isHeightFinite = hn::Abs(height) <= hn::Set(floats, std::numeric_limits<float>::max());
-  if (!hn::AllTrue(floats, hn::And(hn::And(isColumnNear, isRowNear), isHeightFinite))) {
-    const Lanes isNaN = hn::Or(hn::IsNaN(place.column), hn::IsNaN(place.row));
-    const Lanes isFarAway = hn::AndNot(isRowNear, isColumnNear);
-    codes = chosen(isFarAway, grid.codeOfFarAway, codes);
-    codes = chosen(isNaN, grid.codeOfNaN, codes);
-    bucket = chosen(hn::IsNaN(height), static_cast<std::uint32_t>(heights.lastBucket) + 1, bucket);
-    notFinite = numNotFinite(x, y, z);
-  }
-
-  const Pair here = gather(grid.palette.data(), codes);
-  const AtHeight atHeight = zonesAtHeight(heights, bucket, z);
-  hn::StoreU(hn::And(here.low, atHeight.zones.low), masks, out);
-  hn::StoreU(hn::And(here.high, atHeight.zones.high), masks, out + hn::Lanes(masks));
-
-  const auto isUndecided = codes > hn::Set(ints, static_cast<std::int32_t>(grid.firstCut) - 1);
-  const auto isOpen = hn::RebindMask(ints, atHeight.isOpen);
-  if (!hn::AllFalse(ints, hn::Or(isUndecided, isOpen))) {
     const Ints points = hn::Iota(ints, static_cast<std::int32_t>(first));
-    const auto isCrossed = codes > hn::Set(ints, static_cast<std::int32_t>(grid.firstCrossed) - 1);
-    append(pending.cut, points, codes, hn::AndNot(isCrossed, isUndecided));
-    append(pending.crossed, points, codes, isCrossed);
-    append(pending.heights, points, codes, isOpen);
+    const auto isUndecided = codes > hn::Set(ints, firstCut_ - 1);
+    const auto isCrossed = codes > hn::Set(ints, firstCrossed_ - 1);
+    const auto isOpen = hn::RebindMask(ints, hn::IsNaN(starts));
+    append(cut_, points, codes, hn::AndNot(isCrossed, isUndecided));
+    if (!hn::AllFalse(ints, hn::Or(isCrossed, isOpen))) {
+      append(crossed_, points, codes, isCrossed);
+      append(openHeights_, points, codes, isOpen);
+    }
   }
-  return notFinite;
-}
+
+  // @return the number of points that are not finite
+  std::size_t finish(Pending& pending) const {
+    pending.cut.size = static_cast<std::size_t>(cut_ - pending.cut.entries.data());
+    pending.crossed.size = static_cast<std::size_t>(crossed_ - pending.crossed.entries.data());
+    pending.heights.size = static_cast<std::size_t>(openHeights_ - pending.heights.entries.data());
+    return notFinite_;
+  }
+
+ private:
+  // The whole number nearest to a position between 0 and `last`, with positions beyond taken for the ends.
+  // Adding a number in whose binade floats are one apart leaves it in the low bits; a conversion costs more.
+  // Max takes the number when one of its arguments is not one.
+  HWY_INLINE static Ints nearest(Floats position, float last) {
+    const Floats clamped = hn::Min(hn::Max(position, hn::Zero(floats)), hn::Set(floats, last));
+    return hn::And(hn::BitCast(ints, clamped + hn::Set(floats, wholeNumbers)), hn::Set(ints, 0x3FFFFF));
+  }
+
+  // The codes of the cells; of a cell at the lattice's rim for points outside.
+  HWY_INLINE Ints codesAt(Floats column, Floats row) const {
+    const Ints cellX = nearest(column, lastColumn_);
+    const Ints cellY = nearest(row, lastRow_);
+    const Ints inBlock = hn::Set(ints, Lattice::blockSide - 1);
+    const Ints block = hn::ShiftLeftSame(hn::ShiftRight<3>(cellY), blockRowShift_) + hn::ShiftRight<3>(cellX);
+    const Ints cell = hn::OrAnd(hn::ShiftLeft<3>(hn::And(cellY, inBlock)), cellX, inBlock);
+    const Ints entry = hn::GatherIndex(ints, blocks_, block);
+    const Ints at = hn::ShiftRight<6>(entry) + hn::And(cell, entry);
+    return hn::And(hn::GatherOffset(ints, codes_, at + at), hn::Set(ints, 0xFFFF));
+  }
+
+  HWY_INLINE static Ints chosen(Lanes where, std::int32_t value, Ints otherwise) {
+    return hn::IfThenElse(hn::RebindMask(ints, where), hn::Set(ints, value), otherwise);
+  }
+
+  HWY_INLINE void store(Longs codes, Longs half, std::uint64_t* to) const {
+    const Masks here = hn::GatherIndex(masks, palette_, codes);
+    const Masks atHeight = hn::GatherIndex(masks, heightMasks_, half);
+    hn::StoreU(hn::And(here, atHeight), masks, to);
+  }
+
+  HWY_INLINE static void append(std::uint32_t*& list, Ints points, Ints codes,
+                                hn::Mask<decltype(ints)> where) {
+    const auto entries = hn::BitCast(words, hn::Or(hn::ShiftLeft<16>(codes), points));
+    list += hn::CompressStore(entries, hn::RebindMask(words, where), words, list);
+  }
+
+  double firstColumn_;
+  double firstRow_;
+  float cellsPerMetre_;
+  float lastColumn_;
+  float lastRow_;
+  float farthest_;
+  int blockRowShift_;
+  const std::int32_t* blocks_;
+  const std::int32_t* codes_;
+  const std::uint64_t* palette_;
+  std::int32_t firstCut_;
+  std::int32_t firstCrossed_;
+  std::int32_t codeOfNaN_;
+  std::int32_t codeOfFarAway_;
+
+  float lowestHeight_;
+  float bucketsPerMetre_;
+  float lastBucket_;
+  std::int32_t bucketOfNaN_;
+  const float* starts_;
+  const double* exactStarts_;
+  const std::uint64_t* heightMasks_;
+
+  std::uint64_t* out_;
+  std::uint32_t* cut_;
+  std::uint32_t* crossed_;
+  std::uint32_t* openHeights_;
+  std::size_t notFinite_ = 0;
+};
 
 template <typename Real>
 using Coordinates = std::conditional_t<std::is_same_v<Real, float>, FloatCoordinates, DoubleCoordinates>;
@@ -301,11 +325,12 @@ std::size_t lookUpBlock(const Grid& grid, const Heights& heights, const Real* x,
   std::size_t notFinite = 0;
   std::size_t first = 0;
 #if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
+  VectorLookup<Coordinates<Real>> lookUpVector(grid, heights, out, pending);
   const std::size_t lanes = hn::Lanes(floats);
   for (; first + lanes <= size; first += lanes) {
-    notFinite += lookUpVector<Coordinates<Real>>(grid, heights, x + first, y + first, z + first, first,
-                                                 out + first, pending);
+    lookUpVector(x + first, y + first, z + first, first);
   }
+  notFinite += lookUpVector.finish(pending);
 #endif
   const PointLookup<Real> lookUpPoint{grid, heights, out, pending};
   for (; first < size; ++first) {

@@ -19,9 +19,9 @@ std::uint64_t bitIf(bool isInside, unsigned zone) {
 template <typename Real>
 void decideCut(const Grid& grid, const ShapesByBit& shapes, const Real* x, const Real* y,
                const PointList& list, std::uint64_t* masks) {
-  for (std::uint32_t i = 0; i < list.size; ++i) {
-    const std::uint32_t point = list.points[i];
-    const std::uint32_t number = list.codes[i] - grid.firstCut;
+  for (std::size_t i = 0; i < list.size; ++i) {
+    const std::uint32_t point = list.point(i);
+    const std::uint32_t number = list.code(i) - grid.firstCut;
     const CutCell& cell = grid.cutCells[number];
     const double value = cell.curve(x[point], y[point]);
     // Looked up and not chosen: which side a point is on cannot be predicted.
@@ -38,11 +38,11 @@ void decideCut(const Grid& grid, const ShapesByBit& shapes, const Real* x, const
 template <typename Real>
 void decideCrossed(const Grid& grid, const ShapesByBit& shapes, const Real* x, const Real* y,
                    const PointList& list, std::uint64_t* masks) {
-  for (std::uint32_t i = 0; i < list.size; ++i) {
-    const std::uint32_t point = list.points[i];
+  for (std::size_t i = 0; i < list.size; ++i) {
+    const std::uint32_t point = list.point(i);
     const double px = x[point];
     const double py = y[point];
-    const CrossedCell& cell = grid.crossedCells[list.codes[i] - grid.firstCrossed];
+    const CrossedCell& cell = grid.crossedCells[list.code(i) - grid.firstCrossed];
     std::uint64_t zones = grid.palette[cell.decided];
     const Decision* decision = grid.decisions.data() + cell.firstDecision;
     for (const Decision* end = decision + cell.numDecisions; decision != end; ++decision) {
@@ -62,8 +62,8 @@ void decideCrossed(const Grid& grid, const ShapesByBit& shapes, const Real* x, c
 
 template <typename Real>
 void decideHeights(const Heights& heights, const Real* z, const PointList& list, std::uint64_t* masks) {
-  for (std::uint32_t i = 0; i < list.size; ++i) {
-    masks[list.points[i]] &= heights.zonesAt(z[list.points[i]]);
+  for (std::size_t i = 0; i < list.size; ++i) {
+    masks[list.point(i)] &= heights.zonesAt(z[list.point(i)]);
   }
 }
 

@@ -11,14 +11,16 @@
 
 namespace orvantis::filter::classify {
 
-/// Points of a block, by their place in it, with the codes of their cells.
+/// Points of a block with the codes of their cells.
 struct PointList {
   static constexpr std::size_t capacity = 512;
   static constexpr std::size_t padding = 64;  ///< a vector may be written past the last entry
 
-  std::uint32_t size = 0;
-  std::array<std::uint32_t, capacity + padding> points;  // not initialised: a block fills what it reads
-  std::array<std::uint32_t, capacity + padding> codes;
+  std::size_t size = 0;
+  std::array<std::uint32_t, capacity + padding> entries;  // not initialised: a block fills what it reads
+
+  std::uint32_t point(std::size_t i) const { return entries[i] & 0xFFFFU; }
+  std::uint32_t code(std::size_t i) const { return entries[i] >> 16U; }
 };
 
 /// The shapes to ask, by bit; null where there is no zone.
