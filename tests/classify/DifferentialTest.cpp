@@ -167,6 +167,7 @@ class Comparison {
       const Point3& point = points[i];
       if (!std::isfinite(point.x) || !std::isfinite(point.y) || !std::isfinite(point.z)) {
         ++counts.notFinite;
+        continue;
       }
       if (masks[i] >> 24U != 0) {
         ++counts.excluded;

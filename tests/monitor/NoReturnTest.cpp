@@ -1,4 +1,3 @@
-#include <cmath>
 #include <limits>
 #include <memory>
 
@@ -24,7 +23,7 @@ TEST(NoReturns, AreInsideNothingEvenWhereTheShapeHoldsThem) {
   const float infinity = std::numeric_limits<float>::infinity();
   ZoneDetector detector;
   detector.setZone(disc("Disc"), 0, 0);
-  ASSERT_TRUE(detector.getZone(0, 0)->within(nan, 0.0, 1.0));
+  ASSERT_TRUE(detector.getZone(0, 0)->within(static_cast<double>(nan), 0.0, 1.0));
 
   ZoneMonitor monitor(detector);
   const Points points{{nan, 0, 1}, {0, nan, 1}, {0, 0, nan}, {0, 0, infinity}};
