@@ -1,6 +1,7 @@
 #include <atomic>
 #include <memory>
 #include <set>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -25,6 +26,10 @@ class LoggingThreads : public ::testing::Test {
   void TearDown() override { ::testing::internal::GetCapturedStderr(); }
 };
 
+std::string loggerName(int writer) {
+  return std::string("thread").append(std::to_string(writer));
+}
+
 TEST_F(LoggingThreads, RecordsOfManyThreadsArriveWholeWhileSinksComeAndGo) {
   constexpr int writers = 4;
   constexpr int recordsEach = 500;
@@ -36,7 +41,7 @@ TEST_F(LoggingThreads, RecordsOfManyThreadsArriveWholeWhileSinksComeAndGo) {
   for (int writer = 0; writer < writers; ++writer) {
     threads.emplace_back([&manager, &running, writer] {
       for (int i = 0; i < recordsEach; ++i) {
-        const std::string name = "thread" + std::to_string(writer);
+        const std::string name = loggerName(writer);
         const Logger logger = i % 2 == 0 ? manager.getLogger(name) : Logger();
         logger.traceStream().write(writer, ':', i, ':', std::string(100, static_cast<char>('a' + writer)));
       }
@@ -65,9 +70,10 @@ TEST_F(LoggingThreads, RecordsOfManyThreadsArriveWholeWhileSinksComeAndGo) {
     const int writer = record.text.at(0) - '0';
     ASSERT_TRUE(writer >= 0 && writer < writers) << record;
     const int i = next[static_cast<std::size_t>(writer)]++;
-    EXPECT_EQ(record.text, std::to_string(writer) + ":" + std::to_string(i) + ":" +
-                               std::string(100, static_cast<char>('a' + writer)));
-    EXPECT_EQ(record.logger, i % 2 == 0 ? "thread" + std::to_string(writer) : "");
+    std::ostringstream expected;
+    expected << writer << ':' << i << ':' << std::string(100, static_cast<char>('a' + writer));
+    EXPECT_EQ(record.text, expected.str());
+    EXPECT_EQ(record.logger, i % 2 == 0 ? loggerName(writer) : "");
   }
   EXPECT_EQ(next, std::vector<int>(writers, recordsEach));
 }

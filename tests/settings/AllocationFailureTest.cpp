@@ -105,7 +105,7 @@ TEST(AllocationFailure, OfAWriteLeavesTheStreamUntouched) {
       [&out](SettingsManager& settings) { EXPECT_TRUE(settings.saveStream(out, SettingsManager::JSON)); },
       [&out](SettingsManager& settings) {
         EXPECT_EQ(out.str(), std::string(10000, ' '));
-        EXPECT_EQ(settings.getTree().get<int>("D.index"), 7);
+        EXPECT_EQ(settings.get<int>("D.index"), 7);
         out.clear();
       });
 }

@@ -43,7 +43,7 @@ TEST(LongList, IsWrittenByIndexWithTheCountAskedBeforeEachStep) {
   int next = 0;
   for (const auto& [name, node] : settings.getTree()) {
     ASSERT_EQ(name, "Zone");
-    ASSERT_EQ(node.get<int>("i"), next++);
+    ASSERT_EQ(node.get_child("i").data(), std::to_string(next++));
   }
   EXPECT_EQ(next, LONG);
 }

@@ -44,9 +44,9 @@ TEST(Path, ReadsAndWritesAreRelativeToTheNodeEnteredLast) {
   settings.put<int>("x", 2);
   settings.pathPop();
   settings.put<int>("x", 3);
-  EXPECT_EQ(settings.getTree().get<int>("a.b.x"), 1);
-  EXPECT_EQ(settings.getTree().get<int>("a.x"), 2);
-  EXPECT_EQ(settings.getTree().get<int>("x"), 3);
+  EXPECT_EQ(settings.getTree().get_child("a.b.x").data(), "1");
+  EXPECT_EQ(settings.getTree().get_child("a.x").data(), "2");
+  EXPECT_EQ(settings.getTree().get_child("x").data(), "3");
 }
 
 TEST(Path, ANameIsLiteralDotsIncluded) {
@@ -57,7 +57,7 @@ TEST(Path, ANameIsLiteralDotsIncluded) {
   EXPECT_FALSE(settings.getChildOptional("a.b"));
   EXPECT_TRUE(settings.exists("c.d"));
   EXPECT_EQ(settings.getChildCount("c.d"), 2);
-  EXPECT_EQ(settings.getChildOptional("c.d")->get<int>("x"), 2);
+  EXPECT_EQ(settings.getChildOptional("c.d")->get_child("x").data(), "2");
   EXPECT_EQ(settings.pathPush("c.d", 1, nullptr), "c.d");
   EXPECT_EQ(settings.get<int>("x"), 3);
   EXPECT_EQ(settings.pathPop(), "") << "one name is one step, with or without a dot";

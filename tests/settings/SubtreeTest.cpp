@@ -23,7 +23,7 @@ TEST(GetChildOptional, GivesTheFirstChildItselfOrNone) {
   const auto child = settings.getChildOptional("a");
   ASSERT_TRUE(child);
   EXPECT_EQ(&*child, &settings.getTree().front().second);
-  EXPECT_EQ(child->get<int>("x"), 1);
+  EXPECT_EQ(child->get_child("x").data(), "1");
   EXPECT_FALSE(settings.getChildOptional("b"));
   settings.pathPush("a", 1, nullptr);
   EXPECT_EQ(settings.getChildOptional("x")->data(), "2");
@@ -51,7 +51,7 @@ TEST(PutChild, ReplacesTheFirstChildOfThatNameInItsPlace) {
   ASSERT_EQ(settings.getTree().size(), 3U);
   EXPECT_TRUE(settings.getTree().front().second == subtree);
   EXPECT_EQ(settings.getChildCount("a"), 2);
-  EXPECT_EQ(settings.getTree().back().second.get<int>("second"), 3);
+  EXPECT_EQ(settings.getTree().back().second.get_child("second").data(), "3");
 }
 
 TEST(PutChild, TakesALiteralName) {
