@@ -1,0 +1,162 @@
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <filter/detection/Polygon.h>
+#include <filter/detection/Rectangle.h>
+#include <filter/detection/Sector.h>
+#include <filter/detection/Zone.h>
+#include <logging/LoggingManager.h>
+#include <settings/SettingsManager.h>
+
+#include "support/AllocationCounter.h"
+#include "support/Settings.h"
+#include "zones/Shapes.h"
+
+namespace orvantis::filter::detection {
+namespace {
+
+using testing::AllocationCounter;
+using testing::nameOf;
+using testing::points;
+using testing::squareOutline;
+
+static_assert(std::is_abstract_v<Zone>);
+static_assert(std::has_virtual_destructor_v<Zone>);
+static_assert(std::is_base_of_v<LoggedComponent, Zone>);
+static_assert(std::is_base_of_v<Polygon, Rectangle>);
+
+// One zone of each shape, all of them around (1, 1).
+std::vector<std::shared_ptr<Zone>> oneOfEach() {
+  return {std::make_shared<Polygon>("p", points({{0, 0}, {0, 2}, {2, 2}, {2, 0}})),
+          std::make_shared<Rectangle>("r", points({{0, 0}, {2, 2}}), 0.0),
+          std::make_shared<Sector>("s", -0.5, 1.5, 5.0)};
+}
+
+TEST(Zone, TypeIsTheSameStringObjectOnEachCall) {
+  const Polygon polygon("p");
+  const Rectangle rectangle("r", points({{0, 0}, {1, 1}}), 0.0);
+  const Sector sector("s", 0, 1, 1);
+  EXPECT_EQ(&polygon.type(), &Polygon::TYPE_NAME);
+  EXPECT_EQ(&rectangle.type(), &Rectangle::TYPE_NAME);
+  EXPECT_EQ(&sector.type(), &Sector::TYPE_NAME);
+  EXPECT_EQ(Polygon::TYPE_NAME, "polygon");
+  EXPECT_EQ(Rectangle::TYPE_NAME, "rectangle");
+  EXPECT_EQ(Sector::TYPE_NAME, "sector");
+}
+
+TEST(Zone, CanBeNamedAndUnnamed) {
+  for (const auto& zone : oneOfEach()) {
+    zone->setName("Dock 7");
+    EXPECT_EQ(zone->name(), "Dock 7");
+    zone->setName("");
+    EXPECT_EQ(zone->name(), "");
+    zone->name() = "changed in place";
+    EXPECT_EQ(std::as_const(*zone).name(), "changed in place");
+    EXPECT_EQ(&zone->name(), &std::as_const(*zone).name());
+  }
+}
+
+TEST(Zone, WritesWithoutALoggerNameUntilItIsGivenOne) {
+  for (const auto& zone : oneOfEach()) {
+    EXPECT_EQ(nameOf(zone->getLogger()), "");
+    zone->setLogger(LoggingManager::getInstance().getLogger("given"));
+    EXPECT_EQ(nameOf(zone->getLogger()), "given");
+  }
+}
+
+TEST(Zone, AMadeCopyHasTheNameAndTheDefaultLogger) {
+  for (const auto& zone : oneOfEach()) {
+    zone->setName("changed");
+    zone->setLogger(LoggingManager::getInstance().getLogger("given"));
+    const std::shared_ptr<Zone> copy = zone->makeCopy();
+    EXPECT_EQ(copy->name(), "changed");
+    EXPECT_EQ(&copy->type(), &zone->type());
+    EXPECT_EQ(nameOf(copy->getLogger()), "");
+  }
+}
+
+TEST(Zone, AMadeCopyIsNotTouchedByLaterChanges) {
+  for (const auto& zone : oneOfEach()) {
+    const std::shared_ptr<Zone> copy = zone->makeCopy();
+    SettingsManager settings;
+    testing::loadText(
+        settings,
+        R"({"Polygon": {}, "Rectangle": {"rotation": 0, "Point": [{"x": 7, "y": 7}, {"x": 8, "y": 8}]},
+                                    "Sector": {"minAngle": 0, "maxAngle": 0, "radius": 0}})");
+    const std::string name = copy->name();
+    const double area = copy->area();
+    zone->load(settings);
+    zone->setName("other");
+    EXPECT_FALSE(zone->within(Point(1, 1)));
+    EXPECT_TRUE(copy->within(Point(1, 1)));
+    EXPECT_EQ(copy->area(), area);
+    EXPECT_EQ(copy->name(), name);
+  }
+}
+
+template <typename Shape>
+void expectCopiesTakeLoggerNameAndGeometry(const Shape& shape, const Shape& other) {
+  Shape source = shape;
+  source.setName("source");
+  source.setLogger(LoggingManager::getInstance().getLogger("given"));
+  const auto expectSame = [&](const Shape& zone) {
+    EXPECT_EQ(zone.name(), "source");
+    EXPECT_EQ(nameOf(zone.getLogger()), "given");
+    EXPECT_EQ(zone.area(), shape.area());
+    EXPECT_TRUE(zone.within(Point(1, 1)));
+  };
+  const Shape copy(source);
+  expectSame(copy);
+  Shape assigned = other;
+  assigned = source;
+  expectSame(assigned);
+  Shape& same = assigned;
+  assigned = same;
+  expectSame(assigned);
+  Shape moved(std::move(assigned));
+  expectSame(moved);
+  Shape moveAssigned = other;
+  moveAssigned = std::move(moved);
+  expectSame(moveAssigned);
+  source.setName("renamed");
+  source.setLogger(Logger());
+  expectSame(copy);
+}
+
+TEST(Zone, CopiesAndMovesTakeLoggerNameAndGeometry) {
+  expectCopiesTakeLoggerNameAndGeometry(Polygon("p", points({{0, 0}, {0, 2}, {2, 2}, {2, 0}})),
+                                        Polygon("other"));
+  expectCopiesTakeLoggerNameAndGeometry(Rectangle("r", points({{0, 0}, {2, 2}}), 10.0),
+                                        Rectangle("other", points({{7, 7}, {8, 8}}), 20.0));
+  expectCopiesTakeLoggerNameAndGeometry(Sector("s", -0.5, 1.5, 5.0),
+                                        Sector("other", 2.0, 3.0, 1.0, Point(9, 9)));
+}
+
+TEST(Zone, AskingForAPointAllocatesNothing) {
+  for (const auto& zone : oneOfEach()) {
+    const AllocationCounter counter;
+    const bool inside = zone->within(Point(1, 1));
+    const bool outside = zone->within(Point(9, 9));
+    const bool onABorder = zone->within(Point(0, 1));
+    EXPECT_EQ(counter.count(), 0U) << zone->type();
+    EXPECT_TRUE(inside) << zone->type();
+    EXPECT_FALSE(outside) << zone->type();
+    EXPECT_FALSE(onABorder && zone->type() != "sector") << zone->type();
+  }
+}
+
+TEST(Zone, QuestionsAreAskedThroughTheBase) {
+  for (const auto& zone : oneOfEach()) {
+    EXPECT_TRUE(zone->within(squareOutline(0.5, 1.5))) << zone->type();
+    EXPECT_FALSE(zone->intersects(squareOutline(20, 21))) << zone->type();
+    EXPECT_TRUE(zone->overlaps(squareOutline(1, 9))) << zone->type();
+  }
+}
+
+}  // namespace
+}  // namespace orvantis::filter::detection
