@@ -357,6 +357,7 @@ TEST(LineTracks, OfTwoObjectsWithOneIdAreRefused) {
   } catch (const std::invalid_argument& error) {
     EXPECT_STREQ(error.what(), "Two objects of one frame have the id 5");
   }
+  EXPECT_THROW(counter.update(ms(100), {box(0, 4, -2), box(0, 4, 2)}), std::invalid_argument);
   // Nothing was changed: the same stamp is still open.
   EXPECT_EQ(counter.numTracks(), 1U);
   EXPECT_EQ(counter.update(ms(100), {box(5, 4, -2)}).size(), 1U);
@@ -509,10 +510,15 @@ TEST(LineCounterStamps, TheFarthestStampsAreNoTrouble) {
   // Longer than the longest duration, so forgotten.
   EXPECT_TRUE(counter.update(Stamp::max(), {box(walker, 4, -2)}).empty());
 
+  // So late on its way that the share of it rounds to the whole, and the whole to more than a stamp holds.
+  const auto point = [](double y) {
+    return TrackedObject{walker, core::State(4.0, y, 0.0, 0.0, 0.0), 0.0, 1.0, ""};
+  };
   LineCounter other = counterOnXAxis({Duration::max()});
-  other.update(Stamp(1), {box(walker, 4, 2)});
-  const auto crossings = other.update(Stamp::max(), {box(walker, 4, -0x1p-40), box(8, 4, 2)});
-  EXPECT_TRUE(crossings.empty());
+  other.update(Stamp(1), {point(2.0)});
+  const auto crossings = other.update(Stamp::max(), {point(-0x1p-60)});
+  ASSERT_EQ(crossings.size(), 1U);
+  EXPECT_EQ(crossings[0].met, Stamp::max());
 }
 
 TEST(LineCounterOptionsTest, OutsideTheirRangesAreRefused) {

@@ -89,6 +89,22 @@ TEST(LineTies, TheProlongedLineDividesTheSidesForTheFootprintToo) {
   EXPECT_TRUE(walk(counterOnXAxis(), {{-40, 0.25}, {4, -2}}).empty());
 }
 
+TEST(LineTies, TheReferencePointHasToBeClearToo) {
+  // The halves of this bow almost cancel, and its centroid lies outside of its hull, at (3, 3.5).
+  const TrackedObject bow{1, core::State(ring({{2, 0.5}, {0, 3}, {3, 1}, {0.5, 3.5}})), 0.0, 1.0, ""};
+  const auto verdict = [&](double intercept, double clearance) {
+    LineCounterOptions options;
+    options.clearance = clearance;
+    LineCounter counter(oneLine({0.0, intercept}, {intercept, 0.0}), options);
+    counter.update(ms(0), {bow});
+    return counter.explain("L", 1).verdict;
+  };
+  EXPECT_EQ(verdict(3.75, 0.0), CrossingVerdict::NeverClear);  // runs through the hull
+  EXPECT_EQ(verdict(5.0, 0.0), CrossingVerdict::NeverClear);   // between the hull and the reference point
+  EXPECT_EQ(verdict(7.0, 0.0), CrossingVerdict::NotOver);
+  EXPECT_EQ(verdict(7.0, 1.0), CrossingVerdict::NeverClear);  // the reference point is 0.35 off
+}
+
 TEST(LineTies, ALineWithoutLengthCountsNothing) {
   constexpr double nan = std::numeric_limits<double>::quiet_NaN();
   constexpr double inf = std::numeric_limits<double>::infinity();
