@@ -44,10 +44,10 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
   /// An array under a key becomes repeated children of that key, in order, and so do repeated keys of an
   /// object; an empty array becomes no child; an array directly inside an array, or as the whole document,
   /// becomes children with an empty key. A number keeps its text as written. A byte order mark is skipped.
+  /// @param in read to its end; when it is set to throw its failures, these are held back
   /// @return false when the format is unknown, the stream cannot be read or the text is not one JSON document
-  /// of at
-  ///   most MAX_DEPTH levels; then `getLoadError` says why, with line and column, and document and path are
-  ///   unchanged.
+  ///   of at most MAX_DEPTH levels; then `getLoadError` says why, with line and column, and document and path
+  ///   are unchanged.
   bool loadStream(std::istream& in, const std::string& format);
 
   /// Why the last `loadStream` failed; empty after a good one.
@@ -59,9 +59,9 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
   /// Values put as numbers or booleans are bare, strings quoted, a number that is not finite is quoted; what
   /// was read from JSON keeps the type it had. A subtree stored with `putChild` carries text only: its values
   /// are written quoted.
-  /// @return false when the format is unknown, when a node holds both a value and children or is nested
-  /// deeper than
-  ///   MAX_DEPTH (nothing is written then), or when the stream fails.
+  /// @return false when the format is unknown, when the document could not be read again since a node holds
+  ///   both a value and children, a text is not UTF-8 or the nesting, lists included, exceeds MAX_DEPTH
+  ///   (nothing is written then), or when the stream fails.
   bool saveStream(std::ostream& out, const std::string& format) const;
 
   /// The document's root. Valid as long as the store.

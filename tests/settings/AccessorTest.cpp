@@ -4,6 +4,7 @@
 #include <vector>
 
 #include <boost/property_tree/exceptions.hpp>
+#include <boost/property_tree/ptree.hpp>
 #include <gtest/gtest.h>
 
 #include <logging/LoggingManager.h>
@@ -73,6 +74,19 @@ TEST(RequiredRead, ADotInAKeySeparatesNames) {
   SettingsManager settings;
   loadText(settings, R"({"a": {"b": "nested"}, "a.b": "literal"})");
   EXPECT_EQ(settings.get<std::string>("a.b"), "nested");
+}
+
+const char* const unusualKeys[] = {"",     ".",    "..", "...", ".a",  "..a",   "a.",   "a..", ".a.", "a.b",
+                                   "a.b.", "a..b", "b",  "b.",  "b.a", "a.b.c", "c..d", " ",   "a. b"};
+
+TEST(RequiredRead, AKeyIsTakenApartAsPropertyTreeTakesIt) {
+  SettingsManager settings;
+  loadText(settings, R"({"": {"": {"a": "1", "": "2"}, "a": "3"}, "a": {"": {"b": "4", "": "5"}, "b": "6"},
+                         "b": "7", " ": "8"})");
+  for (const char* key : unusualKeys) {
+    EXPECT_EQ(settings.get<std::string>(key, "none"), settings.getTree().get<std::string>(key, "none"))
+        << '\'' << key << '\'';
+  }
 }
 
 TEST(RequiredRead, TakesTheFirstOfRepeatedChildren) {
@@ -289,6 +303,18 @@ TEST(Put, ADottedKeyCreatesTheNodesOnTheWay) {
   EXPECT_EQ(settings.get<int>("c"), 1);
 }
 
+TEST(Put, AKeyIsTakenApartAsPropertyTreeTakesIt) {
+  SettingsManager settings;
+  loadText(settings, R"({"a": {"": {"": {}}, "b": {}}, "b": {}, "": {"": {"": {}}, "a": {}}})");
+  boost::property_tree::ptree expected = settings.getTree();
+  int value = 0;
+  for (const char* key : unusualKeys) {
+    settings.put<std::string>(key, std::to_string(++value));
+    expected.put(key, std::to_string(value));
+    EXPECT_TRUE(settings.getTree() == expected) << '\'' << key << '\'';
+  }
+}
+
 TEST(Put, KeepsTheChildrenOfANodeThatGetsAValue) {
   SettingsManager settings;
   settings.put<int>("a.b", 1);
@@ -316,6 +342,22 @@ TEST(Add, ADottedKeyAppendsBelowTheFirstNodeOnTheWay) {
   EXPECT_EQ(settings.getChildCount("a"), 1);
   settings.pathPush("a");
   EXPECT_EQ(settings.getChildCount("b"), 2);
+}
+
+TEST(Add, TheLastNameOfAnyKeyIsANewChild) {
+  SettingsManager settings;
+  settings.add("", "1");
+  settings.add("", "2");
+  EXPECT_EQ(settings.getChildCount(""), 2);
+  settings.add("a.", "3");
+  settings.add("a.", "4");
+  EXPECT_EQ(settings.getChildCount("a"), 2);
+  settings.add("b..c", "5");
+  settings.add("b..c", "6");
+  settings.pathPush("b");
+  EXPECT_EQ(settings.getChildCount(""), 1);
+  settings.pathPush("");
+  EXPECT_EQ(settings.getChildCount("c"), 2);
 }
 
 TEST(IndexedValue, FailsPastTheEndAndBelowZeroWithTheFixedText) {
