@@ -42,9 +42,13 @@ ZoneDetector detectorWith(const std::shared_ptr<detection::Zone>& shape) {
 TEST(ObjectsInZones, AreThoseThatShareAnyPointWithThem) {
   EXPECT_TRUE(isInGate(box(1, 5, 5)));
   EXPECT_TRUE(isInGate(box(1, 0, 5)));
-  EXPECT_TRUE(isInGate(box(1, -1, 5)));     // touches an edge
-  EXPECT_TRUE(isInGate(box(1, -1, -0.5)));  // touches a corner
-  EXPECT_FALSE(isInGate(box(1, std::nextafter(-1.0, -2.0), 5)));
+  for (const auto& [x, y] : std::vector<std::pair<double, double>>{
+           {-1, 5}, {11, 5}, {5, -0.5}, {5, 10.5}, {-1, -0.5}, {11, 10.5}}) {
+    EXPECT_TRUE(isInGate(box(1, x, y))) << "touches an edge or a corner from (" << x << ", " << y << ")";
+    const double beyondX = std::nextafter(x, x < 5 ? -100 : 100);
+    const double beyondY = std::nextafter(y, y < 5 ? -100 : 100);
+    EXPECT_FALSE(isInGate(box(1, x == 5 ? x : beyondX, y == 5 ? y : beyondY))) << x << ", " << y;
+  }
   EXPECT_FALSE(isInGate(box(1, -5, 5)));
   EXPECT_TRUE(isInGate({1, core::State(5, 5, 100, 100, 0.3), 0, 1, ""}));  // covers the zone
   EXPECT_TRUE(isInGate({1, core::State(5, 5, 100, 0.1, 0), 0, 1, ""}));    // lies across it
