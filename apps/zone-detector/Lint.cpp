@@ -9,10 +9,9 @@
 #include <optional>
 #include <set>
 #include <span>
+#include <sstream>
 #include <string_view>
 #include <utility>
-
-#include <boost/property_tree/stream_translator.hpp>
 
 #include <filter/detection/Polygon.h>
 #include <filter/detection/Rectangle.h>
@@ -74,13 +73,21 @@ std::string coordinates(const Point& point) {
   return "(" + toText(point.x(), 6) + ", " + toText(point.y(), 6) + ")";
 }
 
-// A value's text as the settings store converts it.
+// A value's text as the settings store converts it: one number in the classic locale, blanks around it.
 template <typename T>
 std::optional<T> convert(const std::string& text) {
-  boost::property_tree::stream_translator<char, std::char_traits<char>, std::allocator<char>, T> translator(
-      std::locale::classic());
-  const auto value = translator.get_value(text);
-  return value ? std::optional<T>(*value) : std::nullopt;
+  std::istringstream in(text);
+  in.imbue(std::locale::classic());
+  T value{};
+  in >> value;
+  if (!in.eof()) {
+    in >> std::ws;
+  }
+  return !in.fail() && in.eof() ? std::optional<T>(value) : std::nullopt;
+}
+
+bool isTruthValue(const std::string& text) {
+  return text == "true" || text == "false" || text == "1" || text == "0";
 }
 
 // A node together with its path.
@@ -171,7 +178,7 @@ class Linter {
       report(child(detector, *level), quoted(level->text) + " is neither \"high\" nor \"low\"");
     }
     if (const LocatedNode* command = detector.node.find("useSoftwareAPICommand");
-        command != nullptr && !convert<bool>(command->text)) {
+        command != nullptr && !isTruthValue(command->text)) {
       report(child(detector, *command), "is neither true nor false");
     }
   }

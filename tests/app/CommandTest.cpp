@@ -93,6 +93,14 @@ TEST(Command, AFileOverTheLimitGetsTheLibrarysMessage) {
   }
 }
 
+TEST(Command, TheExampleInTheDocumentationIsRight) {
+  const std::string page = readAll(ORVANTIS_SOURCE_DIR "/docs/document.md");
+  const std::size_t begin = page.find("```json\n") + 8;
+  const TemporaryFolder folder;
+  folder.write("site.json", page.substr(begin, page.find("```", begin) - begin));
+  EXPECT_EQ(zoneDetector({"validate", "--strict", "site.json"}, folder.path()).out, "site.json: ok\n");
+}
+
 TEST(Command, FramesBeforeOneThatCannotBeReadStand) {
   const TemporaryFolder folder;
   folder.write("a.xyz", "11 7 1\n");
