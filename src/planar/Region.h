@@ -6,7 +6,10 @@
 ///
 /// A ring is the closed curve through its vertices and stands for the region it bounds: its winding does not
 /// matter, nor whether its first vertex is repeated at the end. A ring of fewer than 3 vertices, the repeated
-/// one not counted, or with a coordinate that is not finite bounds no region.
+/// one not counted, or with a coordinate that is not finite bounds no region. Repeated vertices and spikes
+/// change nothing; a ring of spikes alone encloses nothing, yet meets what it lies across. For a ring that
+/// touches or crosses itself, and where products of two coordinates overflow, the relations give some answer
+/// and never throw.
 namespace orvantis::planar {
 
 using core::PlanarPoint;

@@ -156,6 +156,40 @@ TEST(RelationRandom, TurnedPolygonsAnswerTheSameHoweverTheyAreWritten) {
   }
 }
 
+// The footprint of an object without width: it bounds nothing, yet it is somewhere.
+TEST(RelationRandom, AFlatFootprintMeetsWhatTheSegmentBetweenItsEndsMeets) {
+  RandomRings random(28);
+  int numMeetings = 0;
+  for (int i = 0; i < 1000; ++i) {
+    const GridRing zone = random.simple(7, 7);
+    const GridPoint start = random.point(7);
+    const GridPoint step = {random.number(-2, 2), random.number(-2, 2)};
+    GridPolygon flat = {{}};
+    std::int64_t first = 9;
+    std::int64_t last = -9;
+    for (std::int64_t n = random.number(3, 6); n > 0; --n) {
+      const std::int64_t steps = random.number(-3, 3);
+      first = std::min(first, steps);
+      last = std::max(last, steps);
+      flat[0].push_back({start.x + steps * step.x, start.y + steps * step.y});
+    }
+    const bool repeats = std::adjacent_find(flat[0].begin(), flat[0].end()) != flat[0].end();
+    if (repeats || flat[0].front() == flat[0].back()) {
+      continue;  // too few vertices, or a written one would be taken for a repeated first one
+    }
+    const GridPoint from = {start.x + first * step.x, start.y + first * step.y};
+    const GridPoint to = {start.x + last * step.x, start.y + last * step.y};
+    const bool expected = segmentMeets(from, to, {zone});
+    numMeetings += expected ? 1 : 0;
+    for (const Writing& writing : writingsOf(flat[0])) {
+      const GridPolygon rewritten = {written(flat[0], writing)};
+      ASSERT_EQ(answers(planar(rewritten), points(zone)).intersects, expected)
+          << describe(i, rewritten, zone);
+    }
+  }
+  EXPECT_GT(numMeetings, 200);
+}
+
 // Rings that cross themselves have no right answer, but the three answers never contradict each other.
 TEST(RelationRandom, AnyVerticesAtAllGiveConsistentAnswers) {
   RandomRings random(27);
