@@ -53,6 +53,11 @@ TEST(SectorContact, AnEdgeThroughTheArcBetweenTwoCornersIsEnough) {
   EXPECT_FALSE(isIn(quarter(), boxAt(12.5, 0.0, 4.0, 40.0)));
 }
 
+TEST(SectorContact, ACornerOnTheArcIsEnough) {
+  EXPECT_TRUE(isIn(quarter(), core::State(ring({{10, 0}, {12, 1}, {12, -1}}))));
+  EXPECT_FALSE(isIn(quarter(), core::State(ring({{std::nextafter(10.0, 11.0), 0}, {12, 1}, {12, -1}}))));
+}
+
 TEST(SectorContact, NextToItIsNotInIt) {
   EXPECT_FALSE(isIn(quarter(), boxAt(-5.0, 0.0, 8.0, 40.0)));
   EXPECT_FALSE(isIn(quarter(), boxAt(0.0, 8.0, 6.0, 4.0)));
