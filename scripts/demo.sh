@@ -15,6 +15,7 @@ mkdir -p "$recording"
 build/release/examples/crossing/crossing_recording "$recording"
 
 "$command" validate "$configuration"
-"$command" run "$configuration" "$recording"/*.pcd
+"$command" run "$configuration" "$recording"/*.pcd --rate 10 --tracks "$recording"/tracks.csv \
+  --plot build/demo/run.svg --csv build/demo/tables
 "$command" plot "$configuration" "$recording"/frame_10.pcd -o build/demo/plan.svg
-echo "The plan of the site is in build/demo/plan.svg"
+echo "The session is drawn in build/demo/run.svg, the plan over a scan in build/demo/plan.svg; tables are in build/demo/tables"

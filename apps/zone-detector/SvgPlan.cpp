@@ -1,7 +1,6 @@
 #include "SvgPlan.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <set>
 #include <stdexcept>
@@ -9,6 +8,7 @@
 #include <utility>
 
 #include "LabelPlacer.h"
+#include "Svg.h"
 #include "Text.h"
 
 namespace orvantis::app {
@@ -16,12 +16,8 @@ namespace {
 
 using filter::detection::Point;
 
-// Told apart by colour-blind readers too.
-constexpr std::array<std::string_view, 8> fieldColours = {"#0072b2", "#d55e00", "#009e73", "#aa4499",
-                                                          "#b8860b", "#56a0d3", "#7a5195", "#8c564b"};
-constexpr std::string_view ink = "#1f2933";
 constexpr std::string_view exclusionColour = "#5b6672";
-constexpr std::string_view lineColour = "#b3123f";
+constexpr std::string_view trackColour = "#243b53";
 
 constexpr double marginLeft = 62.0;
 constexpr double marginTop = 48.0;
@@ -30,46 +26,7 @@ constexpr double legendWidth = 250.0;
 constexpr double largestWidth = 900.0;
 constexpr double largestHeight = 760.0;
 constexpr double smallestSide = 160.0;
-
-std::string px(double value) {
-  return toText(value, 1);
-}
-
-std::string at(const Pixel& p) {
-  return px(p.x) + " " + px(p.y);
-}
-
-std::string escaped(std::string_view text) {
-  std::string result;
-  for (const char c : printable(text)) {
-    switch (c) {
-      case '&':
-        result += "&amp;";
-        break;
-      case '<':
-        result += "&lt;";
-        break;
-      case '>':
-        result += "&gt;";
-        break;
-      default:
-        result += c;
-    }
-  }
-  return result;
-}
-
-// At most so many characters, whole ones.
-std::string shortened(const std::string& text, std::size_t characters) {
-  if (displayWidth(text) <= characters) {
-    return text;
-  }
-  std::size_t end = 0;
-  while (displayWidth(std::string_view(text).substr(0, end + 1)) < characters) {
-    ++end;
-  }
-  return text.substr(0, end) + "…";
-}
+constexpr double smallestTimeline = 520.0;
 
 // The rectangle of the plane that the plan shows, and where it is in the picture.
 class Viewport {
@@ -149,17 +106,6 @@ Viewport viewportFor(const PlanContent& content) {
   return {x0 - padding, x1 + padding, y0 - padding, y1 + padding};
 }
 
-// 1, 2 or 5 times a power of ten.
-double niceStep(double atLeast) {
-  const double power = std::pow(10.0, std::floor(std::log10(atLeast)));
-  for (const double factor : {1.0, 2.0, 5.0}) {
-    if (factor * power >= atLeast) {
-      return factor * power;
-    }
-  }
-  return 10.0 * power;
-}
-
 struct Label {
   std::string text;
   Pixel anchor;
@@ -185,14 +131,23 @@ class Drawing {
     drawDots(false);
     drawAreas();
     drawDots(true);
+    drawTracks();
     drawOrigin();
     drawLines();
+    drawCrossings();
     body_ += "</g>\n";
     drawLabels();
     drawFrame();
     drawLegend();
-    const double width = marginLeft + box.width + 24.0 + legendWidth;
-    const double height = std::max(marginTop + box.height + marginBottom, legendTop_ + 16.0);
+    double width = marginLeft + box.width + 24.0 + legendWidth;
+    double height = std::max(marginTop + box.height + marginBottom, legendTop_ + 16.0);
+    if (content_.timeline) {
+      const double rowWidth = std::max(box.width, smallestTimeline);
+      const SvgPiece timeline = drawTimeline(*content_.timeline, marginLeft, height + 8.0, rowWidth);
+      body_ += timeline.body;
+      width = std::max(width, marginLeft + rowWidth + 24.0 + legendWidth);
+      height += 8.0 + timeline.height;
+    }
     return head(width, height) + body_ + "</svg>\n";
   }
 
@@ -202,8 +157,7 @@ class Drawing {
   }
 
   std::string_view colourOf(const PlanContent::Area& area) const {
-    return area.field ? fieldColours[static_cast<std::size_t>(*area.field) % fieldColours.size()]
-                      : exclusionColour;
+    return area.field ? fieldColour(*area.field) : exclusionColour;
   }
 
   std::string head(double width, double height) const {
@@ -226,8 +180,7 @@ class Drawing {
            "<marker id=\"arrow\" viewBox=\"0 0 10 10\" refX=\"8\" refY=\"5\" markerWidth=\"11\" "
            "markerHeight=\"11\" markerUnits=\"userSpaceOnUse\" orient=\"auto\"><path d=\"M0 0L10 5L0 10z\" "
            "fill=\"" +
-           std::string(lineColour) +
-           "\"/></marker>\n"
+           std::string(lineColour) + "\"/></marker>\n" + (content_.tracks.empty() ? "" : trackMarker()) +
            "</defs>\n"
            "<rect width=\"" +
            px(width) + "\" height=\"" + px(height) +
@@ -237,11 +190,18 @@ class Drawing {
            escaped(shortened(content_.title, 80)) + "</text>\n";
   }
 
+  static std::string trackMarker() {
+    return "<marker id=\"track\" viewBox=\"0 0 10 10\" refX=\"8\" refY=\"5\" markerWidth=\"9\" "
+           "markerHeight=\"9\" markerUnits=\"userSpaceOnUse\" orient=\"auto\"><path d=\"M0 0L10 5L0 10z\" "
+           "fill=\"" +
+           std::string(trackColour) + "\"/></marker>\n";
+  }
+
   void drawGrid() {
     const PixelBox box = view_.box();
     constexpr double betweenTicks = 70.0;  // pixels
     const double step = niceStep(betweenTicks / view_.scale());
-    const int decimals = std::max(0, -static_cast<int>(std::floor(std::log10(step) + 1e-9)));
+    const int decimals = decimalsOf(step);
     body_ += "<rect x=\"" + px(box.left) + "\" y=\"" + px(box.top) + "\" width=\"" + px(box.width) +
              "\" height=\"" + px(box.height) + "\" fill=\"#fbfcfd\"/>\n";
     std::string grid;
@@ -328,6 +288,85 @@ class Drawing {
             " stroke=\"" + std::string(colourOf(area)) + "\" stroke-width=\"1.8\" stroke-linejoin=\"round\"";
         body_ += exclusion ? " stroke-dasharray=\"5 3\"/>\n" : "/>\n";
       }
+    }
+  }
+
+  // From a dot to an arrow head. Sightings closer to each other than a pixel add nothing to see; of an object
+  // that stands still the dot is enough.
+  static std::string track(const std::vector<Pixel>& path) {
+    const auto isNear = [](const Pixel& a, const Pixel& b, double distance) {
+      return std::hypot(a.x - b.x, a.y - b.y) < distance;
+    };
+    const bool stands = std::ranges::all_of(path, [&](const Pixel& p) { return isNear(p, path[0], 3.0); });
+    std::string text;
+    if (!stands) {
+      std::string line = "M" + at(path.front());
+      Pixel last = path.front();
+      for (const Pixel& p : path) {
+        if (!isNear(p, last, 1.0)) {
+          line += "L" + at(p);
+          last = p;
+        }
+      }
+      text = "<path d=\"" + line + "\" fill=\"none\" stroke=\"" + std::string(trackColour) +
+             "\" stroke-width=\"1.5\" stroke-opacity=\"0.75\" stroke-linejoin=\"round\" "
+             "marker-end=\"url(#track)\"/>";
+    }
+    return text + "<circle cx=\"" + px(path.front().x) + "\" cy=\"" + px(path.front().y) +
+           "\" r=\"2.4\" fill=\"" + std::string(trackColour) + "\"/>";
+  }
+
+  // Beyond the end of its track where there is room, else beside it; left out in a crowd.
+  void drawTrackId(std::int32_t id, const std::vector<Pixel>& path) {
+    const Pixel& end = path.back();
+    const double length = std::hypot(end.x - path.front().x, end.y - path.front().y);
+    const Pixel ahead = length > 3.0
+                            ? Pixel{(end.x - path.front().x) / length, (end.y - path.front().y) / length}
+                            : Pixel{1.0, 0.0};
+    const std::string text = std::to_string(id);
+    const double width = 7.0 * static_cast<double>(text.size()) + 2.0;
+    for (const double distance : {9.0, 21.0, 33.0, 45.0}) {
+      for (const double aside : {0.0, 12.0, -12.0, 24.0, -24.0}) {
+        const double along = distance + std::abs(ahead.x) * (width / 2.0 - 4.0);
+        const PixelBox box = PixelBox::around(
+            {end.x + along * ahead.x - aside * ahead.y, end.y + along * ahead.y + aside * ahead.x}, width,
+            12.0);
+        if (std::ranges::none_of(trackIds_, [&box](const PixelBox& other) { return box.overlaps(other); })) {
+          const Pixel centre = box.centre();
+          body_ += "<text x=\"" + px(centre.x) + "\" y=\"" + px(centre.y + 4.0) +
+                   "\" font-size=\"11\" text-anchor=\"middle\" fill=\"" + std::string(trackColour) +
+                   "\" stroke=\"#ffffff\" stroke-width=\"2.5\" stroke-opacity=\"0.85\" "
+                   "paint-order=\"stroke\">" +
+                   text + "</text>\n";
+          trackIds_.push_back(box);
+          placer_.block(box);
+          return;
+        }
+      }
+    }
+  }
+
+  void drawTracks() {
+    for (const PlanContent::Track& one : content_.tracks) {
+      const std::vector<Pixel> path = view_.toPixels(one.path);
+      body_ += track(path) + "\n";
+      placer_.avoidLine(path.front(), path.back());
+    }
+    for (const PlanContent::Track& one : content_.tracks) {
+      drawTrackId(one.id, view_.toPixels(one.path));
+    }
+  }
+
+  static std::string crossing(const Pixel& p) {
+    return "<path d=\"M" + at({p.x, p.y - 6.0}) + "l6 6l-6 6l-6 -6z\" fill=\"#ffd43b\" stroke=\"" +
+           std::string(lineColour) + "\" stroke-width=\"1.6\"/>";
+  }
+
+  void drawCrossings() {
+    for (const Point& place : content_.crossings) {
+      const Pixel p = view_.toPixel(place);
+      body_ += crossing(p) + "\n";
+      placer_.block(PixelBox::around(p, 13.0, 13.0));
     }
   }
 
@@ -465,8 +504,7 @@ class Drawing {
 
   void drawLegend() {
     for (const PlanContent::Field& field : content_.fields) {
-      const std::string_view colour =
-          fieldColours[static_cast<std::size_t>(field.index) % fieldColours.size()];
+      const std::string_view colour = fieldColour(field.index);
       addToLegend(swatch(std::string(colour) + "\" fill-opacity=\"0.16\"", colour, false),
                   "Field " + std::to_string(field.index) + ": " + field.name);
     }
@@ -484,6 +522,13 @@ class Drawing {
       addToLegend(dotSymbol("#a3b1bf"), "Scan, " + counted(content_.dots.size(), "point"));
       addToLegend(dotSymbol("#102a43"), "Point counted in a zone");
     }
+    if (!content_.tracks.empty()) {
+      addToLegend(track({{legendLeft(), legendTop_}, {legendLeft() + 30.0, legendTop_}}),
+                  "Track, id at its end");
+    }
+    if (!content_.crossings.empty()) {
+      addToLegend(crossing({legendLeft() + 15.0, legendTop_}), "Crossing counted");
+    }
     if (view_.box().contains(view_.toPixel({0.0, 0.0}))) {
       addToLegend(origin({legendLeft() + 15.0, legendTop_}), "Origin (0, 0)");
     }
@@ -493,6 +538,7 @@ class Drawing {
   Viewport view_;
   LabelPlacer placer_;
   std::vector<PixelRing> rings_;
+  std::vector<PixelBox> trackIds_;
   std::string body_;
   double legendTop_ = 0.0;
 };

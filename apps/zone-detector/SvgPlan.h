@@ -7,6 +7,8 @@
 
 #include <filter/detection/Point.h>
 
+#include "SvgTimeline.h"
+
 namespace orvantis::app {
 
 /// What a plan shows, in metres.
@@ -30,11 +32,19 @@ struct PlanContent {
     bool counted;  ///< inside a zone and outside every exclusion zone
   };
 
+  struct Track {
+    std::int32_t id;
+    std::vector<filter::detection::Point> path;
+  };
+
   std::string title;
   std::vector<Field> fields;
   std::vector<Area> areas;
   std::vector<Line> lines;
   std::vector<Dot> dots;
+  std::vector<Track> tracks;
+  std::vector<filter::detection::Point> crossings;
+  std::optional<TimelineContent> timeline;  ///< drawn under the plan
 };
 
 /// Draws the plan as an SVG document: y up, equal scale on both axes.

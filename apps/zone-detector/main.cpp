@@ -1,6 +1,7 @@
 #include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -9,9 +10,11 @@
 #include <unistd.h>
 
 #include "Console.h"
+#include "ExplainCommand.h"
 #include "PlotCommand.h"
 #include "RunCommand.h"
 #include "ShowCommand.h"
+#include "TimeLine.h"
 #include "ValidateCommand.h"
 
 namespace {
@@ -33,6 +36,8 @@ constexpr Help overview = {
     "  zone-detector validate site.json             is the document right, and if not, where\n"
     "  zone-detector show site.json                 fields, zones and counter lines\n"
     "  zone-detector run site.json frames/*.pcd     points in each zone, frame by frame\n"
+    "  zone-detector run site.json frames/*.pcd --tracks tracks.csv     what happens, and a summary\n"
+    "  zone-detector explain site.json frames/*.pcd --at 1.2            why a zone is in its state\n"
     "  zone-detector plot site.json scan.pcd -o plan.svg\n"
     "\n"
     "Zones and counter lines on LiDAR frames. Data goes to the standard output, everything else to the "
@@ -57,15 +62,34 @@ constexpr Help showHelp = {
     "\n"
     "Prints options, evaluation fields, exclusion zones and counter lines of a zone document."};
 
-constexpr Help runHelp = {"count the points of frames in each zone",
-                          "Examples:\n"
-                          "  zone-detector run site.json frames/*.pcd\n"
-                          "  zone-detector run --json site.json frames/*.bin > counts.jsonl\n"
-                          "\n"
-                          "Counts, for each frame, the points inside each zone and outside every exclusion "
-                          "zone. Frames are PCD, PLY\n"
-                          "or XYZ files, or .bin files of float32 x, y, z, intensity. Stops at the first "
-                          "frame that cannot be read."};
+constexpr Help runHelp = {
+    "count points in zones, or tell what happens in a recording",
+    "Examples:\n"
+    "  zone-detector run site.json frames/*.pcd\n"
+    "  zone-detector run --json site.json frames/*.bin > counts.jsonl\n"
+    "  zone-detector run site.json frames/*.pcd --rate 10 --tracks tracks.csv\n"
+    "  zone-detector run site.json --stamps frames.txt --csv tables --plot run.svg\n"
+    "\n"
+    "Counts, for each frame, the points inside each zone and outside every exclusion zone. Frames are PCD, "
+    "PLY\n"
+    "or XYZ files, or .bin files of float32 x, y, z, intensity. Stops at the first frame that cannot be "
+    "read.\n"
+    "\n"
+    "With --tracks, --rate, --stamps, --csv or --plot the frames have a time; what happens is told instead: "
+    "zones\n"
+    "occupied and cleared, tracked objects that enter, leave and cross lines, and a summary at the end."};
+
+constexpr Help explainHelp = {
+    "say why zones and counter lines are in the state they are in",
+    "Examples:\n"
+    "  zone-detector explain site.json frames/*.pcd --at 1.2\n"
+    "  zone-detector explain site.json --tracks tracks.csv --at 1.9 --line Gate --track 7\n"
+    "\n"
+    "Runs a recording up to the last frame at or before a stamp. Then says, for each zone, how many points "
+    "count,\n"
+    "how many an exclusion zone took and which one, and when its state changes; for a line and a track, why "
+    "the\n"
+    "track did or did not count."};
 
 constexpr Help plotHelp = {
     "draw the plan as SVG",
@@ -85,6 +109,32 @@ class ExamplesFirst : public CLI::Formatter {
 
 CLI::App* addCommand(CLI::App& app, const std::string& name, const Help& help) {
   return app.add_subcommand(name, help.summary)->footer(help.text);
+}
+
+// The options that say where frames come from.
+void addRecording(CLI::App& command, Recording& recording) {
+  static const std::map<std::string, TracksFormat> formats = {{"csv", TracksFormat::Csv},
+                                                              {"kitti", TracksFormat::Kitti}};
+  CLI::Option* const clouds =
+      command.add_option("CLOUD", recording.clouds, "frames, in order")->option_text("...");
+  CLI::Option* const rate = command.add_option("--rate", recording.rate, "frames a second; 10 unless given")
+                                ->option_text("HZ")
+                                ->check(CLI::PositiveNumber);
+  command.add_option("--stamps", recording.stamps, "list of frames, each with its stamp, in place of CLOUD")
+      ->option_text("LIST")
+      ->excludes(clouds)
+      ->excludes(rate);
+  CLI::Option* const tracks =
+      command.add_option("--tracks", recording.tracks, "tracked objects")->option_text("TRACKS");
+  command.add_option("--tracks-format", recording.tracksFormat, "csv unless given")
+      ->option_text("csv|kitti")
+      ->transform(CLI::CheckedTransformer(formats))
+      ->needs(tracks);
+  command.final_callback([&recording] {
+    if (!recording.hasClouds() && !recording.hasTracks()) {
+      throw CLI::RequiredError("CLOUD, --stamps or --tracks");
+    }
+  });
 }
 
 bool wantsColour() {
@@ -118,9 +168,33 @@ int main(int argc, char** argv) {
   RunOptions runOptions;
   CLI::App* const runCommand = addCommand(app, "run", runHelp);
   runCommand->add_option("FILE", runOptions.document, "zone document")->required();
-  runCommand->add_option("CLOUD", runOptions.clouds, "frames, in order")->required();
+  addRecording(*runCommand, runOptions.recording);
   runCommand->add_flag("--json", runOptions.json, "one JSON object a line");
-  runCommand->add_flag("--reference", runOptions.reference, "ask every zone for every point, slowly");
+  runCommand->add_option("--csv", runOptions.csvFolder, "folder to write tables into")->option_text("DIR");
+  runCommand->add_option("--plot", runOptions.picture, "picture to write")->option_text("FILE");
+  CLI::Option* const reference =
+      runCommand->add_flag("--reference", runOptions.reference, "ask every zone for every point, slowly")
+          ->option_text(" ");
+  for (const char* const ofSession : {"--rate", "--stamps", "--tracks", "--csv", "--plot"}) {
+    reference->excludes(runCommand->get_option(ofSession));
+  }
+
+  ExplainOptions explainOptions;
+  CLI::App* const explainCommand = addCommand(app, "explain", explainHelp);
+  explainCommand->add_option("FILE", explainOptions.document, "zone document")->required();
+  addRecording(*explainCommand, explainOptions.recording);
+  explainCommand->add_option("--at", explainOptions.at, "stamp in seconds")
+      ->option_text("STAMP REQUIRED")
+      ->required()
+      ->check(CLI::Range(-9.2e9, 9.2e9));
+  CLI::Option* const line =
+      explainCommand->add_option("--line", explainOptions.line, "counter line")->option_text("NAME");
+  CLI::Option* const track =
+      explainCommand->add_option("--track", explainOptions.track, "a track on that line, by its id")
+          ->option_text("ID");
+  line->needs(track)->needs(explainCommand->get_option("--tracks"));
+  track->needs(line);
+  explainCommand->get_option("--tracks")->needs(line);
 
   PlotOptions plotOptions;
   CLI::App* const plotCommand = addCommand(app, "plot", plotHelp);
@@ -142,6 +216,9 @@ int main(int argc, char** argv) {
     }
     if (runCommand->parsed()) {
       return run(runOptions, console);
+    }
+    if (explainCommand->parsed()) {
+      return explain(explainOptions, console);
     }
     return plot(plotOptions, console);
   } catch (const std::exception& error) {

@@ -51,7 +51,7 @@ TEST(Golden, HelpBeginsWithWorkedExamples) {
 
 TEST(Golden, HelpOfEverySubcommandBeginsWithWorkedExamples) {
   std::string all;
-  for (const std::string command : {"validate", "show", "run", "plot"}) {
+  for (const std::string command : {"validate", "show", "run", "explain", "plot"}) {
     const Outcome outcome = zoneDetector({command, "--help"});
     EXPECT_EQ(outcome.code, 0);
     EXPECT_EQ(outcome.out.find("Examples:\n  zone-detector " + command), 0U);
@@ -93,6 +93,38 @@ TEST(Golden, RunAsJsonLines) {
 
 TEST(Golden, RunByReferencePrintsTheSame) {
   expectOutput("run.txt", {"run", "--reference", site, "frame_00.pcd", "frame_10.pcd", "frame_19.pcd"},
+               recording().path());
+}
+
+// The frames and tracks of the whole example; the time taken stands on the error stream.
+Outcome runExample(std::vector<std::string> options) {
+  std::vector<std::string> arguments = {"run", site};
+  for (int i = 0; i < 20; ++i) {
+    arguments.push_back("frame_" + std::string(i < 10 ? "0" : "") + std::to_string(i) + ".pcd");
+  }
+  arguments.insert(arguments.end(), {"--tracks", "tracks.csv"});
+  arguments.insert(arguments.end(), options.begin(), options.end());
+  return zoneDetector(arguments, recording().path());
+}
+
+TEST(Golden, RunWithTracks) {
+  expectGolden("run_tracks.txt", runExample({}).out);
+}
+
+TEST(Golden, RunWithTracksAsJsonLines) {
+  expectGolden("run_tracks.jsonl", runExample({"--json"}).out);
+}
+
+TEST(Golden, PictureOfARun) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(runExample({"--plot", folder.path("run.svg")}).code, 0);
+  expectGolden("run.svg", readAll(folder.path("run.svg")));
+}
+
+TEST(Golden, Explain) {
+  expectOutput("explain.txt",
+               {"explain", site, "frame_00.pcd", "frame_01.pcd", "frame_02.pcd", "--at", "0.1", "--tracks",
+                "tracks.csv", "--line", "Crossing", "--track", "1"},
                recording().path());
 }
 

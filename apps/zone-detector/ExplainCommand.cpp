@@ -1,0 +1,132 @@
+#include "ExplainCommand.h"
+
+#include <cmath>
+#include <utility>
+#include <vector>
+
+#include "CloudReader.h"
+#include "Configuration.h"
+#include "Console.h"
+#include "EventText.h"
+#include "FieldZones.h"
+#include "Progress.h"
+#include "Session.h"
+#include "Stamps.h"
+#include "Table.h"
+#include "Text.h"
+
+namespace orvantis::app {
+namespace {
+
+using filter::monitor::Crossing;
+using filter::monitor::CrossingExplanation;
+using filter::monitor::ExclusionShare;
+using filter::monitor::Stamp;
+using filter::monitor::ZoneExplanation;
+
+// The last input of each kind up to the wanted stamp.
+struct Reached {
+  std::optional<Stamp> points;
+  std::string file;
+  Cloud cloud;
+  std::optional<Stamp> objects;
+};
+
+Reached runTo(Stamp at, const Recording& recording, Session& session, const Console& console) {
+  TimeLine timeLine(recording);
+  Progress progress(console, timeLine.cloudCount());
+  Reached reached;
+  std::size_t done = 0;
+  for (auto moment = timeLine.next(); moment && moment->stamp <= at; moment = timeLine.next()) {
+    if (moment->cloud) {
+      progress.show(done++, *moment->cloud);
+      reached.cloud = readCloud(*moment->cloud);
+      reached.file = *moment->cloud;
+      reached.points = moment->stamp;
+    }
+    if (moment->objects) {
+      reached.objects = moment->stamp;
+    }
+    session.take(*moment, reached.cloud);
+  }
+  return reached;
+}
+
+std::string takers(const ZoneExplanation& zone) {
+  std::string text;
+  for (const ExclusionShare& share : zone.takenBy) {
+    text += (text.empty() ? "" : ", ") + share.name + " " + std::to_string(share.points);
+  }
+  return text;
+}
+
+std::string change(const ZoneExplanation& zone) {
+  return zone.missing
+             ? std::string(zone.isOccupied ? "clears" : "trips") + " in " + toText(*zone.missing) + " s"
+             : "";
+}
+
+void explainZones(const Configuration& configuration, const Session& session, const Reached& reached,
+                  const Console& console) {
+  const std::vector<ZoneExplanation> zones = session.explainZones(reached.cloud);
+  console.out << console.bold(printable(reached.file) + " at " + toText(*reached.points) + " s") << '\n';
+  Table table({"FIELD", "ZONE", ">POINTS", "≥ " + std::to_string(configuration.detector.getMinPoints()),
+               ">TAKEN", "BY EXCLUSION ZONE", "STATE", "WILL CHANGE"});
+  int lastField = -1;
+  for (const ZoneExplanation& zone : zones) {
+    const bool isNew = zone.slot.field != lastField;
+    lastField = zone.slot.field;
+    table.addRow({isNew ? std::to_string(zone.slot.field) + " " + zone.slot.fieldName : "",
+                  std::to_string(zone.slot.zone) + " " + zone.slot.zoneName, std::to_string(zone.counted),
+                  zone.isOccupiedNow ? "yes" : "no", std::to_string(zone.taken), takers(zone),
+                  zone.isOccupied ? "occupied" : "cleared", change(zone)});
+  }
+  table.print(console);
+}
+
+void explainCrossing(const std::string& line, std::int32_t track, Stamp stamp, const Session& session,
+                     const Console& console) {
+  const CrossingExplanation explanation = session.lines().explain(line, track);
+  console.out << console.bold("track " + std::to_string(track) + " and line \"" + printable(line) + "\" at " +
+                              toText(stamp) + " s")
+              << "\n  " << describe(explanation.verdict) << '\n';
+  if (explanation.side) {
+    console.out << "  last clear of the line on its " << sideName(*explanation.side) << " side\n";
+  }
+  if (const std::optional<Crossing>& crossing = explanation.lastCrossing) {
+    console.out << "  last crossing from " << sideName(crossing->from) << " to " << sideName(crossing->to)
+                << ": met the line at " << toMilliseconds(crossing->met) << " s, ("
+                << toText(crossing->where.x(), 3) << ", " << toText(crossing->where.y(), 3)
+                << "), found clear of it at " << toMilliseconds(crossing->accepted) << " s\n";
+  }
+}
+
+}  // namespace
+
+int explain(const ExplainOptions& options, const Console& console) {
+  const Configuration configuration = loadConfiguration(options.document);
+  if (options.track && !configuration.lines.contains(options.line)) {
+    throw Failure(options.document + ": has no counter line \"" + printable(options.line) + "\"");
+  }
+  const Stamp at(std::llround(options.at * 1e9L));
+  Session session(configuration);
+  const Reached reached = runTo(at, options.recording, session, console);
+  const auto require = [at](bool isThere, const char* what) {
+    if (!isThere) {
+      throw Failure(std::string("there are no ") + what + " at or before " + toText(at) + " s");
+    }
+  };
+  if (options.recording.hasClouds()) {
+    require(reached.points.has_value(), "points");
+    explainZones(configuration, session, reached, console);
+  }
+  if (options.track) {
+    require(reached.objects.has_value(), "tracked objects");
+    console.out << (options.recording.hasClouds() ? "\n" : "");
+    explainCrossing(options.line, *options.track, *reached.objects, session, console);
+  }
+  console.flush();
+  return 0;
+}
+
+}  // namespace orvantis::app

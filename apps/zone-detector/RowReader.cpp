@@ -1,0 +1,124 @@
+#include "RowReader.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+
+#include "Console.h"
+#include "Text.h"
+#include "Words.h"
+
+namespace orvantis::app {
+
+RowReader::RowReader(const std::string& path) : path_(path) {
+  if (std::filesystem::is_directory(path)) {
+    throw Failure(path + ": cannot be read: it is a folder");
+  }
+  errno = 0;
+  in_.open(path, std::ios::binary);
+  if (!in_) {
+    throw Failure(path + ": cannot be read: " + std::strerror(errno));
+  }
+}
+
+bool RowReader::next() {
+  // A file without line ends must not fill the memory.
+  std::array<char, 4096> buffer;
+  in_.getline(buffer.data(), buffer.size());
+  if (in_.bad()) {
+    throw Failure(path_ + ": cannot be read: " + std::strerror(errno));
+  }
+  const auto taken = static_cast<std::size_t>(in_.gcount());
+  if (taken == 0) {
+    return false;
+  }
+  ++lineNumber_;
+  if (in_.fail()) {
+    refuse({{}, 1}, "the line is longer than " + std::to_string(taken) + " bytes");
+  }
+  // The line end is taken but not kept; the last line may have none.
+  line_.assign(buffer.data(), in_.eof() ? taken : taken - 1);
+  if (line_.ends_with('\r')) {
+    line_.pop_back();
+  }
+  return true;
+}
+
+std::vector<Field> RowReader::fields(char separator) const {
+  const std::string_view line = line_;
+  std::vector<Field> result;
+  std::size_t begin = 0;
+  for (std::size_t end = line.find(separator); end != std::string_view::npos;
+       end = line.find(separator, begin)) {
+    result.push_back({line.substr(begin, end - begin), begin + 1});
+    begin = end + 1;
+  }
+  result.push_back({line.substr(begin), begin + 1});
+  return result;
+}
+
+std::vector<Field> RowReader::words() const {
+  std::vector<Field> result;
+  for (const std::string_view word : app::words(line_)) {
+    result.push_back({word, static_cast<std::size_t>(word.data() - line_.data()) + 1});
+  }
+  return result;
+}
+
+void RowReader::refuse(const Field& field, const std::string& reason) const {
+  throw Failure(path_ + ":" + std::to_string(std::max<std::uint64_t>(lineNumber_, 1)) + ":" +
+                std::to_string(field.column) + ": " + reason);
+}
+
+template <typename Number>
+Number RowReader::parsed(const Field& field, const std::string& name, const char* kind) const {
+  Number value{};
+  const char* const last = field.text.data() + field.text.size();
+  const auto [end, error] = std::from_chars(field.text.data(), last, value);
+  if (error == std::errc::invalid_argument || end != last) {
+    refuse(field, name + " is " + kind + ": \"" + printable(field.text.substr(0, 40)) + "\"");
+  }
+  if (error == std::errc::result_out_of_range) {
+    refuse(field, name + " is out of range: " + printable(field.text.substr(0, 40)));
+  }
+  return value;
+}
+
+double RowReader::number(const Field& field, const std::string& name) const {
+  const auto value = parsed<double>(field, name, "no number");
+  if (!std::isfinite(value)) {
+    refuse(field, name + " is not finite");
+  }
+  return value;
+}
+
+double RowReader::extent(const Field& field, const std::string& name) const {
+  const double value = number(field, name);
+  if (value < 0.0) {
+    refuse(field, name + " is below zero");
+  }
+  return value;
+}
+
+std::int32_t RowReader::wholeNumber(const Field& field, const std::string& name) const {
+  return parsed<std::int32_t>(field, name, "no whole number");
+}
+
+std::int64_t RowReader::nanoseconds(const Field& field, const std::string& name) const {
+  // More digits than a double has: seconds since 1970 keep their nanoseconds.
+  const auto seconds = parsed<long double>(field, name, "no number");
+  constexpr long double limit = 9.2e9L;
+  if (!std::isfinite(seconds)) {
+    refuse(field, name + " is not finite");
+  }
+  if (!(std::fabs(seconds) < limit)) {
+    refuse(field, name + " is out of range: " + printable(field.text.substr(0, 40)));
+  }
+  return std::llround(seconds * 1e9L);
+}
+
+}  // namespace orvantis::app

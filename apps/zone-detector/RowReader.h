@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <fstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvantis::app {
+
+/// One entry of a row, with the place where it begins.
+struct Field {
+  std::string_view text;
+  std::size_t column = 1;  ///< in bytes, from 1
+};
+
+/// Reads a text file row by row. Lines end with LF or CR LF.
+class RowReader {
+ public:
+  /// @throws Failure when the file cannot be read
+  explicit RowReader(const std::string& path);
+
+  /// Goes on to the next line.
+  /// @return whether there is one
+  /// @throws Failure for a line that is longer than any row, or when the file cannot be read on
+  bool next();
+
+  /// The line without its end; valid until the next one is read.
+  std::string_view line() const { return line_; }
+  /// Its entries, parted by single separators, or by any number of blanks.
+  std::vector<Field> fields(char separator) const;
+  std::vector<Field> words() const;
+
+  /// @throws Failure "file:line:column: reason"
+  [[noreturn]] void refuse(const Field& field, const std::string& reason) const;
+
+  // Each refuses, by its name, a field that is something else.
+
+  double number(const Field& field, const std::string& name) const;  ///< finite
+  /// A number that is not below zero.
+  double extent(const Field& field, const std::string& name) const;
+  std::int32_t wholeNumber(const Field& field, const std::string& name) const;
+  /// Seconds as nanoseconds, rounded to the nearest one; less than 292 years off zero.
+  std::int64_t nanoseconds(const Field& field, const std::string& name) const;
+
+ private:
+  template <typename Number>
+  Number parsed(const Field& field, const std::string& name, const char* kind) const;
+
+  std::string path_;
+  std::ifstream in_;
+  std::string line_;
+  std::uint64_t lineNumber_ = 0;
+};
+
+}  // namespace orvantis::app

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Configuration.h"
+#include "FieldZones.h"
+#include "Session.h"
+#include "SummaryText.h"
+#include "SvgPlan.h"
+
+namespace orvantis::app {
+
+/// Collects what the picture of a session shows. Memory grows with the sightings.
+class SessionPlot {
+ public:
+  SessionPlot(const Configuration& configuration, const SessionInputs& inputs);
+
+  void add(const Moment& moment, const SessionFrame& frame);
+
+  /// The picture as an SVG document. @throws std::runtime_error when it cannot be drawn
+  std::string draw(const std::string& title);
+
+ private:
+  struct OpenTrack {
+    std::size_t index;  // among the plan's tracks
+    filter::monitor::Stamp lastSeen;
+  };
+
+  void followTracks(const Moment& moment);
+  /// Makes an interval longer that was on in the frame before, or begins one.
+  static void extend(std::vector<TimelineContent::Interval>& intervals, bool wasOn, bool isOn, double time);
+
+  std::vector<FieldZone> zones_;
+  PlanContent plan_;
+  std::map<std::int32_t, OpenTrack> tracks_;
+  std::map<std::string, std::size_t> lineRows_;
+  std::array<bool, filter::monitor::NUM_ZONE_SLOTS> wasOccupied_{};
+  std::array<bool, filter::monitor::NUM_ZONE_SLOTS> wasInhabited_{};
+  bool isBegun_ = false;
+};
+
+}  // namespace orvantis::app
