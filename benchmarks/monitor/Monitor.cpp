@@ -25,6 +25,10 @@ using monitor::TrackedObject;
 constexpr double radius = 60.0;  // of the scene, in metres
 constexpr Stamp period = std::chrono::milliseconds(100);
 
+std::string numbered(char letter, int number) {
+  return std::string(1, letter).append(std::to_string(number));
+}
+
 std::shared_ptr<detection::Zone3dBase> octagon(const std::string& name, double x, double y) {
   std::vector<detection::Point> vertices;
   for (int i = 0; i < 8; ++i) {
@@ -42,13 +46,13 @@ detection::ZoneDetector detector() {
   detector.setDebounceTime(detection::ZoneDetector::Milliseconds(300));
   for (int i = 0; i < 24; ++i) {
     const double bearing = i * std::numbers::pi / 12;
-    detector.setZone(octagon("Z" + std::to_string(i), 25.0 * std::cos(bearing), 25.0 * std::sin(bearing)),
-                     i / 3, i % 3);
+    detector.setZone(octagon(numbered('Z', i), 25.0 * std::cos(bearing), 25.0 * std::sin(bearing)), i / 3,
+                     i % 3);
   }
   for (int i = 0; i < 8; ++i) {
     const double bearing = i * std::numbers::pi / 4;
     detector.appendExclusionZone(
-        octagon("X" + std::to_string(i), 30.0 * std::cos(bearing), 30.0 * std::sin(bearing)));
+        octagon(numbered('X', i), 30.0 * std::cos(bearing), 30.0 * std::sin(bearing)));
   }
   return detector;
 }
@@ -135,7 +139,7 @@ void objectsOverLines(benchmark::State& state) {
   std::map<std::string, detection::CounterLine> lines;
   for (int i = 0; i < state.range(1); ++i) {
     const double bearing = 2.0 * std::numbers::pi * i / static_cast<double>(state.range(1));
-    const std::string name = "L" + std::to_string(i);
+    const std::string name = numbered('L', i);
     lines.emplace(name, detection::CounterLine(name, {10.0 * std::cos(bearing), 10.0 * std::sin(bearing)},
                                                {40.0 * std::cos(bearing), 40.0 * std::sin(bearing)}, nullptr,
                                                detection::CounterLineDirectionType::ON));
