@@ -112,13 +112,8 @@ bool interiorsMeet(const PlanarPolygon& a, const PlanarPolygon& b) {
   return bg::relate(a, b, bg::de9im::mask("T********"));
 }
 
-// The relations of Boost 1.81 go wrong where a hole touches the outer ring or another hole. Those of single
-// rings are right, and tell what holds for a polygon with holes beside one without.
-
-bool regionWithin(const PlanarPolygon& inner, const PlanarPolygon& outer) {
-  return bg::within(outer.inners().empty() ? filled(inner.outer()) : inner, outer);
-}
-
+// `overlaps` of Boost 1.81 takes the place where a hole touches the outer ring for one where interiors meet.
+// The relations of single rings are right, and tell what holds for a polygon with holes beside one without.
 bool regionsOverlap(const PlanarPolygon& holed, const PlanarPolygon& plain) {
   const PlanarPolygon whole = filled(holed.outer());
   bool leavesPlain = false;  // whether `plain` has a part outside
@@ -167,7 +162,7 @@ bool contains(const PlanarPolygon& polygon, const PlanarPoint& point) {
 bool within(const PlanarPolygon& inner, const PlanarPolygon& outer) {
   const PlanarPolygon a = region(inner);
   const PlanarPolygon b = region(outer);
-  return !isEmpty(a) && !isEmpty(b) && regionWithin(a, b);
+  return !isEmpty(a) && !isEmpty(b) && bg::within(a, b);
 }
 
 bool intersects(const PlanarPolygon& a, const PlanarPolygon& b) {
