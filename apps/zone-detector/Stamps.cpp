@@ -7,7 +7,7 @@
 namespace orvantis::app {
 
 double toSeconds(filter::monitor::Duration time) {
-  return static_cast<double>(time.count()) / 1e9;
+  return static_cast<double>(static_cast<long double>(time.count()) / 1e9L);
 }
 
 std::string toText(filter::monitor::Duration time) {

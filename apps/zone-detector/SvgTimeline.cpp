@@ -46,18 +46,21 @@ class Drawing {
              px(height) + "\" fill=\"#fbfcfd\"/>\n";
     std::string grid;
     std::string texts;
+    // Seconds since 1970 are too long to stand at every tick.
+    const double base = std::abs(content_.begin) < 1e5 ? 0.0 : std::floor(content_.begin);
     if (const double duration = content_.end - content_.begin; duration > 0.0) {
       const double step = niceStep(duration * 70.0 / width_);
-      for (double i = std::ceil(content_.begin / step); i * step <= content_.end; ++i) {
-        const std::string x = px(toPixel(i * step));
+      for (double i = std::ceil((content_.begin - base) / step); i * step <= content_.end - base; ++i) {
+        const std::string x = px(toPixel(base + i * step));
         grid += "M" + x + " " + px(top_) + "v" + px(height);
         texts += "<text x=\"" + x + "\" y=\"" + px(top_ + height + 18.0) + "\" text-anchor=\"middle\">" +
                  toText(i * step, decimalsOf(step)) + "</text>\n";
       }
     }
+    const std::string caption = base == 0.0 ? "time in seconds" : "seconds after " + toText(base, 0);
     body_ += "<path d=\"" + grid + "\" stroke=\"#e4e8ec\" fill=\"none\"/>\n<g font-size=\"12\" fill=\"" +
              std::string(paleInk) + "\">\n" + texts + "<text x=\"" + px(left_ + width_ / 2.0) + "\" y=\"" +
-             px(top_ + height + 38.0) + "\" text-anchor=\"middle\">time in seconds</text>\n</g>\n";
+             px(top_ + height + 38.0) + "\" text-anchor=\"middle\">" + caption + "</text>\n</g>\n";
   }
 
   void beginRow(const std::string& name, std::string_view colour) {

@@ -272,6 +272,58 @@ TEST_F(Session, ThePictureShowsTracksCrossingsAndOccupancy) {
   }
 }
 
+TEST_F(Session, TheAxisOfLateStampsCountsFromTheBegin) {
+  folder_.write("tracks.csv", header + "1699999999.5,1,a,5,1,1,1,0,0,1\n1700000001.5,1,a,5,1,1,1,0,0,1\n");
+  EXPECT_EQ(run({"run", "site.json", "--tracks", "tracks.csv", "--plot", "run.svg"}).code, 0);
+  const std::string svg = readAll(folder_.path("run.svg"));
+  EXPECT_NE(svg.find(">seconds after 1699999999<"), std::string::npos);
+  EXPECT_NE(svg.find(">2.4<"), std::string::npos);
+  EXPECT_EQ(svg.find(">2.6<"), std::string::npos);
+}
+
+TEST_F(Session, AClassCannotSteerTheTerminal) {
+  folder_.write("tracks.csv", header + "0,1,\033[2J,5,1,1,1,0,0,1\n1,1,\033[2J,5,9,1,1,0,0,1\n");
+  for (const std::vector<std::string>& format : {std::vector<std::string>{}, {"--json"}}) {
+    std::vector<std::string> arguments = {"run", "site.json", "--tracks", "tracks.csv"};
+    arguments.insert(arguments.end(), format.begin(), format.end());
+    const Outcome outcome = run(arguments);
+    EXPECT_NE(outcome.out.find("[2J"), std::string::npos);
+    EXPECT_EQ(outcome.out.find('\033'), std::string::npos) << outcome.out;
+  }
+}
+
+TEST_F(Session, AFullDiskIsReported) {
+  folder_.write("tracks.csv", header);
+  for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
+           {"run", "site.json", "--tracks", "tracks.csv"},
+           {"run", "--json", "site.json", "--tracks", "tracks.csv"},
+       }) {
+    const Outcome outcome = zoneDetector(arguments, folder_.path(), "/dev/full");
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_EQ(outcome.err, "zone-detector: cannot write to the standard output: No space left on device\n");
+  }
+}
+
+// An id that comes back after it was forgotten is somebody else: no line joins the two.
+TEST_F(Session, APathEndsWhereATrackIsForgotten) {
+  const auto paths = [this](const std::string& stamp) {
+    folder_.write("tracks.csv",
+                  header + "0,8,a,1,1,1,1,0,0,1\n1,8,a,3,1,1,1,0,0,1\n" + stamp + ",8,a,9,1,1,1,0,0,1\n");
+    EXPECT_EQ(run({"run", "site.json", "--tracks", "tracks.csv", "--plot", "run.svg"}).code, 0);
+    const std::string svg = readAll(folder_.path("run.svg"));
+    std::size_t ids = 0;
+    for (std::size_t at = svg.find(">8</text>"); at != std::string::npos;
+         at = svg.find(">8</text>", at + 1)) {
+      ++ids;
+    }
+    return ids;
+  };
+  // One is on the y axis, another on the x axis of the plan.
+  const std::size_t onAxes = 2;
+  EXPECT_EQ(paths("2.999"), onAxes + 1);
+  EXPECT_EQ(paths("3"), onAxes + 2);
+}
+
 TEST_F(Session, WrongUsageIsRefused) {
   writeFrames({0});
   folder_.write("tracks.csv", header);
