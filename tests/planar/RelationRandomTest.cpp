@@ -83,16 +83,18 @@ TEST(RelationRandom, TenMillionAwayInStepsOfAThousandth) {
 TEST(RelationRandom, HolesInTheArgumentThatMayTouchItsRing) {
   RandomRings random(23);
   Tally tally;
-  for (int i = 0; i < 1500; ++i) {
+  for (int i = 0; i < 1000; ++i) {
     const GridPolygon argument = random.withHole(7, 6);
     const GridRing zone = i % 3 == 0 ? argument[random.number(0, 1) == 0 ? 0 : 1] : random.simple(7, 5);
     const Relation expected = relate(argument, {zone});
     ASSERT_EQ(answers(planar(argument), points(zone)), expected) << describe(i, argument, zone);
+    const GridPolygon spikyHole = {argument[0], random.withIdleVertices(argument[1], true)};
+    ASSERT_EQ(answers(planar(spikyHole), points(zone)), expected) << describe(i, spikyHole, zone);
     tally.add(expected);
   }
-  EXPECT_GE(tally.within, 150);
-  EXPECT_GE(tally.touches, 150);
-  EXPECT_GE(tally.overlaps, 150);
+  EXPECT_GE(tally.within, 100);
+  EXPECT_GE(tally.touches, 100);
+  EXPECT_GE(tally.overlaps, 100);
 }
 
 TEST(RelationRandom, RepeatedVerticesChangeNothing) {
