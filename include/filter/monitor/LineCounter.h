@@ -84,7 +84,7 @@ struct LineCounterOptions {
   double maxSpeed = std::numeric_limits<double>::infinity();
 };
 
-/// Counts tracked objects that go over lines.
+/// Counts tracked objects that go over lines. The rules below are drawn in docs/monitor-crossing.svg.
 ///
 /// A counter line is the *segment* between its two points. The *line* is the segment prolonged without end on
 /// both sides; it divides the plan into LEFT and RIGHT, seen from the first point to the second. Sides are
@@ -128,8 +128,7 @@ class ORVANTIS_API LineCounter {
   /// Takes the next frame. An object that cannot be placed (see `referencePoint`) counts as not seen.
   /// @return the crossings that this frame completed, in the order of the objects, each in the order of the
   ///   lines' names
-  /// @throws std::invalid_argument, naming both stamps, unless the stamp is later than the last one's, and
-  /// for
+  /// @throws std::invalid_argument for a stamp that is not later than the last one's, naming both, and for
   ///   two objects of one id, naming it; nothing is changed then
   std::vector<Crossing> update(Stamp stamp, const std::vector<TrackedObject>& objects);
 

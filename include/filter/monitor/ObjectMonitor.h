@@ -85,9 +85,8 @@ class ORVANTIS_API ObjectMonitor {
   std::vector<ObjectEvent> reconfigure(const detection::ZoneDetector& detector);
 
   /// Takes the next frame. An object that cannot be placed (see `referencePoint`) counts as not seen.
-  /// @throws std::invalid_argument, naming both stamps, unless the stamp is later than the last one's, and
-  /// for
-  ///   two objects of one id; nothing is changed then
+  /// @throws std::invalid_argument for a stamp that is not later than the last one's, naming both, and for
+  ///   two objects of one id, naming it; nothing is changed then
   ObjectFrame update(Stamp stamp, const std::vector<TrackedObject>& objects);
 
   /// The tracks in a zone, in ascending order of their ids.
