@@ -113,6 +113,20 @@ TEST(PutChild, ForgetsTheTypesOfWhatItReplaces) {
   EXPECT_EQ(saveText(settings), "{\n  \"a\": { \"x\": 5 },\n  \"b\": {}\n}\n");
 }
 
+TEST(PutChild, ATextSetInTheStoredNodeIsBareOnlyWhenItIsALiteral) {
+  SettingsManager settings;
+  ptree& stored = settings.putChild("a", ptree());
+  for (const char* text : {"7", "-0.5e+3", "true", "null"}) {
+    stored.data() = text;
+    EXPECT_EQ(saveText(settings), "{ \"a\": " + std::string(text) + " }\n");
+  }
+  for (const char* text :
+       {"007", "-01", "-", "1.", ".5", "1.e5", "1e", "1e+", "+1", "0x1", "1 ", "1f", "True", "nul"}) {
+    stored.data() = text;
+    EXPECT_EQ(saveText(settings), "{ \"a\": \"" + std::string(text) + "\" }\n");
+  }
+}
+
 TEST(PutChild, AValuePutIntoTheSubtreeAfterwardsKeepsItsOwnType) {
   SettingsManager settings;
   ptree subtree;
