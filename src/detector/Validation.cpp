@@ -1,6 +1,7 @@
 // The check of an untrusted document before it is loaded: fixed limits, the first fault ends it.
 
 #include <cstddef>
+#include <exception>
 #include <istream>
 #include <sstream>
 #include <stdexcept>
@@ -32,9 +33,16 @@ std::string readLimited(std::istream& input) {
   return bytes;
 }
 
+// Whatever keeps the bytes from becoming a document is the file's fault, and its text the message.
 void parse(const std::string& bytes, SettingsManager& settings) {
-  std::istringstream document(bytes);
-  if (!settings.loadStream(document, SettingsManager::JSON)) {
+  bool isParsed = false;
+  try {
+    std::istringstream document(bytes);
+    isParsed = settings.loadStream(document, SettingsManager::JSON);
+  } catch (const std::exception& error) {
+    throw std::runtime_error(error.what());
+  }
+  if (!isParsed) {
     throw std::runtime_error(settings.getLoadError());
   }
 }

@@ -516,6 +516,15 @@ TEST(DetectorSave, LeavesThePathWhereItWas) {
   EXPECT_EQ(value(settings, "Site.ZoneDetector.version"), "1.1");
 }
 
+TEST(DetectorSave, WhatItDoesNotOverwriteStaysInTheStore) {
+  SettingsManager settings;
+  loadText(settings,
+           R"({"ZoneDetector": {"note": "kept", "ExclusionZone": [{"name": "a"}, {"name": "b"}]}})");
+  busyDetector().save(settings);
+  EXPECT_EQ(value(settings, "ZoneDetector.note"), "kept");
+  EXPECT_EQ(listValues(settings, "ZoneDetector", "ExclusionZone", "name"), (Texts{"gate", "b"}));
+}
+
 TEST(DetectorSave, AFreshDetectorHasOptionsOnly) {
   SettingsManager settings;
   ZoneDetector().save(settings);

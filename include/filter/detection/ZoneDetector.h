@@ -119,7 +119,9 @@ class ORVANTIS_API ZoneDetector : public LoggedComponent {
   /// an "index"
   ///   outside its range; the detector is then partly loaded
   void load(SettingsManager& settings);
-  /// Writes the document below the current path. Zones without a shape are left out.
+  /// Writes the document below the current path. Zones without a shape are left out. What the store holds
+  /// already and the document does not overwrite stays there, the ends of longer lists among it: save into a
+  /// fresh store.
   void save(SettingsManager& settings) const;
 
   /// Checks an untrusted document before it is loaded, and stops at the first fault. May run on any thread.
