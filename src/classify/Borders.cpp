@@ -132,7 +132,7 @@ Margins::Margins(const Bounds& site, const Lattice& lattice, double scale)
     : lattice_(lattice),
       scale_(scale),
       slack_(scale * lattice.slack()),
-      reach_(2.0 * (site.longSide() + Lattice::blockSide * lattice.cell)),
+      reach_(2.0 * (site.longSide() + 4.0 * lattice.cell)),
       determinant_(surelyNotZero(reach_)),
       tolerance_(ulp * std::max(1.0, site.largestCoordinate() + reach_)) {
   // A point in a decided cell is at least half the slack above or below the edge. Points that were moved onto

@@ -1,7 +1,6 @@
 #include "classify/Grid.h"
 
 #include <array>
-#include <bit>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -14,11 +13,10 @@ namespace {
 
 using detection::Point;
 
-constexpr std::size_t cellsPerBlock = Lattice::blockSide * Lattice::blockSide;
 constexpr std::size_t mostBytes = std::size_t{1} << 20U;
 constexpr std::size_t mostMarks = std::size_t{1} << 20U;
-// In one block of cells, that many marks for an edge are the most there can be.
-constexpr std::size_t marksPerCurve = cellsPerBlock;
+// A border has fewer marks than that on the coarsest lattice, which the bound must let pass.
+constexpr std::size_t marksPerBorder = 64;
 constexpr std::size_t mostCodes = std::size_t{1} << 16U;
 
 std::uint64_t bitOf(int zone) {
@@ -38,18 +36,21 @@ class GridBuilder {
       : zones_(zones), lattice_(latticeOver(site, cell)), margins_(site, lattice_, safety) {
     grid_.lattice = lattice_;
     grid_.alwaysAsked = alwaysAsked;
-    grid_.curves.push_back({});
+    grid_.curves.push_back({0.0, 0.0, 0.0, 0.0, 0.0, 0.0});
   }
 
   // Nothing when the grid would be larger than it may be.
   std::optional<Grid> build() {
     const std::size_t numCells =
         static_cast<std::size_t>(lattice_.columns) * static_cast<std::size_t>(lattice_.rows);
+    if (numCells * sizeof(std::uint16_t) > mostBytes) {
+      return std::nullopt;
+    }
     decided_.assign(numCells, grid_.alwaysAsked);
     firstMark_.assign(numCells, noMark);
     for (const OutlinedZone& zone : zones_) {
       mark(zone);
-      if (marks_.size() > mostMarks + marksPerCurve * zone.outline.pieces.size()) {
+      if (marks_.size() > mostMarks + marksPerBorder * zone.outline.pieces.size()) {
         return std::nullopt;
       }
       fill(zone);
@@ -58,7 +59,7 @@ class GridBuilder {
     if (grid_.palette.size() + grid_.cutCells.size() + grid_.crossedCells.size() > mostCodes) {
       return std::nullopt;
     }
-    makeBlocks();
+    makeCodes();
     if (grid_.bytes() > mostBytes + grid_.curves.size() * sizeof(Curve)) {
       return std::nullopt;
     }
@@ -236,12 +237,11 @@ class GridBuilder {
         ofNaN |= bitOf(zone.zone->bit);
       }
     }
-    grid_.crossedCells.push_back({0, static_cast<std::uint16_t>(zones_.size()),
-                                  static_cast<std::uint16_t>(decidedCell(grid_.alwaysAsked).number)});
+    addCrossedCell(0, grid_.alwaysAsked);
     grid_.codeOfNaN = decidedCell(ofNaN).number;
   }
 
-  static Decision asking(std::uint8_t bit) { return {{0, 0}, bit, 0, 0}; }
+  static Decision asking(std::uint8_t bit) { return {{Grid::curveOfZero, Grid::curveOfZero}, bit, 0, 0}; }
 
   Cell decidedCell(std::uint64_t mask) {
     if (lastDecided_ && grid_.palette[*lastDecided_] == mask) {
@@ -309,10 +309,17 @@ class GridBuilder {
       }
       grid_.decisions.push_back(hasTable ? decision(column, row, first, curves) : asking(first.bit));
     }
-    const auto numDecisions = static_cast<std::uint16_t>(grid_.decisions.size() - firstDecision);
-    grid_.crossedCells.push_back(
-        {firstDecision, numDecisions, static_cast<std::uint16_t>(decidedCell(decided_[cell]).number)});
+    addCrossedCell(firstDecision, decided_[cell]);
     return {static_cast<std::uint32_t>(grid_.crossedCells.size() - 1), Kind::Crossed};
+  }
+
+  void addCrossedCell(std::uint32_t firstDecision, std::uint64_t decided) {
+    if (grid_.decisions.size() % 2 != 0) {
+      grid_.decisions.push_back(Decision(grid_.decisions.back()));
+    }
+    grid_.crossedCells.push_back({firstDecision,
+                                  static_cast<std::uint16_t>((grid_.decisions.size() - firstDecision) / 2),
+                                  static_cast<std::uint16_t>(decidedCell(decided).number)});
   }
 
   Decision decision(int column, int row, const Mark& mark, const std::array<std::uint32_t, 2>& curves) const {
@@ -355,34 +362,9 @@ class GridBuilder {
     return static_cast<std::uint16_t>(first + cell.number);
   }
 
-  void makeBlocks() {
-    constexpr int side = Lattice::blockSide;
-    const auto blocksPerRow = static_cast<std::uint32_t>(lattice_.columns / side);
-    grid_.blockRowShift = std::bit_width(blocksPerRow - 1);
-    const std::size_t blocksPerFullRow = std::size_t{1} << static_cast<unsigned>(grid_.blockRowShift);
-    // Uniform blocks share these, one for each code of the palette that is a set of zones.
-    for (std::uint32_t code = 0; code < grid_.firstCut; ++code) {
-      grid_.codes.push_back(static_cast<std::uint16_t>(code));
-    }
-    for (int row = 0; row < lattice_.rows; row += side) {
-      for (int column = 0; column < lattice_.columns; column += side) {
-        std::array<std::uint16_t, cellsPerBlock> block{};
-        bool isUniform = true;
-        for (int j = 0; j < side; ++j) {
-          for (int i = 0; i < side; ++i) {
-            const std::uint16_t code = codeOf(cells_[index(column + i, row + j)]);
-            block[static_cast<std::size_t>(j * side + i)] = code;
-            isUniform = isUniform && code == block[0];
-          }
-        }
-        if (isUniform && block[0] < grid_.firstCut) {
-          grid_.blocks.push_back(static_cast<std::uint32_t>(block[0]) << 6U);
-        } else {
-          grid_.blocks.push_back(static_cast<std::uint32_t>(grid_.codes.size()) << 6U | (cellsPerBlock - 1U));
-          grid_.codes.insert(grid_.codes.end(), block.begin(), block.end());
-        }
-      }
-      grid_.blocks.resize(grid_.blocks.size() + blocksPerFullRow - blocksPerRow, 0);
+  void makeCodes() {
+    for (const Cell& cell : cells_) {
+      grid_.codes.push_back(codeOf(cell));
     }
     grid_.codes.resize(grid_.codes.size() + 2, 0);
   }
@@ -412,8 +394,8 @@ std::size_t bytesOf(const std::vector<T>& values) {
 }  // namespace
 
 std::size_t Grid::bytes() const {
-  return bytesOf(blocks) + bytesOf(codes) + bytesOf(palette) + bytesOf(cutCells) + bytesOf(cutZones) +
-         bytesOf(crossedCells) + bytesOf(decisions) + bytesOf(curves);
+  return bytesOf(codes) + bytesOf(palette) + bytesOf(cutCells) + bytesOf(cutZones) + bytesOf(crossedCells) +
+         bytesOf(decisions) + bytesOf(curves);
 }
 
 Grid gridOf(const std::vector<FrozenZone>& zones, double safety) {

@@ -29,10 +29,12 @@ struct Decision {
   std::uint8_t inside : 4;
 };
 
-/// A cell that several borders cross.
+/// A cell that several borders cross. It has one pair of decisions, mostly: a loop whose end the processor
+/// foresees. A decision without a partner stands twice.
 struct CrossedCell {
   std::uint32_t firstDecision;
-  std::uint16_t numDecisions;
+  std::uint16_t
+      numPairs;  ///< of decisions: of one zone or two, mostly, so that the loop over them is foreseen
   std::uint16_t decided;  ///< the code of the zones that hold all of the cell
 };
 
@@ -41,11 +43,8 @@ struct CrossedCell {
 struct Grid {
   Lattice lattice;
 
-  /// For each block of 8x8 cells, where its codes begin in `codes`, shifted by 6, and in the low 6 bits
-  /// either zeros, when one code stands for the whole block, or ones.
-  std::vector<std::uint32_t> blocks;
-  std::int32_t blockRowShift = 0;    ///< a row has two to this power blocks, of which the last may be unused
-  std::vector<std::uint16_t> codes;  ///< padded, so that it can be read in words
+  /// Column by column. Padded, so that it can be read in words.
+  std::vector<std::uint16_t> codes;
 
   /// By code. A cell that is not decided has all bits here: what remains is the set of zones at the height.
   std::vector<std::uint64_t> palette;
@@ -58,7 +57,8 @@ struct Grid {
   std::vector<std::uint8_t> cutZones;  ///< by cut cell, the bit of the zone whose border crosses it
   std::vector<CrossedCell> crossedCells;
   std::vector<Decision> decisions;
-  std::vector<Curve> curves;  ///< the first one is zero everywhere, and so decides nothing
+  static constexpr std::uint16_t curveOfZero = 0;  ///< decides nothing
+  std::vector<Curve> curves;
 
   /// The zones that are asked for every point at their height.
   std::uint64_t alwaysAsked = 0;

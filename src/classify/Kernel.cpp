@@ -1,7 +1,7 @@
 #include "classify/Kernel.h"
 
+#include <array>
 #include <cmath>
-#include <limits>
 #include <type_traits>
 
 // Compiles this file once for each kind of processor that Highway knows.
@@ -44,11 +44,7 @@ struct PointLookup {
     }
     const std::int32_t cellX = cellOf(column, grid.lattice.columns);
     const std::int32_t cellY = cellOf(row, grid.lattice.rows);
-    constexpr std::int32_t side = Lattice::blockSide;
-    const std::int32_t block = (cellY / side << grid.blockRowShift) + cellX / side;
-    const auto place = static_cast<std::uint32_t>(cellY % side * side + cellX % side);
-    const std::uint32_t entry = grid.blocks[static_cast<std::size_t>(block)];
-    return grid.codes[(entry >> 6U) + (place & entry)];
+    return grid.codes[static_cast<std::size_t>(cellX * grid.lattice.rows + cellY)];
   }
 
   std::size_t bucketOf(Real z) const {
@@ -179,8 +175,7 @@ class VectorLookup {
         lastColumn_(static_cast<float>(grid.lattice.columns - 1)),
         lastRow_(static_cast<float>(grid.lattice.rows - 1)),
         farthest_(static_cast<float>(Lattice::farthest / grid.lattice.cell)),
-        blockRowShift_(grid.blockRowShift),
-        blocks_(reinterpret_cast<const std::int32_t*>(grid.blocks.data())),
+        numRows_(grid.lattice.rows),
         codes_(reinterpret_cast<const std::int32_t*>(grid.codes.data())),
         palette_(grid.palette.data()),
         firstCut_(static_cast<std::int32_t>(grid.firstCut)),
@@ -228,7 +223,7 @@ class VectorLookup {
     store(lowLongs(codes), lowLongs(half), out_ + first);
     store(highLongs(codes), highLongs(half), out_ + first + hn::Lanes(masks));
 
-    const Ints points = hn::Iota(ints, static_cast<std::int32_t>(first));
+    const Ints points = hn::Set(ints, static_cast<std::int32_t>(first)) + hn::Iota(ints, 0);
     const auto isUndecided = codes > hn::Set(ints, firstCut_ - 1);
     const auto isCrossed = codes > hn::Set(ints, firstCrossed_ - 1);
     const auto isOpen = hn::RebindMask(ints, hn::IsNaN(starts));
@@ -260,11 +255,7 @@ class VectorLookup {
   HWY_INLINE Ints codesAt(Floats column, Floats row) const {
     const Ints cellX = nearest(column, lastColumn_);
     const Ints cellY = nearest(row, lastRow_);
-    const Ints inBlock = hn::Set(ints, Lattice::blockSide - 1);
-    const Ints block = hn::ShiftLeftSame(hn::ShiftRight<3>(cellY), blockRowShift_) + hn::ShiftRight<3>(cellX);
-    const Ints cell = hn::OrAnd(hn::ShiftLeft<3>(hn::And(cellY, inBlock)), cellX, inBlock);
-    const Ints entry = hn::GatherIndex(ints, blocks_, block);
-    const Ints at = hn::ShiftRight<6>(entry) + hn::And(cell, entry);
+    const Ints at = cellX * hn::Set(ints, numRows_) + cellY;
     return hn::And(hn::GatherOffset(ints, codes_, at + at), hn::Set(ints, 0xFFFF));
   }
 
@@ -290,8 +281,7 @@ class VectorLookup {
   float lastColumn_;
   float lastRow_;
   float farthest_;
-  int blockRowShift_;
-  const std::int32_t* blocks_;
+  std::int32_t numRows_;
   const std::int32_t* codes_;
   const std::uint64_t* palette_;
   std::int32_t firstCut_;
@@ -339,6 +329,93 @@ std::size_t lookUpBlock(const Grid& grid, const Heights& heights, const Real* x,
   return notFinite;
 }
 
+// Adds one number to counters that keep their bits in separate words: bit k of all in plane k.
+void addToPlanes(BitCounts& counts, std::uint64_t bits) {
+  for (std::size_t k = 0; bits != 0; ++k) {
+    const std::uint64_t carry = counts.planes[k][0] & bits;
+    counts.planes[k][0] ^= bits;
+    bits = carry;
+  }
+}
+
+#if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
+
+// One step of adding in separate bits: `sum` and two vectors become `sum` and what is carried.
+HWY_INLINE Masks carried(Masks& sum, Masks a, Masks b) {
+  const Masks half = hn::Xor(sum, a);
+  const Masks carry = hn::Or(hn::And(sum, a), hn::And(half, b));
+  sum = hn::Xor(half, b);
+  return carry;
+}
+
+// Field zones of the points that no exclusion zone holds, of two vectors of masks in one.
+HWY_INLINE Masks countedZones(const std::uint64_t* from, std::size_t& numExcluded) {
+  const std::size_t lanes = hn::Lanes(masks);
+  const Masks low = hn::LoadU(masks, from);
+  const Masks high = hn::LoadU(masks, from + lanes);
+  const auto isLowFree = hn::Eq(hn::ShiftRight<BitCounts::numZones>(low), hn::Zero(masks));
+  const auto isHighFree = hn::Eq(hn::ShiftRight<BitCounts::numZones>(high), hn::Zero(masks));
+  numExcluded += 2 * lanes - hn::CountTrue(masks, isLowFree) - hn::CountTrue(masks, isHighFree);
+  return hn::Or(hn::IfThenElseZero(isLowFree, low),
+                hn::ShiftLeft<BitCounts::numZones>(hn::IfThenElseZero(isHighFree, high)));
+}
+
+// Counts whole groups of 16 pairs of vectors. @return how many masks that were
+std::size_t countGroups(const std::uint64_t* from, std::size_t size, BitCounts& counts) {
+  const std::size_t lanes = hn::Lanes(masks);
+  const std::size_t group = 32 * lanes;
+  std::size_t done = 0;
+  for (; done + group <= size; done += group) {
+    std::size_t numExcluded = 0;
+    std::size_t at = done;
+    const auto next = [&] {
+      const Masks zones = countedZones(from + at, numExcluded);
+      at += 2 * lanes;
+      return zones;
+    };
+    std::array<Masks, 4> sums{hn::Load(masks, counts.planes[0]), hn::Load(masks, counts.planes[1]),
+                              hn::Load(masks, counts.planes[2]), hn::Load(masks, counts.planes[3])};
+    const auto nextTwos = [&] {
+      const Masks a = next();
+      return carried(sums[0], a, next());
+    };
+    const auto nextFours = [&] {
+      const Masks a = nextTwos();
+      return carried(sums[1], a, nextTwos());
+    };
+    const auto nextEights = [&] {
+      const Masks a = nextFours();
+      return carried(sums[2], a, nextFours());
+    };
+    const Masks firstEights = nextEights();
+    Masks carry = carried(sums[3], firstEights, nextEights());
+    for (std::size_t k = 0; k < sums.size(); ++k) {
+      hn::Store(sums[k], masks, counts.planes[k]);
+    }
+    for (std::size_t k = sums.size(); !hn::AllTrue(masks, hn::Eq(carry, hn::Zero(masks))); ++k) {
+      const Masks sum = hn::Load(masks, counts.planes[k]);
+      hn::Store(hn::Xor(sum, carry), masks, counts.planes[k]);
+      carry = hn::And(sum, carry);
+    }
+    counts.numExcluded += numExcluded;
+  }
+  return done;
+}
+
+#endif
+
+void countMasks(const std::uint64_t* from, std::size_t size, BitCounts& counts) {
+  std::size_t done = 0;
+#if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
+  done = countGroups(from, size, counts);
+#endif
+  for (; done < size; ++done) {
+    const bool isExcluded = from[done] >> BitCounts::numZones != 0;
+    counts.numExcluded += isExcluded ? 1 : 0;
+    addToPlanes(counts, isExcluded ? 0 : from[done]);
+  }
+}
+
 std::size_t lookUpFloats(const Grid& grid, const Heights& heights, const float* x, const float* y,
                          const float* z, std::size_t size, std::uint64_t* out, Pending& pending) {
   return lookUpBlock(grid, heights, x, y, z, size, out, pending);
@@ -359,6 +436,26 @@ namespace orvantis::filter::classify {
 
 HWY_EXPORT(lookUpFloats);
 HWY_EXPORT(lookUpDoubles);
+HWY_EXPORT(countMasks);
+
+std::array<std::uint64_t, BitCounts::numZones> BitCounts::inside() const {
+  std::array<std::uint64_t, numZones> counts{};
+  for (std::size_t k = 0; k < numPlanes; ++k) {
+    for (const std::uint64_t word : planes[k]) {
+      if (word == 0) {
+        continue;
+      }
+      for (std::size_t zone = 0; zone < numZones; ++zone) {
+        counts[zone] += ((word >> zone & 1U) + (word >> (zone + numZones) & 1U)) << k;
+      }
+    }
+  }
+  return counts;
+}
+
+void countZones(const std::uint64_t* masks, std::size_t size, BitCounts& counts) {
+  HWY_DYNAMIC_DISPATCH(countMasks)(masks, size, counts);
+}
 
 std::size_t lookUp(const Grid& grid, const Heights& heights, const float* x, const float* y, const float* z,
                    std::size_t size, std::uint64_t* masks, Pending& pending) {

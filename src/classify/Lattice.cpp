@@ -9,10 +9,6 @@ constexpr double smallestCell = 0x1p-13;
 // The corner of the lattice is then at most 2^23 cells from the origin, which a float holds exactly.
 constexpr double cellPerCoordinate = 0x1p-22;
 
-int wholeBlocks(double cells) {
-  return static_cast<int>(std::ceil(cells / Lattice::blockSide)) * Lattice::blockSide;
-}
-
 }  // namespace
 
 double suitableCell(const Bounds& site) {
@@ -32,8 +28,8 @@ Lattice latticeOver(const Bounds& site, double cell) {
   lattice.cell = cell;
   lattice.x0 = (std::floor(site.minX / cell) - 1.0) * cell;
   lattice.y0 = (std::floor(site.minY / cell) - 1.0) * cell;
-  lattice.columns = wholeBlocks(std::floor((site.maxX - lattice.x0) / cell) + 2.0);
-  lattice.rows = wholeBlocks(std::floor((site.maxY - lattice.y0) / cell) + 2.0);
+  lattice.columns = static_cast<int>(std::floor((site.maxX - lattice.x0) / cell)) + 2;
+  lattice.rows = static_cast<int>(std::floor((site.maxY - lattice.y0) / cell)) + 2;
   return lattice;
 }
 

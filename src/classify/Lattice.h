@@ -35,15 +35,14 @@ struct Bounds {
 /// Square cells over the plan. The cell is a power of two and the corner a multiple of it, so that a float
 /// holds both exactly and the cell of a point is found with one rounding.
 struct Lattice {
-  static constexpr int blockSide = 8;  ///< cells of a block, in each direction
   /// A point farther than this from the corner in y is not looked up.
   static constexpr double farthest = 0x1p25;
 
   double x0 = 0.0;
   double y0 = 0.0;
   double cell = 1.0;
-  int columns = blockSide;  ///< a multiple of blockSide
-  int rows = blockSide;
+  int columns = 1;
+  int rows = 1;
 
   /// How far from the border of a cell a point may lie and still be put into it, and more than that: what the
   /// marks of a border are widened by.

@@ -35,26 +35,34 @@ void decideCut(const Grid& grid, const ShapesByBit& shapes, const Real* x, const
   }
 }
 
+namespace {
+
+// The bit of the decision's zone, if the point is inside.
+inline std::uint64_t decide(const Grid& grid, const ShapesByBit& shapes, const Decision& decision, double x,
+                            double y) {
+  const double first = grid.curves[decision.curves[0]](x, y);
+  const double second = grid.curves[decision.curves[1]](x, y);
+  const unsigned sides = (first > 0.0 ? 1U : 0U) | (second > 0.0 ? 2U : 0U);
+  const bool isClear = std::min(std::abs(first), std::abs(second)) > 1.0;
+  if (isClear && (decision.known >> sides & 1U) != 0) [[likely]] {
+    return bitIf((decision.inside >> sides & 1U) != 0, decision.bit);
+  }
+  return bitIf(shapes[decision.bit]->within(Point(x, y)), decision.bit);
+}
+
+}  // namespace
+
 template <typename Real>
 void decideCrossed(const Grid& grid, const ShapesByBit& shapes, const Real* x, const Real* y,
                    const PointList& list, std::uint64_t* masks) {
   for (std::size_t i = 0; i < list.size; ++i) {
     const std::uint32_t point = list.point(i);
-    const double px = x[point];
-    const double py = y[point];
     const CrossedCell& cell = grid.crossedCells[list.code(i) - grid.firstCrossed];
     std::uint64_t zones = grid.palette[cell.decided];
-    const Decision* decision = grid.decisions.data() + cell.firstDecision;
-    for (const Decision* end = decision + cell.numDecisions; decision != end; ++decision) {
-      const double first = grid.curves[decision->curves[0]](px, py);
-      const double second = grid.curves[decision->curves[1]](px, py);
-      const unsigned sides = (first > 0.0 ? 1U : 0U) | (second > 0.0 ? 2U : 0U);
-      const bool isClear = std::min(std::abs(first), std::abs(second)) > 1.0;
-      if (isClear && (decision->known >> sides & 1U) != 0) [[likely]] {
-        zones |= bitIf((decision->inside >> sides & 1U) != 0, decision->bit);
-      } else {
-        zones |= bitIf(shapes[decision->bit]->within(Point(px, py)), decision->bit);
-      }
+    const Decision* pair = grid.decisions.data() + cell.firstDecision;
+    for (const Decision* end = pair + 2 * cell.numPairs; pair != end; pair += 2) {
+      zones |= decide(grid, shapes, pair[0], x[point], y[point]);
+      zones |= decide(grid, shapes, pair[1], x[point], y[point]);
     }
     masks[point] &= zones;
   }

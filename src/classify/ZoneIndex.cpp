@@ -14,7 +14,6 @@ namespace orvantis::filter::classify {
 namespace {
 
 constexpr std::size_t blockSize = PointList::capacity;
-constexpr std::uint64_t fieldZones = (std::uint64_t{1} << 24U) - 1;
 
 // A block of points as three arrays: the caller's own, where they are arrays, or copies.
 template <typename Real>
@@ -55,16 +54,6 @@ class Block {
   Copy copyOfZ_;
 };
 
-void addCounts(std::uint64_t mask, ZoneCounts& counts) {
-  if (mask > fieldZones) {
-    ++counts.excluded;
-    return;
-  }
-  for (std::uint64_t rest = mask; rest != 0; rest &= rest - 1) {
-    ++counts.inside[static_cast<std::size_t>(std::countr_zero(rest))];
-  }
-}
-
 }  // namespace
 
 ZoneIndex::ZoneIndex(const detection::ZoneDetector& detector, double safety)
@@ -87,6 +76,7 @@ void ZoneIndex::classify(const PointsView<Real>& points, std::uint64_t* masks) c
 template <typename Real>
 ZoneCounts ZoneIndex::count(const PointsView<Real>& points, std::uint64_t* masks) const {
   ZoneCounts counts;
+  BitCounts bits;
   Block<Real> block;
   std::array<std::uint64_t, blockSize> ownMasks;
   for (std::size_t first = 0; first < points.size; first += blockSize) {
@@ -94,13 +84,17 @@ ZoneCounts ZoneIndex::count(const PointsView<Real>& points, std::uint64_t* masks
     std::uint64_t* blockMasks = masks != nullptr ? masks + first : ownMasks.data();
     block.read(points, first, size);
     const std::size_t notFinite = classifyBlock(block.x, block.y, block.z, size, blockMasks);
-    counts.notFinite += notFinite;
-    for (std::size_t i = 0; i < size; ++i) {
-      if (notFinite == 0 || block.isFinite(i)) {
-        addCounts(blockMasks[i], counts);
+    if (notFinite != 0) {
+      for (std::size_t i = 0; i < size; ++i) {
+        ownMasks[i] = block.isFinite(i) ? blockMasks[i] : 0;
       }
+      blockMasks = ownMasks.data();
     }
+    countZones(blockMasks, size, bits);
+    counts.notFinite += notFinite;
   }
+  counts.inside = bits.inside();
+  counts.excluded = bits.numExcluded;
   return counts;
 }
 
