@@ -48,18 +48,17 @@ class Reporter : public benchmark::ConsoleReporter {
   }
 };
 
-void add(const std::string& name, std::size_t numPoints, const Run& run) {
-  benchmark::RegisterBenchmark(name.c_str(),
-                               [numPoints, run](benchmark::State& state) {
-                                 for (auto _ : state) {
-                                   run();
-                                 }
-                                 state.counters["points"] =
-                                     benchmark::Counter(static_cast<double>(numPoints),
-                                                        benchmark::Counter::kIsIterationInvariantRate);
-                               })
-      ->Unit(benchmark::kMicrosecond)
-      ->UseRealTime();
+benchmark::internal::Benchmark* add(const std::string& name, std::size_t numPoints, const Run& run) {
+  return benchmark::RegisterBenchmark(name.c_str(),
+                                      [numPoints, run](benchmark::State& state) {
+                                        for (auto _ : state) {
+                                          run();
+                                        }
+                                        state.counters["points"] =
+                                            benchmark::Counter(static_cast<double>(numPoints),
+                                                               benchmark::Counter::kIsIterationInvariantRate);
+                                      })
+      ->Unit(benchmark::kMicrosecond);
 }
 
 [[noreturn]] void refuse(const std::string& name) {
@@ -179,7 +178,7 @@ void addThreads(const std::string& name, const SharedSetting& s) {
     std::thread other(part, half, s->cloud.size() - half);
     part(0, half);
     other.join();
-  });
+  })->UseRealTime();
 }
 
 void addBuild(const std::string& name, const ZoneDetector& detector) {

@@ -1,0 +1,228 @@
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <filter/classify/PointClassifier.h>
+#include <filter/detection/Polygon.h>
+#include <filter/detection/Rectangle.h>
+#include <filter/detection/Sector.h>
+#include <filter/detection/ZoneDetector.h>
+#include <settings/SettingsManager.h>
+
+#include "classify/Reference.h"
+#include "support/AllocationCounter.h"
+
+namespace orvantis::testing {
+namespace {
+
+using filter::classify::PointClassifier;
+using filter::classify::PointsView;
+using filter::classify::ZoneCounts;
+using namespace filter::detection;
+
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+std::shared_ptr<Zone3dBase> square(const std::string& name, double centreX, double centreY, double half) {
+  const std::vector<Point> corners{{centreX - half, centreY - half}, {centreX + half, centreY + half}};
+  return std::make_shared<Zone3dBase>(std::make_shared<Rectangle>(name, corners, 0.0), 0.0, 2.0);
+}
+
+std::uint64_t bit(int number) {
+  return std::uint64_t{1} << number;
+}
+
+std::uint64_t maskOf(const PointClassifier& classifier, double x, double y, double z) {
+  std::uint64_t mask = ~std::uint64_t{0};
+  classifier.classify(PointsView<double>::separate(&x, &y, &z, 1), &mask);
+  return mask;
+}
+
+TEST(PointClassifier, FieldZoneHasTheBitOfItsPlaceAndExclusionZoneTheBitAfterThem) {
+  ZoneDetector detector;
+  detector.setZone(square("last", 0.0, 0.0, 1.0), 7, 2);
+  detector.setZone(square("first", 0.0, 0.0, 2.0), 0, 0);
+  detector.appendExclusionZone(square("a", 0.0, 0.0, 3.0));
+  detector.appendExclusionZone(square("b", 0.0, 0.0, 4.0));
+  const PointClassifier classifier(detector);
+  EXPECT_EQ(maskOf(classifier, 0.5, 0.5, 1.0), bit(0) | bit(23) | bit(24) | bit(25));
+  EXPECT_EQ(maskOf(classifier, 1.5, 0.5, 1.0), bit(0) | bit(24) | bit(25));
+  EXPECT_EQ(maskOf(classifier, 3.5, 0.5, 1.0), bit(25));
+  EXPECT_EQ(maskOf(classifier, 4.5, 0.5, 1.0), 0U);
+}
+
+TEST(PointClassifier, BordersOfThePlanAreOutsideAndHeightsAtTheBoundsInside) {
+  ZoneDetector detector;
+  detector.setZone(square("z", 0.0, 0.0, 1.0), 0, 0);
+  const PointClassifier classifier(detector);
+  EXPECT_EQ(maskOf(classifier, 1.0, 0.0, 1.0), 0U);
+  EXPECT_EQ(maskOf(classifier, std::nextafter(1.0, 0.0), 0.0, 1.0), 0U);  // as near as counts as equal
+  EXPECT_EQ(maskOf(classifier, 1.0 - 1.0e-15, 0.0, 1.0), bit(0));
+  EXPECT_EQ(maskOf(classifier, 0.0, 0.0, 0.0), bit(0));
+  EXPECT_EQ(maskOf(classifier, 0.0, 0.0, -0.0), bit(0));
+  EXPECT_EQ(maskOf(classifier, 0.0, 0.0, 2.0), bit(0));
+  EXPECT_EQ(maskOf(classifier, 0.0, 0.0, std::nextafter(2.0, 3.0)), 0U);
+  EXPECT_EQ(maskOf(classifier, 0.0, 0.0, -std::numeric_limits<double>::denorm_min()), 0U);
+}
+
+TEST(PointClassifier, MissingZonesAndZonesWithoutShapeHaveNoBit) {
+  ZoneDetector detector;
+  detector.setZone(std::make_shared<Zone3dBase>(), 1, 1);
+  EXPECT_EQ(maskOf(PointClassifier(detector), 0.0, 0.0, 1.0), 0U);
+  EXPECT_EQ(maskOf(PointClassifier(ZoneDetector()), nan, infinity, 1.0), 0U);
+}
+
+TEST(PointClassifier, MoreThan32ExclusionZonesAreRefused) {
+  ZoneDetector detector;
+  for (int k = 0; k < 32; ++k) {
+    detector.appendExclusionZone(square("e" + std::to_string(k), 0.0, 0.0, 1.0));
+  }
+  EXPECT_EQ(maskOf(PointClassifier(detector), 0.0, 0.0, 1.0), std::uint64_t{0xFFFFFFFF} << 24U);
+
+  // Loading a document does not look at the number.
+  SettingsManager settings;
+  std::string zones;
+  for (int k = 0; k < 33; ++k) {
+    zones += std::string(k == 0 ? "" : ",") + R"({"name":"e)" + std::to_string(k) +
+             R"(","shape":"sector","Sector":{"minAngle":0,"maxAngle":1,"radius":1}})";
+  }
+  std::istringstream document(R"({"ZoneDetector":{"ExclusionZone":[)" + zones + "]}}");
+  ASSERT_TRUE(settings.loadStream(document, SettingsManager::JSON));
+  ZoneDetector crowded;
+  crowded.load(settings);
+  ASSERT_EQ(crowded.getExclusionZoneVector().size(), 33U);
+  EXPECT_THROW(PointClassifier{crowded}, std::invalid_argument);
+}
+
+TEST(PointClassifier, LaterEditsOfTheZonesChangeNothing) {
+  const auto sector = std::make_shared<Sector>("s", -1.0, 1.0, 10.0, Point(50.0, 0.0));
+  const auto zone = std::make_shared<Zone3dBase>(sector, 0.0, 2.0);
+  ZoneDetector detector;
+  detector.setZone(zone, 0, 0);
+  const PointClassifier classifier(detector);
+  ASSERT_EQ(maskOf(classifier, 55.0, 0.0, 1.0), bit(0));
+  sector->setOrigin(-100.0, 0.0);
+  zone->setZMax(0.5);
+  detector.setZone(square("other", -200.0, 0.0, 1.0), 0, 0);
+  EXPECT_EQ(maskOf(classifier, 55.0, 0.0, 1.0), bit(0));
+}
+
+// A host's own shape: the disc of radius 1, but for its upper half.
+class HalfDisc : public Zone {
+ public:
+  using Zone::Zone;
+  std::shared_ptr<Zone> makeCopy() const override { return std::make_shared<HalfDisc>(name()); }
+  bool within(const polygon&) const override { return false; }
+  bool within(const Point& point) const override {
+    return point.y() < 0.0 && point.x() * point.x() + point.y() * point.y() < 1.0;
+  }
+  bool intersects(const polygon&) const override { return false; }
+  bool overlaps(const polygon&) const override { return false; }
+  double area() const override { return 0.0; }
+  void save(SettingsManager&) const override {}
+  void load(SettingsManager&) override {}
+  const std::string& type() const override { return name(); }
+};
+
+TEST(PointClassifier, AHostsOwnShapeIsAsked) {
+  ZoneDetector detector;
+  detector.setZone(std::make_shared<Zone3dBase>(std::make_shared<HalfDisc>("h"), 0.0, 2.0), 0, 0);
+  detector.setZone(square("z", 0.0, 0.0, 1.0), 0, 1);
+  const PointClassifier classifier(detector);
+  EXPECT_EQ(maskOf(classifier, 0.1, -0.1, 1.0), bit(0) | bit(1));
+  EXPECT_EQ(maskOf(classifier, 0.1, 0.1, 1.0), bit(1));
+  EXPECT_EQ(maskOf(classifier, 0.1, -0.1, 3.0), 0U);
+}
+
+TEST(PointClassifier, CountsPointsPerZoneOutsideExclusionZonesAndThoseThatAreNotFinite) {
+  ZoneDetector detector;
+  detector.setZone(square("z", 0.0, 0.0, 2.0), 1, 0);
+  detector.appendExclusionZone(square("e", 1.0, 1.0, 0.5));
+  const PointClassifier classifier(detector);
+  std::vector<double> x{0.0, 1.0, -1.0, 9.0, nan, 0.0};
+  std::vector<double> y{0.0, 1.0, -1.0, 9.0, 0.0, infinity};
+  std::vector<double> z(x.size(), 1.0);
+  const auto view = PointsView<double>::separate(x.data(), y.data(), z.data(), x.size());
+  std::vector<std::uint64_t> masks(x.size());
+  for (std::uint64_t* out : {masks.data(), static_cast<std::uint64_t*>(nullptr)}) {
+    const ZoneCounts counts = classifier.count(view, out);
+    EXPECT_EQ(counts.inside[3], 2U);
+    EXPECT_EQ(counts.excluded, 1U);
+    EXPECT_EQ(counts.notFinite, 2U);
+  }
+  EXPECT_EQ(masks, (std::vector<std::uint64_t>{bit(3), bit(3) | bit(24), bit(3), 0, 0, 0}));
+}
+
+TEST(PointClassifier, CountsOfManyPointsAreExact) {
+  ZoneDetector detector;
+  for (int i = 0; i < 24; ++i) {
+    detector.setZone(square("z" + std::to_string(i), 0.0, 0.0, 1.0 + i), i / 3, i % 3);
+  }
+  const PointClassifier classifier(detector);
+  constexpr std::size_t size = 100003;
+  std::vector<float> x;
+  for (std::size_t i = 0; i < size; ++i) {
+    x.push_back(static_cast<float>(i % 24) + 0.5F);
+  }
+  const std::vector<float> zero(size, 0.25F);
+  const ZoneCounts counts =
+      classifier.count(PointsView<float>::separate(x.data(), zero.data(), zero.data(), size));
+  for (std::size_t zone = 0; zone < 24; ++zone) {
+    std::uint64_t expected = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+      expected += i % 24 <= zone ? 1 : 0;
+    }
+    EXPECT_EQ(counts.inside[zone], expected) << zone;
+  }
+}
+
+TEST(PointClassifier, AllocatesNothingAfterConstruction) {
+  ZoneDetector detector;
+  detector.setZone(square("z", 0.0, 0.0, 2.0), 0, 0);
+  const PointClassifier classifier(detector);
+  constexpr std::size_t size = 5000;
+  std::vector<float> points(size * 4);
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    points[i] = static_cast<float>(i % 41) * 0.1F;
+  }
+  std::vector<std::uint64_t> masks(size);
+  const auto view = PointsView<float>::interleaved(points.data(), 16, size);
+  classifier.classify(view, masks.data());
+  const AllocationCounter allocations;
+  classifier.classify(view, masks.data());
+  classifier.count(view);
+  EXPECT_EQ(allocations.count(), 0U);
+}
+
+TEST(PointClassifier, ThreadsMayShareIt) {
+  ZoneDetector detector;
+  detector.setZone(square("z", 0.0, 0.0, 2.0), 0, 0);
+  const PointClassifier classifier(detector);
+  constexpr std::size_t size = 20000;
+  std::vector<double> x;
+  for (std::size_t i = 0; i < size; ++i) {
+    x.push_back(static_cast<double>(i) * 0.0005 - 5.0);
+  }
+  const std::vector<double> y(size, 0.3);
+  std::vector<std::uint64_t> masks(size);
+  const auto half = [&](std::size_t first) {
+    classifier.classify(PointsView<double>::separate(x.data() + first, y.data(), y.data(), size / 2),
+                        masks.data() + first);
+  };
+  std::thread other(half, size / 2);
+  half(0);
+  other.join();
+  for (std::size_t i = 0; i < size; ++i) {
+    ASSERT_EQ(masks[i], maskByZones(detector, x[i], 0.3, 0.3)) << i;
+  }
+}
+
+}  // namespace
+}  // namespace orvantis::testing
