@@ -1,4 +1,5 @@
-#include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -116,6 +117,24 @@ TEST(RegionSegment, MeetsWhatItTouchesCrossesOrLiesIn) {
 TEST(RegionSegment, AFootprintWithoutVerticesMeetsNoSegment) {
   EXPECT_FALSE(planar::segmentIntersects({0, 0}, {1, 1}, PlanarPolygon()));
   EXPECT_FALSE(planar::segmentIntersects({0, 0}, {1, 1}, planar({{{0, 0}, {1, 1}}})));
+}
+
+TEST(RegionOverlaps, IsTheSameWhicheverOfTheTwoHasTheHole) {
+  RandomRings random(34);
+  std::vector<std::pair<GridPolygon, GridRing>> pairs = {
+      {{{{0, 0}, {0, 9}, {9, 9}, {9, 0}}, {{4, 0}, {2, 4}, {6, 4}}}, {{0, 0}, {9, 0}, {9, -3}}},
+      {{{{0, 4}, {6, 6}, {5, 3}, {4, 0}}, {{5, 5}, {2, 2}, {4, 2}}}, {{0, 0}, {0, 4}, {4, 0}}}};
+  for (int i = 0; i < 300; ++i) {
+    const GridPolygon holed = random.withHole(7, 6);
+    pairs.emplace_back(holed, random.simple(7, 5));
+  }
+  for (const auto& [holed, plain] : pairs) {
+    const bool expected = relate(holed, {plain}).overlaps;
+    EXPECT_EQ(planar::overlaps(planar(holed), planar({plain})), expected)
+        << toText(holed) << " and " << toText({plain});
+    EXPECT_EQ(planar::overlaps(planar({plain}), planar(holed)), expected)
+        << toText(holed) << " and " << toText({plain});
+  }
 }
 
 TEST(RegionArea, IsTheSignedSumOfAllRings) {
