@@ -117,7 +117,7 @@ TEST_F(Session, AListGivesPathsAndStamps) {
   const std::string list = "# stamp, path\r\n-1.5,f0.xyz\r\n\n0 f1.xyz\n1e1,  f2.xyz";
   folder_.write("list", list);
   const Outcome outcome = run({"run", "--json", "site.json", "--stamps", "list"});
-  EXPECT_EQ(outcome.code, 0) << outcome.err;
+  ASSERT_EQ(outcome.code, 0) << outcome.err;
   const std::vector<ptree> objects = objectsOf(outcome.out);
   EXPECT_EQ(objects.back().get<double>("begin"), -1.5);
   EXPECT_EQ(objects.back().get<double>("end"), 10.0);
