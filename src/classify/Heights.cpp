@@ -38,8 +38,7 @@ void makeSlabs(Heights& heights, const std::vector<FrozenZone>& zones) {
     }
   }
   std::ranges::sort(starts);
-  const auto repeated = std::ranges::unique(starts);
-  starts.erase(repeated.begin(), repeated.end());
+  starts.erase(std::unique(starts.begin(), starts.end()), starts.end());
   heights.slabMasks.push_back(0);
   for (const double start : starts) {
     heights.slabMasks.push_back(holding(zones, start));

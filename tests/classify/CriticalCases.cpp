@@ -106,8 +106,10 @@ CriticalCases::Shape CriticalCases::ring() {
         vertices.emplace_back(cx + r * std::cos(angle), cy + r * std::sin(angle));
         break;
       }
-      case 2:  // crosses itself
-        vertices.emplace_back(cx + uniform(-size, size), cy + uniform(-size, size));
+      case 2:  // crosses itself, with almost upright edges
+        vertices.emplace_back(i % 3 == 1 ? vertices.back().x() + size * std::pow(10.0, uniform(-16.0, -7.0))
+                                         : cx + uniform(-size, size),
+                              cy + uniform(-size, size));
         break;
       case 3:  // needle
         vertices.emplace_back(cx + uniform(-size, size), cy + 1.0e-9 * uniform(-size, size));
@@ -198,7 +200,12 @@ Point3 CriticalCases::nearRing(const Zone3dBase& zone, bool asFloat) {
   const int i = oneOf(numVertices);
   const Point& from = ring[static_cast<std::size_t>(i)];
   const Point& to = ring[static_cast<std::size_t>((i + 1) % numVertices)];
-  switch (oneOf(6)) {
+  switch (oneOf(7)) {
+    case 6: {  // beyond an end of an edge, between its ends in x
+      const double beyond = std::pow(10.0, uniform(-4.0, 0.0)) * extent_ * (oneOf(2) == 0 ? 1.0 : -1.0);
+      const double t = uniform(0.0, 1.0);
+      return {from.x() + t * (to.x() - from.x()), (oneOf(2) == 0 ? from : to).y() + beyond, 0.0};
+    }
     case 0:
       return {nudged(from.x(), asFloat), nudged(from.y(), asFloat), 0.0};
     case 1:  // level with one vertex in each direction

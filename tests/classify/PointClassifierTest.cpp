@@ -72,6 +72,22 @@ TEST(PointClassifier, BordersOfThePlanAreOutsideAndHeightsAtTheBoundsInside) {
   EXPECT_EQ(maskOf(classifier, 0.0, 0.0, -std::numeric_limits<double>::denorm_min()), 0U);
 }
 
+// The determinant of such a point is too small to be told from zero, so the zone takes it for a border point.
+TEST(PointClassifier, PointFarAboveAnAlmostUprightEdgeHasItsZonesVerdict) {
+  const double width = 1.0e-15;
+  const std::vector<Point> notched{{-10.0, -20.0}, {-10.0, 20.0}, {10.0, 20.0}, {10.0, -20.0},
+                                   {1.0, -20.0},   {width, 0.0},  {0.0, -0.01}, {-1.0, -20.0}};
+  ZoneDetector detector;
+  detector.setZone(std::make_shared<Zone3dBase>(std::make_shared<Polygon>("n", notched), 0.0, 2.0), 0, 0);
+  const PointClassifier classifier(detector);
+  ASSERT_FALSE(detector.getZone(0, 0)->within(width / 2.0, 0.2, 1.0));
+  ASSERT_TRUE(detector.getZone(0, 0)->within(0.01, 0.2, 1.0));
+  for (int i = 1; i <= 100; ++i) {
+    const double y = 0.01 * i;
+    EXPECT_EQ(maskOf(classifier, width / 2.0, y, 1.0), maskByZones(detector, width / 2.0, y, 1.0)) << y;
+  }
+}
+
 TEST(PointClassifier, MissingZonesAndZonesWithoutShapeHaveNoBit) {
   ZoneDetector detector;
   detector.setZone(std::make_shared<Zone3dBase>(), 1, 1);
