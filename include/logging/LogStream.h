@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <ostream>
+#include <utility>
 
 #include <orvantis/Api.h>
 
@@ -19,14 +20,19 @@ class LogRecord;
 class ORVANTIS_API LogStream {
  public:
   /// A stream that is off.
-  LogStream() noexcept;
+  LogStream() noexcept = default;
   explicit LogStream(std::unique_ptr<detail::LogRecord> record) noexcept;
-  LogStream(LogStream&& other) noexcept;
+  LogStream(LogStream&& other) noexcept
+      : record_(std::exchange(other.record_, nullptr)), stream_(std::exchange(other.stream_, nullptr)) {}
   LogStream& operator=(LogStream&&) = delete;
   LogStream(const LogStream&) = delete;
   LogStream& operator=(const LogStream&) = delete;
   /// Emits the record. A failing sink is reported by the sink, never thrown.
-  ~LogStream();
+  ~LogStream() {
+    if (record_ != nullptr) {
+      emit();
+    }
+  }
 
   /// The stream to write to, owned by this object; null when the level is off.
   std::ostream* stream() const noexcept { return stream_; }
@@ -40,7 +46,10 @@ class ORVANTIS_API LogStream {
   }
 
  private:
-  std::unique_ptr<detail::LogRecord> record_;
+  // Ends the record and frees it. Apart from the destructor, so that a stream that is off costs no call.
+  void emit() noexcept;
+
+  detail::LogRecord* record_ = nullptr;  // owned
   std::ostream* stream_ = nullptr;
 };
 

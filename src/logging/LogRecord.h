@@ -7,12 +7,7 @@
 
 #include <spdlog/logger.h>
 
-#include <logging/LogLevel.h>
-
 namespace orvantis::detail {
-
-/// Whether records of the level are written.
-bool isOn(LogLevel level);
 
 /// A name and the sinks behind it. Lives as long as the process.
 class LogChannel {

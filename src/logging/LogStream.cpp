@@ -1,4 +1,4 @@
-#include <utility>
+#include <memory>
 
 #include <logging/LogStream.h>
 
@@ -6,20 +6,14 @@
 
 namespace orvantis {
 
-LogStream::LogStream() noexcept = default;
-
 LogStream::LogStream(std::unique_ptr<detail::LogRecord> record) noexcept
-    : record_(std::move(record)), stream_(record_ ? &record_->stream() : nullptr) {}
+    : record_(record.release()), stream_(record_ != nullptr ? &record_->stream() : nullptr) {}
 
-LogStream::LogStream(LogStream&& other) noexcept
-    : record_(std::move(other.record_)), stream_(std::exchange(other.stream_, nullptr)) {}
-
-LogStream::~LogStream() {
-  if (record_) {
-    try {
-      record_->emit();
-    } catch (...) {  // a destructor must not throw, whatever a host's sink throws
-    }
+void LogStream::emit() noexcept {
+  const std::unique_ptr<detail::LogRecord> record(record_);
+  try {
+    record->emit();
+  } catch (...) {  // a destructor must not throw, whatever a host's sink throws
   }
 }
 

@@ -16,25 +16,9 @@ Logger::Logger() noexcept = default;
 LogStream Logger::open(LogLevel level) const {
   static constexpr std::array<level_enum, 4> levels = {level_enum::err, level_enum::warn, level_enum::debug,
                                                        level_enum::trace};
-  if (!detail::isOn(level)) {
-    return {};
-  }
   const Logger& named = channel_ != nullptr ? *this : LoggingManager::getInstance().getLogger("");
   return LogStream(std::make_unique<detail::LogRecord>(named.channel_->logger(),
                                                        levels.at(static_cast<std::size_t>(level))));
-}
-
-LogStream Logger::errorStream() const {
-  return open(LogLevel::Error);
-}
-LogStream Logger::warnStream() const {
-  return open(LogLevel::Warning);
-}
-LogStream Logger::debugStream() const {
-  return open(LogLevel::Debug);
-}
-LogStream Logger::traceStream() const {
-  return open(LogLevel::Trace);
 }
 
 }  // namespace orvantis

@@ -12,16 +12,8 @@
 #include "logging/LogRecord.h"
 
 namespace orvantis {
-namespace {
 
-// Asked before every record, so it stands outside the manager: one relaxed load and no lock.
-std::atomic<LogLevel> currentLevel = LogLevel::Warning;
-
-}  // namespace
-
-bool detail::isOn(LogLevel level) {
-  return level <= currentLevel.load(std::memory_order_relaxed);
-}
+std::atomic<LogLevel> detail::currentLogLevel = LogLevel::Warning;
 
 struct LoggingManager::Registry {
   struct Entry {
@@ -60,11 +52,11 @@ Logger& LoggingManager::getLogger(const std::string& name) {
 }
 
 void LoggingManager::setLevel(LogLevel level) {
-  currentLevel.store(level, std::memory_order_relaxed);
+  detail::currentLogLevel.store(level, std::memory_order_relaxed);
 }
 
 LogLevel LoggingManager::getLevel() const {
-  return currentLevel.load(std::memory_order_relaxed);
+  return detail::currentLogLevel.load(std::memory_order_relaxed);
 }
 
 void LoggingManager::addSink(std::shared_ptr<spdlog::sinks::sink> sink) {
