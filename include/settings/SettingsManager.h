@@ -82,7 +82,7 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
   /// @param node reserved, must be null
   /// @return the new path text
   /// @throws std::out_of_range for any other index, std::invalid_argument for a node; the path is then
-  /// unchanged
+  ///   unchanged
   const std::string& pathPush(const std::string& name, int index, Tree* node);
   /// Leaves the node entered last; at the root it changes nothing.
   /// @return the new path text
@@ -96,7 +96,7 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
 
   /// Required read; T is std::string, double, int or bool (these four are built into the library).
   /// @throws boost::property_tree::ptree_bad_path when the key is missing, ptree_bad_data when it does not
-  /// convert
+  ///   convert
   template <typename T>
   T get(const std::string& key) const;
   /// Read with a default for a key that is missing or does not convert; T as above.

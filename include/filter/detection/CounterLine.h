@@ -77,8 +77,7 @@ class ORVANTIS_API CounterLine : public LoggedComponent {
   void serialize(boost::property_tree::ptree& tree) const;
   /// Takes name and points as they stand in the tree, without ordering.
   /// @throws boost::property_tree::ptree_error for a missing key or one that is no number; the name may then
-  /// be the new
-  ///   one already, the points are the old ones
+  ///   be the new one already, the points are the old ones
   void deserialize(const boost::property_tree::ptree& tree);
 
  private:

@@ -19,7 +19,7 @@ class ORVANTIS_API Rectangle : public Polygon {
   static const std::string TYPE_NAME;  ///< "rectangle"
 
   /// @param corners two points; any other number is logged as an error and leaves a rectangle without
-  /// vertices
+  ///   vertices
   /// @param rotation degrees, counterclockwise
   Rectangle(const std::string& name, const std::vector<Point>& corners, double rotation);
   Rectangle(const std::string& name, SettingsManager& settings);

@@ -43,8 +43,7 @@ class ORVANTIS_API Zone : public LoggedComponent {
   virtual void save(SettingsManager& settings) const = 0;
   /// Reads the child named after the class at the current path; "shape" is not read.
   /// @throws boost::property_tree::ptree_error for a missing key or one that is no number; the path then
-  /// stays where
-  ///   the read failed
+  ///   stays where the read failed
   virtual void load(SettingsManager& settings) = 0;
   /// The value of the key "shape": the class's TYPE_NAME, the same object on each call.
   virtual const std::string& type() const = 0;

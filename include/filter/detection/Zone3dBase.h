@@ -21,8 +21,7 @@ class ORVANTIS_API Zone3dBase : public LoggedComponent {
   static const float DEFAULT_Z_MIN;  ///< 0
   static const float DEFAULT_Z_MAX;  ///< 20
 
-  Zone3dBase(std::shared_ptr<Zone> zone = nullptr, double zMin = DEFAULT_Z_MIN,
-                      double zMax = DEFAULT_Z_MAX);
+  Zone3dBase(std::shared_ptr<Zone> zone = nullptr, double zMin = DEFAULT_Z_MIN, double zMax = DEFAULT_Z_MAX);
   Zone3dBase(const Zone3dBase&) = default;
   Zone3dBase& operator=(const Zone3dBase&) = default;
   ~Zone3dBase() override;
@@ -54,7 +53,7 @@ class ORVANTIS_API Zone3dBase : public LoggedComponent {
   /// Reads "name", "shape" (in any letter case) and its geometry, "zMin" (default 0) and "zMax" (default 20)
   /// at the current path. An unknown shape is logged as a warning and leaves the shape as it was.
   /// @throws boost::property_tree::ptree_error for a missing name, shape or geometry; the zone is then
-  /// unchanged
+  ///   unchanged
   virtual void load(SettingsManager& settings);
   /// Writes what `load` reads; nothing at all without a shape.
   virtual void save(SettingsManager& settings);

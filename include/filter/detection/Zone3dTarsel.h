@@ -42,8 +42,8 @@ class ORVANTIS_API Zone3dTarsel : public Zone3dBase {
   /// id asks for a fresh random one), "Sensors" with its "lidar" entries, "name", "shape" with its geometry,
   /// "zMin" and "zMax". Unlike the base, it requires the heights.
   /// @throws boost::property_tree::ptree_error for a missing key, boost::bad_lexical_cast for an id that is
-  /// none,
-  ///   std::out_of_range for an index past the end of the list; the path then stays where the read failed
+  ///   none, std::out_of_range for an index past the end of the list; the path then stays where the read
+  ///   failed
   virtual void load(SettingsManager& settings, int index);
   /// Writes element `index`. A zone without shape is written without "id" and "name"; an empty set without
   /// "Sensors".

@@ -116,8 +116,7 @@ class ORVANTIS_API ZoneDetector : public LoggedComponent {
   /// triggerActiveLevel ("high"). Pops one path level at the end, also when there is no "ZoneDetector" to
   /// enter.
   /// @throws boost::property_tree::ptree_error for a missing or mistyped required key, std::out_of_range for
-  /// an "index"
-  ///   outside its range; the detector is then partly loaded
+  ///   an "index" outside its range; the detector is then partly loaded
   void load(SettingsManager& settings);
   /// Writes the document below the current path. Zones without a shape are left out. What the store holds
   /// already and the document does not overwrite stays there, the ends of longer lists among it: save into a

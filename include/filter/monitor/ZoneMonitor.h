@@ -104,8 +104,7 @@ class ORVANTIS_API ZoneMonitor {
 
   /// Takes the next frame.
   /// @throws std::invalid_argument, naming both stamps, unless the stamp is later than the last one's;
-  /// nothing
-  ///   is changed then
+  ///   nothing is changed then
   PointFrame update(Stamp stamp, const classify::PointsView<float>& points);
   PointFrame update(Stamp stamp, const classify::PointsView<double>& points);
 
