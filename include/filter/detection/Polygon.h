@@ -40,9 +40,9 @@ class ORVANTIS_API Polygon : public Zone {
   /// Whether the point is strictly inside; a point on an edge or a vertex is not, nor is one with a NaN
   /// coordinate.
   ///
-  /// Coordinates count as equal within 2^-52 of the larger one (or of 1), and a point as on an edge when their
-  /// cross product is at most 2^-52 of the longest difference in it (or of 1): shapes much smaller than 1e-7
-  /// contain nothing. Linear in the number of vertices. Source: the winding test of Boost.Geometry.
+  /// Coordinates count as equal within 2^-52 of the larger one (or of 1), and a point as on an edge when
+  /// their cross product is at most 2^-52 of the longest difference in it (or of 1): shapes much smaller than
+  /// 1e-7 contain nothing. Linear in the number of vertices. Source: the winding test of Boost.Geometry.
   bool within(const Point& point) const override;
   /// Whether the two share any point, borders included.
   bool intersects(const polygon& area) const override;
