@@ -68,6 +68,8 @@ void ZoneDetector::eraseExclusionZone(const std::string& name) {
   }
 }
 
+// Hosts are compiled against the parameter by value.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool ZoneDetector::validateExclusionZoneName(std::string name) {
   if (std::ranges::any_of(exclusionZones_, hasName(name))) {
     logger_.warnStream().write("Duplicate Zone Name Entered");

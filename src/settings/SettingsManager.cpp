@@ -218,7 +218,7 @@ T SettingsManager::get(const std::string& key) const {
   if (node == nullptr) {
     throw boost::property_tree::ptree_bad_path("No such node", ptree::path_type(key));
   }
-  const T value = node->get_value<T>(Translator<T>());
+  T value = node->get_value<T>(Translator<T>());
   logger_.traceStream().write("got ", pathText_, ".", key, ", value: ", value);
   return value;
 }
@@ -226,8 +226,8 @@ T SettingsManager::get(const std::string& key) const {
 template <typename T>
 T SettingsManager::get(const std::string& key, const T& defaultValue) const {
   const ptree* const node = findKey(current(), key);
-  const T value = node != nullptr ? node->get_value_optional<T>(Translator<T>()).get_value_or(defaultValue)
-                                  : defaultValue;
+  T value = node != nullptr ? node->get_value_optional<T>(Translator<T>()).get_value_or(defaultValue)
+                            : defaultValue;
   logger_.traceStream().write("got ", pathText_, ".", key, ", default: ", defaultValue, ", value  : ", value);
   return value;
 }
