@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -14,36 +15,15 @@
 namespace orvantis::app {
 namespace {
 
-[[noreturn]] void fail(const std::string& path) {
-  throw Failure(path + ": cannot be written: " + std::strerror(errno));
-}
+// Enough for few calls of the system.
+constexpr std::size_t bufferSize = 1U << 16U;
 
-bool writeAll(int file, const std::string& content) {
-  std::size_t done = 0;
-  while (done < content.size()) {
-    const ssize_t written = ::write(file, content.data() + done, content.size() - done);
-    if (written < 0 && errno != EINTR) {
-      return false;
-    }
-    done += written > 0 ? static_cast<std::size_t>(written) : 0;
-  }
-  return true;
-}
-
-void writeDirectly(const std::string& path, const std::string& content) {
-  const int file = ::open(path.c_str(), O_WRONLY);
-  if (file < 0) {
-    fail(path);
-  }
-  const bool written = writeAll(file, content);
-  const int reason = errno;
-  const bool closed = ::close(file) == 0;
-  if (!written) {
-    errno = reason;
-  }
-  if (!written || !closed) {
-    fail(path);
-  }
+bool isReplaceable(const std::string& path) {
+  std::error_code error;
+  const auto type = std::filesystem::status(path, error).type();
+  return type == std::filesystem::file_type::not_found || type == std::filesystem::file_type::regular ||
+         type ==
+             std::filesystem::file_type::directory;  // which the system refuses to replace, with its reason
 }
 
 // The mode and, through a link, the place of the file that is replaced.
@@ -64,35 +44,81 @@ Target resolve(const std::string& path) {
 
 }  // namespace
 
-void writeWhole(const std::string& path, const std::string& content) {
-  std::error_code error;
-  const auto type = std::filesystem::status(path, error).type();
-  if (type != std::filesystem::file_type::not_found && type != std::filesystem::file_type::regular &&
-      type != std::filesystem::file_type::directory) {
-    writeDirectly(path, content);
+AtomicFile::AtomicFile(const std::string& path) : path_(path) {
+  if (isReplaceable(path)) {
+    const Target target = resolve(path);
+    target_ = target.path;
+    part_ = target_ + ".part" + std::to_string(::getpid());
+    file_ = ::open(part_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, target.mode);
+  } else {
+    file_ = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+  }
+  if (file_ < 0) {
+    fail(errno);
+  }
+}
+
+AtomicFile::AtomicFile(AtomicFile&& other) noexcept
+    : path_(std::move(other.path_)),
+      target_(std::move(other.target_)),
+      part_(std::move(other.part_)),
+      buffer_(std::move(other.buffer_)),
+      file_(std::exchange(other.file_, -1)) {}
+
+AtomicFile::~AtomicFile() {
+  if (file_ < 0) {
     return;
   }
-  const Target target = resolve(path);
-  const std::string part = target.path + ".part" + std::to_string(::getpid());
-  const int file = ::open(part.c_str(), O_WRONLY | O_CREAT | O_EXCL, target.mode);
-  if (file < 0) {
-    fail(path);
+  ::close(file_);
+  if (!isDirect()) {
+    ::unlink(part_.c_str());
   }
-  bool good = writeAll(file, content) && ::fsync(file) == 0;
-  int reason = errno;
-  if (::close(file) != 0 && good) {
-    good = false;
-    reason = errno;
+}
+
+void AtomicFile::fail(int reason) const {
+  throw Failure(path_ + ": cannot be written: " + std::strerror(reason));
+}
+
+void AtomicFile::write() {
+  std::size_t done = 0;
+  while (done < buffer_.size()) {
+    const ssize_t written = ::write(file_, buffer_.data() + done, buffer_.size() - done);
+    if (written < 0 && errno != EINTR) {
+      fail(errno);
+    }
+    done += written > 0 ? static_cast<std::size_t>(written) : 0;
   }
-  if (good && std::rename(part.c_str(), target.path.c_str()) != 0) {
-    good = false;
-    reason = errno;
+  buffer_.clear();
+}
+
+void AtomicFile::append(std::string_view text) {
+  buffer_ += text;
+  if (buffer_.size() >= bufferSize) {
+    write();
   }
-  if (!good) {
-    ::unlink(part.c_str());
-    errno = reason;
-    fail(path);
+}
+
+void AtomicFile::commit() {
+  write();
+  // A device has nothing to bring to the disk, and may say so with an error.
+  if (!isDirect() && ::fsync(file_) != 0) {
+    fail(errno);
   }
+  const bool isClosed = ::close(std::exchange(file_, -1)) == 0;
+  const bool isThere = isClosed && (isDirect() || std::rename(part_.c_str(), target_.c_str()) == 0);
+  if (!isThere) {
+    const int reason = errno;
+    if (!isDirect()) {
+      ::unlink(part_.c_str());
+    }
+    fail(reason);
+  }
+}
+
+void writeWhole(const std::string& path, const std::string& content) {
+  AtomicFile file(path);
+  file.append(content);
+  file.commit();
 }
 
 }  // namespace orvantis::app

@@ -111,7 +111,7 @@ std::int32_t RowReader::wholeNumber(const Field& field, const std::string& name)
 std::int64_t RowReader::nanoseconds(const Field& field, const std::string& name) const {
   // More digits than a double has: seconds since 1970 keep their nanoseconds.
   const auto seconds = parsed<long double>(field, name, "no number");
-  constexpr long double limit = 9.2e9L;
+  constexpr long double limit = 4.6e9L;
   if (!std::isfinite(seconds)) {
     refuse(field, name + " is not finite");
   }

@@ -41,7 +41,8 @@ class RowReader {
   /// A number that is not below zero.
   double extent(const Field& field, const std::string& name) const;
   std::int32_t wholeNumber(const Field& field, const std::string& name) const;
-  /// Seconds as nanoseconds, rounded to the nearest one; less than 292 years off zero.
+  /// Seconds as nanoseconds, rounded to the nearest one; less than 4.6e9 (145 years) off zero, so that the
+  /// time between any two can be told.
   std::int64_t nanoseconds(const Field& field, const std::string& name) const;
 
  private:

@@ -1,6 +1,5 @@
 #include "SessionRun.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -10,6 +9,7 @@
 #include "AtomicFile.h"
 #include "Configuration.h"
 #include "Console.h"
+#include "Durations.h"
 #include "EventText.h"
 #include "FieldZones.h"
 #include "JsonText.h"
@@ -38,14 +38,14 @@ void printEvents(const SessionFrame& frame, bool json, const Console& console) {
 }
 
 // On the error stream: it differs from run to run.
-void printTaken(const std::vector<Duration>& taken, const Console& console) {
-  if (taken.empty()) {
+void printTaken(const Durations& taken, const Console& console) {
+  if (taken.count() == 0) {
     return;
   }
   const auto milliseconds = [](Duration time) { return toFixed(1000.0 * toSeconds(time), 3) + " ms"; };
-  console.err << counted(taken.size(), "frame")
-              << ", without reading the files: " << milliseconds(*median(taken)) << " each (median), "
-              << milliseconds(*std::ranges::max_element(taken)) << " at most\n";
+  console.err << counted(taken.count(), "frame")
+              << ", without reading the files: " << milliseconds(*taken.median()) << " each (median), "
+              << milliseconds(*taken.longest()) << " at most\n";
 }
 
 void writePicture(SessionPlot& picture, const RunOptions& options) {
@@ -66,7 +66,9 @@ int runSession(const Configuration& configuration, const RunOptions& options, co
   SessionSummary summary;
   std::vector<FieldZone> zones = zonesOf(configuration.detector);
   const SessionInputs inputs{options.recording.hasClouds(), options.recording.hasTracks()};
-  auto tables = options.csvFolder.empty() ? std::nullopt : std::optional<SessionTables>(zones);
+  auto tables = options.csvFolder.empty()
+                    ? std::nullopt
+                    : std::optional<SessionTables>(std::in_place, options.csvFolder, zones);
   auto picture = options.picture.empty() ? std::nullopt
                                          : std::optional<SessionPlot>(std::in_place, configuration, inputs);
   Progress progress(console, timeLine.cloudCount());
@@ -95,7 +97,7 @@ int runSession(const Configuration& configuration, const RunOptions& options, co
     warnOfHeights(zones, console);
   }
   if (tables) {
-    tables->write(options.csvFolder, summary, session, inputs);
+    tables->finish(summary, session, inputs);
   }
   if (picture) {
     writePicture(*picture, options);

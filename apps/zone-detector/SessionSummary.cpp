@@ -4,7 +4,6 @@
 
 namespace orvantis::app {
 
-using filter::monitor::Duration;
 using filter::monitor::NUM_ZONE_SLOTS;
 using filter::monitor::ObjectEvent;
 using filter::monitor::ObjectFrame;
@@ -12,20 +11,10 @@ using filter::monitor::Occupant;
 using filter::monitor::PointFrame;
 using filter::monitor::zoneSlotIndex;
 
-std::optional<Duration> median(std::vector<Duration> values) {
-  if (values.empty()) {
-    return std::nullopt;
-  }
-  std::ranges::sort(values);
-  const Duration upper = values[values.size() / 2];
-  const Duration lower = values[(values.size() - 1) / 2];
-  return lower + (upper - lower) / 2;
-}
-
 void SessionSummary::add(const SessionFrame& frame) {
   begin_ = begin_.value_or(frame.stamp);
   end_ = frame.stamp;
-  taken_.push_back(frame.taken);
+  taken_.add(frame.taken);
   if (frame.points) {
     addPoints(*frame.points);
   }
@@ -60,22 +49,20 @@ void SessionSummary::addObjects(const ObjectFrame& frame) {
     if (event.kind == ObjectEvent::Kind::Entered) {
       ++record.summary.visits;
     } else {
-      record.dwells.push_back(event.dwell);
+      record.dwells.add(event.dwell);
     }
   }
 }
 
 ZoneSummary SessionSummary::of(const FieldZone& zone, const filter::monitor::ObjectMonitor& objects) const {
   const ZoneRecord& record = zones_[zoneSlotIndex(zone.field, zone.zone)];
-  std::vector<Duration> dwells = record.dwells;
+  Durations dwells = record.dwells;
   for (const Occupant& occupant : objects.occupants(zone.field, zone.zone)) {
-    dwells.push_back(occupant.lastSeen - occupant.entered);
+    dwells.add(occupant.lastSeen - occupant.entered);
   }
   ZoneSummary summary = record.summary;
-  if (!dwells.empty()) {
-    summary.longestDwell = *std::ranges::max_element(dwells);
-    summary.medianDwell = median(std::move(dwells));
-  }
+  summary.medianDwell = dwells.median();
+  summary.longestDwell = dwells.longest();
   return summary;
 }
 

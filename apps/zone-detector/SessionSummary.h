@@ -3,8 +3,8 @@
 #include <array>
 #include <cstdint>
 #include <optional>
-#include <vector>
 
+#include "Durations.h"
 #include "FieldZones.h"
 #include "Session.h"
 
@@ -22,10 +22,7 @@ struct ZoneSummary {
   std::optional<filter::monitor::Duration> longestDwell;
 };
 
-/// The middle value; of an even number of values the middle between the two. Nothing if there is no value.
-std::optional<filter::monitor::Duration> median(std::vector<filter::monitor::Duration> values);
-
-/// Adds up the frames of a session.
+/// Adds up the frames of a session, in constant memory.
 class SessionSummary {
  public:
   void add(const SessionFrame& frame);
@@ -38,12 +35,12 @@ class SessionSummary {
   std::optional<filter::monitor::Stamp> begin() const { return begin_; }
   std::optional<filter::monitor::Stamp> end() const { return end_; }
   /// The time that the monitors took for each frame.
-  const std::vector<filter::monitor::Duration>& taken() const { return taken_; }
+  const Durations& taken() const { return taken_; }
 
  private:
   struct ZoneRecord {
     ZoneSummary summary;  // without what the visits give
-    std::vector<filter::monitor::Duration> dwells;
+    Durations dwells;
   };
 
   void addPoints(const filter::monitor::PointFrame& frame);
@@ -56,7 +53,7 @@ class SessionSummary {
   std::optional<filter::monitor::Stamp> end_;
   std::optional<filter::monitor::Stamp> lastPoints_;
   std::array<bool, filter::monitor::NUM_ZONE_SLOTS> wasOccupied_{};
-  std::vector<filter::monitor::Duration> taken_;
+  Durations taken_;
 };
 
 }  // namespace orvantis::app

@@ -1,10 +1,8 @@
 #include "SessionTables.h"
 
-#include <filesystem>
 #include <system_error>
 #include <utility>
 
-#include "AtomicFile.h"
 #include "Console.h"
 #include "EventText.h"
 #include "Stamps.h"
@@ -45,6 +43,15 @@ std::string textOf(const std::optional<Duration>& time) {
   return time ? toText(*time) : "";
 }
 
+std::filesystem::path made(const std::string& folder) {
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (error) {
+    throw Failure(folder + ": cannot be made: " + error.message());
+  }
+  return folder;
+}
+
 std::string lineTable(const std::vector<LineTally>& tallies) {
   std::string text = row({"line", "class", "to_left", "to_right", "net_to_left"});
   const auto add = [&text](const std::string& line, const std::string& className,
@@ -64,20 +71,24 @@ std::string lineTable(const std::vector<LineTally>& tallies) {
 
 }  // namespace
 
-SessionTables::SessionTables(std::vector<FieldZone> zones)
-    : zones_(std::move(zones)), events_(row(eventColumns())) {
+SessionTables::SessionTables(const std::string& folder, std::vector<FieldZone> zones)
+    : folder_(made(folder)),
+      zones_(std::move(zones)),
+      events_((folder_ / "events.csv").string()),
+      frames_((folder_ / "frames.csv").string()) {
+  events_.append(row(eventColumns()));
   Cells columns = {"stamp",   "cloud",    "points",   "no_returns", "excluded",
                    "objects", "output_0", "output_1", "output_2",   "taken_ms"};
   for (const FieldZone& zone : zones_) {
     const std::string slot = std::to_string(zone.field) + "_" + std::to_string(zone.zone);
     columns.insert(columns.end(), {"points_" + slot, "occupied_" + slot, "objects_" + slot});
   }
-  frames_ = row(columns);
+  frames_.append(row(columns));
 }
 
 void SessionTables::add(const SessionFrame& frame) {
   for (const Event& event : frame.events) {
-    events_ += row(toCells(frame.stamp, event));
+    events_.append(row(toCells(frame.stamp, event)));
   }
   Cells cells = {toText(frame.stamp), frame.cloud};
   if (frame.points) {
@@ -98,7 +109,7 @@ void SessionTables::add(const SessionFrame& frame) {
     cells.emplace_back(!frame.points ? "" : frame.points->isOccupied[slot] ? "1" : "0");
     cells.push_back(frame.objects ? std::to_string(frame.objects->inside[slot]) : "");
   }
-  frames_ += row(cells);
+  frames_.append(row(cells));
 }
 
 std::string SessionTables::zoneTable(const SessionSummary& summary, const Session& session,
@@ -125,18 +136,12 @@ std::string SessionTables::zoneTable(const SessionSummary& summary, const Sessio
   return text;
 }
 
-void SessionTables::write(const std::string& folder, const SessionSummary& summary, const Session& session,
-                          const SessionInputs& inputs) const {
-  std::error_code error;
-  std::filesystem::create_directories(folder, error);
-  if (error) {
-    throw Failure(folder + ": cannot be made: " + error.message());
-  }
-  const std::filesystem::path base = folder;
-  writeWhole((base / "events.csv").string(), events_);
-  writeWhole((base / "frames.csv").string(), frames_);
-  writeWhole((base / "zones.csv").string(), zoneTable(summary, session, inputs));
-  writeWhole((base / "lines.csv").string(), lineTable(session.lines().tallies()));
+void SessionTables::finish(const SessionSummary& summary, const Session& session,
+                           const SessionInputs& inputs) {
+  events_.commit();
+  frames_.commit();
+  writeWhole((folder_ / "zones.csv").string(), zoneTable(summary, session, inputs));
+  writeWhole((folder_ / "lines.csv").string(), lineTable(session.lines().tallies()));
 }
 
 }  // namespace orvantis::app

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "AtomicFile.h"
 #include "FieldZones.h"
 #include "Session.h"
 #include "SessionSummary.h"
@@ -10,25 +12,27 @@
 
 namespace orvantis::app {
 
-/// Collects a session as CSV tables. Memory grows with the frames and events.
+/// Writes a session as CSV tables: events.csv, frames.csv, zones.csv and lines.csv, each whole or not at all.
+/// The rows go to their files as they come.
 class SessionTables {
  public:
-  explicit SessionTables(std::vector<FieldZone> zones);
+  /// @param folder is made if there is none
+  /// @throws Failure, as do the others, when something cannot be written
+  SessionTables(const std::string& folder, std::vector<FieldZone> zones);
 
   void add(const SessionFrame& frame);
 
-  /// Writes events.csv, frames.csv, zones.csv and lines.csv, each whole or not at all; makes the folder if
-  /// there is none. @throws Failure
-  void write(const std::string& folder, const SessionSummary& summary, const Session& session,
-             const SessionInputs& inputs) const;
+  /// Once, after the last frame.
+  void finish(const SessionSummary& summary, const Session& session, const SessionInputs& inputs);
 
  private:
   std::string zoneTable(const SessionSummary& summary, const Session& session,
                         const SessionInputs& inputs) const;
 
+  std::filesystem::path folder_;
   std::vector<FieldZone> zones_;
-  std::string events_;
-  std::string frames_;
+  AtomicFile events_;
+  AtomicFile frames_;
 };
 
 }  // namespace orvantis::app

@@ -17,7 +17,7 @@ std::deque<TimeLine::StampedCloud> TimeLine::atRate(const std::vector<std::strin
   std::deque<StampedCloud> clouds;
   for (const std::string& path : paths) {
     const double nanoseconds = static_cast<double>(clouds.size()) / rate * 1e9;
-    if (!(nanoseconds < 9.2e18)) {
+    if (!(nanoseconds < 4.6e18)) {
       throw Failure("at " + toText(rate) + " Hz, " + path + " is out of the range of stamps");
     }
     clouds.push_back({Stamp(std::llround(nanoseconds)), path});

@@ -1,6 +1,7 @@
 #include <csignal>
 #include <filesystem>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -78,6 +79,25 @@ TEST(AtomicFile, ADiskThatFillsUpLeavesTheOldFileWhole) {
   };
   EXPECT_EXIT(writeTooMuch(), ::testing::ExitedWithCode(0), "");
   EXPECT_EQ(readAll(path), "old");
+  EXPECT_EQ(folder.fileCount(), 1U);
+}
+
+TEST(AtomicFile, IsThereOnlyWhenItIsCommitted) {
+  const TemporaryFolder folder;
+  const std::string path = folder.write("events.csv", "old");
+  {
+    AtomicFile abandoned(path);
+    abandoned.append(std::string(1U << 20U, 'x'));
+    EXPECT_EQ(folder.fileCount(), 2U);
+  }
+  EXPECT_EQ(folder.fileCount(), 1U);
+  AtomicFile file(path);
+  file.append("ne");
+  AtomicFile moved = std::move(file);
+  moved.append("w");
+  EXPECT_EQ(readAll(path), "old");
+  moved.commit();
+  EXPECT_EQ(readAll(path), "new");
   EXPECT_EQ(folder.fileCount(), 1U);
 }
 

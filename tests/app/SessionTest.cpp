@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <filesystem>
 #include <map>
 #include <set>
 #include <sstream>
@@ -10,7 +11,6 @@
 #include <gtest/gtest.h>
 
 #include "Program.h"
-#include "SessionSummary.h"
 #include "TemporaryFolder.h"
 
 namespace orvantis::testing {
@@ -150,12 +150,13 @@ TEST_F(Session, ABadListIsRefusedWithLineColumnAndReason) {
 }
 
 TEST_F(Session, ABadRowEndsTheRunAndWritesNothing) {
-  folder_.write("tracks.csv", header + "0,1,a,5,1,1,1,0,0,1\n1,1,a,5,4,1,1,0,0,nan\n");
+  folder_.write("tracks.csv", header + "0,1,a,5,1,1,1,0,0,1\n1,1,a,5,2,1,1,0,0,1\n2,1,a,5,4,1,1,0,0,nan\n");
   const Outcome outcome =
       run({"run", "site.json", "--tracks", "tracks.csv", "--csv", "t", "--plot", "p.svg"});
   EXPECT_EQ(outcome.code, 1);
-  EXPECT_EQ(outcome.err, "zone-detector: tracks.csv:3:19: zmax is not finite\n");
-  EXPECT_EQ(folder_.fileCount(), 2U);
+  EXPECT_EQ(outcome.err, "zone-detector: tracks.csv:4:19: zmax is not finite\n");
+  EXPECT_TRUE(std::filesystem::is_empty(folder_.path("t")));
+  EXPECT_FALSE(std::filesystem::exists(folder_.path("p.svg")));
 }
 
 TEST_F(Session, TracksEnterLeaveCrossAndGetLost) {
@@ -420,13 +421,17 @@ TEST_F(Session, TheExampleCountsWhatCrossesInItsScene) {
   EXPECT_NEAR(met["car 7"], 0.6 + 0.1 * (20.430 - 20.0) / (20.430 - 19.957), 1e-6);
 }
 
-TEST(SessionSummary, TheMedianIsTheMiddleValue) {
-  using app::median;
-  using std::chrono::nanoseconds;
-  EXPECT_FALSE(median({}).has_value());
-  EXPECT_EQ(median({nanoseconds(7)}), nanoseconds(7));
-  EXPECT_EQ(median({nanoseconds(9), nanoseconds(1), nanoseconds(4)}), nanoseconds(4));
-  EXPECT_EQ(median({nanoseconds(9), nanoseconds(1), nanoseconds(5), nanoseconds(4)}), nanoseconds(4));
+// As far apart as two stamps can be: what is measured between them must not overflow.
+TEST_F(Session, StampsFromTheFirstToTheLast) {
+  writeFrames({2, 2});
+  folder_.write("list.txt", "-4599999999 f0.xyz\n4599999999 f1.xyz\n");
+  folder_.write("tracks.csv", header + "-4599999999,1,a,5,1,1,1,0,0,1\n4599999999,1,a,5,9,1,1,0,0,1\n");
+  const Outcome outcome = run({"run", "--json", "site.json", "--stamps", "list.txt", "--tracks", "tracks.csv",
+                               "--csv", "tables", "--plot", "run.svg"});
+  EXPECT_EQ(outcome.code, 0) << outcome.err;
+  const std::vector<ptree> summaries = ofType(objectsOf(outcome.out), "summary");
+  ASSERT_EQ(summaries.size(), 1U);
+  EXPECT_EQ(summaries[0].get<double>("end") - summaries[0].get<double>("begin"), 9199999998.0);
 }
 
 }  // namespace

@@ -130,7 +130,7 @@ TEST(TrackReader, ABadRowIsRefusedWithLineColumnAndReason) {
       {"2,1,a,0,0,1,1,0,0,1,", "21: the row has 11 columns instead of 10"},
       {"two,1,a,0,0,1,1,0,0,1", "1: stamp is no number: \"two\""},
       {"nan,1,a,0,0,1,1,0,0,1", "1: stamp is not finite"},
-      {"9.3e9,1,a,0,0,1,1,0,0,1", "1: stamp is out of range: 9.3e9"},
+      {"4.6e9,1,a,0,0,1,1,0,0,1", "1: stamp is out of range: 4.6e9"},
       {"0.9,1,a,0,0,1,1,0,0,1", "1: stamp is earlier than the one before, 1 s"},
       {"1,1,a,0,0,1,1,0,0,1", "3: track 1 is there twice at 1 s"},
       {"2,1.5,a,0,0,1,1,0,0,1", "3: id is no whole number: \"1.5\""},
