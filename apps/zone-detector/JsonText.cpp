@@ -10,6 +10,10 @@
 namespace orvantis::app {
 namespace {
 
+std::string quoted(std::string_view raw) {
+  return boost::json::serialize(boost::json::string(toUtf8(raw)));
+}
+
 // Boost's own writer gives 1.5 as 1.5E0, which reads badly.
 void append(std::string& text, const boost::json::value& value) {
   if (const auto* number = value.if_double()) {
@@ -27,11 +31,13 @@ void append(std::string& text, const boost::json::value& value) {
     for (const auto& [key, member] : *object) {
       text += first ? "" : ",";
       first = false;
-      text += boost::json::serialize(boost::json::string(key));
+      text += quoted(key);
       text += ':';
       append(text, member);
     }
     text += '}';
+  } else if (const auto* raw = value.if_string()) {
+    text += quoted(*raw);
   } else {
     text += boost::json::serialize(value);
   }

@@ -3,6 +3,8 @@
 #include <array>
 #include <charconv>
 
+#include <boost/locale/utf.hpp>
+
 namespace orvantis::app {
 namespace {
 
@@ -42,7 +44,26 @@ std::string toText(double value, int decimals) {
   return text;
 }
 
-std::string printable(std::string_view text) {
+std::string toUtf8(std::string_view text) {
+  namespace utf = boost::locale::utf;
+  std::string result;
+  for (std::size_t at = 0; at < text.size();) {
+    const char* next = text.data() + at;
+    const utf::code_point code = utf::utf_traits<char>::decode(next, text.data() + text.size());
+    if (code == utf::illegal || code == utf::incomplete) {
+      result += "\uFFFD";
+      ++at;
+    } else {
+      const auto end = static_cast<std::size_t>(next - text.data());
+      result += text.substr(at, end - at);
+      at = end;
+    }
+  }
+  return result;
+}
+
+std::string printable(std::string_view raw) {
+  const std::string text = toUtf8(raw);
   static constexpr std::string_view hex = "0123456789abcdef";
   std::string result;
   for (std::size_t i = 0; i < text.size(); ++i) {

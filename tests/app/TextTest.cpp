@@ -1,5 +1,6 @@
 #include <limits>
 #include <sstream>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -35,7 +36,23 @@ TEST(Text, ControlCharactersAreWrittenOut) {
   EXPECT_EQ(printable("a\x1b[1m\n\x7f"), "a\\x1b[1m\\x0a\\x7f");
   EXPECT_EQ(printable("\xC2\x9B"), "\\x9b");
   EXPECT_EQ(printable("\xC2\xB2 \xC3\xA9"), "\xC2\xB2 \xC3\xA9");
-  EXPECT_EQ(printable("\xC2"), "\xC2");
+}
+
+TEST(Text, EachByteThatIsNotUtf8IsReplaced) {
+  const std::string mark = "\xEF\xBF\xBD";
+  EXPECT_EQ(toUtf8("\xC2\xB2 \xE2\x82\xAC \xF0\x9F\x98\x80"), "\xC2\xB2 \xE2\x82\xAC \xF0\x9F\x98\x80");
+  EXPECT_EQ(toUtf8("a\xE9"
+                   "b"),
+            "a" + mark + "b");
+  EXPECT_EQ(toUtf8("\xE2\x82"), mark + mark);
+  EXPECT_EQ(toUtf8("\xC0\xAF"), mark + mark);             // longer than it needs to be
+  EXPECT_EQ(toUtf8("\xED\xA0\x80"), mark + mark + mark);  // half of a pair
+  EXPECT_EQ(toUtf8("\xE2\"x"), mark + "\"x");             // what follows stays
+  EXPECT_EQ(toUtf8(std::string_view("a\0b", 3)), std::string("a\0b", 3));
+  EXPECT_EQ(printable("\x9B"
+                      "2J"),
+            mark + "2J");
+  EXPECT_EQ(toJson(boost::json::object{{"k\xFF", "v\xFF\n"}}), "{\"k" + mark + "\":\"v" + mark + "\\n\"}");
 }
 
 TEST(Text, WidthCountsCharacters) {
