@@ -24,7 +24,12 @@ constexpr std::size_t maxFileSize = 102400;
 // unseen.
 std::string readLimited(std::istream& input) {
   std::string bytes(maxFileSize, '\0');
-  input.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  try {
+    input.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  } catch (const std::exception&) {
+    // A stream that throws its failures, of which the end of a short document is one. Its state says the
+    // same.
+  }
   if (!input.eof()) {
     throw std::runtime_error("Input file size exceeds maximum allowable size of " +
                              std::to_string(maxFileSize) + " bytes.");

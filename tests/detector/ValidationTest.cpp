@@ -159,6 +159,22 @@ TEST(ValidateSize, AStreamThatBreaksWhileItIsReadGetsTheSizeMessage) {
   EXPECT_EQ(verdict(input), sizeMessage);
 }
 
+TEST(ValidateSize, AStreamThatThrowsItsFailuresIsReadLikeAnother) {
+  for (const auto mask : {std::ios::failbit, std::ios::eofbit, std::ios::failbit | std::ios::eofbit}) {
+    std::istringstream good(detector({}, fields(1)));
+    good.exceptions(mask);
+    EXPECT_EQ(verdict(good), passed);
+    EXPECT_TRUE(good.eof());
+    std::istringstream large(padded(detector({}, {}), 102400));
+    large.exceptions(mask);
+    EXPECT_EQ(verdict(large), sizeMessage);
+  }
+  BreakingSource source(detector({}, {}));
+  std::istream broken(&source);
+  broken.exceptions(std::ios::badbit);
+  EXPECT_EQ(verdict(broken), sizeMessage);
+}
+
 TEST(ValidateParse, AnEmptyStreamGivesTheParsersMessage) {
   EXPECT_EQ(verdict(""), "JSON error in line 1, column 1: the document ends too early");
 }
