@@ -3,6 +3,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -72,6 +73,8 @@ TEST(Zone3dBase, WithoutArgumentsHasNoShapeAndTheDefaultHeights) {
   EXPECT_EQ(nameOf(zone.getLogger()), "Zone3dBase");
   EXPECT_EQ(Zone3dBase::DEFAULT_Z_MIN, 0.0F);
   EXPECT_EQ(Zone3dBase::DEFAULT_Z_MAX, 20.0F);
+  static_assert(std::is_same_v<decltype(Zone3dBase::DEFAULT_Z_MIN), const float>);
+  static_assert(std::is_same_v<decltype(Zone3dBase::DEFAULT_Z_MAX), const float>);
 }
 
 TEST(Zone3dBase, StoresItsValuesAsGiven) {
@@ -182,6 +185,16 @@ TEST(Zone3dBasePoint, SwappedBoundsContainNothing) {
   }
   EXPECT_FALSE(zone.within(squareOutline(1, 2), 1.5F, 2.5F));
   EXPECT_FALSE(zone.intersects(squareOutline(1, 2), 1.5F, 2.5F));
+}
+
+TEST(Zone3dBaseOutline, SwappedBoundsMeetARangeThatReachesBoth) {
+  const Zone3dBase zone(square(), 3.0, 1.0);
+  EXPECT_TRUE(zone.intersects(squareOutline(1, 2), 1, 3));
+  EXPECT_TRUE(zone.intersects(squareOutline(1, 2), 0, 4));
+  EXPECT_FALSE(zone.intersects(squareOutline(1, 2), 0, 2.5F));
+  EXPECT_FALSE(zone.intersects(squareOutline(1, 2), 1.5F, 4));
+  EXPECT_FALSE(zone.within(squareOutline(1, 2), 0, 4));
+  EXPECT_FALSE(zone.overlaps(squareOutline(3, 5), 0, 4));
 }
 
 TEST(Zone3dBasePoint, InfiniteBoundsLetEveryHeightThrough) {
@@ -417,6 +430,22 @@ TEST(Zone3dBaseSave, WithoutShapeWritesAndLogsNothing) {
   Zone3dBase(nullptr, 1, 2).save(settings);
   EXPECT_TRUE(settings.getTree().empty());
   EXPECT_TRUE(log.records().empty());
+}
+
+TEST(Zone3dBaseRoundTrip, ABoundThatIsNotFiniteIsReadBackAsItsDefault) {
+  for (const double odd : {std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
+                           std::numeric_limits<double>::quiet_NaN()}) {
+    Zone3dBase zone(square(), odd, odd);
+    SettingsManager settings;
+    zone.save(settings);
+    SettingsManager reread;
+    loadText(reread, saveText(settings));
+    Zone3dBase loaded(nullptr, 7, 8);
+    loaded.load(reread);
+    EXPECT_EQ(loaded.getZMin(), 0.0) << odd;
+    EXPECT_EQ(loaded.getZMax(), 20.0) << odd;
+    EXPECT_EQ(loaded.getName(), "square") << odd;
+  }
 }
 
 TEST(Zone3dBaseRoundTrip, RestoresEveryShapeAndBothHeightsBitForBit) {

@@ -1,4 +1,7 @@
 #include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <limits>
 #include <memory>
 #include <set>
 #include <stdexcept>
@@ -68,6 +71,28 @@ std::string element(const std::vector<std::string>& without = {}, const std::str
 std::string listOf(const std::string& elements) {
   return R"({"Zone3d": [)" + elements + "]}";
 }
+
+#if defined(__x86_64__)
+// The place of a virtual function in the table of its class: its pointer is that place in bytes, plus one.
+template <typename Function>
+std::ptrdiff_t slotOf(Function function) {
+  std::ptrdiff_t word = 0;
+  static_assert(sizeof function == 2 * sizeof word);
+  std::memcpy(&word, &function, sizeof word);
+  return (word - 1) / static_cast<std::ptrdiff_t>(sizeof(void*));
+}
+
+// Hosts that were compiled before call by these numbers. The destructor has the first two.
+TEST(Zone3dTarsel, VirtualFunctionsKeepTheirSlots) {
+  EXPECT_EQ(slotOf(&Zone3dTarsel::setLogger), 2);
+  EXPECT_EQ(slotOf(&Zone3dTarsel::getLogger), 3);
+  EXPECT_EQ(slotOf(&Zone3dBase::load), 4);
+  EXPECT_EQ(slotOf(&Zone3dBase::save), 5);
+  using Access = void (Zone3dTarsel::*)(SettingsManager&, int);
+  EXPECT_EQ(slotOf(static_cast<Access>(&Zone3dTarsel::load)), 6);
+  EXPECT_EQ(slotOf(static_cast<Access>(&Zone3dTarsel::save)), 7);
+}
+#endif
 
 TEST(Zone3dTarsel, MadeFromValuesKeepsThem) {
   const auto shape = triangle();
@@ -233,6 +258,12 @@ TEST(Zone3dTarselLoad, AnIdThatIsNoneFails) {
   }
 }
 
+TEST(Zone3dTarselLoad, AnIdMayStandInUpperCase) {
+  SettingsManager settings;
+  loadText(settings, listOf(element({}, "01234567-89AB-CDEF-0123-456789ABCDEF")));
+  EXPECT_EQ(Zone3dTarsel(settings, 0).getId(), id);
+}
+
 TEST(Zone3dTarselLoad, AnIdFailsWithTheMessageOfTheCast) {
   SettingsManager settings;
   loadText(settings, listOf(element({}, "yard")));
@@ -344,6 +375,31 @@ TEST(Zone3dTarselLoad, AnIndexPastTheEndOfTheListFails) {
       << "the next element is empty";
 }
 
+TEST(Zone3dTarselLoad, IndexMinusOneIsTheFirstElement) {
+  SettingsManager settings;
+  loadText(settings, listOf(element({}, idText) + ", " + element({}, nilText)));
+  EXPECT_EQ(Zone3dTarsel(settings, -1).getId(), id);
+}
+
+TEST(Zone3dTarselLoad, ARectangleWithAWrongNumberOfPointsFailsForTheHeightsThatItHides) {
+  SettingsManager settings;
+  loadText(settings, listOf(R"({"shape": "rectangle", "Rectangle": {"rotation": 0, "Point": []}, )" +
+                            element({"shape"}).substr(1)));
+  Zone3dTarsel zone(triangle(), 7, 8, otherId);
+  const LogCapture log(LogLevel::Error);
+  try {
+    zone.load(settings, 0);
+    FAIL();
+  } catch (const boost::property_tree::ptree_bad_path& error) {
+    EXPECT_STREQ(error.what(), "No such node (zMin)");
+  }
+  EXPECT_EQ(log.texts(LogLevel::Error),
+            (std::vector<std::string>{"Rectangle defined from file must have two points but has 0"}));
+  EXPECT_EQ(currentPath(settings), "Zone3d.Rectangle");
+  EXPECT_EQ(zone.getZMin(), 7.0);
+  EXPECT_EQ(zone.getZMax(), 8.0);
+}
+
 TEST(Zone3dTarselSave, WritesAnElementOfTheListInOrder) {
   Zone3dTarsel zone(std::make_shared<Sector>("yard", -0.5, 1.5, 10.0), 1.5, 3.0, id);
   zone.setSpecificSensors({"b", "a"});
@@ -385,6 +441,45 @@ TEST(Zone3dTarselSave, WithoutShapeWritesNoIdAndNoName) {
   zone.save(withSensors, 0);
   loadText(expected, listOf(R"({"enabled": false, "zMin": 1.5, "zMax": 3, "Sensors": {"lidar": ["a"]}})"));
   EXPECT_EQ(saveText(withSensors), saveText(expected));
+}
+
+TEST(Zone3dTarselSave, AnIndexPastTheEndOfTheListFailsAndWritesNothing) {
+  Zone3dTarsel zone(triangle(), 1.5, 3.0, id);
+  SettingsManager settings;
+  EXPECT_THROW(zone.save(settings, 1), std::out_of_range);
+  EXPECT_THROW(zone.save(settings, -2), std::out_of_range);
+  EXPECT_TRUE(settings.getTree().empty());
+  EXPECT_EQ(currentPath(settings), "");
+}
+
+TEST(Zone3dTarselSave, OverAnElementItKeepsTheSensorsThere) {
+  Zone3dTarsel zone(triangle(), 1.5, 3.0, id);
+  zone.setSpecificSensors({"a", "b"});
+  SettingsManager settings;
+  zone.save(settings, 0);
+  zone.setSpecificSensors({"b", "c"});
+  zone.save(settings, 0);
+  zone.setSpecificSensors({});
+  zone.save(settings, 0);
+  EXPECT_EQ(settings.getChildCount("Zone3d"), 1);
+  settings.pathPush("Zone3d");
+  settings.pathPush("Sensors");
+  ASSERT_EQ(settings.getChildCount("lidar"), 4);
+  EXPECT_EQ(settings.getIndexedValue("lidar", 1), "b");
+  EXPECT_EQ(settings.getIndexedValue("lidar", 2), "b");
+  EXPECT_EQ(settings.getIndexedValue("lidar", 3), "c");
+}
+
+TEST(Zone3dTarselSave, ABoundThatIsNotFiniteIsWrittenAndCannotBeRead) {
+  for (const double odd :
+       {std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
+    Zone3dTarsel zone(triangle(), odd, 3.0, id);
+    SettingsManager settings;
+    zone.save(settings, 0);
+    SettingsManager reread;
+    loadText(reread, saveText(settings));
+    EXPECT_THROW(Zone3dTarsel(reread, 0), boost::property_tree::ptree_bad_data) << odd;
+  }
 }
 
 TEST(Zone3dTarselSave, TheBaseWritesTheEntryAlone) {
