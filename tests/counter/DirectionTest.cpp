@@ -268,6 +268,14 @@ TEST(DirectionTrace, ShowsTheCrossProductOfPointsOnTheLine) {
                                                "direction::'L':0:-inf::::0:0:1:0:--:-1:==:1**-inf"}));
 }
 
+TEST(DirectionTrace, ShowsTheCrossProductAsItWasRounded) {
+  const LogCapture log;
+  sideOfCross(1e39);
+  sideOfCross(-1e-46);
+  EXPECT_EQ(log.texts(LogLevel::Trace), (Texts{"direction::'L':0:1e+39::::0:0:1:0:--:1:==:0**inf",
+                                               "direction::'L':0:-1e-46::::0:0:1:0:--:0:==:2**-0"}));
+}
+
 TEST(DirectionTrace, WritesNumbersInTheStreamsDefaultFormatting) {
   const LogCapture log;
   line({1234567.0, 0.1}, {1e20, -1e-5}).direction(Point(1.0 / 3.0, 123456789.0));

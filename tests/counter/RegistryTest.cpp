@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <functional>
 #include <future>
+#include <limits>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -448,6 +449,19 @@ TEST_F(Registry, SaveAndLoadGiveTheSameMap) {
   EXPECT_EQ(saveText(saved).find("null"), std::string::npos);
 }
 
+TEST_F(Registry, ASavedLineThatIsNotFiniteEndsTheListWhenItIsLoaded) {
+  lines_.insert(line("Away", {0, 0}, {1, std::numeric_limits<double>::infinity()}));
+  SettingsManager saved;
+  lines_.save(saved);
+  SettingsManager settings;
+  loadText(settings, saveText(saved));
+  log_.clear();
+  lines_.load(settings);
+  EXPECT_EQ(log_.texts(LogLevel::Error),
+            Texts{"Unable to load settings: conversion of data to type \"d\" failed"});
+  EXPECT_EQ(namesOf(lines_), Texts{"A"});
+}
+
 TEST(RegistryDocument, OneLineIsAListOfOne) {
   CounterLines lines;
   lines.insert(line("7", {1.5, 2}, {3, 4}));
@@ -556,6 +570,22 @@ TEST_F(Registry, LoadHoldsItsLockUpToTheLastTrace) {
   for (const auto& [record, isFree] : probe.seen()) {
     EXPECT_FALSE(isFree) << record;
   }
+}
+
+TEST_F(Registry, LoadWithoutAListDoesNotWaitForTheLock) {
+  std::future_status status = std::future_status::timeout;
+  std::future<void> isLoaded;
+  const auto sink = std::make_shared<CallingSink>([&](const std::string&) {
+    isLoaded = std::async(std::launch::async, [&] {
+      SettingsManager settings;
+      lines_.load(settings);
+    });
+    status = isLoaded.wait_for(std::chrono::seconds(60));
+  });
+  LoggingManager::getInstance().addSink(sink);
+  lines_.find("C");  // one record, and the lock is held meanwhile
+  LoggingManager::getInstance().removeSink(sink);
+  EXPECT_EQ(status, std::future_status::ready);
 }
 
 TEST_F(Registry, LoadReleasesItsLockBeforeItLogsAFailure) {

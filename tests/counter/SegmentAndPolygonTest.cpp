@@ -161,6 +161,8 @@ TEST(SegmentAndPolygon, CoordinatesThatAreNotFiniteMeetNothing) {
   EXPECT_FALSE(line({nan, 1}, {2, 2}).within(polygon(square)));
   EXPECT_FALSE(line({2, 2}, {1, nan}).within(polygon(square)));
   EXPECT_FALSE(line({2, 2}, {infinity, 2}).within(polygon(square)));
+  EXPECT_FALSE(line({2, 2}, {infinity, 2}).intersects(polygon(square)));
+  EXPECT_FALSE(line({2, -infinity}, {2, 2}).intersects(polygon(square)));
   EXPECT_FALSE(line({nan, nan}, {nan, nan}).intersects(polygon(square)));
   EXPECT_FALSE(line({nan, 1}, {2, 2}).intersects(polygon(square)));
   EXPECT_FALSE(line({2, 2}, {1, nan}).intersects(polygon(square)));

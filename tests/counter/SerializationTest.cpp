@@ -157,6 +157,18 @@ TEST(CounterLineTree, ANumberThatDoesNotConvertThrowsAndLeavesTheOldPoints) {
   }
 }
 
+TEST(CounterLineTree, ACoordinateThatIsNotFiniteIsWrittenAndCannotBeRead) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  const std::vector<std::pair<double, std::string>> numbers = {
+      {infinity, "inf"}, {-infinity, "-inf"}, {std::numeric_limits<double>::quiet_NaN(), "nan"}};
+  for (const auto& [number, text] : numbers) {
+    const ptree tree = serialized(line("L", {1, 2}, {3, number}));
+    EXPECT_EQ(tree.get_child("second.y").data(), text);
+    CounterLine read;
+    EXPECT_THROW(read.deserialize(tree), ptree_bad_data) << text;
+  }
+}
+
 TEST(CounterLineTree, NumbersMayStandBetweenBlanks) {
   ptree tree = serialized(line("L", {1, 2}, {3, 4}));
   tree.put("first.x", " 1.5 ");
