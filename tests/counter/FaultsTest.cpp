@@ -1,5 +1,4 @@
 #include <cstddef>
-#include <exception>
 #include <string>
 #include <vector>
 
@@ -8,16 +7,17 @@
 #include <filter/detection/CounterLines.h>
 #include <settings/SettingsManager.h>
 
-#include "support/AllocationCounter.h"
+#include "support/FailingRun.h"
 #include "support/LogCapture.h"
 #include "support/Settings.h"
 
 namespace orvantis::filter::detection {
 namespace {
 
-using orvantis::testing::FailingAllocation;
 using orvantis::testing::loadText;
 using orvantis::testing::LogCapture;
+using orvantis::testing::Outcome;
+using orvantis::testing::runFailing;
 using orvantis::testing::saveText;
 
 using Point = CounterLine::point;
@@ -41,20 +41,6 @@ std::string expectedText() {
   CounterLines lines;
   lines.load(settings);
   return toText(lines);
-}
-
-enum class Outcome { Done, Failed, DoneWithoutMemory };
-
-// Runs the operation with allocation number `n` failing.
-template <typename Operation>
-Outcome runFailing(std::size_t n, const Operation& operation) {
-  const FailingAllocation failure(n);
-  try {
-    operation();
-  } catch (const std::exception&) {
-    return Outcome::Failed;
-  }
-  return failure.happened() ? Outcome::DoneWithoutMemory : Outcome::Done;
 }
 
 class CounterLinesOutOfMemory : public ::testing::TestWithParam<LogLevel> {};

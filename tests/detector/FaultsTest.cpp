@@ -12,6 +12,7 @@
 
 #include "detector/DetectorText.h"
 #include "support/AllocationCounter.h"
+#include "support/FailingRun.h"
 #include "support/Settings.h"
 
 namespace orvantis::filter::detection {
@@ -19,6 +20,8 @@ namespace {
 
 using orvantis::testing::FailingAllocation;
 using orvantis::testing::loadText;
+using orvantis::testing::Outcome;
+using orvantis::testing::runFailing;
 using orvantis::testing::saveText;
 using orvantis::testing::toText;
 
@@ -41,24 +44,6 @@ ZoneDetector loaded() {
   ZoneDetector detector;
   detector.load(settings);
   return detector;
-}
-
-enum class Outcome {
-  Done,              // no allocation failed
-  Failed,            // an exception
-  DoneWithoutMemory  // an allocation failed that the operation could do without
-};
-
-// Runs the operation with allocation number `n` failing.
-template <typename Operation>
-Outcome runFailing(std::size_t n, const Operation& operation) {
-  const FailingAllocation failure(n);
-  try {
-    operation();
-  } catch (const std::exception&) {
-    return Outcome::Failed;
-  }
-  return failure.happened() ? Outcome::DoneWithoutMemory : Outcome::Done;
 }
 
 TEST(DetectorOutOfMemory, LoadThrowsAndTheDetectorCanBeLoadedAgain) {
