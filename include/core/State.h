@@ -6,7 +6,7 @@
 namespace orvantis::core {
 
 /// The footprint of a tracked object on the plan. A value: copies are independent; const calls may run
-/// concurrently.
+/// concurrently. Numbers that are not finite are accepted; such a footprint bounds no region.
 class ORVANTIS_API State {
  public:
   /// @param footprint either winding, closed or not; kept clockwise and closed. May be empty.

@@ -70,10 +70,13 @@ class ORVANTIS_API CounterLine : public LoggedComponent {
   bool intersects(const polygon& area) const;
   /// Whether both end points lie strictly inside; what is between them is not looked at.
   bool within(const polygon& area) const;
+  /// The same for the object's footprint.
   bool intersects(const core::State& state) const;
+  /// The same for the object's footprint.
   bool within(const core::State& state) const;
 
-  /// Appends "name", "first" and "second" (each "x", "y") to the tree; what it holds already stays.
+  /// Appends "name", "first" and "second" (each "x", "y") to the tree; what it holds already stays. A
+  /// coordinate that is not finite is written as text that `deserialize` refuses.
   void serialize(boost::property_tree::ptree& tree) const;
   /// Takes name and points as they stand in the tree, without ordering.
   /// @throws boost::property_tree::ptree_error for a missing key or one that is no number; the name may then

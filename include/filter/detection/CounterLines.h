@@ -17,8 +17,8 @@ class SettingsManager;
 
 namespace orvantis::filter::detection {
 
-/// The counter lines of a detector by name. Every operation is safe to call from many threads; the settings
-/// store passed in belongs to the calling thread.
+/// The counter lines of a detector by name. Every operation is safe to call from many threads, `setLogger`
+/// excepted; the settings store passed in belongs to the calling thread.
 class ORVANTIS_API CounterLines : public LoggedComponent {
  public:
   CounterLines();
@@ -40,7 +40,7 @@ class ORVANTIS_API CounterLines : public LoggedComponent {
   /// and ends the list there; nothing is thrown.
   void load(SettingsManager& settings);
   /// Stores the lines in ascending order of their names as child "CounterLines" at the current path, in place
-  /// of what was there.
+  /// of what was there. A line with a coordinate that is not finite is one that `load` ends at.
   void save(SettingsManager& settings) const;
 
  private:

@@ -11,9 +11,11 @@ namespace orvantis::filter::detection {
 
 /// A prism: a planar shape between two heights, both bounds included.
 ///
-/// Heights are in the unit of the plan. A zone with its bounds swapped contains nothing, and so does a zone
-/// without shape; no NaN height passes a height test. Copies share the shape on purpose: naming or changing
-/// it through one copy changes all; `getZone2d()->makeCopy()` makes an independent one. No locking.
+/// Heights are in the unit of the plan; a bound may be infinite, and no NaN height passes a height test. A
+/// zone with its bounds swapped contains nothing, though an object that reaches both may intersect it; a zone
+/// without shape contains and meets nothing. Copies share the shape on purpose: naming or changing it through
+/// one copy changes all; `getZone2d()->makeCopy()` makes an independent one. No locking; const calls may run
+/// concurrently.
 class ORVANTIS_API Zone3dBase : public LoggedComponent {
  public:
   using polygon = core::PlanarPolygon;
@@ -53,9 +55,10 @@ class ORVANTIS_API Zone3dBase : public LoggedComponent {
   /// Reads "name", "shape" (in any letter case) and its geometry, "zMin" (default 0) and "zMax" (default 20)
   /// at the current path. An unknown shape is logged as a warning and leaves the shape as it was.
   /// @throws boost::property_tree::ptree_error for a missing name, shape or geometry; the zone is then
-  ///   unchanged
+  ///   unchanged, and the path stays where the read failed
   virtual void load(SettingsManager& settings);
-  /// Writes what `load` reads; nothing at all without a shape.
+  /// Writes what `load` reads; nothing at all without a shape. A bound that is not finite is written as text
+  /// that `load` reads as the default.
   virtual void save(SettingsManager& settings);
 
  protected:

@@ -18,7 +18,8 @@ namespace orvantis::filter::detection {
 /// do. No locking.
 class ORVANTIS_API Zone3dTarsel : public Zone3dBase {
  public:
-  /// Loads element `index` of the list "Zone3d" at the current path; throws what `load` throws.
+  /// Loads element `index` of the list "Zone3d" at the current path.
+  /// @throws what `load` throws
   Zone3dTarsel(SettingsManager& settings, int index);
   /// @param id kept as given, a nil one too
   Zone3dTarsel(std::shared_ptr<Zone> zone, double zMin, double zMax, boost::uuids::uuid id);
@@ -41,12 +42,17 @@ class ORVANTIS_API Zone3dTarsel : public Zone3dBase {
   /// Reads element `index` of the list "Zone3d" at the current path: "enabled" (default true), "id" (the nil
   /// id asks for a fresh random one), "Sensors" with its "lidar" entries, "name", "shape" with its geometry,
   /// "zMin" and "zMax". Unlike the base, it requires the heights.
-  /// @throws boost::property_tree::ptree_error for a missing key, boost::bad_lexical_cast for an id that is
-  ///   none, std::out_of_range for an index past the end of the list; the path then stays where the read
-  ///   failed
+  /// @param index from 0; -1 means the first element. One past the last appends an element, which has no keys
+  /// @throws boost::property_tree::ptree_error for a missing key or a height that is no number,
+  ///   boost::bad_lexical_cast for an id that is none, boost::uuids::entropy_error when the system gives no
+  ///   random id; the path then stays where the read failed. std::out_of_range for any other index; nothing
+  ///   is changed then
   virtual void load(SettingsManager& settings, int index);
   /// Writes element `index`. A zone without shape is written without "id" and "name"; an empty set without
-  /// "Sensors".
+  /// "Sensors". Over an element that is there already the sensors are added to those it lists: save into a
+  /// fresh store. A bound that is not finite is written as text that `load` refuses.
+  /// @param index as for `load`; one past the last appends the element
+  /// @throws std::out_of_range for any other index; nothing is written then
   virtual void save(SettingsManager& settings, int index);
 
  private:

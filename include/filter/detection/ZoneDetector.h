@@ -54,6 +54,8 @@ class ORVANTIS_API ZoneDetector : public LoggedComponent {
   ZoneDetector& operator=(const ZoneDetector& other);
   ~ZoneDetector() override;
 
+  // The options are stored unchecked.
+
   Milliseconds getDebounceTime() const { return debounceTime_; }
   void setDebounceTime(Milliseconds debounceTime) { debounceTime_ = debounceTime; }
   int getMinPoints() const { return minPoints_; }
@@ -74,16 +76,22 @@ class ORVANTIS_API ZoneDetector : public LoggedComponent {
   const EvaluationFieldArray& getEvaluationFieldArray() const { return evaluationFields_; }
   void setEvaluationFieldArray(const EvaluationFieldArray& fields) { evaluationFields_ = fields; }
 
-  // Field indices are 0..7 and zone indices 0..2; any other throws std::out_of_range and changes nothing.
+  // Field indices are 0..7 and zone indices 0..2.
 
   /// @return null for an empty slot
+  /// @throws std::out_of_range for any other index
   std::shared_ptr<EvaluationField> getEvaluationField(int field) const;
   /// Shares the field; a field without a name is named "EvaluationField" and its index.
+  /// @param evaluationField null empties the slot
+  /// @throws std::out_of_range for any other index; nothing is changed then
   void setEvaluationField(const std::shared_ptr<EvaluationField>& evaluationField, int field);
   /// @return null for an empty slot
+  /// @throws std::out_of_range for any other index
   std::shared_ptr<Zone3dBase> getZone(int field, int zone) const;
   /// Shares the zone, making the field when its slot is empty; a shape without a name is named "Zone" and its
   /// index.
+  /// @param zone3d null empties the slot
+  /// @throws std::out_of_range for any other index; nothing is changed then
   void setZone(const std::shared_ptr<Zone3dBase>& zone3d, int field, int zone);
 
   // Edits of the exclusion zones. They share the zones, and refuse bad input with a warning that leaves the
@@ -113,10 +121,13 @@ class ORVANTIS_API ZoneDetector : public LoggedComponent {
   static bool checkVersion(const std::string& version);
 
   /// Replaces the content by the document's; missing options keep their value, except sensitivity (10) and
-  /// triggerActiveLevel ("high"). Pops one path level at the end, also when there is no "ZoneDetector" to
-  /// enter.
+  /// triggerActiveLevel ("high"). An unknown level or shape is logged as a warning and loading goes on. Pops
+  /// one path level at the end, also when there is no "ZoneDetector" to enter. A rectangle that does not have
+  /// two points is logged as an error and hides what follows it in the document, since it leaves the path
+  /// inside its entry.
   /// @throws boost::property_tree::ptree_error for a missing or mistyped required key, std::out_of_range for
-  ///   an "index" outside its range; the detector is then partly loaded
+  ///   an "index" outside its range; the detector is then partly loaded, and the path stays where the read
+  ///   failed
   void load(SettingsManager& settings);
   /// Writes the document below the current path. Zones without a shape are left out. What the store holds
   /// already and the document does not overwrite stays there, the ends of longer lists among it: save into a
@@ -124,10 +135,13 @@ class ORVANTIS_API ZoneDetector : public LoggedComponent {
   void save(SettingsManager& settings) const;
 
   /// Checks an untrusted document before it is loaded, and stops at the first fault. May run on any thread.
-  /// @param input read up to 102400 bytes; the document must be shorter
+  /// @param input read up to 102400 bytes; the document must be shorter. When it is set to throw its
+  ///   failures, these are held back
   /// @throws std::runtime_error with the fault as text
   static void validate(std::istream& input);
-  /// The part of `validate` that checks the "ExclusionZone" list at the current path.
+  /// The part of `validate` that checks the "ExclusionZone" list at the current path, and leaves the path
+  /// there. A polygon without geometry gets an empty "Polygon" node.
+  /// @throws std::runtime_error with the fault as text
   static void validateExclusionZone(SettingsManager& settings);
   /// Whether the name has 1 to 18 bytes.
   static bool validateZoneNameLength(const std::string& name);
