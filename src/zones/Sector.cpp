@@ -68,7 +68,8 @@ bool Sector::within(const Point& point) const {
   if (isWholeDisc(minAngle_, maxAngle_)) {
     return true;
   }
-  const double bearing = std::atan2(dy, dx);
+  // Adding zero makes a negative zero positive: the bearing of the origin is 0 and never pi.
+  const double bearing = std::atan2(dy, dx + 0.0);
   const double lower = std::min(minAngle_, maxAngle_);
   const double upper = std::max(minAngle_, maxAngle_);
   const bool isBetween = lower <= bearing && bearing <= upper;

@@ -77,6 +77,20 @@ TEST(Sector, TheOriginHasBearingZero) {
   EXPECT_TRUE(Sector("to zero", -1.0, 0.0, 10.0).within(Point(0, 0)));
 }
 
+TEST(Sector, TheOriginHasBearingZeroWhateverTheSignsOfItsZeros) {
+  for (const Point& point : {Point(-0.0, 0.0), Point(0.0, -0.0), Point(-0.0, -0.0)}) {
+    EXPECT_TRUE(forward.within(point));
+    EXPECT_FALSE(backward.within(point));
+    EXPECT_FALSE(Sector("from minus pi", -pi, -3.0, 10.0).within(point));
+  }
+}
+
+TEST(Sector, TheBearingOfMinusXIsPiOrMinusPiByTheSignOfItsZero) {
+  const Sector below("below", -pi, 0.0, 10.0);
+  EXPECT_FALSE(below.within(Point(-5, 0.0))) << "pi is beyond both bearings";
+  EXPECT_TRUE(below.within(Point(-5, -0.0)));
+}
+
 TEST(Sector, EqualAnglesMeanTheWholeDisc) {
   const Sector disc("disc", 0.0, 2 * pi, 10.0);
   EXPECT_EQ(openingOf(disc), (Opening{0.0, 0.0, 10.0}));
