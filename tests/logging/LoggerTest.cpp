@@ -1,7 +1,10 @@
+#include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <spdlog/sinks/base_sink.h>
 
 #include <logging/Logger.h>
 #include <logging/LoggingManager.h>
@@ -42,6 +45,31 @@ TEST(Logger, EachStreamWritesAtItsOwnLevel) {
                                     {LogLevel::Warning, "LoggerTest", "w"},
                                     {LogLevel::Debug, "LoggerTest", "d"},
                                     {LogLevel::Trace, "LoggerTest", "t"}}));
+}
+
+// The levels as the sink library has them, more of them than ours.
+class LevelSink : public spdlog::sinks::base_sink<std::mutex> {
+ public:
+  const std::vector<spdlog::level::level_enum>& levels() const { return levels_; }
+
+ protected:
+  void sink_it_(const spdlog::details::log_msg& message) override { levels_.push_back(message.level); }
+  void flush_() override {}
+
+ private:
+  std::vector<spdlog::level::level_enum> levels_;
+};
+
+TEST(Logger, ASinkGetsEachLevelUnderItsOwnName) {
+  const LogCapture log;
+  const auto sink = std::make_shared<LevelSink>();
+  LoggingManager::getInstance().addSink(sink);
+  for (const LogLevel level : levels) {
+    openAt(Logger(), level).write("text");
+  }
+  LoggingManager::getInstance().removeSink(sink);
+  EXPECT_EQ(sink->levels(), (std::vector{spdlog::level::err, spdlog::level::warn, spdlog::level::debug,
+                                         spdlog::level::trace}));
 }
 
 TEST(Logger, ALevelIsWrittenWhenItIsNotMoreVerboseThanTheSetOne) {
