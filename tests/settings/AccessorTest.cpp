@@ -1,6 +1,7 @@
 #include <climits>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include <boost/property_tree/exceptions.hpp>
@@ -23,6 +24,9 @@ using testing::loadText;
 using testing::LogCapture;
 using testing::Record;
 using Records = std::vector<Record>;
+
+static_assert(std::is_base_of_v<LoggedComponent, SettingsManager>);
+static_assert(std::has_virtual_destructor_v<SettingsManager>);
 
 Record trace(const std::string& text) {
   return {LogLevel::Trace, "SettingsManager", text};
@@ -107,6 +111,7 @@ TEST(RequiredRead, AMissingKeyFailsWithTheTreesOwnErrorAndIsNotTraced) {
       ADD_FAILURE() << key;
     } catch (const ptree_bad_path& error) {
       EXPECT_EQ(error.what(), "No such node (" + std::string(key) + ")");
+      EXPECT_EQ(error.path<SettingsManager::Tree::path_type>().dump(), key);
     }
   }
   EXPECT_THROW(settings.get<std::string>("c"), ptree_bad_path);
@@ -362,6 +367,7 @@ TEST(Add, TheLastNameOfAnyKeyIsANewChild) {
 
 TEST(IndexedValue, FailsPastTheEndAndBelowZeroWithTheFixedText) {
   SettingsManager settings;
+  settings.pathPush("Zone3d");
   settings.add("lidar", "left");
   settings.add("lidar", "right");
   const LogCapture log;
@@ -375,6 +381,7 @@ TEST(IndexedValue, FailsPastTheEndAndBelowZeroWithTheFixedText) {
     }
   }
   EXPECT_TRUE(log.records().empty()) << "indexed values are not logged";
+  EXPECT_EQ(settings.pathPush("x"), "Zone3d.x") << "a failed read moved the path";
 }
 
 TEST(IndexedValue, FailsAsARuntimeErrorForAnUnknownName) {
