@@ -4,6 +4,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <boost/property_tree/exceptions.hpp>
@@ -173,6 +174,25 @@ TEST(Polygon, AMadeCopyHasNoHoles) {
   EXPECT_TRUE(polygon.makeCopy()->within(Point(3, 3)));
   const HoledPolygon copy(polygon);
   EXPECT_FALSE(copy.within(Point(3, 3)));
+}
+
+TEST(Polygon, CopiesMovesAndAssignmentsTakeHolesAlong) {
+  const auto expectHole = [](const Polygon& polygon) {
+    EXPECT_TRUE(polygon.within(Point(1, 1)));
+    EXPECT_FALSE(polygon.within(Point(3, 3)));
+    EXPECT_EQ(polygon.area(), 81.0 - 4.0);
+  };
+  const HoledPolygon holed(points({{0, 0}, {0, 9}, {9, 9}, {9, 0}}), {{{2, 2}, {4, 2}, {4, 4}, {2, 4}}});
+  Polygon copy(holed);
+  expectHole(copy);
+  Polygon assigned("other", points(clockwiseSquare));
+  assigned = copy;
+  expectHole(assigned);
+  Polygon moved(std::move(assigned));
+  expectHole(moved);
+  Polygon moveAssigned("other", points(clockwiseSquare));
+  moveAssigned = std::move(moved);
+  expectHole(moveAssigned);
 }
 
 TEST(Polygon, AMadeCopyKeepsVerticesInOrder) {

@@ -48,6 +48,13 @@ Definition definitionOf(const Rectangle& rectangle) {
   return definition;
 }
 
+// A derived class may bring a hole.
+class HoledRectangle : public Rectangle {
+ public:
+  using Rectangle::Rectangle;
+  void addHole(const core::PlanarPolygon& hole) { polygon_.inners().push_back(hole.outer()); }
+};
+
 void expectNear(const Coordinates& actual, const Coordinates& expected, double tolerance) {
   ASSERT_EQ(actual.size(), expected.size());
   for (std::size_t i = 0; i < actual.size(); ++i) {
@@ -158,6 +165,9 @@ TEST(Rectangle, CopiesKeepTheDefinition) {
   moved = Rectangle(copy);
   EXPECT_EQ(definitionOf(moved), definitionOf(rectangle));
   EXPECT_EQ(verticesOf(moved), verticesOf(rectangle));
+  const Rectangle moveMade(std::move(moved));
+  EXPECT_EQ(definitionOf(moveMade), definitionOf(rectangle));
+  EXPECT_EQ(verticesOf(moveMade), verticesOf(rectangle));
 }
 
 TEST(RectangleSave, WritesShapeRotationAndTheTwoCorners) {
@@ -202,6 +212,17 @@ TEST(RectangleLoad, ReplacesAllOfThePolygon) {
   Rectangle rectangle("r", points({{0, 0}, {2, 1}}), 10.0);
   rectangle.load(settings);
   EXPECT_EQ(verticesOf(rectangle), (Coordinates{{7, 7}, {7, 9}, {8, 9}, {8, 7}}));
+}
+
+TEST(RectangleLoad, TakesHolesAway) {
+  SettingsManager settings;
+  loadText(settings, R"({"Rectangle": {"rotation": 0, "Point": [{"x": 0, "y": 0}, {"x": 9, "y": 9}]}})");
+  HoledRectangle rectangle("r", points({{0, 0}, {9, 9}}), 0.0);
+  rectangle.addHole(squareOutline(2, 4));
+  EXPECT_FALSE(rectangle.within(Point(3, 3)));
+  rectangle.load(settings);
+  EXPECT_TRUE(rectangle.within(Point(3, 3)));
+  EXPECT_EQ(rectangle.area(), 81.0);
 }
 
 TEST(RectangleLoad, OfAnyOtherNumberOfPointsLogsItAndLeavesThePathInside) {

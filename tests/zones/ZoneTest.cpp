@@ -1,5 +1,8 @@
+#include <cstddef>
+#include <cstring>
 #include <memory>
 #include <string>
+#include <thread>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -35,6 +38,35 @@ std::vector<std::shared_ptr<Zone>> oneOfEach() {
   return {std::make_shared<Polygon>("p", points({{0, 0}, {0, 2}, {2, 2}, {2, 0}})),
           std::make_shared<Rectangle>("r", points({{0, 0}, {2, 2}}), 0.0),
           std::make_shared<Sector>("s", -0.5, 1.5, 5.0)};
+}
+
+// None of the three shapes that this document describes is near (1, 1).
+const char* const otherShapes =
+    R"({"Polygon": {}, "Rectangle": {"rotation": 0, "Point": [{"x": 7, "y": 7}, {"x": 8, "y": 8}]},
+        "Sector": {"minAngle": 0, "maxAngle": 0, "radius": 0}})";
+
+// The place of a virtual operation in its class's table, where the two entries of the destructor come first.
+template <typename Operation>
+std::size_t slotOf(Operation operation) {
+  static_assert(sizeof(operation) >= sizeof(std::size_t));
+  std::size_t offset = 0;
+  std::memcpy(&offset, &operation, sizeof(offset));
+  return offset / sizeof(void*);
+}
+
+// A host that was built against an earlier release calls by place: a new operation comes after the last one.
+TEST(Zone, VirtualFunctionsKeepTheirSlots) {
+  EXPECT_EQ(slotOf(&Zone::setLogger), 2U);
+  EXPECT_EQ(slotOf(&Zone::getLogger), 3U);
+  EXPECT_EQ(slotOf(&Zone::makeCopy), 4U);
+  EXPECT_EQ(slotOf(static_cast<bool (Zone::*)(const Zone::polygon&) const>(&Zone::within)), 5U);
+  EXPECT_EQ(slotOf(static_cast<bool (Zone::*)(const Point&) const>(&Zone::within)), 6U);
+  EXPECT_EQ(slotOf(&Zone::intersects), 7U);
+  EXPECT_EQ(slotOf(&Zone::overlaps), 8U);
+  EXPECT_EQ(slotOf(&Zone::area), 9U);
+  EXPECT_EQ(slotOf(&Zone::save), 10U);
+  EXPECT_EQ(slotOf(&Zone::load), 11U);
+  EXPECT_EQ(slotOf(&Zone::type), 12U);
 }
 
 TEST(Zone, TypeIsTheSameStringObjectOnEachCall) {
@@ -84,10 +116,7 @@ TEST(Zone, AMadeCopyIsNotTouchedByLaterChanges) {
   for (const auto& zone : oneOfEach()) {
     const std::shared_ptr<Zone> copy = zone->makeCopy();
     SettingsManager settings;
-    testing::loadText(
-        settings,
-        R"({"Polygon": {}, "Rectangle": {"rotation": 0, "Point": [{"x": 7, "y": 7}, {"x": 8, "y": 8}]},
-                                    "Sector": {"minAngle": 0, "maxAngle": 0, "radius": 0}})");
+    testing::loadText(settings, otherShapes);
     const std::string name = copy->name();
     const double area = copy->area();
     zone->load(settings);
@@ -125,6 +154,10 @@ void expectCopiesTakeLoggerNameAndGeometry(const Shape& shape, const Shape& othe
   expectSame(moveAssigned);
   source.setName("renamed");
   source.setLogger(Logger());
+  SettingsManager settings;
+  testing::loadText(settings, otherShapes);
+  source.load(settings);
+  EXPECT_FALSE(source.within(Point(1, 1)));
   expectSame(copy);
 }
 
@@ -147,6 +180,39 @@ TEST(Zone, AskingForAPointAllocatesNothing) {
     EXPECT_TRUE(inside) << zone->type();
     EXPECT_FALSE(outside) << zone->type();
     EXPECT_FALSE(onABorder && zone->type() != "sector") << zone->type();
+  }
+}
+
+// Every answer that a zone gives without being changed.
+std::vector<double> answersOf(const Zone& zone) {
+  std::vector<double> answers = {zone.area(), zone.makeCopy()->area()};
+  for (double low = -1.0; low < 6.0; low += 0.25) {
+    const core::PlanarPolygon outline = squareOutline(low, low + 1.0);
+    for (const bool answer : {zone.within(Point(low, 1.0)), zone.within(outline), zone.intersects(outline),
+                              zone.overlaps(outline)}) {
+      answers.push_back(answer ? 1.0 : 0.0);
+    }
+  }
+  SettingsManager settings;
+  zone.save(settings);
+  answers.push_back(static_cast<double>(testing::saveText(settings).size()));
+  return answers;
+}
+
+TEST(Zone, ManyThreadsMayAskItAtOnce) {
+  for (const auto& zone : oneOfEach()) {
+    const std::vector<double> expected = answersOf(*zone);
+    std::vector<std::vector<double>> answers(4);
+    std::vector<std::thread> threads;
+    for (std::vector<double>& mine : answers) {
+      threads.emplace_back([&mine, &zone] { mine = answersOf(*zone); });
+    }
+    for (std::thread& thread : threads) {
+      thread.join();
+    }
+    for (const std::vector<double>& mine : answers) {
+      EXPECT_EQ(mine, expected) << zone->type();
+    }
   }
 }
 
