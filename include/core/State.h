@@ -13,7 +13,8 @@ class ORVANTIS_API State {
   explicit State(PlanarPolygon footprint);
 
   /// An oriented box.
-  /// @param x,y     centre
+  /// @param x       of the centre
+  /// @param y       of the centre
   /// @param length  extent along the heading
   /// @param width   extent across the heading
   /// @param heading radians, counterclockwise from +x
