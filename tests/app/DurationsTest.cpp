@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "Durations.h"
+#include "support/AllocationCounter.h"
 
 namespace orvantis::app {
 namespace {
@@ -55,6 +56,20 @@ TEST(Durations, RandomOnesAreCloseToTheSortedMiddle) {
         << "round " << round;
     EXPECT_EQ(durations.longest(), nanoseconds(values.back())) << "round " << round;
   }
+}
+
+TEST(Durations, MemoryDoesNotGrowWithTheirNumber) {
+  Durations durations;
+  std::mt19937_64 random(21);  // NOLINT: the same numbers in every run
+  const auto addBetween1And10Milliseconds = [&] {
+    for (int i = 0; i < 200'000; ++i) {
+      durations.add(nanoseconds(1'000'000 + static_cast<std::int64_t>(random() % 9'000'000)));
+    }
+  };
+  addBetween1And10Milliseconds();
+  const testing::AllocationCounter allocations;
+  addBetween1And10Milliseconds();
+  EXPECT_EQ(allocations.count(), 0U);
 }
 
 }  // namespace
