@@ -133,13 +133,15 @@ bool isEmpty(const PlanarPolygon& region) {
 }
 
 double signedArea(const Ring& ring) {
-  if (ring.size() < smallestRing) {
+  // Without a repeated first vertex: its edge adds zero, or NaN where its x taken twice is beyond the range.
+  const std::size_t count = numVertices(ring);
+  if (count < smallestRing) {
     return 0.0;
   }
   double sum = 0.0;
-  for (std::size_t i = 0; i < ring.size(); ++i) {
+  for (std::size_t i = 0; i < count; ++i) {
     const PlanarPoint& from = ring[i];
-    const PlanarPoint& to = ring[i + 1 < ring.size() ? i + 1 : 0];
+    const PlanarPoint& to = ring[i + 1 < count ? i + 1 : 0];
     sum += (from.y() - to.y()) * (from.x() + to.x());
   }
   return sum * 0.5;

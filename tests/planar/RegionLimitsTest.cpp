@@ -120,6 +120,14 @@ TEST(RegionLimits, HugeSquaresAnswerAsSmallOnes) {
   EXPECT_EQ(planar::signedArea(scaledSquare(0, 1e200)), Limits::infinity());
 }
 
+TEST(RegionLimits, ARepeatedFirstVertexKeepsTheAreaOfAHugeRing) {
+  PlanarPolygon polygon;
+  polygon.outer() = {{1e308, 0}, {0, -0.25}, {0, 0.25}};
+  EXPECT_EQ(planar::signedArea(polygon), 2.5e307);
+  polygon.outer().push_back(polygon.outer().front());
+  EXPECT_EQ(planar::signedArea(polygon), 2.5e307);
+}
+
 TEST(RegionLimits, WhatIsCloserThanAnEpsilonToAnEdgeIsOnIt) {
   const PlanarPolygon unit = scaledSquare(0, 1);
   for (const double tiny : {Limits::denorm_min(), Limits::min(), 1e-300, 1e-100, 1e-17}) {
