@@ -5,7 +5,8 @@
 
 namespace orvantis {
 
-/// Base of everything that logs: holds one Logger, which copies and assignments take along.
+/// Base of everything that logs: holds one Logger, a default one at first, which copies and assignments take
+/// along.
 class ORVANTIS_API LoggedComponent {
  public:
   LoggedComponent() = default;
@@ -15,7 +16,9 @@ class ORVANTIS_API LoggedComponent {
   LoggedComponent& operator=(LoggedComponent&&) = default;
   virtual ~LoggedComponent();
 
+  /// Not to be called while another thread uses the object, whatever else the object allows.
   virtual void setLogger(const Logger& logger);
+  /// Valid as long as the object.
   virtual const Logger& getLogger() const;
 
  protected:

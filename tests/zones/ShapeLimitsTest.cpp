@@ -68,6 +68,12 @@ TEST(ShapeLimits, ARectangleOfNumbersThatAreNotFiniteContainsNothing) {
   }
 }
 
+TEST(ShapeLimits, ARectangleWhoseCentreIsBeyondTheRangeContainsNothing) {
+  const Rectangle rectangle("r", points({{1e308, 0}, {1.5e308, 1}}), 0.0);
+  EXPECT_FALSE(rectangle.within(Point(1.2e308, 0.5)));
+  EXPECT_FALSE(rectangle.intersects(squareOutline(-9, 9)));
+}
+
 TEST(ShapeLimits, AHugeRectangleContainsWhatIsInIt) {
   const Rectangle rectangle("r", points({{-8e307, -8e307}, {8e307, 8e307}}), 0.0);
   EXPECT_TRUE(rectangle.within(Point(0, 0)));
@@ -122,6 +128,12 @@ TEST(ShapeLimits, AnglesThatAreNotFiniteAreStoredAsNaNAndTakeTheWrappingBranch) 
     EXPECT_TRUE(sector.within(Point(-5, 0))) << bad;
     EXPECT_FALSE(sector.within(Point(11, 0))) << bad;
     EXPECT_TRUE(std::isnan(sector.area())) << bad;
+
+    const Sector other("s", 1, bad, 10);
+    EXPECT_TRUE(other.within(Point(5, 0))) << bad;
+    EXPECT_TRUE(other.within(Point(-5, 0))) << bad;
+    EXPECT_FALSE(other.within(Point(11, 0))) << bad;
+    EXPECT_TRUE(std::isnan(other.area())) << bad;
   }
 }
 
@@ -173,6 +185,22 @@ TEST(ShapeLimits, EveryCallAnswersEveryExtremeNumber) {
         const Zone3dBase volume(zone, a, b);
         EXPECT_EQ(volume.within(1, 1, 1), a <= 1 && 1 <= b && zone->within(Point(1, 1))) << a << " " << b;
       }
+    }
+  }
+}
+
+TEST(ShapeLimits, ANumberThatIsNotFiniteIsSavedAsTextThatLoadRefuses) {
+  for (const double bad : notFinite) {
+    const std::vector<std::shared_ptr<Zone>> zones = {
+        std::make_shared<Polygon>("p", points({{0, 0}, {bad, 1}, {1, 0}})),
+        std::make_shared<Rectangle>("r", points({{0, 0}, {2, 1}}), bad),
+        std::make_shared<Sector>("s", 0.0, bad, 1.0), std::make_shared<Sector>("s", 0.0, 1.0, bad)};
+    for (const auto& zone : zones) {
+      SettingsManager settings;
+      zone->save(settings);
+      SettingsManager reread;
+      testing::loadText(reread, testing::saveText(settings));
+      EXPECT_THROW(zone->load(reread), boost::property_tree::ptree_bad_data) << zone->type() << " " << bad;
     }
   }
 }

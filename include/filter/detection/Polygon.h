@@ -49,7 +49,8 @@ class ORVANTIS_API Polygon : public Zone {
   /// Whether their interiors meet and each has a part outside the other; one inside the other does not
   /// overlap.
   bool overlaps(const polygon& area) const override;
-  /// Signed: positive for a clockwise ring (x to the right, y up), negative for a counterclockwise one.
+  /// Signed: positive for a clockwise ring (x to the right, y up), negative for a counterclockwise one. Not
+  /// finite when a coordinate is not, or when a product of two overflows.
   double area() const override;
   /// "Polygon" with one "Point" of "x" and "y" for each vertex.
   void save(SettingsManager& settings) const override;

@@ -13,7 +13,8 @@ namespace orvantis::filter::detection {
 ///
 /// It answers as the Polygon of its four turned corners: (x1, y1), (x1, y2), (x2, y2), (x2, y1). The corners
 /// need not be ordered; when one axis alone is swapped the ring runs counterclockwise and the area is
-/// negative. Copies are deep.
+/// negative. When a corner, the sum of both or the rotation is not finite, it bounds no region. Copies are
+/// deep.
 class ORVANTIS_API Rectangle : public Polygon {
  public:
   static const std::string TYPE_NAME;  ///< "rectangle"

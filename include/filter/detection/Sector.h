@@ -12,7 +12,9 @@ namespace orvantis::filter::detection {
 ///
 /// Angles are stored normalised to -pi (inclusive) to pi (exclusive). Angles that differ by less than 0.0001
 /// mean the whole disc; a first bearing above the second one means the sector that runs through the -x axis.
-/// The radius is not checked. Copies are deep.
+/// The radius is not checked: a negative one counts as its amount, and a NaN one keeps no point out. An angle
+/// that is not finite is stored as NaN; all of the disc but perhaps the other bearing is then within. Copies
+/// are deep.
 class ORVANTIS_API Sector : public Zone {
  public:
   static const std::string TYPE_NAME;  ///< "sector"
