@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cstddef>
-#include <cstring>
 #include <limits>
 #include <memory>
 #include <set>
@@ -25,6 +24,7 @@
 #include "support/Settings.h"
 #include "zones/CurrentPath.h"
 #include "zones/Shapes.h"
+#include "zones/VirtualSlot.h"
 
 namespace orvantis::filter::detection {
 namespace {
@@ -36,6 +36,7 @@ using testing::nameOf;
 using testing::points;
 using testing::Record;
 using testing::saveText;
+using testing::slotOf;
 
 using Names = std::set<std::string>;
 
@@ -72,27 +73,15 @@ std::string listOf(const std::string& elements) {
   return R"({"Zone3d": [)" + elements + "]}";
 }
 
-#if defined(__x86_64__)
-// The place of a virtual function in the table of its class: its pointer is that place in bytes, plus one.
-template <typename Function>
-std::ptrdiff_t slotOf(Function function) {
-  std::ptrdiff_t word = 0;
-  static_assert(sizeof function == 2 * sizeof word);
-  std::memcpy(&word, &function, sizeof word);
-  return (word - 1) / static_cast<std::ptrdiff_t>(sizeof(void*));
-}
-
-// Hosts that were compiled before call by these numbers. The destructor has the first two.
 TEST(Zone3dTarsel, VirtualFunctionsKeepTheirSlots) {
-  EXPECT_EQ(slotOf(&Zone3dTarsel::setLogger), 2);
-  EXPECT_EQ(slotOf(&Zone3dTarsel::getLogger), 3);
-  EXPECT_EQ(slotOf(&Zone3dBase::load), 4);
-  EXPECT_EQ(slotOf(&Zone3dBase::save), 5);
+  EXPECT_EQ(slotOf(&Zone3dTarsel::setLogger), 2U);
+  EXPECT_EQ(slotOf(&Zone3dTarsel::getLogger), 3U);
+  EXPECT_EQ(slotOf(&Zone3dBase::load), 4U);
+  EXPECT_EQ(slotOf(&Zone3dBase::save), 5U);
   using Access = void (Zone3dTarsel::*)(SettingsManager&, int);
-  EXPECT_EQ(slotOf(static_cast<Access>(&Zone3dTarsel::load)), 6);
-  EXPECT_EQ(slotOf(static_cast<Access>(&Zone3dTarsel::save)), 7);
+  EXPECT_EQ(slotOf(static_cast<Access>(&Zone3dTarsel::load)), 6U);
+  EXPECT_EQ(slotOf(static_cast<Access>(&Zone3dTarsel::save)), 7U);
 }
-#endif
 
 TEST(Zone3dTarsel, MadeFromValuesKeepsThem) {
   const auto shape = triangle();

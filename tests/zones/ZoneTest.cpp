@@ -1,5 +1,3 @@
-#include <cstddef>
-#include <cstring>
 #include <memory>
 #include <string>
 #include <thread>
@@ -19,6 +17,7 @@
 #include "support/AllocationCounter.h"
 #include "support/Settings.h"
 #include "zones/Shapes.h"
+#include "zones/VirtualSlot.h"
 
 namespace orvantis::filter::detection {
 namespace {
@@ -26,6 +25,7 @@ namespace {
 using testing::AllocationCounter;
 using testing::nameOf;
 using testing::points;
+using testing::slotOf;
 using testing::squareOutline;
 
 static_assert(std::is_abstract_v<Zone>);
@@ -45,16 +45,6 @@ const char* const otherShapes =
     R"({"Polygon": {}, "Rectangle": {"rotation": 0, "Point": [{"x": 7, "y": 7}, {"x": 8, "y": 8}]},
         "Sector": {"minAngle": 0, "maxAngle": 0, "radius": 0}})";
 
-// The place of a virtual operation in its class's table, where the two entries of the destructor come first.
-template <typename Operation>
-std::size_t slotOf(Operation operation) {
-  static_assert(sizeof(operation) >= sizeof(std::size_t));
-  std::size_t offset = 0;
-  std::memcpy(&offset, &operation, sizeof(offset));
-  return offset / sizeof(void*);
-}
-
-// A host that was built against an earlier release calls by place: a new operation comes after the last one.
 TEST(Zone, VirtualFunctionsKeepTheirSlots) {
   EXPECT_EQ(slotOf(&Zone::setLogger), 2U);
   EXPECT_EQ(slotOf(&Zone::getLogger), 3U);
