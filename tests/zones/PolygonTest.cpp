@@ -233,6 +233,13 @@ TEST(PolygonSave, OfAnEmptyPolygonWritesNoPoint) {
   EXPECT_EQ(settings.getChildCount("Point"), 0);
 }
 
+TEST(PolygonSave, OverALongerListLeavesItsRest) {
+  SettingsManager settings;
+  Polygon("p", points(clockwiseSquare)).save(settings);
+  Polygon("p", points({{7, 7}, {8, 8}})).save(settings);
+  EXPECT_EQ(verticesOf(Polygon("loaded", settings)), (Coordinates{{7, 7}, {8, 8}, {1, 1}, {1, 0}}));
+}
+
 TEST(PolygonLoad, ReadsEachVertexYBeforeXAndNotTheShape) {
   SettingsManager settings;
   loadText(settings,

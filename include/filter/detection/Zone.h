@@ -39,8 +39,9 @@ class ORVANTIS_API Zone : public LoggedComponent {
   virtual bool overlaps(const polygon& area) const = 0;
   /// In squared coordinate units.
   virtual double area() const = 0;
-  /// Writes "shape" and a child named after the class at the current path. A number that is not finite is
-  /// written as text that `load` refuses.
+  /// Writes "shape" and a child named after the class at the current path. What stands there already and is
+  /// not written, as the rest of a longer list, stays: save into a fresh entry. A number that is not finite
+  /// is written as text that `load` refuses.
   virtual void save(SettingsManager& settings) const = 0;
   /// Reads the child named after the class at the current path; "shape" is not read.
   /// @throws boost::property_tree::ptree_error for a missing key or one that is no number; the path then
