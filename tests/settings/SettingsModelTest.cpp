@@ -13,31 +13,32 @@ namespace {
 
 using boost::property_tree::ptree;
 
-// A node as plain as can be: a text and a list of named nodes, searched from the front.
+// A node as plain as can be: a name, a text and a list of nodes, searched from the front.
 struct Node {
+  std::string name;
   std::string text;
-  std::vector<std::pair<std::string, Node>> children;
+  std::vector<Node> children;
 
-  std::vector<Node*> named(const std::string& name) {
+  std::vector<Node*> named(const std::string& wanted) {
     std::vector<Node*> found;
-    for (auto& [childName, child] : children) {
-      if (childName == name) {
+    for (Node& child : children) {
+      if (child.name == wanted) {
         found.push_back(&child);
       }
     }
     return found;
   }
-  Node& first(const std::string& name) {
-    const auto found = named(name);
-    return found.empty() ? append(name) : *found.front();
+  Node& first(const std::string& wanted) {
+    const auto found = named(wanted);
+    return found.empty() ? append(wanted) : *found.front();
   }
-  Node& append(const std::string& name) { return children.emplace_back(name, Node()).second; }
+  Node& append(const std::string& added) { return children.emplace_back(Node{added, {}, {}}); }
 };
 
 ptree toTree(const Node& node) {
   ptree tree(node.text);
-  for (const auto& [name, child] : node.children) {
-    tree.push_back({name, toTree(child)});
+  for (const Node& child : node.children) {
+    tree.push_back({child.name, toTree(child)});
   }
   return tree;
 }
@@ -119,7 +120,7 @@ TEST(SettingsModel, AnyOrderOfOperationsGivesWhatAPlainListGives) {
           break;
         case 7: {
           done += "putChild " + name + "\n";
-          Node subtree;
+          Node subtree{name, {}, {}};
           subtree.append("a").text = value;
           model.current().first(name) = subtree;
           settings.putChild(name, toTree(subtree));

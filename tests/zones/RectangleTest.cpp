@@ -122,7 +122,7 @@ TEST(Rectangle, GetRectangleAppendsTheDefiningCorners) {
 }
 
 TEST(Rectangle, OfAnyOtherNumberOfCornersLogsTheNumberAndStaysEmpty) {
-  for (const std::size_t numCorners : {0, 1, 3, 1000}) {
+  for (const std::size_t numCorners : {0U, 1U, 3U, 1000U}) {
     const LogCapture log;
     const Rectangle rectangle("r", points(Coordinates(numCorners, {1, 2})), 45.0);
     EXPECT_EQ(
