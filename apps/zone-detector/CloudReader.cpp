@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
+#include <ios>
 #include <new>
 
 #include <open3d/geometry/PointCloud.h>
@@ -14,6 +15,7 @@
 #include "CloudCheck.h"
 #include "Console.h"
 #include "File.h"
+#include "Text.h"
 
 namespace orvantis::app {
 namespace {
@@ -75,9 +77,13 @@ Cloud readRecords(const std::string& path, std::size_t size) {
                              " bytes are no whole number of 16-byte records (float32 x, y, z, intensity)");
   }
   const std::string bytes = readFile(path, size);
+  if (bytes.size() != size) {
+    throw std::runtime_error("ended after " + std::to_string(bytes.size()) + " of its " +
+                             std::to_string(size) + " bytes");
+  }
   Cloud cloud;
   cloud.reserve(bytes.size() / record);
-  for (std::size_t at = 0; at + record <= bytes.size(); at += record) {
+  for (std::size_t at = 0; at < size; at += record) {
     const char* point = bytes.data() + at;
     cloud.emplace_back(littleEndianFloat(point), littleEndianFloat(point + 4), littleEndianFloat(point + 8));
   }
@@ -118,8 +124,10 @@ Cloud readCloud(const std::string& path) {
     throw;  // names the path already
   } catch (const std::bad_alloc&) {
     throw Failure(path + ": cannot be read: not enough memory");
+  } catch (const std::ios_base::failure& error) {
+    throw Failure(path + ": cannot be read: " + error.code().message());
   } catch (const std::exception& error) {
-    throw Failure(path + ": cannot be read: " + error.what());
+    throw Failure(path + ": cannot be read: " + printable(error.what()));
   }
 }
 

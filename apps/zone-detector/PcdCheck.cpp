@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <fstream>
+#include <limits>
 #include <numeric>
 #include <stdexcept>
 #include <string>
@@ -15,6 +17,17 @@ namespace {
 constexpr std::size_t longestLine = 1023;
 // Larger figures belong to no scan and could overflow a product of two.
 constexpr std::uint64_t mostPoints = std::uint64_t{1} << 32U;
+// The reader counts points and bytes in int.
+constexpr std::uint64_t mostCounted = std::numeric_limits<int>::max();
+
+// In the order that the format demands. A header that repeats or swaps lines means something else to the
+// reader than it says, up to memory that was never written.
+constexpr std::array<std::string_view, 10> keys = {"VERSION", "FIELDS", "SIZE",      "TYPE",   "COUNT",
+                                                   "WIDTH",   "HEIGHT", "VIEWPOINT", "POINTS", "DATA"};
+
+// What parts words for the reader alone, and what also ends a line for it.
+constexpr std::string_view otherBlanks = "\v\f";
+constexpr std::string_view notText("\v\f\0", 3);
 
 struct Field {
   std::string name;
@@ -69,14 +82,26 @@ Header readHeader(std::istream& in) {
   std::uint64_t width = 0;
   std::uint64_t height = 0;
   bool hasPoints = false;
+  const auto* expected = keys.begin();
   std::string line;
   for (int i = 0; i < longestHeader && std::getline(in, line) && line.size() <= longestLine; ++i) {
     const auto parts = words(line);
-    if (parts.size() < 2 || parts[0].starts_with('#')) {
+    const std::string_view key = parts.empty() ? "" : parts[0] == "COLUMNS" ? "FIELDS" : parts[0];
+    // The reader takes a line for the one that it begins like, and skips those that begin like none.
+    const bool isKnown =
+        std::ranges::any_of(keys, [&](std::string_view known) { return key.starts_with(known); });
+    if (line.find_first_of(isKnown ? notText : otherBlanks) != std::string::npos) {
+      throw std::runtime_error("its header is no text");
+    }
+    if (!isKnown) {
       continue;
     }
-    const std::string_view key = parts[0];
-    if (key == "FIELDS" || key == "COLUMNS") {
+    const auto* const place = std::find(expected, keys.end(), key);
+    if (place == keys.end() || parts.size() < 2) {
+      throw std::runtime_error("unexpected line in its header: " + line.substr(0, 40));
+    }
+    expected = place + 1;
+    if (key == "FIELDS") {
       header.fields.clear();
       for (std::size_t k = 1; k < parts.size(); ++k) {
         header.fields.push_back({std::string(parts[k])});
@@ -116,36 +141,69 @@ Header readHeader(std::istream& in) {
   return header;
 }
 
-void checkCoordinates(const Header& header) {
+void checkFields(const Header& header) {
+  const auto occurrences = [&](const char* name) {
+    return std::ranges::count(header.fields, name, &Field::name);
+  };
   for (const char* name : {"x", "y", "z"}) {
     const auto field = std::ranges::find(header.fields, name, &Field::name);
     if (field == header.fields.end()) {
       throw std::runtime_error("it has no field \"" + std::string(name) + "\"");
     }
-    // 8-byte numbers would be read as 0.
-    const bool known = (field->type == 'F' && field->size == 4) ||
-                       ((field->type == 'I' || field->type == 'U') &&
-                        (field->size == 1 || field->size == 2 || field->size == 4));
-    if (field->count != 1 || (!known && header.data != "ascii")) {
+    if (occurrences(name) != 1) {
+      throw std::runtime_error("it has the field \"" + std::string(name) + "\" twice");
+    }
+    // Numbers of other kinds would be read as 0. In a text, the size says nothing.
+    const bool isText = header.data == "ascii";
+    const bool isWhole = field->type == 'I' || field->type == 'U';
+    const bool known = (field->type == 'F' && (isText || field->size == 4)) ||
+                       (isWhole && (isText || field->size == 1 || field->size == 2 || field->size == 4));
+    if (field->count != 1 || !known) {
       throw std::runtime_error("field \"" + std::string(name) + "\" is of TYPE " + field->type + ", SIZE " +
                                std::to_string(field->size) + ", COUNT " + std::to_string(field->count) +
                                ", which is not read; one float of 4 bytes is");
     }
   }
+  if (const auto empty = std::ranges::find(header.fields, 0U, &Field::count); empty != header.fields.end()) {
+    throw std::runtime_error("field \"" + empty->name + "\" has COUNT 0");
+  }
+  // The reader makes room for normals only when all three are there, but stores each it finds.
+  const auto normals = occurrences("normal_x") + occurrences("normal_y") + occurrences("normal_z");
+  const bool isWhole =
+      occurrences("normal_x") != 0 && occurrences("normal_y") != 0 && occurrences("normal_z") != 0;
+  if (normals != 0 && !isWhole) {
+    throw std::runtime_error("it has only some of the fields \"normal_x\", \"normal_y\" and \"normal_z\"");
+  }
 }
 
-// Where the columns x, y and z of a text line are.
-std::array<std::size_t, 3> coordinateColumns(const Header& header) {
-  std::array<std::size_t, 3> columns{};
-  std::size_t column = 0;
+struct Column {
+  std::size_t number = 0;
+  char type = 'F';
+};
+
+// Where x, y and z of a text line are.
+std::vector<Column> coordinateColumns(const Header& header) {
+  std::vector<Column> columns;
+  std::size_t number = 0;
   for (const Field& field : header.fields) {
-    if (const std::size_t axis = std::string_view("xyz").find(field.name);
-        field.name.size() == 1 && axis < 3) {
-      columns[axis] = column;
+    if (field.name == "x" || field.name == "y" || field.name == "z") {
+      columns.push_back({number, field.type});
     }
-    column += field.count;
+    number += field.count;
   }
   return columns;
+}
+
+// Whole numbers must be plain: the reader takes a leading 0 for octal, and less than nothing for a very large
+// number.
+bool isCoordinate(std::string_view text, char type) {
+  if (type == 'F') {
+    return isNumber(text);
+  }
+  std::int64_t value = 0;
+  const char* const last = text.data() + text.size();
+  const auto [end, error] = std::from_chars(text.data(), last, value);
+  return error == std::errc() && end == last && std::to_string(value) == text && (type == 'I' || value >= 0);
 }
 
 void checkText(std::istream& in, const Header& header) {
@@ -161,7 +219,10 @@ void checkText(std::istream& in, const Header& header) {
       continue;
     }
     const bool good = columns.size() >= header.columns() && line.size() <= longestLine &&
-                      std::ranges::all_of(coordinates, [&](std::size_t c) { return isNumber(columns[c]); });
+                      line.find('\0') == std::string::npos &&
+                      std::ranges::all_of(coordinates, [&](const Column& column) {
+                        return isCoordinate(columns[column.number], column.type);
+                      });
     if (!good) {
       throw std::runtime_error("point " + std::to_string(point) + " is not " +
                                std::to_string(header.columns()) + " numbers");
@@ -199,14 +260,19 @@ void checkCompressed(std::istream& in, const Header& header, std::uint64_t size)
   if (uncompressed / bestRatio > compressed) {
     failTooShort(header);
   }
+  if (uncompressed > mostCounted) {
+    throw std::runtime_error("its compressed block of " + std::to_string(uncompressed) +
+                             " bytes is too large");
+  }
 }
 
 }  // namespace
 
 std::uint64_t checkPcd(const std::string& path, std::uint64_t size) {
   std::ifstream in(path, std::ios::binary);
+  in.exceptions(std::ios::badbit);
   const Header header = readHeader(in);
-  checkCoordinates(header);
+  checkFields(header);
   if (header.points == 0) {
     return 0;
   }
@@ -220,6 +286,9 @@ std::uint64_t checkPcd(const std::string& path, std::uint64_t size) {
     checkCompressed(in, header, size);
   } else {
     throw std::runtime_error("DATA is neither ascii, binary nor binary_compressed: " + header.data);
+  }
+  if (header.points > mostCounted) {
+    throw std::runtime_error("it has too many points: " + std::to_string(header.points));
   }
   return header.points;
 }

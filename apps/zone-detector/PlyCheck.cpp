@@ -63,6 +63,9 @@ void readProperty(const std::vector<std::string_view>& parts, Header& header) {
   if (parts.size() == 5 && parts[1] == "list") {
     property.countSize = sizeOf(parts[2]);
     property.size = sizeOf(parts[3]);
+    if (parts[2].starts_with("float") || parts[2] == "double") {
+      throw std::runtime_error("the length of a list is of type " + std::string(parts[2]));
+    }
   } else if (parts.size() == 3) {
     property.size = sizeOf(parts[1]);
   } else {
@@ -71,6 +74,8 @@ void readProperty(const std::vector<std::string_view>& parts, Header& header) {
   header.elements.back().properties.push_back(std::move(property));
 }
 
+// The reader splits the header into words wherever its lines end, and takes the rest of a line, or the next
+// one when there is none, for a comment. It agrees with what is checked here only where each line is whole.
 Header readHeader(std::istream& in) {
   constexpr int longestHeader = 1000;       // lines
   constexpr std::size_t longestLine = 255;  // bytes; the reader takes little more
@@ -79,17 +84,29 @@ Header readHeader(std::istream& in) {
   if (const auto magic = words(line); magic.size() != 1 || magic[0] != "ply") {
     throw std::runtime_error("does not begin with \"ply\"");
   }
+  // The reader looks at this line's end to know how many bytes end the header.
+  const std::string lastLine = line == "ply\r" ? "end_header\r" : "end_header";
   Header header;
   for (int i = 0; i < longestHeader && std::getline(in, line) && line.size() <= longestLine; ++i) {
+    if (line == lastLine) {
+      return header;
+    }
     const auto parts = words(line);
+    if (parts.empty()) {
+      continue;
+    }
+    const bool isRemark = parts[0] == "comment" || parts[0] == "obj_info";
+    if (line.find('\0') != std::string::npos) {
+      throw std::runtime_error("the header is no text");
+    }
     if (parts.size() == 3 && parts[0] == "format") {
       header.format = parts[1];
     } else if (parts.size() == 3 && parts[0] == "element") {
       header.elements.push_back({std::string(parts[1]), wholeNumber("the number of elements", parts[2]), {}});
-    } else if (!parts.empty() && parts[0] == "property") {
+    } else if (parts[0] == "property") {
       readProperty(parts, header);
-    } else if (parts.size() == 1 && parts[0] == "end_header") {
-      return header;
+    } else if (!isRemark || (parts.size() == 1 && line.ends_with(parts[0]))) {
+      throw std::runtime_error("unexpected line in the header: " + line.substr(0, 40));
     }
   }
   throw std::runtime_error("the header has no \"end_header\"");
@@ -171,22 +188,22 @@ class Walk {
 // never written when a property is missing, and ends the whole program when binary data are cut short.
 void checkPly(const std::string& path, std::uint64_t size) {
   std::ifstream in(path, std::ios::binary);
+  in.exceptions(std::ios::badbit);
   const Header header = readHeader(in);
   checkVertices(header);
-  const bool bigEndian = header.format == "binary_big_endian";
-  if (header.format == "ascii") {
-    for (const Element& element : header.elements) {
-      // Each takes a line.
-      if (element.count > size) {
-        failTooShort(element);
-      }
+  for (const Element& element : header.elements) {
+    // Each takes a byte at least. The reader counts even those that have no properties, one by one.
+    if (element.count > size) {
+      failTooShort(element);
     }
-  } else if (bigEndian || header.format == "binary_little_endian") {
+  }
+  const bool bigEndian = header.format == "binary_big_endian";
+  if (bigEndian || header.format == "binary_little_endian") {
     Walk walk(in, bytesLeft(in, size), bigEndian);
     for (const Element& element : header.elements) {
       walk.over(element);
     }
-  } else {
+  } else if (header.format != "ascii") {
     throw std::runtime_error("unknown format: " + header.format);
   }
 }

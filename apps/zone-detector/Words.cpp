@@ -31,7 +31,7 @@ std::uint64_t wholeNumber(std::string_view key, std::string_view text) {
 }
 
 bool isNumber(std::string_view text) {
-  if (text.starts_with('+')) {
+  if (text.starts_with('+') && !text.starts_with("+-")) {
     text.remove_prefix(1);
   }
   double value = 0.0;
