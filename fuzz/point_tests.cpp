@@ -1,13 +1,15 @@
 // The point tests against ones that are written another way: exact integers for rings, long double for
-// sectors.
+// sectors and turned rectangles, whose borders have their own tests.
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <numbers>
 #include <vector>
 
 #include <filter/detection/Polygon.h>
+#include <filter/detection/Rectangle.h>
 #include <filter/detection/Sector.h>
 
 #include "Bytes.h"
@@ -15,6 +17,7 @@
 
 using orvantis::filter::detection::Point;
 using orvantis::filter::detection::Polygon;
+using orvantis::filter::detection::Rectangle;
 using orvantis::filter::detection::Sector;
 using orvantis::fuzz::Bytes;
 
@@ -25,10 +28,17 @@ struct Lattice {
   std::int64_t y;
 };
 
+// How near a border the rounding of the shapes' own arithmetic may decide.
+constexpr long double margin = 1e-9L;
+
 Lattice takeLattice(Bytes& bytes) {
   const auto x = bytes.take<std::int8_t>();
   const auto y = bytes.take<std::int8_t>();
   return {x, y};
+}
+
+Point pointOf(const Lattice& p) {
+  return {static_cast<double>(p.x), static_cast<double>(p.y)};
 }
 
 std::int64_t cross(const Lattice& a, const Lattice& b, const Lattice& p) {
@@ -63,13 +73,12 @@ void checkRing(Bytes& bytes) {
   std::vector<Point> points;
   for (Lattice& vertex : ring) {
     vertex = takeLattice(bytes);
-    points.emplace_back(static_cast<double>(vertex.x), static_cast<double>(vertex.y));
+    points.push_back(pointOf(vertex));
   }
   const Polygon polygon("ring", points);
   do {
     const Lattice p = takeLattice(bytes);
-    ORVANTIS_FUZZ_CHECK(polygon.within(Point(static_cast<double>(p.x), static_cast<double>(p.y))) ==
-                        isInside(ring, p));
+    ORVANTIS_FUZZ_CHECK(polygon.within(pointOf(p)) == isInside(ring, p));
   } while (!bytes.isEmpty());
 }
 
@@ -78,26 +87,49 @@ void checkSector(Bytes& bytes) {
   const double from = bytes.take<std::int16_t>() * step;
   const double to = bytes.take<std::int16_t>() * step;
   const double radius = bytes.take<std::uint8_t>();
-  const Sector sector("sector", from, to, radius);
+  const Lattice origin = takeLattice(bytes);
+  const Sector sector("sector", from, to, radius, pointOf(origin));
   double first = 0.0;
   double second = 0.0;
   double storedRadius = 0.0;
   sector.getSector(first, second, storedRadius);
   do {
     const Lattice p = takeLattice(bytes);
-    const auto x = static_cast<long double>(p.x);
-    const auto y = static_cast<long double>(p.y);
+    const auto x = static_cast<long double>(p.x - origin.x);
+    const auto y = static_cast<long double>(p.y - origin.y);
     const long double bearing = std::atan2(y, x);
-    const long double margin = 1e-9L;
     const bool isNearBearing = std::abs(bearing - first) < margin || std::abs(bearing - second) < margin;
     const bool isWhole = std::abs(first - second) < 0.0001;
     if (isNearBearing && !isWhole) {
-      continue;  // the borders have their own tests
+      continue;
     }
     const bool isBetween = (bearing > first) != (bearing > second);
     const bool isInOpening = isWhole || (second > first ? isBetween : !isBetween);
     const bool expected = x * x + y * y <= static_cast<long double>(radius) * radius && isInOpening;
-    ORVANTIS_FUZZ_CHECK(sector.within(Point(static_cast<double>(p.x), static_cast<double>(p.y))) == expected);
+    ORVANTIS_FUZZ_CHECK(sector.within(pointOf(p)) == expected);
+  } while (!bytes.isEmpty());
+}
+
+void checkRectangle(Bytes& bytes) {
+  constexpr double step = 0.1;
+  const double rotation = bytes.take<std::int16_t>() * step;
+  const Lattice first = takeLattice(bytes);
+  const Lattice second = takeLattice(bytes);
+  const Rectangle rectangle("rectangle", {pointOf(first), pointOf(second)}, rotation);
+  const long double angle = rotation * (std::numbers::pi_v<long double> / 180.0L);
+  const long double halfWidth = std::abs(second.x - first.x) / 2.0L;
+  const long double halfHeight = std::abs(second.y - first.y) / 2.0L;
+  do {
+    const Lattice p = takeLattice(bytes);
+    const long double x = p.x - (first.x + second.x) / 2.0L;
+    const long double y = p.y - (first.y + second.y) / 2.0L;
+    // Turned back; how far inside each pair of sides.
+    const long double insideWidth = halfWidth - std::abs(std::cos(angle) * x + std::sin(angle) * y);
+    const long double insideHeight = halfHeight - std::abs(std::cos(angle) * y - std::sin(angle) * x);
+    const long double inside = std::min(insideWidth, insideHeight);
+    if (std::abs(inside) >= margin) {
+      ORVANTIS_FUZZ_CHECK(rectangle.within(pointOf(p)) == (inside > 0.0L));
+    }
   } while (!bytes.isEmpty());
 }
 
@@ -105,10 +137,15 @@ void checkSector(Bytes& bytes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Bytes bytes(data, size);
-  if (bytes.take<std::uint8_t>() % 2 == 0) {
-    checkRing(bytes);
-  } else {
-    checkSector(bytes);
+  switch (bytes.take<std::uint8_t>() % 3) {
+    case 0:
+      checkRing(bytes);
+      break;
+    case 1:
+      checkSector(bytes);
+      break;
+    default:
+      checkRectangle(bytes);
   }
   return 0;
 }
