@@ -85,6 +85,16 @@ void checkText(const InputFile& file, const std::string& text) {
   }
 }
 
+// Open3D is not instrumented: where it hands out memory that it never wrote, Valgrind shows that a decision
+// here hangs on it.
+void checkSize(const std::optional<Cloud>& cloud, std::size_t most) {
+  if (!cloud) {
+    return;
+  }
+  const auto numFinite = std::ranges::count_if(*cloud, [](const auto& point) { return point.allFinite(); });
+  ORVANTIS_FUZZ_CHECK(cloud->size() <= most && static_cast<std::size_t>(numFinite) <= cloud->size());
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -94,9 +104,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   checkRecords(file, bytes);
   checkText(file, bytes);
   // A byte of the compressed kind stands for at most 264, and a point has three.
-  const std::optional<Cloud> pcd = read(file.as("frame.pcd"));
-  ORVANTIS_FUZZ_CHECK(!pcd || pcd->size() <= 264 * size);
-  const std::optional<Cloud> ply = read(file.as("frame.ply"));
-  ORVANTIS_FUZZ_CHECK(!ply || ply->size() <= size);
+  checkSize(read(file.as("frame.pcd")), 264 * size);
+  checkSize(read(file.as("frame.ply")), size);
   return 0;
 }
