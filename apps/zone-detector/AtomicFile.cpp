@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <utility>
 
@@ -11,6 +10,7 @@
 #include <unistd.h>
 
 #include "Console.h"
+#include "Text.h"
 
 namespace orvantis::app {
 namespace {
@@ -76,7 +76,7 @@ AtomicFile::~AtomicFile() {
 }
 
 void AtomicFile::fail(int reason) const {
-  throw Failure(path_ + ": cannot be written: " + std::strerror(reason));
+  throw Failure(path_ + ": cannot be written: " + errorText(reason));
 }
 
 void AtomicFile::write() {

@@ -1,7 +1,8 @@
 #include "Console.h"
 
 #include <cerrno>
-#include <cstring>
+
+#include "Text.h"
 
 namespace orvantis::app {
 
@@ -11,7 +12,7 @@ void Console::flush() const {
     out.flush();
   }
   if (!out) {
-    const std::string reason = errno != 0 ? std::string(": ") + std::strerror(errno) : std::string();
+    const std::string reason = errno != 0 ? ": " + errorText(errno) : std::string();
     throw Failure("cannot write to the standard output" + reason);
   }
 }

@@ -1,12 +1,12 @@
 #include "File.h"
 
 #include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
 
 #include "Console.h"
+#include "Text.h"
 
 namespace orvantis::app {
 namespace {
@@ -24,12 +24,12 @@ std::string readFile(const std::string& path, std::size_t limit) {
   errno = 0;
   std::ifstream in(path, std::ios::binary);
   if (!in) {
-    fail(path, std::strerror(errno));
+    fail(path, errorText(errno));
   }
   std::string text(limit, '\0');
   in.read(text.data(), static_cast<std::streamsize>(limit));
   if (in.bad()) {
-    fail(path, std::strerror(errno));
+    fail(path, errorText(errno));
   }
   text.resize(static_cast<std::size_t>(in.gcount()));
   return text;
@@ -39,13 +39,13 @@ std::size_t fileSize(const std::string& path) {
   std::error_code error;
   const auto status = std::filesystem::status(path, error);
   if (status.type() == std::filesystem::file_type::not_found || error) {
-    fail(path, error ? error.message() : std::strerror(ENOENT));
+    fail(path, error ? error.message() : errorText(ENOENT));
   }
   if (!std::filesystem::is_regular_file(status)) {
     fail(path, std::filesystem::is_directory(status) ? "it is a folder" : "it is no regular file");
   }
   if (!std::ifstream(path)) {
-    fail(path, std::strerror(errno));
+    fail(path, errorText(errno));
   }
   return std::filesystem::file_size(path);
 }

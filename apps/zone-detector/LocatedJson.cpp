@@ -1,6 +1,8 @@
 #include "LocatedJson.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <utility>
 
 #include <boost/json/basic_parser_impl.hpp>
@@ -17,10 +19,10 @@ using boost::json::string_view;
 // the line that was fed last.
 class Builder {
  public:
-  static constexpr std::size_t max_array_size = -1;
-  static constexpr std::size_t max_object_size = -1;
-  static constexpr std::size_t max_string_size = -1;
-  static constexpr std::size_t max_key_size = -1;
+  static constexpr std::size_t max_array_size = std::numeric_limits<std::size_t>::max();
+  static constexpr std::size_t max_object_size = std::numeric_limits<std::size_t>::max();
+  static constexpr std::size_t max_string_size = std::numeric_limits<std::size_t>::max();
+  static constexpr std::size_t max_key_size = std::numeric_limits<std::size_t>::max();
 
   explicit Builder(LocatedNode& root) : root_(root) {}
 

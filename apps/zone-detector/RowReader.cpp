@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <charconv>
 #include <cmath>
-#include <cstring>
 #include <filesystem>
 
 #include "Console.h"
@@ -21,7 +20,7 @@ RowReader::RowReader(const std::string& path) : path_(path) {
   errno = 0;
   in_.open(path, std::ios::binary);
   if (!in_) {
-    throw Failure(path + ": cannot be read: " + std::strerror(errno));
+    throw Failure(path + ": cannot be read: " + errorText(errno));
   }
 }
 
@@ -30,7 +29,7 @@ bool RowReader::next() {
   std::array<char, 4096> buffer;
   in_.getline(buffer.data(), buffer.size());
   if (in_.bad()) {
-    throw Failure(path_ + ": cannot be read: " + std::strerror(errno));
+    throw Failure(path_ + ": cannot be read: " + errorText(errno));
   }
   const auto taken = static_cast<std::size_t>(in_.gcount());
   if (taken == 0) {

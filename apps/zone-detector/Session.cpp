@@ -6,8 +6,6 @@ namespace orvantis::app {
 namespace {
 
 using filter::monitor::Crossing;
-using filter::monitor::ObjectEvent;
-using filter::monitor::ZoneEvent;
 
 filter::classify::PointsView<double> pointsOf(const Cloud& cloud) {
   return filter::classify::PointsView<double>::interleaved(cloud.data(), sizeof(Cloud::value_type),

@@ -6,7 +6,6 @@
 namespace orvantis::app {
 
 using filter::detection::CounterLineDirectionType;
-using filter::detection::Point;
 using filter::monitor::Crossing;
 using filter::monitor::ObjectMonitor;
 using filter::monitor::TrackedObject;

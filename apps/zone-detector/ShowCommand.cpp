@@ -26,7 +26,6 @@ using boost::json::object;
 using filter::detection::CounterLine;
 using filter::detection::Point;
 using filter::detection::Sector;
-using filter::detection::Zone;
 using filter::detection::Zone3dBase;
 using filter::detection::ZoneDetector;
 

@@ -92,17 +92,17 @@ Viewport viewportFor(const PlanContent& content) {
   if (points.empty()) {
     points.emplace_back(0.0, 0.0);
   }
-  const auto [left, right] = std::ranges::minmax(points, {}, &Point::x);
-  const auto [bottom, top] = std::ranges::minmax(points, {}, &Point::y);
-  const double size = std::max({right.x() - left.x(), top.y() - bottom.y(), 1.0});
+  const auto [left, right] = std::ranges::minmax_element(points, {}, &Point::x);
+  const auto [bottom, top] = std::ranges::minmax_element(points, {}, &Point::y);
+  const double size = std::max({right->x() - left->x(), top->y() - bottom->y(), 1.0});
   const double padding = 0.06 * size;
   // The origin, where the sensor often is, belongs into the picture when it is near.
   const auto reach = [size](double low, double high) {
     return low - size < 0.0 && high + size > 0.0 ? std::pair(std::min(low, 0.0), std::max(high, 0.0))
                                                  : std::pair(low, high);
   };
-  const auto [x0, x1] = reach(left.x(), right.x());
-  const auto [y0, y1] = reach(bottom.y(), top.y());
+  const auto [x0, x1] = reach(left->x(), right->x());
+  const auto [y0, y1] = reach(bottom->y(), top->y());
   return {x0 - padding, x1 + padding, y0 - padding, y1 + padding};
 }
 

@@ -21,7 +21,7 @@ class Drawing {
       : content_(content), left_(left), top_(top), width_(width), y_(top) {}
 
   SvgPiece draw() {
-    const double rows = static_cast<double>(content_.zones.size() + content_.lines.size());
+    const auto rows = static_cast<double>(content_.zones.size() + content_.lines.size());
     drawGrid(rows * rowHeight);
     for (const TimelineContent::ZoneRow& zone : content_.zones) {
       drawZone(zone);

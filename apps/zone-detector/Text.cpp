@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <system_error>
 
 #include <boost/locale/utf.hpp>
 
@@ -91,6 +92,10 @@ std::size_t displayWidth(std::string_view text) {
     width += isLaterByte(c) ? 0 : 1;
   }
   return width;
+}
+
+std::string errorText(int number) {
+  return std::generic_category().message(number);
 }
 
 std::string counted(std::uint64_t count, std::string_view singular) {

@@ -21,10 +21,13 @@ std::string toUtf8(std::string_view text);
 
 /// The text as UTF-8 with control characters written out (\x1b), so that a name from a file cannot steer a
 /// terminal.
-std::string printable(std::string_view text);
+std::string printable(std::string_view raw);
 
 /// The columns a terminal needs for the text: its characters, not its bytes.
 std::size_t displayWidth(std::string_view text);
+
+/// The system's words for an error number.
+std::string errorText(int number);
 
 /// "1 point", "2 points".
 std::string counted(std::uint64_t count, std::string_view singular);

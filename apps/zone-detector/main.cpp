@@ -138,15 +138,12 @@ void addRecording(CLI::App& command, Recording& recording) {
 }
 
 bool wantsColour() {
-  const char* const noColour = std::getenv("NO_COLOR");
+  const char* const noColour =
+      std::getenv("NO_COLOR");  // NOLINT(concurrency-mt-unsafe): one thread, which sets none
   return ::isatty(STDOUT_FILENO) == 1 && (noColour == nullptr || *noColour == '\0');
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  const Console console{std::cout, std::cerr, wantsColour(), ::isatty(STDERR_FILENO) == 1};
-
+int runCommandLine(int argc, char** argv, const Console& console) {
   CLI::App app(overview.summary, "zone-detector");
   app.footer(overview.text);
   app.formatter(std::make_shared<ExamplesFirst>());
@@ -207,22 +204,28 @@ int main(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error, std::cout, std::cerr) == 0 ? EXIT_SUCCESS : wrongUsage;
   }
+  if (validateCommand->parsed()) {
+    return validate(documents, strict, console);
+  }
+  if (showCommand->parsed()) {
+    return show(document, json, console);
+  }
+  if (runCommand->parsed()) {
+    return run(runOptions, console);
+  }
+  if (explainCommand->parsed()) {
+    return explain(explainOptions, console);
+  }
+  return plot(plotOptions, console);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
   try {
-    if (validateCommand->parsed()) {
-      return validate(documents, strict, console);
-    }
-    if (showCommand->parsed()) {
-      return show(document, json, console);
-    }
-    if (runCommand->parsed()) {
-      return run(runOptions, console);
-    }
-    if (explainCommand->parsed()) {
-      return explain(explainOptions, console);
-    }
-    return plot(plotOptions, console);
+    return runCommandLine(argc, argv, {std::cout, std::cerr, wantsColour(), ::isatty(STDERR_FILENO) == 1});
   } catch (const std::exception& error) {
-    console.err << "zone-detector: " << error.what() << '\n';
+    std::cerr << "zone-detector: " << error.what() << '\n';
     return inputAtFault;
   }
 }

@@ -9,7 +9,7 @@ namespace orvantis::filter::monitor {
 namespace {
 
 int signOf(double value) {
-  return (value > 0.0) - (value < 0.0);
+  return static_cast<int>(value > 0.0) - static_cast<int>(value < 0.0);
 }
 
 // A sum of doubles without rounding: components of increasing magnitude that do not overlap, so the last one

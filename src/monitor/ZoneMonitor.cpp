@@ -11,7 +11,6 @@
 namespace orvantis::filter::monitor {
 namespace {
 
-using classify::PointClassifier;
 using detection::ZoneDetector;
 
 using Level = PointFrame::Level;

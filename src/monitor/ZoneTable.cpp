@@ -1,6 +1,7 @@
 #include "monitor/ZoneTable.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <typeinfo>
@@ -44,9 +45,9 @@ bool sameGeometry(const Polygon& a, const Polygon& b) {
 }
 
 bool sameGeometry(const Sector& a, const Sector& b) {
-  double minAngle[2];
-  double maxAngle[2];
-  double radius[2];
+  std::array<double, 2> minAngle{};
+  std::array<double, 2> maxAngle{};
+  std::array<double, 2> radius{};
   a.getSector(minAngle[0], maxAngle[0], radius[0]);
   b.getSector(minAngle[1], maxAngle[1], radius[1]);
   return sameBits(minAngle[0], minAngle[1]) && sameBits(maxAngle[0], maxAngle[1]) &&
@@ -69,7 +70,7 @@ bool sameShape(const detection::Zone& a, const detection::Zone& b) {
 
 std::optional<Bounds> boundsOfShape(const detection::Zone& shape) {
   const auto* polygon = dynamic_cast<const Polygon*>(&shape);
-  if (!polygon) {
+  if (polygon == nullptr) {
     return std::nullopt;
   }
   std::vector<Point> vertices;

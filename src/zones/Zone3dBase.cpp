@@ -41,6 +41,8 @@ bool Zone3dBase::within(double x, double y, double z) const {
   return z >= zMin_ && z <= zMax_ && zone2d_ && zone2d_->within(Point(x, y));
 }
 
+// The public signatures take the outline by value.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 bool Zone3dBase::within(polygon outline, float zMin, float zMax) const {
   return containsHeights(zMin, zMax) && zone2d_ && zone2d_->within(outline);
 }
@@ -53,6 +55,7 @@ bool Zone3dBase::intersects(polygon outline, float zMin, float zMax) const {
 bool Zone3dBase::overlaps(polygon outline, float zMin, float zMax) const {
   return containsHeights(zMin, zMax) && zone2d_ && zone2d_->overlaps(outline);
 }
+// NOLINTEND(performance-unnecessary-value-param)
 
 void Zone3dBase::load(SettingsManager& settings) {
   loadShape(settings);

@@ -10,7 +10,7 @@ constexpr std::size_t NUM_ZONE_SLOTS = 24;
 
 /// Where a slot stands when something is kept for each of them. The same as PointClassifier::zoneBit.
 constexpr std::size_t zoneSlotIndex(int field, int zone) {
-  return static_cast<std::size_t>(3 * field + zone);
+  return 3 * static_cast<std::size_t>(field) + static_cast<std::size_t>(zone);
 }
 
 /// A zone of an evaluation field: where it stands in the detector, and what it is called there.
