@@ -244,12 +244,13 @@ bool isShallow(const ptree& node, int levels) {
 }
 
 void setParent(ptree& node, const ptree* parent) {
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): the address is what is kept
   node.data().assign(reinterpret_cast<const char*>(&parent), sizeof(parent));
 }
 
 ptree* parentOf(const ptree& node) {
   ptree* parent = nullptr;
-  std::memcpy(&parent, node.data().data(), sizeof(parent));
+  std::memcpy(&parent, node.data().data(), sizeof(parent));  // NOLINT(bugprone-sizeof-expression)
   return parent;
 }
 
