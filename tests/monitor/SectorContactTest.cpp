@@ -48,6 +48,16 @@ TEST(SectorContact, AFootprintOverTheWholeSectorIsInIt) {
       isIn(std::make_shared<Sector>("S", 0.0, 2 * pi, 3.0, Point(50.0, 20.0)), boxAt(50.0, 20.0, 8.0, 8.0)));
 }
 
+// A way to the side from the origin runs through corners: each may count once only.
+TEST(SectorContact, AFootprintWithCornersLevelWithTheOriginIsOverIt) {
+  const auto disc = std::make_shared<Sector>("S", 0.0, 2 * pi, 1.0);
+  EXPECT_TRUE(isIn(disc, core::State(ring({{0, 10}, {10, 0}, {0, -10}, {-10, 0}}))));
+  EXPECT_FALSE(isIn(disc, core::State(ring({{20, 10}, {30, 0}, {20, -10}, {10, 0}}))));
+  EXPECT_FALSE(isIn(disc, core::State(ring({{-20, 10}, {-10, 0}, {-20, -10}, {-30, 0}}))));
+  EXPECT_FALSE(isIn(disc, core::State(ring({{10, 0}, {20, 10}, {30, 0}}))));
+  EXPECT_FALSE(isIn(disc, core::State(ring({{10, 0}, {30, 0}, {20, -10}}))));
+}
+
 TEST(SectorContact, AnEdgeThroughTheArcBetweenTwoCornersIsEnough) {
   EXPECT_TRUE(isIn(quarter(), boxAt(11.5, 0.0, 4.0, 40.0)));
   EXPECT_FALSE(isIn(quarter(), boxAt(12.5, 0.0, 4.0, 40.0)));

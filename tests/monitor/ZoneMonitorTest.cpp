@@ -273,6 +273,12 @@ TEST(ZoneMonitorStamps, TheFarthestStampsAreNoTrouble) {
   EXPECT_EQ(frame.events.at(0).began, Stamp::min());
 }
 
+TEST(ZoneMonitorStamps, TheShortestTimeThatNoDurationHoldsIsALongOne) {
+  ZoneMonitor monitor(debounced(100));
+  monitor.update(Stamp::min(), inGate(1));
+  EXPECT_TRUE(monitor.update(Stamp(0), inGate(1)).isOccupied[gate]);
+}
+
 TEST(ZoneMonitorSnapshot, LaterEditsOfTheDetectorDoNotReachIt) {
   ZoneDetector detector = detectorWithGate();
   ZoneMonitor monitor(detector);

@@ -84,6 +84,29 @@ TEST(ZoneReconfigure, AnotherTypeOfShapeIsAnotherZone) {
   EXPECT_FALSE(keepsState(detectorWith(rectangle), detectorWith(std::make_shared<Sector>("R", -3, 3, 20))));
 }
 
+// A host's own shape: everything right of an x.
+class HalfPlane : public Zone {
+ public:
+  explicit HalfPlane(double left) : Zone("H"), left_(left) {}
+  std::shared_ptr<Zone> makeCopy() const override { return std::make_shared<HalfPlane>(left_); }
+  bool within(const polygon&) const override { return false; }
+  bool within(const Point& point) const override { return point.x() > left_; }
+  bool intersects(const polygon&) const override { return false; }
+  bool overlaps(const polygon&) const override { return false; }
+  double area() const override { return 0.0; }
+  void save(SettingsManager&) const override {}
+  void load(SettingsManager&) override {}
+  const std::string& type() const override { return name(); }
+
+ private:
+  double left_;
+};
+
+TEST(ZoneReconfigure, AHostsOwnShapeIsTakenForAnotherZone) {
+  const auto shape = std::make_shared<HalfPlane>(1.0);
+  EXPECT_FALSE(keepsState(detectorWith(shape), detectorWith(shape)));
+}
+
 TEST(ZoneReconfigure, ANotANumberIsTheSameAsItself) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   ZoneDetector detector = detectorWithGate();

@@ -137,6 +137,17 @@ TEST(RegionOverlaps, IsTheSameWhicheverOfTheTwoHasTheHole) {
   }
 }
 
+TEST(RegionOverlaps, IsAnsweredWhenBothHaveHoles) {
+  const auto holed = [](std::int64_t x, std::int64_t holeX) {
+    return planar(
+        {{{x, 0}, {x, 9}, {x + 9, 9}, {x + 9, 0}}, {{holeX, 2}, {holeX, 4}, {holeX + 2, 4}, {holeX + 2, 2}}});
+  };
+  EXPECT_TRUE(planar::overlaps(holed(0, 1), holed(6, 12)));
+  EXPECT_TRUE(planar::overlaps(holed(0, 1), holed(0, 5)));  // each has the other's hole outside
+  EXPECT_FALSE(planar::overlaps(holed(0, 1), holed(0, 1)));
+  EXPECT_FALSE(planar::overlaps(holed(0, 1), holed(9, 12)));
+}
+
 TEST(RegionArea, IsTheSignedSumOfAllRings) {
   RandomRings random(33);
   for (int i = 0; i < 150; ++i) {

@@ -46,6 +46,18 @@ bool load(SettingsManager& settings, const std::string& json) {
   return settings.loadStream(in, SettingsManager::JSON);
 }
 
+// More than the reader keeps blank nodes for.
+TEST(JsonRead, ManyKeysKeepTheirNamesValuesAndOrder) {
+  std::string json;
+  std::string expected;
+  for (int i = 0; i < 300; ++i) {
+    const std::string number = std::to_string(i);
+    json += (i == 0 ? "{\"k" : ",\"k") + number + "\":[" + number + ",\"v\"]";
+    expected += (i == 0 ? "{k" : " k") + number + "=" + number + " k" + number + "=v";
+  }
+  EXPECT_EQ(outlineOf(json + "}"), expected + "}");
+}
+
 TEST(JsonRead, AnArrayUnderAKeyBecomesRepeatedChildrenInOrder) {
   EXPECT_EQ(outlineOf(R"({"a": [1, "b", true, null], "c": 2})"), "{a=1 a=b a=true a=null c=2}");
   EXPECT_EQ(outlineOf(R"({"Zone": [{"x": 1}, {}, {"x": 2}]})"), "{Zone={x=1} Zone= Zone={x=2}}");
