@@ -16,7 +16,8 @@ std::string toText(double value, int decimals);
 /// The value with exactly that many decimals, for columns of figures.
 std::string toFixed(double value, int decimals);
 
-/// The text with U+FFFD for every byte that is not UTF-8, as a path or a class may have: JSON and SVG must be.
+/// The text with U+FFFD for every byte that is not UTF-8, as a path or a class may have: JSON and SVG must
+/// be.
 std::string toUtf8(std::string_view text);
 
 /// The text as UTF-8 with control characters written out (\x1b), so that a name from a file cannot steer a
