@@ -8,6 +8,12 @@ packages=(
   libgtest-dev                         # the tests
 )
 
+# What only check.sh, coverage.sh and mutate.sh need besides.
+development_packages=(
+  clang clang-format clang-tidy libclang-rt-dev  # the other compiler, its analysis, sanitizers and fuzzer
+  gcovr python3
+)
+
 # Installs the packages that are missing, and does nothing when none is.
 install_missing_packages() {
   if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
