@@ -217,6 +217,18 @@ TEST(PointClassifier, AllocatesNothingAfterConstruction) {
   EXPECT_EQ(allocations.count(), 0U);
 }
 
+// Such as the points of an empty std::vector: nothing may be added to that address.
+TEST(PointClassifier, AnEmptyFrameNeedsNoAddress) {
+  ZoneDetector detector;
+  detector.setZone(square("z", 0.0, 0.0, 2.0), 0, 0);
+  const PointClassifier classifier(detector);
+  const auto view = PointsView<float>::interleaved(nullptr, 16, 0);
+  EXPECT_EQ(view.y, nullptr);
+  EXPECT_EQ(view.z, nullptr);
+  classifier.classify(view, nullptr);
+  EXPECT_EQ(classifier.count(view).inside[0], 0U);
+}
+
 TEST(PointClassifier, ThreadsMayShareIt) {
   ZoneDetector detector;
   detector.setZone(square("z", 0.0, 0.0, 2.0), 0, 0);

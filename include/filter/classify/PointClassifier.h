@@ -29,6 +29,9 @@ struct PointsView {
   }
   /// Records of `stride` bytes that begin with x, y and z.
   static PointsView interleaved(const void* points, std::size_t stride, std::size_t size) {
+    if (size == 0) {
+      return {points, points, points, stride, 0};  // an empty container may have no address to add to
+    }
     const auto* bytes = static_cast<const unsigned char*>(points);
     return {bytes, bytes + sizeof(Real), bytes + 2 * sizeof(Real), stride, size};
   }
