@@ -49,7 +49,7 @@ struct Curve {
   double operator()(double px, double py) const {
     const double dx = px - x;
     const double dy = py - y;
-    return q * (dx * dx + dy * dy) + (a * dx + b * dy) + c;
+    return (dx * (q * dx + a) + dy * (q * dy + b)) + c;
   }
 };
 

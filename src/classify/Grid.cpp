@@ -1,9 +1,12 @@
 #include "classify/Grid.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <optional>
+#include <span>
 #include <unordered_map>
 
 #include <filter/detection/Point.h>
@@ -222,8 +225,7 @@ class GridBuilder {
     grid_.firstCut = static_cast<std::uint32_t>(grid_.palette.size());
     grid_.firstCrossed = grid_.firstCut + static_cast<std::uint32_t>(grid_.cutCells.size());
     grid_.codeOfFarAway = grid_.firstCrossed;
-    grid_.palette.resize(grid_.palette.size() + grid_.cutCells.size() + grid_.crossedCells.size(),
-                         ~std::uint64_t{0});
+    grid_.palette.push_back(~std::uint64_t{0});
   }
 
   // The first crossed cell, which is nowhere, asks every zone. The bits that a NaN has are the same whichever
@@ -314,12 +316,65 @@ class GridBuilder {
   }
 
   void addCrossedCell(std::uint32_t firstDecision, std::uint64_t decided) {
+    CrossedCell cell{firstDecision, 0, codeOfSet(decided), {}, {}};
+    combine(cell, decided);
     if (grid_.decisions.size() % 2 != 0) {
       grid_.decisions.push_back(Decision(grid_.decisions.back()));
     }
-    grid_.crossedCells.push_back({firstDecision,
-                                  static_cast<std::uint16_t>((grid_.decisions.size() - firstDecision) / 2),
-                                  static_cast<std::uint16_t>(decidedCell(decided).number)});
+    cell.numPairs = static_cast<std::uint16_t>((grid_.decisions.size() - firstDecision) / 2);
+    grid_.crossedCells.push_back(cell);
+  }
+
+  std::uint16_t codeOfSet(std::uint64_t zones) {
+    return static_cast<std::uint16_t>(decidedCell(zones).number);
+  }
+
+  // Tells the zones on each combination of sides from the last cell's decisions together.
+  void combine(CrossedCell& cell, std::uint64_t decided) {
+    cell.zonesOn.fill(CrossedCell::noSet);
+    const std::span<const Decision> decisions = std::span(grid_.decisions).subspan(cell.firstDecision);
+    if (!collectCurves(decisions, cell.curves)) {
+      return;
+    }
+    for (unsigned sides = 0; sides < cell.zonesOn.size(); ++sides) {
+      const auto sideOf = [&](std::uint16_t curve) {
+        return sides >> (std::ranges::find(cell.curves, curve) - cell.curves.begin()) & 1U;
+      };
+      bool isKnown = true;
+      for (std::size_t k = 0; k < cell.curves.size(); ++k) {
+        isKnown = isKnown && sideOf(cell.curves[k]) == (sides >> k & 1U);
+      }
+      std::uint64_t zones = decided;
+      for (const Decision& decision : decisions) {
+        const unsigned combination = sideOf(decision.curves[0]) | sideOf(decision.curves[1]) << 1U;
+        isKnown = isKnown && (decision.known >> combination & 1U) != 0;
+        zones |= (decision.inside >> combination & 1U) != 0 ? bitOf(decision.bit) : 0;
+      }
+      if (isKnown) {
+        cell.zonesOn[sides] = codeOfSet(zones);
+      }
+    }
+  }
+
+  // @return false, and nothing in `curves`, when the decisions have more curves than that, or none
+  static bool collectCurves(std::span<const Decision> decisions,
+                            std::array<std::uint16_t, CrossedCell::numCurves>& curves) {
+    std::size_t size = 0;
+    for (const Decision& decision : decisions) {
+      for (const std::uint16_t curve : decision.curves) {
+        const auto end = curves.begin() + static_cast<std::ptrdiff_t>(size);
+        if (std::find(curves.begin(), end, curve) != end) {
+          continue;
+        }
+        if (curve == Grid::curveOfZero || size == curves.size()) {
+          curves.fill(Grid::curveOfZero);
+          return false;
+        }
+        curves[size++] = curve;
+      }
+    }
+    std::fill(curves.begin() + static_cast<std::ptrdiff_t>(size), curves.end(), curves[0]);
+    return size > 0;
   }
 
   Decision decision(int column, int row, const Mark& mark, const std::array<std::uint32_t, 2>& curves) const {

@@ -11,8 +11,9 @@
 
 namespace orvantis::filter::classify {
 
-/// A cell that exactly one border crosses: the zones of the points on its negative and its positive side.
-struct CutCell {
+/// A cell that exactly one border crosses: the zones of the points on its negative and its positive side. It
+/// lies in one line of the cache.
+struct alignas(64) CutCell {
   Curve curve;
   std::array<std::uint64_t, 2> zones;
 };
@@ -29,24 +30,33 @@ struct Decision {
   std::uint8_t inside : 4;
 };
 
-/// A cell that several borders cross. It has one pair of decisions, mostly: a loop whose end the processor
-/// foresees. A decision without a partner stands twice.
+/// A cell that several borders cross.
+///
+/// When these are up to three curves, each combination of their sides has one set of zones: with the side of
+/// curve k as bit k of its number. What has no set there is decided zone by zone, by pairs of decisions: of
+/// one zone or two, mostly, so that the loop over them is foreseen. A decision without a partner stands
+/// twice.
 struct CrossedCell {
+  static constexpr std::size_t numCurves = 3;
+  static constexpr std::uint16_t noSet = 0xFFFF;  ///< never a set's code: the crossed cells' come after them
+
   std::uint32_t firstDecision;
-  std::uint16_t
-      numPairs;  ///< of decisions: of one zone or two, mostly, so that the loop over them is foreseen
-  std::uint16_t decided;  ///< the code of the zones that hold all of the cell
+  std::uint16_t numPairs;
+  std::uint16_t decided;                               ///< the code of the zones that hold all of the cell
+  std::array<std::uint16_t, numCurves> curves;         ///< in Grid::curves; some stand several times
+  std::array<std::uint16_t, 1U << numCurves> zonesOn;  ///< by combination, the code of its zones
 };
 
-/// The plan, cell by cell. A cell has a 16-bit code. Up to the palette's size it means a set of zones; then
-/// come the cut cells, then the crossed ones.
+/// The plan, cell by cell. A cell has a 16-bit code. The first ones mean a set of zones; then come the cut
+/// cells, then the crossed ones.
 struct Grid {
   Lattice lattice;
 
   /// Column by column. Padded, so that it can be read in words.
   std::vector<std::uint16_t> codes;
 
-  /// By code. A cell that is not decided has all bits here: what remains is the set of zones at the height.
+  /// By code. The last one, at firstCut, stands for all cells that are not decided: it has all bits, so that
+  /// what remains is the set of zones at the height.
   std::vector<std::uint64_t> palette;
   std::uint32_t firstCut = 0;
   std::uint32_t firstCrossed = 0;

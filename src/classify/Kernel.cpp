@@ -1,7 +1,10 @@
 #include "classify/Kernel.h"
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
+#include <cstring>
 #include <type_traits>
 
 // Compiles this file once for each kind of processor that Highway knows.
@@ -17,60 +20,140 @@ namespace orvantis::filter::classify {
 namespace HWY_NAMESPACE {
 namespace {
 
-// One point at a time: for the last points of a block, and for processors without vectors.
+// What looking a point up takes from the tables, by value: what is written could otherwise change it, for all
+// the compiler knows.
+struct Tables {
+  Tables(const Grid& grid, const Heights& heights)
+      : firstColumn(grid.lattice.x0 + 0.5 * grid.lattice.cell),
+        firstRow(grid.lattice.y0 + 0.5 * grid.lattice.cell),
+        cellsPerMetre(static_cast<float>(1.0 / grid.lattice.cell)),
+        lastColumn(static_cast<std::uint32_t>(grid.lattice.columns - 1)),
+        lastRow(static_cast<std::uint32_t>(grid.lattice.rows - 1)),
+        farthest(static_cast<float>(Lattice::farthest / grid.lattice.cell)),
+        numRows(grid.lattice.rows),
+        codes(grid.codes.data()),
+        palette(grid.palette.data()),
+        firstCut(static_cast<std::int32_t>(grid.firstCut)),
+        firstCrossed(static_cast<std::int32_t>(grid.firstCrossed)),
+        codeOfNaN(static_cast<std::int32_t>(grid.codeOfNaN)),
+        codeOfFarAway(static_cast<std::int32_t>(grid.codeOfFarAway)),
+        lowestHeight(heights.origin),
+        bucketsPerMetre(heights.bucketsPerMetre),
+        lastBucket(heights.lastBucket),
+        bucketOfNaN(heights.lastBucket + 1),
+        starts(heights.startsAsFloat.data()),
+        exactStarts(heights.starts.data()),
+        heightMasks(heights.masks.data()) {}
+
+  double firstColumn;  // the middle of the first cell
+  double firstRow;
+  float cellsPerMetre;
+  std::uint32_t lastColumn;
+  std::uint32_t lastRow;
+  float farthest;  // in cells
+  std::int32_t numRows;
+  const std::uint16_t* codes;
+  const std::uint64_t* palette;
+  std::int32_t firstCut;
+  std::int32_t firstCrossed;
+  std::int32_t codeOfNaN;
+  std::int32_t codeOfFarAway;
+
+  float lowestHeight;
+  float bucketsPerMetre;
+  std::int32_t lastBucket;
+  std::int32_t bucketOfNaN;
+  const float* starts;
+  const double* exactStarts;
+  const std::uint64_t* heightMasks;
+};
+
+// Where the next entries of the lists go.
+struct Ends {
+  explicit Ends(Pending& pending)
+      : cut(pending.cut.entries.data()),
+        crossed(pending.crossed.entries.data()),
+        heights(pending.heights.entries.data()) {}
+
+  void finish(Pending& pending) const {
+    pending.cut.size = static_cast<std::size_t>(cut - pending.cut.entries.data());
+    pending.crossed.size = static_cast<std::size_t>(crossed - pending.crossed.entries.data());
+    pending.heights.size = static_cast<std::size_t>(heights - pending.heights.entries.data());
+  }
+
+  std::uint32_t* cut;
+  std::uint32_t* crossed;
+  std::uint32_t* heights;
+};
+
+// A position is rounded to a whole number by adding `wholeNumbers`: the bits of the sum less these are that
+// number. Up to 2^22 away from zero, the sum has the sign and the exponent of `wholeNumbers`. Beyond, it has
+// others, and the difference may have any sign, but is far from zero.
+//
+// A cell's number is cut off at the last one as an unsigned number. So left of the first cell is taken for
+// right of the last one, which is outside of all zones as well.
+constexpr auto wholeBits = std::bit_cast<std::uint32_t>(wholeNumbers);
+constexpr std::uint32_t signAndExponent = 0xFF800000;
+
+// One point at a time: for the last points of a block, and for processors without vectors. Without a branch
+// that depends on where an ordinary point is.
 template <typename Real>
-struct PointLookup {
-  const Grid& grid;
-  const Heights& heights;
-  std::uint64_t* out;
-  Pending& pending;
+class PointLookup {
+ public:
+  PointLookup(const Tables& tables, std::uint64_t* out) : t_(tables), out_(out) {}
 
-  // The cell along one axis. Written so that a NaN, which has a code of its own, gives a cell too.
-  static std::int32_t cellOf(float position, std::int32_t numCells) {
-    const float last = static_cast<float>(numCells - 1);
-    return position > 0.0F ? static_cast<std::int32_t>(position < last ? position : last) : 0;
-  }
+  void operator()(Real x, Real y, Real z, std::size_t point, Ends& ends) {
+    const float column = static_cast<float>(x - static_cast<Real>(t_.firstColumn)) * t_.cellsPerMetre;
+    const float row = static_cast<float>(y - static_cast<Real>(t_.firstRow)) * t_.cellsPerMetre;
+    const auto height = static_cast<float>(z);
+    const float scaledHeight = (height - t_.lowestHeight) * t_.bucketsPerMetre;
 
-  std::uint32_t codeOf(Real x, Real y) const {
-    const auto cellsPerMetre = static_cast<float>(1.0 / grid.lattice.cell);
-    const float column = static_cast<float>(x - static_cast<Real>(grid.lattice.x0)) * cellsPerMetre;
-    const float row = static_cast<float>(y - static_cast<Real>(grid.lattice.y0)) * cellsPerMetre;
-    if (std::isnan(column) || std::isnan(row)) {
-      return grid.codeOfNaN;
+    const std::uint32_t columnBits = roundedBits(column);
+    const std::uint32_t rowBits = roundedBits(row);
+    const std::uint32_t heightBits = roundedBits(scaledHeight);
+    const std::size_t cellX = std::min(columnBits - wholeBits, t_.lastColumn);
+    const std::size_t cellY = std::min(rowBits - wholeBits, t_.lastRow);
+    std::int32_t code = t_.codes[cellX * static_cast<std::size_t>(t_.numRows) + cellY];
+    std::int32_t bucket = std::clamp(static_cast<std::int32_t>(heightBits - wholeBits), 0, t_.lastBucket);
+    const std::uint32_t differences =
+        (columnBits ^ wholeBits) | (rowBits ^ wholeBits) | (heightBits ^ wholeBits);
+    if (HWY_UNLIKELY((differences & signAndExponent) != 0)) {
+      if (std::isnan(column) || std::isnan(row)) {
+        code = t_.codeOfNaN;
+      } else if (std::abs(column) <= t_.farthest && std::abs(row) > t_.farthest) {
+        code = t_.codeOfFarAway;
+      }
+      bucket = std::isnan(height) ? t_.bucketOfNaN : scaledHeight < 0.0F ? 0 : bucket;
+      notFinite_ += std::isfinite(x) && std::isfinite(y) && std::isfinite(z) ? 0 : 1;
     }
-    const auto farthest = static_cast<float>(Lattice::farthest / grid.lattice.cell);
-    if (std::abs(row) > farthest && std::abs(column) <= farthest) {
-      return grid.codeOfFarAway;
-    }
-    const std::int32_t cellX = cellOf(column, grid.lattice.columns);
-    const std::int32_t cellY = cellOf(row, grid.lattice.rows);
-    return grid.codes[static_cast<std::size_t>(cellX * grid.lattice.rows + cellY)];
+
+    const double start = t_.exactStarts[bucket];
+    const std::int32_t half = 2 * bucket + (static_cast<double>(z) >= start ? 1 : 0);
+    out_[point] = t_.palette[std::min(code, t_.firstCut)] & t_.heightMasks[half];
+
+    const std::uint32_t entry = static_cast<std::uint32_t>(code) << 16U | static_cast<std::uint32_t>(point);
+    const bool isCrossed = code >= t_.firstCrossed;
+    append(ends.cut, entry, code >= t_.firstCut && !isCrossed);
+    append(ends.crossed, entry, isCrossed);
+    append(ends.heights, entry, std::isnan(start));
   }
 
-  std::size_t bucketOf(Real z) const {
-    const auto rounded = static_cast<float>(z);
-    return static_cast<std::size_t>(std::isnan(rounded) ? heights.lastBucket + 1 : heights.bucket(rounded));
+  std::size_t numNotFinite() const { return notFinite_; }
+
+ private:
+  static std::uint32_t roundedBits(float position) {
+    return std::bit_cast<std::uint32_t>(position + wholeNumbers);
   }
 
-  static void append(PointList& list, std::size_t point, std::uint32_t code) {
-    list.entries[list.size] = code << 16U | static_cast<std::uint32_t>(point);
-    ++list.size;
+  // Written in any case, and kept by the next one's place: a jump would be guessed wrong too often.
+  static void append(std::uint32_t*& list, std::uint32_t entry, bool isKept) {
+    *list = entry;
+    list += isKept ? 1 : 0;
   }
 
-  bool operator()(Real x, Real y, Real z, std::size_t point) const {
-    const std::uint32_t code = codeOf(x, y);
-    const std::size_t bucket = bucketOf(z);
-    const double start = heights.starts[bucket];
-    const std::size_t upper = static_cast<double>(z) >= start ? 1 : 0;
-    out[point] = grid.palette[code] & heights.masks[2 * bucket + upper];
-    if (code >= grid.firstCut) {
-      append(code < grid.firstCrossed ? pending.cut : pending.crossed, point, code);
-    }
-    if (std::isnan(start)) {
-      append(pending.heights, point, code);
-    }
-    return std::isfinite(x) && std::isfinite(y) && std::isfinite(z);
-  }
+  Tables t_;
+  std::uint64_t* out_;
+  std::size_t notFinite_ = 0;
 };
 
 #if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
@@ -93,6 +176,24 @@ using Doubles = hn::Vec<decltype(doubles)>;
 using Longs = hn::Vec<decltype(longs)>;
 using Masks = hn::Vec<decltype(masks)>;
 using Lanes = hn::Mask<decltype(floats)>;
+
+#if !(HWY_TARGET <= HWY_AVX3 && HWY_ARCH_X86)
+// By which lanes are chosen, as the bits of a number: these lanes in order, then any.
+using CompressOrders = std::array<std::array<std::uint32_t, hn::MaxLanes(words)>, 1U << hn::MaxLanes(words)>;
+constexpr CompressOrders makeCompressOrders() {
+  CompressOrders orders{};
+  for (std::uint32_t bits = 0; bits < orders.size(); ++bits) {
+    std::size_t numChosen = 0;
+    for (std::uint32_t lane = 0; lane < orders[bits].size(); ++lane) {
+      if ((bits >> lane & 1U) != 0) {
+        orders[bits][numChosen++] = lane;
+      }
+    }
+  }
+  return orders;
+}
+alignas(64) constexpr CompressOrders compressOrders = makeCompressOrders();
+#endif
 
 HWY_INLINE Longs lowLongs(Ints values) {
   return hn::PromoteTo(longs, hn::LowerHalf(halfInts, values));
@@ -161,146 +262,109 @@ struct DoubleCoordinates {
   Doubles high;
 };
 
-// As many points at a time as a vector has lanes. Holds what the loop over a block needs by value: what it
-// writes could otherwise change the tables, for all the compiler knows.
+// Appends the chosen entries to a list. Up to a whole vector is written past its end.
+HWY_INLINE void append(std::uint32_t*& list, hn::Vec<decltype(words)> entries,
+                       hn::Mask<decltype(words)> where) {
+#if HWY_TARGET <= HWY_AVX3 && HWY_ARCH_X86
+  hn::StoreU(hn::Compress(entries, where), words, list);
+  list += hn::CountTrue(words, where);
+#else
+  // Not Highway's own way, which g++ makes into a copy of the whole table on the stack for every vector.
+  std::array<std::uint8_t, 8> bits;
+  hn::StoreMaskBits(words, where, bits.data());
+  const std::uint32_t* order = compressOrders[bits[0]].data();
+  hn::StoreU(hn::TableLookupLanes(entries, hn::SetTableIndices(words, order)), words, list);
+  list += std::popcount(bits[0]);
+#endif
+}
+
+// As many points at a time as a vector has lanes.
 template <typename Coordinates>
 class VectorLookup {
  public:
   using Real = typename Coordinates::Real;
 
-  VectorLookup(const Grid& grid, const Heights& heights, std::uint64_t* out, Pending& pending)
-      : firstColumn_(grid.lattice.x0 + 0.5 * grid.lattice.cell),
-        firstRow_(grid.lattice.y0 + 0.5 * grid.lattice.cell),
-        cellsPerMetre_(static_cast<float>(1.0 / grid.lattice.cell)),
-        lastColumn_(static_cast<float>(grid.lattice.columns - 1)),
-        lastRow_(static_cast<float>(grid.lattice.rows - 1)),
-        farthest_(static_cast<float>(Lattice::farthest / grid.lattice.cell)),
-        numRows_(grid.lattice.rows),
-        codes_(reinterpret_cast<const std::int32_t*>(grid.codes.data())),
-        palette_(grid.palette.data()),
-        firstCut_(static_cast<std::int32_t>(grid.firstCut)),
-        firstCrossed_(static_cast<std::int32_t>(grid.firstCrossed)),
-        codeOfNaN_(static_cast<std::int32_t>(grid.codeOfNaN)),
-        codeOfFarAway_(static_cast<std::int32_t>(grid.codeOfFarAway)),
-        lowestHeight_(heights.origin),
-        bucketsPerMetre_(heights.bucketsPerMetre),
-        lastBucket_(static_cast<float>(heights.lastBucket)),
-        bucketOfNaN_(heights.lastBucket + 1),
-        starts_(heights.startsAsFloat.data()),
-        exactStarts_(heights.starts.data()),
-        heightMasks_(heights.masks.data()),
-        out_(out),
-        cut_(pending.cut.entries.data()),
-        crossed_(pending.crossed.entries.data()),
-        openHeights_(pending.heights.entries.data()) {}
+  VectorLookup(const Tables& tables, std::uint64_t* out) : t_(tables), out_(out) {}
 
-  HWY_INLINE void operator()(const Real* xs, const Real* ys, const Real* zs, std::size_t first) {
+  HWY_INLINE void operator()(const Real* xs, const Real* ys, const Real* zs, std::size_t first, Ends& ends) {
     const Coordinates x(xs);
     const Coordinates y(ys);
     const Coordinates z(zs);
     // In cells, from the middle of the first one.
-    const Floats column = x.minus(firstColumn_) * hn::Set(floats, cellsPerMetre_);
-    const Floats row = y.minus(firstRow_) * hn::Set(floats, cellsPerMetre_);
+    const Floats column = x.minus(t_.firstColumn) * hn::Set(floats, t_.cellsPerMetre);
+    const Floats row = y.minus(t_.firstRow) * hn::Set(floats, t_.cellsPerMetre);
     const Floats height = z.asFloats();
-    const Floats scaledHeight = (height - hn::Set(floats, lowestHeight_)) * hn::Set(floats, bucketsPerMetre_);
+    const Floats scaledHeight =
+        (height - hn::Set(floats, t_.lowestHeight)) * hn::Set(floats, t_.bucketsPerMetre);
 
-    Ints codes = codesAt(column, row);
-    Ints bucket = nearest(scaledHeight, lastBucket_);
+    const Ints columnBits = roundedBits(column);
+    const Ints rowBits = roundedBits(row);
+    const Ints heightBits = roundedBits(scaledHeight);
+    const Ints whole = hn::Set(ints, std::int32_t{wholeBits});
+    Ints codes = codesAt(upTo(columnBits - whole, t_.lastColumn), upTo(rowBits - whole, t_.lastRow));
+    Ints bucket = hn::Min(hn::Max(heightBits - whole, hn::Zero(ints)), hn::Set(ints, t_.lastBucket));
     // One test for what is rare: not a number, infinite, or far away.
-    const Floats extent = hn::Abs(column) + hn::Abs(row) + hn::Abs(scaledHeight);
-    if (HWY_UNLIKELY(!hn::AllTrue(floats, extent <= hn::Set(floats, farthest_)))) {
-      const Floats farthest = hn::Set(floats, farthest_);
+    const Ints differences =
+        hn::Or(hn::Or(hn::Xor(columnBits, whole), hn::Xor(rowBits, whole)), hn::Xor(heightBits, whole));
+    const Ints farBits = hn::And(differences, hn::Set(ints, static_cast<std::int32_t>(signAndExponent)));
+    if (HWY_UNLIKELY(!hn::AllTrue(ints, farBits == hn::Zero(ints)))) {
+      const Floats farthest = hn::Set(floats, t_.farthest);
       const Lanes isColumnNear = hn::Abs(column) <= farthest;
       const Lanes isRowNear = hn::Abs(row) <= farthest;
-      codes = chosen(hn::AndNot(isRowNear, isColumnNear), codeOfFarAway_, codes);
-      codes = chosen(hn::Or(hn::IsNaN(column), hn::IsNaN(row)), codeOfNaN_, codes);
-      bucket = chosen(hn::IsNaN(height), bucketOfNaN_, bucket);
+      codes = chosen(hn::AndNot(isRowNear, isColumnNear), t_.codeOfFarAway, codes);
+      codes = chosen(hn::Or(hn::IsNaN(column), hn::IsNaN(row)), t_.codeOfNaN, codes);
+      bucket = chosen(scaledHeight < hn::Zero(floats), 0, bucket);
+      bucket = chosen(hn::IsNaN(height), t_.bucketOfNaN, bucket);
       notFinite_ += hn::Lanes(floats) - x.numFinite(y, z);
     }
 
-    const Floats starts = hn::GatherIndex(floats, starts_, bucket);
-    const Ints half = z.half(bucket, starts, exactStarts_);
-    store(lowLongs(codes), lowLongs(half), out_ + first);
-    store(highLongs(codes), highLongs(half), out_ + first + hn::Lanes(masks));
+    const Floats starts = hn::GatherIndex(floats, t_.starts, bucket);
+    const Ints half = z.half(bucket, starts, t_.exactStarts);
+    const Ints sets = hn::Min(codes, hn::Set(ints, t_.firstCut));
+    store(lowLongs(sets), lowLongs(half), out_ + first);
+    store(highLongs(sets), highLongs(half), out_ + first + hn::Lanes(masks));
 
     const Ints points = hn::Set(ints, static_cast<std::int32_t>(first)) + hn::Iota(ints, 0);
-    const auto isUndecided = codes > hn::Set(ints, firstCut_ - 1);
-    const auto isCrossed = codes > hn::Set(ints, firstCrossed_ - 1);
-    const auto isOpen = hn::RebindMask(ints, hn::IsNaN(starts));
-    append(cut_, points, codes, hn::AndNot(isCrossed, isUndecided));
-    if (!hn::AllFalse(ints, hn::Or(isCrossed, isOpen))) {
-      append(crossed_, points, codes, isCrossed);
-      append(openHeights_, points, codes, isOpen);
+    const auto entries = hn::BitCast(words, hn::Or(hn::ShiftLeft<16>(codes), points));
+    const auto isUndecided = hn::RebindMask(words, codes > hn::Set(ints, t_.firstCut - 1));
+    const auto isCrossed = hn::RebindMask(words, codes > hn::Set(ints, t_.firstCrossed - 1));
+    append(ends.cut, entries, hn::AndNot(isCrossed, isUndecided));
+    append(ends.crossed, entries, isCrossed);
+    const auto isOpen = hn::RebindMask(words, hn::IsNaN(starts));
+    if (HWY_UNLIKELY(!hn::AllFalse(words, isOpen))) {
+      append(ends.heights, entries, isOpen);
     }
   }
 
-  // @return the number of points that are not finite
-  std::size_t finish(Pending& pending) const {
-    pending.cut.size = static_cast<std::size_t>(cut_ - pending.cut.entries.data());
-    pending.crossed.size = static_cast<std::size_t>(crossed_ - pending.crossed.entries.data());
-    pending.heights.size = static_cast<std::size_t>(openHeights_ - pending.heights.entries.data());
-    return notFinite_;
-  }
+  std::size_t numNotFinite() const { return notFinite_; }
 
  private:
-  // The whole number nearest to a position between 0 and `last`, with positions beyond taken for the ends.
-  // Adding a number in whose binade floats are one apart leaves it in the low bits; a conversion costs more.
-  // Max takes the number when one of its arguments is not one.
-  HWY_INLINE static Ints nearest(Floats position, float last) {
-    const Floats clamped = hn::Min(hn::Max(position, hn::Zero(floats)), hn::Set(floats, last));
-    return hn::And(hn::BitCast(ints, clamped + hn::Set(floats, wholeNumbers)), hn::Set(ints, 0x3FFFFF));
+  HWY_INLINE static Ints roundedBits(Floats position) {
+    return hn::BitCast(ints, position + hn::Set(floats, wholeNumbers));
   }
 
-  // The codes of the cells; of a cell at the lattice's rim for points outside.
-  HWY_INLINE Ints codesAt(Floats column, Floats row) const {
-    const Ints cellX = nearest(column, lastColumn_);
-    const Ints cellY = nearest(row, lastRow_);
-    const Ints at = cellX * hn::Set(ints, numRows_) + cellY;
-    return hn::And(hn::GatherOffset(ints, codes_, at + at), hn::Set(ints, 0xFFFF));
+  HWY_INLINE static Ints upTo(Ints number, std::uint32_t last) {
+    return hn::BitCast(ints, hn::Min(hn::BitCast(words, number), hn::Set(words, last)));
+  }
+
+  HWY_INLINE Ints codesAt(Ints cellX, Ints cellY) const {
+    const Ints at = cellX * hn::Set(ints, t_.numRows) + cellY;
+    const auto* codes = reinterpret_cast<const std::int32_t*>(t_.codes);
+    return hn::And(hn::GatherOffset(ints, codes, at + at), hn::Set(ints, 0xFFFF));
   }
 
   HWY_INLINE static Ints chosen(Lanes where, std::int32_t value, Ints otherwise) {
     return hn::IfThenElse(hn::RebindMask(ints, where), hn::Set(ints, value), otherwise);
   }
 
-  HWY_INLINE void store(Longs codes, Longs half, std::uint64_t* to) const {
-    const Masks here = hn::GatherIndex(masks, palette_, codes);
-    const Masks atHeight = hn::GatherIndex(masks, heightMasks_, half);
+  HWY_INLINE void store(Longs sets, Longs half, std::uint64_t* to) const {
+    const Masks here = hn::GatherIndex(masks, t_.palette, sets);
+    const Masks atHeight = hn::GatherIndex(masks, t_.heightMasks, half);
     hn::StoreU(hn::And(here, atHeight), masks, to);
   }
 
-  HWY_INLINE static void append(std::uint32_t*& list, Ints points, Ints codes,
-                                hn::Mask<decltype(ints)> where) {
-    const auto entries = hn::BitCast(words, hn::Or(hn::ShiftLeft<16>(codes), points));
-    list += hn::CompressStore(entries, hn::RebindMask(words, where), words, list);
-  }
-
-  double firstColumn_;
-  double firstRow_;
-  float cellsPerMetre_;
-  float lastColumn_;
-  float lastRow_;
-  float farthest_;
-  std::int32_t numRows_;
-  const std::int32_t* codes_;
-  const std::uint64_t* palette_;
-  std::int32_t firstCut_;
-  std::int32_t firstCrossed_;
-  std::int32_t codeOfNaN_;
-  std::int32_t codeOfFarAway_;
-
-  float lowestHeight_;
-  float bucketsPerMetre_;
-  float lastBucket_;
-  std::int32_t bucketOfNaN_;
-  const float* starts_;
-  const double* exactStarts_;
-  const std::uint64_t* heightMasks_;
-
+  Tables t_;
   std::uint64_t* out_;
-  std::uint32_t* cut_;
-  std::uint32_t* crossed_;
-  std::uint32_t* openHeights_;
   std::size_t notFinite_ = 0;
 };
 
@@ -309,95 +373,151 @@ using Coordinates = std::conditional_t<std::is_same_v<Real, float>, FloatCoordin
 
 #endif
 
+#if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
+
+// Records of three or four numbers that stand without gaps. @return how many of them, but never the last: its
+// fourth number may be no one's to read
+template <typename Real>
+std::size_t copyRecords(const Real* records, std::size_t numbers, std::size_t size, Real* x, Real* y,
+                        Real* z) {
+  constexpr hn::ScalableTag<Real> reals;
+  const std::size_t lanes = hn::Lanes(reals);
+  std::size_t done = 0;
+  for (; done + lanes < size; done += lanes) {
+    hn::Vec<decltype(reals)> xs, ys, zs, rest;
+    if (numbers == 3) {
+      hn::LoadInterleaved3(reals, records + 3 * done, xs, ys, zs);
+    } else {
+      hn::LoadInterleaved4(reals, records + 4 * done, xs, ys, zs, rest);
+    }
+    hn::StoreU(xs, reals, x + done);
+    hn::StoreU(ys, reals, y + done);
+    hn::StoreU(zs, reals, z + done);
+  }
+  return done;
+}
+
+#endif
+
+template <typename Real>
+void copyAll(const PointsView<Real>& points, Real* x, Real* y, Real* z) {
+  const auto* xs = static_cast<const unsigned char*>(points.x);
+  const auto* ys = static_cast<const unsigned char*>(points.y);
+  const auto* zs = static_cast<const unsigned char*>(points.z);
+  std::size_t i = 0;
+#if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
+  const std::size_t numbers = points.stride / sizeof(Real);
+  const bool areTogether = ys == xs + sizeof(Real) && zs == ys + sizeof(Real);
+  const bool isAligned = reinterpret_cast<std::uintptr_t>(xs) % alignof(Real) == 0;
+  if (areTogether && isAligned && points.stride % sizeof(Real) == 0 && (numbers == 3 || numbers == 4)) {
+    i = copyRecords(reinterpret_cast<const Real*>(xs), numbers, points.size, x, y, z);
+  }
+#endif
+  for (; i < points.size; ++i) {
+    std::memcpy(x + i, xs + i * points.stride, sizeof(Real));
+    std::memcpy(y + i, ys + i * points.stride, sizeof(Real));
+    std::memcpy(z + i, zs + i * points.stride, sizeof(Real));
+  }
+}
+
+void copyFloats(const PointsView<float>& points, float* x, float* y, float* z) {
+  copyAll(points, x, y, z);
+}
+
+void copyDoubles(const PointsView<double>& points, double* x, double* y, double* z) {
+  copyAll(points, x, y, z);
+}
+
 template <typename Real>
 std::size_t lookUpBlock(const Grid& grid, const Heights& heights, const Real* x, const Real* y, const Real* z,
                         std::size_t size, std::uint64_t* out, Pending& pending) {
+  const Tables tables(grid, heights);
+  Ends ends(pending);
   std::size_t notFinite = 0;
   std::size_t first = 0;
 #if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
-  VectorLookup<Coordinates<Real>> lookUpVector(grid, heights, out, pending);
+  VectorLookup<Coordinates<Real>> lookUpVector(tables, out);
   const std::size_t lanes = hn::Lanes(floats);
   for (; first + lanes <= size; first += lanes) {
-    lookUpVector(x + first, y + first, z + first, first);
+    lookUpVector(x + first, y + first, z + first, first, ends);
   }
-  notFinite += lookUpVector.finish(pending);
+  notFinite += lookUpVector.numNotFinite();
 #endif
-  const PointLookup<Real> lookUpPoint{grid, heights, out, pending};
+  PointLookup<Real> lookUpPoint(tables, out);
   for (; first < size; ++first) {
-    notFinite += lookUpPoint(x[first], y[first], z[first], first) ? 0 : 1;
+    lookUpPoint(x[first], y[first], z[first], first, ends);
   }
+  notFinite += lookUpPoint.numNotFinite();
+  ends.finish(pending);
   return notFinite;
-}
-
-// Adds one number to counters that keep their bits in separate words: bit k of all in plane k.
-void addToPlanes(BitCounts& counts, std::uint64_t bits) {
-  for (std::size_t k = 0; bits != 0; ++k) {
-    const std::uint64_t carry = counts.planes[k][0] & bits;
-    counts.planes[k][0] ^= bits;
-    bits = carry;
-  }
 }
 
 #if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
 
-// One step of adding in separate bits: `sum` and two vectors become `sum` and what is carried.
-HWY_INLINE Masks carried(Masks& sum, Masks a, Masks b) {
-  const Masks half = hn::Xor(sum, a);
-  const Masks carry = hn::Or(hn::And(sum, a), hn::And(half, b));
-  sum = hn::Xor(half, b);
+using Words = hn::Vec<decltype(words)>;
+
+// One step of adding in separate bits: `sum` and two vectors become `sum` and what is carried. Written so
+// that with AVX-512 it is three instructions.
+HWY_INLINE Words carried(Words& sum, Words a, Words b) {
+  const Words carry = hn::Xor(a, hn::And(hn::Xor(sum, a), hn::Xor(a, b)));
+  sum = hn::Xor3(sum, a, b);
   return carry;
 }
 
-// Field zones of the points that no exclusion zone holds, of two vectors of masks in one.
-HWY_INLINE Masks countedZones(const std::uint64_t* from, std::size_t& numExcluded) {
-  const std::size_t lanes = hn::Lanes(masks);
-  const Masks low = hn::LoadU(masks, from);
-  const Masks high = hn::LoadU(masks, from + lanes);
-  const auto isLowFree = hn::Eq(hn::ShiftRight<BitCounts::numZones>(low), hn::Zero(masks));
-  const auto isHighFree = hn::Eq(hn::ShiftRight<BitCounts::numZones>(high), hn::Zero(masks));
-  numExcluded += 2 * lanes - hn::CountTrue(masks, isLowFree) - hn::CountTrue(masks, isHighFree);
-  return hn::Or(hn::IfThenElseZero(isLowFree, low),
-                hn::ShiftLeft<BitCounts::numZones>(hn::IfThenElseZero(isHighFree, high)));
+// What each of two vectors of masks counts for, in any order: its field zones or, where an exclusion zone
+// holds the point, the excluded.
+HWY_INLINE Words countedBits(const std::uint64_t* from) {
+  const Words first = hn::BitCast(words, hn::LoadU(masks, from));
+  const Words second = hn::BitCast(words, hn::LoadU(masks, from + hn::Lanes(masks)));
+  const Words excluded = hn::Set(words, BitCounts::excludedBit);
+  // The first exclusion zones share a word with the field zones, as its high bits.
+  const Words low = hn::Min(hn::ConcatEven(words, second, first), excluded);
+  const Words high = hn::ConcatOdd(words, second, first);
+  return hn::IfThenElse(high == hn::Zero(words), low, excluded);
 }
 
-// Counts whole groups of 16 pairs of vectors. @return how many masks that were
+// Adds up 64 vectors of masks a time. @return how many masks that were
 std::size_t countGroups(const std::uint64_t* from, std::size_t size, BitCounts& counts) {
-  const std::size_t lanes = hn::Lanes(masks);
-  const std::size_t group = 32 * lanes;
+  const std::size_t group = 64 * hn::Lanes(words);
   std::size_t done = 0;
   for (; done + group <= size; done += group) {
-    std::size_t numExcluded = 0;
-    std::size_t at = done;
+    const std::uint64_t* at = from + done;
+    std::array<Words, 6> sums;
+    for (std::size_t k = 0; k < sums.size(); ++k) {
+      sums[k] = hn::Load(words, counts.planes[k]);
+    }
     const auto next = [&] {
-      const Masks zones = countedZones(from + at, numExcluded);
-      at += 2 * lanes;
-      return zones;
+      const Words bits = countedBits(at);
+      at += hn::Lanes(words);
+      return bits;
     };
-    std::array<Masks, 4> sums{hn::Load(masks, counts.planes[0]), hn::Load(masks, counts.planes[1]),
-                              hn::Load(masks, counts.planes[2]), hn::Load(masks, counts.planes[3])};
     const auto nextTwos = [&] {
-      const Masks a = next();
+      const Words a = next();
       return carried(sums[0], a, next());
     };
     const auto nextFours = [&] {
-      const Masks a = nextTwos();
+      const Words a = nextTwos();
       return carried(sums[1], a, nextTwos());
     };
     const auto nextEights = [&] {
-      const Masks a = nextFours();
+      const Words a = nextFours();
       return carried(sums[2], a, nextFours());
     };
-    const Masks firstEights = nextEights();
-    Masks carry = carried(sums[3], firstEights, nextEights());
-    for (std::size_t k = 0; k < sums.size(); ++k) {
-      hn::Store(sums[k], masks, counts.planes[k]);
+    std::array<Words, 4> sixteens;
+    for (Words& carry : sixteens) {
+      const Words a = nextEights();
+      carry = carried(sums[3], a, nextEights());
     }
-    for (std::size_t k = sums.size(); !hn::AllTrue(masks, hn::Eq(carry, hn::Zero(masks))); ++k) {
-      const Masks sum = hn::Load(masks, counts.planes[k]);
-      hn::Store(hn::Xor(sum, carry), masks, counts.planes[k]);
+    const Words a = carried(sums[4], sixteens[0], sixteens[1]);
+    Words carry = carried(sums[5], a, carried(sums[4], sixteens[2], sixteens[3]));
+    for (std::size_t k = 0; k < sums.size(); ++k) {
+      hn::Store(sums[k], words, counts.planes[k]);
+    }
+    for (std::size_t k = sums.size(); !hn::AllTrue(words, carry == hn::Zero(words)); ++k) {
+      const Words sum = hn::Load(words, counts.planes[k]);
+      hn::Store(hn::Xor(sum, carry), words, counts.planes[k]);
       carry = hn::And(sum, carry);
     }
-    counts.numExcluded += numExcluded;
   }
   return done;
 }
@@ -405,15 +525,26 @@ std::size_t countGroups(const std::uint64_t* from, std::size_t size, BitCounts& 
 #endif
 
 void countMasks(const std::uint64_t* from, std::size_t size, BitCounts& counts) {
-  std::size_t done = 0;
 #if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
-  done = countGroups(from, size, counts);
-#endif
-  for (; done < size; ++done) {
-    const bool isExcluded = from[done] >> BitCounts::numZones != 0;
-    counts.numExcluded += isExcluded ? 1 : 0;
-    addToPlanes(counts, isExcluded ? 0 : from[done]);
+  const std::size_t done = countGroups(from, size, counts);
+  if (done < size) {
+    // Padded with masks that count nothing.
+    alignas(64) std::array<std::uint64_t, 64 * hn::MaxLanes(words)> rest{};
+    std::copy(from + done, from + size, rest.begin());
+    countGroups(rest.data(), rest.size(), counts);
   }
+#else
+  for (std::size_t i = 0; i < size; ++i) {
+    // Adds one number to counters that keep their bits in separate words: bit k of all in plane k.
+    std::uint32_t carry =
+        from[i] < BitCounts::excludedBit ? static_cast<std::uint32_t>(from[i]) : BitCounts::excludedBit;
+    for (std::size_t k = 0; carry != 0; ++k) {
+      const std::uint32_t sum = counts.planes[k][0];
+      counts.planes[k][0] = sum ^ carry;
+      carry = sum & carry;
+    }
+  }
+#endif
 }
 
 std::size_t lookUpFloats(const Grid& grid, const Heights& heights, const float* x, const float* y,
@@ -434,27 +565,44 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace orvantis::filter::classify {
 
+HWY_EXPORT(copyFloats);
+HWY_EXPORT(copyDoubles);
 HWY_EXPORT(lookUpFloats);
 HWY_EXPORT(lookUpDoubles);
 HWY_EXPORT(countMasks);
 
-std::array<std::uint64_t, BitCounts::numZones> BitCounts::inside() const {
-  std::array<std::uint64_t, numZones> counts{};
+std::array<std::uint64_t, BitCounts::numCounts> BitCounts::sums() const {
+  constexpr std::size_t byteSize = 8;
+  constexpr std::uint32_t lowestOfEachByte = 0x01010101;
+  std::array<std::uint64_t, numCounts> sums{};
   for (std::size_t k = 0; k < numPlanes; ++k) {
-    for (const std::uint64_t word : planes[k]) {
-      if (word == 0) {
-        continue;
-      }
-      for (std::size_t zone = 0; zone < numZones; ++zone) {
-        counts[zone] += ((word >> zone & 1U) + (word >> (zone + numZones) & 1U)) << k;
+    if (std::ranges::all_of(planes[k], [](std::uint32_t word) { return word == 0; })) {
+      continue;
+    }
+    // In how many words each bit is set: that of bit i in byte i / 8 of number i % 8.
+    std::array<std::uint32_t, byteSize> numSet{};
+    for (const std::uint32_t word : planes[k]) {
+      for (std::size_t shift = 0; shift < byteSize; ++shift) {
+        numSet[shift] += word >> shift & lowestOfEachByte;
       }
     }
+    for (std::size_t i = 0; i < numCounts; ++i) {
+      sums[i] += std::uint64_t{numSet[i % byteSize] >> (i / byteSize * byteSize) & 0xFFU} << k;
+    }
   }
-  return counts;
+  return sums;
 }
 
 void countZones(const std::uint64_t* masks, std::size_t size, BitCounts& counts) {
   HWY_DYNAMIC_DISPATCH(countMasks)(masks, size, counts);
+}
+
+void copyColumns(const PointsView<float>& points, float* x, float* y, float* z) {
+  HWY_DYNAMIC_DISPATCH(copyFloats)(points, x, y, z);
+}
+
+void copyColumns(const PointsView<double>& points, double* x, double* y, double* z) {
+  HWY_DYNAMIC_DISPATCH(copyDoubles)(points, x, y, z);
 }
 
 std::size_t lookUp(const Grid& grid, const Heights& heights, const float* x, const float* y, const float* z,

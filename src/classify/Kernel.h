@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include <filter/classify/PointClassifier.h>
+
 #include "classify/Grid.h"
 #include "classify/Heights.h"
 #include "classify/Undecided.h"
@@ -17,6 +19,10 @@ struct Pending {
   PointList heights;
 };
 
+/// Copies coordinates into three arrays.
+void copyColumns(const PointsView<float>& points, float* x, float* y, float* z);
+void copyColumns(const PointsView<double>& points, double* x, double* y, double* z);
+
 /// Looks up to PointList::capacity points up: their cells' zones and their heights' zones in `masks`, and
 /// those of undecided cells in `pending`. Runs on the best instructions that the processor has.
 /// @return the number of points with a coordinate that is not finite
@@ -25,20 +31,21 @@ std::size_t lookUp(const Grid& grid, const Heights& heights, const float* x, con
 std::size_t lookUp(const Grid& grid, const Heights& heights, const double* x, const double* y,
                    const double* z, std::size_t size, std::uint64_t* masks, Pending& pending);
 
-/// Counts of points by field zone, while they grow. Bit k of all counts stands in plane k, in several words
-/// that are added up at the end; a word has two bits for each zone.
+/// Counts of points by field zone, and of those in exclusion zones, while they grow. Bit k of all counts
+/// stands in plane k, in several words that are added up at the end.
 struct BitCounts {
-  static constexpr std::size_t numZones = 24;
+  static constexpr std::size_t excluded = 24;  ///< the count after the field zones'
+  static constexpr std::uint32_t excludedBit = 1U << excluded;
+  static constexpr std::size_t numCounts = 25;
   static constexpr std::size_t numPlanes = 40;  ///< for 2^40 points a word, more than memory holds
-  static constexpr std::size_t numWords = 8;
+  static constexpr std::size_t numWords = 16;
 
-  alignas(64) std::uint64_t planes[numPlanes][numWords] = {};
-  std::size_t numExcluded = 0;
+  alignas(64) std::uint32_t planes[numPlanes][numWords] = {};
 
-  std::array<std::uint64_t, numZones> inside() const;
+  std::array<std::uint64_t, numCounts> sums() const;
 };
 
-/// Adds masks: to each zone the points that no exclusion zone holds, and to `numExcluded` the others.
+/// Adds masks: to each field zone the points that no exclusion zone holds, and the others to the excluded.
 void countZones(const std::uint64_t* masks, std::size_t size, BitCounts& counts);
 
 }  // namespace orvantis::filter::classify

@@ -8,6 +8,9 @@ constexpr double cellsPerSide = 256.0;
 constexpr double smallestCell = 0x1p-13;
 // The corner of the lattice is then at most 2^23 cells from the origin, which a float holds exactly.
 constexpr double cellPerCoordinate = 0x1p-22;
+// The cells around the site. What lies outside the lattice is looked up at its rim, which no border may mark:
+// the marks at the ends of an arc reach almost four cells beyond it.
+constexpr int margin = 5;
 
 }  // namespace
 
@@ -26,10 +29,10 @@ Lattice latticeOver(const Bounds& site, double cell) {
   }
   Lattice lattice;
   lattice.cell = cell;
-  lattice.x0 = (std::floor(site.minX / cell) - 1.0) * cell;
-  lattice.y0 = (std::floor(site.minY / cell) - 1.0) * cell;
-  lattice.columns = static_cast<int>(std::floor((site.maxX - lattice.x0) / cell)) + 2;
-  lattice.rows = static_cast<int>(std::floor((site.maxY - lattice.y0) / cell)) + 2;
+  lattice.x0 = (std::floor(site.minX / cell) - margin) * cell;
+  lattice.y0 = (std::floor(site.minY / cell) - margin) * cell;
+  lattice.columns = static_cast<int>(std::floor((site.maxX - lattice.x0) / cell)) + 1 + margin;
+  lattice.rows = static_cast<int>(std::floor((site.maxY - lattice.y0) / cell)) + 1 + margin;
   return lattice;
 }
 

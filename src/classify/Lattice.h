@@ -60,7 +60,7 @@ struct Lattice {
 /// The cell that suits a site: see the rule in PointClassifier.h.
 double suitableCell(const Bounds& site);
 
-/// The lattice that covers the site with at least one cell of margin on each side.
+/// The lattice that covers the site with a margin, so that no border marks its rim but a steep edge.
 Lattice latticeOver(const Bounds& site, double cell);
 
 }  // namespace orvantis::filter::classify

@@ -50,6 +50,17 @@ inline std::uint64_t decide(const Grid& grid, const ShapesByBit& shapes, const D
   return bitIf(shapes[decision.bit]->within(Point(x, y)), decision.bit);
 }
 
+std::uint64_t decideEach(const Grid& grid, const ShapesByBit& shapes, const CrossedCell& cell, double x,
+                         double y) {
+  std::uint64_t zones = grid.palette[cell.decided];
+  const Decision* pair = grid.decisions.data() + cell.firstDecision;
+  for (const Decision* end = pair + 2 * cell.numPairs; pair != end; pair += 2) {
+    zones |= decide(grid, shapes, pair[0], x, y);
+    zones |= decide(grid, shapes, pair[1], x, y);
+  }
+  return zones;
+}
+
 }  // namespace
 
 template <typename Real>
@@ -58,13 +69,17 @@ void decideCrossed(const Grid& grid, const ShapesByBit& shapes, const Real* x, c
   for (std::size_t i = 0; i < list.size; ++i) {
     const std::uint32_t point = list.point(i);
     const CrossedCell& cell = grid.crossedCells[list.code(i) - grid.firstCrossed];
-    std::uint64_t zones = grid.palette[cell.decided];
-    const Decision* pair = grid.decisions.data() + cell.firstDecision;
-    for (const Decision* end = pair + 2 * cell.numPairs; pair != end; pair += 2) {
-      zones |= decide(grid, shapes, pair[0], x[point], y[point]);
-      zones |= decide(grid, shapes, pair[1], x[point], y[point]);
+    const double first = grid.curves[cell.curves[0]](x[point], y[point]);
+    const double second = grid.curves[cell.curves[1]](x[point], y[point]);
+    const double third = grid.curves[cell.curves[2]](x[point], y[point]);
+    const unsigned sides = (first > 0.0 ? 1U : 0U) | (second > 0.0 ? 2U : 0U) | (third > 0.0 ? 4U : 0U);
+    const bool isClear = std::min({std::abs(first), std::abs(second), std::abs(third)}) > 1.0;
+    const std::uint16_t code = cell.zonesOn[sides];
+    if (isClear && code != CrossedCell::noSet) [[likely]] {
+      masks[point] &= grid.palette[code];
+    } else {
+      masks[point] &= decideEach(grid, shapes, cell, x[point], y[point]);
     }
-    masks[point] &= zones;
   }
 }
 

@@ -13,7 +13,7 @@ namespace orvantis::filter::classify {
 
 /// Points of a block with the codes of their cells.
 struct PointList {
-  static constexpr std::size_t capacity = 512;
+  static constexpr std::size_t capacity = 1024;
   static constexpr std::size_t padding = 64;  ///< a vector may be written past the last entry
 
   std::size_t size = 0;

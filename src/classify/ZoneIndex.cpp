@@ -4,7 +4,7 @@
 #include <array>
 #include <bit>
 #include <cmath>
-#include <cstring>
+#include <cstdint>
 
 #include <filter/detection/Point.h>
 
@@ -20,9 +20,18 @@ template <typename Real>
 class Block {
  public:
   void read(const PointsView<Real>& points, std::size_t first, std::size_t size) {
-    x = read(points.x, points.stride, first, size, copyOfX_);
-    y = read(points.y, points.stride, first, size, copyOfY_);
-    z = read(points.z, points.stride, first, size, copyOfZ_);
+    const PointsView<Real> part{at(points.x, first * points.stride), at(points.y, first * points.stride),
+                                at(points.z, first * points.stride), points.stride, size};
+    if (points.stride == sizeof(Real) && isAligned(part.x) && isAligned(part.y) && isAligned(part.z)) {
+      x = static_cast<const Real*>(part.x);
+      y = static_cast<const Real*>(part.y);
+      z = static_cast<const Real*>(part.z);
+      return;
+    }
+    copyColumns(part, copyOfX_.data(), copyOfY_.data(), copyOfZ_.data());
+    x = copyOfX_.data();
+    y = copyOfY_.data();
+    z = copyOfZ_.data();
   }
 
   bool isFinite(std::size_t point) const {
@@ -36,22 +45,16 @@ class Block {
  private:
   using Copy = std::array<Real, blockSize>;
 
-  static const Real* read(const void* values, std::size_t stride, std::size_t first, std::size_t size,
-                          Copy& copy) {
-    const auto* bytes = static_cast<const unsigned char*>(values) + first * stride;
-    const bool isAligned = reinterpret_cast<std::uintptr_t>(bytes) % alignof(Real) == 0;
-    if (stride == sizeof(Real) && isAligned) {
-      return reinterpret_cast<const Real*>(bytes);
-    }
-    for (std::size_t i = 0; i < size; ++i) {
-      std::memcpy(&copy[i], bytes + i * stride, sizeof(Real));
-    }
-    return copy.data();
+  static const void* at(const void* values, std::size_t offset) {
+    return static_cast<const unsigned char*>(values) + offset;
+  }
+  static bool isAligned(const void* values) {
+    return reinterpret_cast<std::uintptr_t>(values) % alignof(Real) == 0;
   }
 
-  Copy copyOfX_;
-  Copy copyOfY_;
-  Copy copyOfZ_;
+  alignas(64) Copy copyOfX_;
+  alignas(64) Copy copyOfY_;
+  alignas(64) Copy copyOfZ_;
 };
 
 }  // namespace
@@ -78,7 +81,7 @@ ZoneCounts ZoneIndex::count(const PointsView<Real>& points, std::uint64_t* masks
   ZoneCounts counts;
   BitCounts bits;
   Block<Real> block;
-  std::array<std::uint64_t, blockSize> ownMasks;
+  alignas(64) std::array<std::uint64_t, blockSize> ownMasks;
   for (std::size_t first = 0; first < points.size; first += blockSize) {
     const std::size_t size = std::min(blockSize, points.size - first);
     std::uint64_t* blockMasks = masks != nullptr ? masks + first : ownMasks.data();
@@ -93,8 +96,9 @@ ZoneCounts ZoneIndex::count(const PointsView<Real>& points, std::uint64_t* masks
     countZones(blockMasks, size, bits);
     counts.notFinite += notFinite;
   }
-  counts.inside = bits.inside();
-  counts.excluded = bits.numExcluded;
+  const std::array<std::uint64_t, BitCounts::numCounts> sums = bits.sums();
+  std::copy_n(sums.begin(), counts.inside.size(), counts.inside.begin());
+  counts.excluded = sums[BitCounts::excluded];
   return counts;
 }
 

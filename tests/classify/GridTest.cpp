@@ -1,11 +1,14 @@
 #include <cmath>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include <filter/detection/Polygon.h>
+#include <filter/detection/Rectangle.h>
+#include <filter/detection/Sector.h>
 #include <filter/detection/ZoneDetector.h>
 
 #include "classify/ZoneIndex.h"
@@ -14,6 +17,7 @@ namespace orvantis::testing {
 namespace {
 
 using filter::classify::Curve;
+using filter::classify::Grid;
 using filter::classify::ZoneIndex;
 using namespace filter::detection;
 
@@ -62,6 +66,40 @@ TEST(Grid, LargeSitesAndSmallZonesKeepTheBoundOnMemory) {
 
 TEST(Grid, ManyVerticesKeepTheBoundOnMemory) {
   expectBounded(ZoneIndex(site(0.5, 10.0, 2000)));
+}
+
+// Points outside the lattice are looked up at its rim, on whichever side.
+TEST(Grid, NoBorderMarksTheRim) {
+  std::mt19937_64 random(20260102);
+  const auto uniform = [&random](double from, double to) {
+    return std::uniform_real_distribution<double>(from, to)(random);
+  };
+  for (int i = 0; i < 400; ++i) {
+    SCOPED_TRACE("case " + std::to_string(i));
+    ZoneDetector detector;
+    const double from = uniform(-3.0, 3.0);
+    const double radius = std::exp2(uniform(-3.0, 3.0));
+    detector.setZone(std::make_shared<Zone3dBase>(
+                         std::make_shared<Sector>("s", from, from + uniform(0.01, 3.0), radius), 0.0, 2.0),
+                     0, 0);
+    // Its borders lie between cells.
+    const std::vector<Point> corners{{0.0, 0.0}, {std::exp2(i % 4), std::exp2(i % 5)}};
+    detector.setZone(std::make_shared<Zone3dBase>(std::make_shared<Rectangle>("r", corners, 0.0), 0.0, 2.0),
+                     0, 1);
+    const ZoneIndex index(detector);
+    const Grid& grid = index.grid();
+    const int lastColumn = grid.lattice.columns - 1;
+    const int lastRow = grid.lattice.rows - 1;
+    for (int column = 0; column <= lastColumn; ++column) {
+      for (int row = 0; row <= lastRow; ++row) {
+        if (column == 0 || column == lastColumn || row == 0 || row == lastRow) {
+          const std::uint16_t code = grid.codes[static_cast<std::size_t>(column * grid.lattice.rows + row)];
+          ASSERT_LT(code, grid.firstCut) << column << ", " << row;
+          ASSERT_EQ(grid.palette[code], 0U) << column << ", " << row;
+        }
+      }
+    }
+  }
 }
 
 }  // namespace

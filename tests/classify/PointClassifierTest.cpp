@@ -72,6 +72,66 @@ TEST(PointClassifier, BordersOfThePlanAreOutsideAndHeightsAtTheBoundsInside) {
   EXPECT_EQ(maskOf(classifier, 0.0, 0.0, -std::numeric_limits<double>::denorm_min()), 0U);
 }
 
+TEST(PointClassifier, HeightsFarBelowAndAboveAllZonesAreOutsideOfThem) {
+  ZoneDetector detector;
+  detector.setZone(square("z", 0.0, 0.0, 1.0), 0, 0);
+  const PointClassifier classifier(detector);
+  std::vector<float> z;
+  for (float height = 3.0F; std::isfinite(height); height *= 1.25F) {
+    z.insert(z.end(), {height, -height});
+  }
+  const std::vector<float> zero(z.size(), 0.0F);
+  std::vector<std::uint64_t> masks(z.size(), ~std::uint64_t{0});
+  classifier.classify(PointsView<float>::separate(zero.data(), zero.data(), z.data(), z.size()),
+                      masks.data());
+  for (std::size_t i = 0; i < z.size(); ++i) {
+    EXPECT_EQ(masks[i], 0U) << z[i];
+    EXPECT_EQ(maskOf(classifier, 0.0, 0.0, static_cast<double>(z[i])), 0U) << z[i];
+  }
+}
+
+TEST(PointClassifier, PointsFarFromAllZonesInThePlanAreOutsideOfThem) {
+  ZoneDetector detector;
+  detector.setZone(square("z", 0.5, 0.5, 0.5), 0, 0);
+  const PointClassifier classifier(detector);
+  std::vector<float> far;
+  for (float distance = 2.0F; std::isfinite(distance); distance *= 1.25F) {
+    far.insert(far.end(), {distance, -distance});
+  }
+  const std::vector<float> half(far.size(), 0.5F);
+  std::vector<std::uint64_t> masks(far.size());
+  for (const bool isAlongX : {false, true}) {
+    const float* x = isAlongX ? far.data() : half.data();
+    const float* y = isAlongX ? half.data() : far.data();
+    masks.assign(far.size(), ~std::uint64_t{0});
+    classifier.classify(PointsView<float>::separate(x, y, half.data(), far.size()), masks.data());
+    for (std::size_t i = 0; i < far.size(); ++i) {
+      EXPECT_EQ(masks[i], 0U) << x[i] << ", " << y[i];
+    }
+  }
+}
+
+// The last record may end with its z, where the memory ends too.
+TEST(PointClassifier, ReadsNothingBehindTheLastPoint) {
+  ZoneDetector detector;
+  detector.setZone(square("z", 0.0, 0.0, 2.0), 0, 0);
+  const PointClassifier classifier(detector);
+  for (std::size_t size = 1; size <= 70; ++size) {
+    for (const std::size_t numbers : {3U, 4U, 8U}) {
+      std::vector<float> records(numbers * (size - 1) + 3, 1.0F);
+      std::vector<std::uint64_t> expected(size, bit(0));
+      for (std::size_t i = 0; i < size; i += 3) {
+        records[numbers * i + i % 2] = 5.0F;
+        expected[i] = 0;
+      }
+      std::vector<std::uint64_t> masks(size);
+      classifier.classify(PointsView<float>::interleaved(records.data(), numbers * sizeof(float), size),
+                          masks.data());
+      EXPECT_EQ(masks, expected) << size << " records of " << numbers << " numbers";
+    }
+  }
+}
+
 // The determinant of such a point is too small to be told from zero, so the zone takes it for a border point.
 TEST(PointClassifier, PointFarAboveAnAlmostUprightEdgeHasItsZonesVerdict) {
   const double width = 1.0e-15;
