@@ -183,5 +183,19 @@ TEST(AllocationFailure, OfASubtreeLeavesAConsistentStore) {
   }
 }
 
+// Each leaf is remembered as text that must be written quoted; there are more than the store has room for.
+TEST(AllocationFailure, OfASubtreeThatReplacesAnotherLeavesTheOther) {
+  ptree subtree;
+  for (int i = 0; i < 100; ++i) {
+    subtree.put("leaf" + std::to_string(i), "7");
+  }
+  SettingsManager untouched;
+  prepareDocument(untouched);
+  const std::string before = saveText(untouched);
+  failEachAllocation(
+      prepareDocument, [&](SettingsManager& settings) { settings.putChild("x", subtree); },
+      [&](SettingsManager& settings) { EXPECT_EQ(saveText(settings), before); });
+}
+
 }  // namespace
 }  // namespace orvantis
