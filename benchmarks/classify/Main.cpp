@@ -192,10 +192,20 @@ void addBuild(const std::string& name, const ZoneDetector& detector) {
   std::cout << name << ": " << ZoneIndex(detector).bytes() << " bytes of tables\n";
 }
 
+void addRealCloud(const std::string& name, Cloud cloud) {
+  const SharedSetting s = setting(site(Shapes::Mixed, 56), std::move(cloud));
+  addContestant(name + "/per-zone calls", s, perZoneCalls(s->detector), slowPart);
+  addContestant(name + "/read and write", s, readAndWrite(), s->cloud.size(), false);
+  addClassifier(name + "/classify", s);
+}
+
+// Each frame by itself, which stays in the cache, and all of them again and again up to a million points,
+// which come from memory as those of a recording do.
 void addRealFrames() {
   const char* paths = std::getenv("ORVANTIS_FRAMES");
   std::string rest = paths != nullptr ? paths : "";
-  for (int number = 0; !rest.empty(); ++number) {
+  std::vector<Cloud> frames;
+  while (!rest.empty()) {
     const std::size_t end = std::min(rest.find(':'), rest.size());
     Cloud frame = readFrame(rest.substr(0, end));
     rest.erase(0, end + 1);
@@ -203,12 +213,20 @@ void addRealFrames() {
       std::cout << "A file of ORVANTIS_FRAMES cannot be read; left out\n";
       continue;
     }
-    const SharedSetting s = setting(site(Shapes::Mixed, 56), std::move(frame));
-    const std::string name = "frame " + std::to_string(number) + "/";
-    addContestant(name + "per-zone calls", s, perZoneCalls(s->detector), slowPart);
-    addContestant(name + "read and write", s, readAndWrite(), s->cloud.size(), false);
-    addClassifier(name + "classify", s);
+    addRealCloud("frame " + std::to_string(frames.size()), frame);
+    frames.push_back(std::move(frame));
   }
+  if (frames.empty()) {
+    return;
+  }
+  Cloud recording;
+  for (std::size_t i = 0; recording.size() < million; ++i) {
+    const Cloud& frame = frames[i % frames.size()];
+    for (std::size_t k = 0; k < frame.size(); ++k) {
+      recording.append(frame.x[k], frame.y[k], frame.z[k]);
+    }
+  }
+  addRealCloud("recording", std::move(recording));
 }
 
 void addAll() {
@@ -264,7 +282,7 @@ void printRatio(const std::string& slower, const std::string& faster) {
 
 void printRatios() {
   std::printf("\nRatios of the times above\n");
-  for (const std::string prefix : {"16-gons/", "mixed/", "frame 0/", "frame 1/"}) {
+  for (const std::string prefix : {"16-gons/", "mixed/", "frame 0/", "frame 1/", "recording/"}) {
     const std::string classify = prefix + "classify";
     printRatio(prefix + "per-zone calls", classify);
     printRatio(prefix + "boxed calls", classify);
