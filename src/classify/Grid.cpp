@@ -319,7 +319,7 @@ class GridBuilder {
     CrossedCell cell{firstDecision, 0, codeOfSet(decided), {}, {}};
     combine(cell, decided);
     if (grid_.decisions.size() % 2 != 0) {
-      grid_.decisions.push_back(Decision(grid_.decisions.back()));
+      grid_.decisions.emplace_back(grid_.decisions.back());
     }
     cell.numPairs = static_cast<std::uint16_t>((grid_.decisions.size() - firstDecision) / 2);
     grid_.crossedCells.push_back(cell);
@@ -362,8 +362,8 @@ class GridBuilder {
     std::size_t size = 0;
     for (const Decision& decision : decisions) {
       for (const std::uint16_t curve : decision.curves) {
-        const auto end = curves.begin() + static_cast<std::ptrdiff_t>(size);
-        if (std::find(curves.begin(), end, curve) != end) {
+        const auto known = std::span(curves).first(size);
+        if (std::ranges::find(known, curve) != known.end()) {
           continue;
         }
         if (curve == Grid::curveOfZero || size == curves.size()) {

@@ -16,6 +16,7 @@
 #include <hwy/highway.h>
 
 HWY_BEFORE_NAMESPACE();
+// NOLINTNEXTLINE(modernize-concat-nested-namespaces): each target's own, by Highway's rules
 namespace orvantis::filter::classify {
 namespace HWY_NAMESPACE {
 namespace {
@@ -429,8 +430,10 @@ void copyDoubles(const PointsView<double>& points, double* x, double* y, double*
 }
 
 template <typename Real>
-std::size_t lookUpBlock(const Grid& grid, const Heights& heights, const Real* x, const Real* y, const Real* z,
-                        std::size_t size, std::uint64_t* out, Pending& pending) {
+std::size_t lookUpBlock(
+    const Grid& grid, const Heights& heights, const Real* x, const Real* y, const Real* z, std::size_t size,
+    std::uint64_t* out,  // NOLINT(readability-non-const-parameter): written by the lookups
+    Pending& pending) {
   const Tables tables(grid, heights);
   Ends ends(pending);
   std::size_t notFinite = 0;
@@ -484,7 +487,7 @@ std::size_t countGroups(const std::uint64_t* from, std::size_t size, BitCounts& 
     const std::uint64_t* at = from + done;
     std::array<Words, 6> sums;
     for (std::size_t k = 0; k < sums.size(); ++k) {
-      sums[k] = hn::Load(words, counts.planes[k]);
+      sums[k] = hn::Load(words, counts.planes[k].data());
     }
     const auto next = [&] {
       const Words bits = countedBits(at);
@@ -511,11 +514,11 @@ std::size_t countGroups(const std::uint64_t* from, std::size_t size, BitCounts& 
     const Words a = carried(sums[4], sixteens[0], sixteens[1]);
     Words carry = carried(sums[5], a, carried(sums[4], sixteens[2], sixteens[3]));
     for (std::size_t k = 0; k < sums.size(); ++k) {
-      hn::Store(sums[k], words, counts.planes[k]);
+      hn::Store(sums[k], words, counts.planes[k].data());
     }
     for (std::size_t k = sums.size(); !hn::AllTrue(words, carry == hn::Zero(words)); ++k) {
-      const Words sum = hn::Load(words, counts.planes[k]);
-      hn::Store(hn::Xor(sum, carry), words, counts.planes[k]);
+      const Words sum = hn::Load(words, counts.planes[k].data());
+      hn::Store(hn::Xor(sum, carry), words, counts.planes[k].data());
       carry = hn::And(sum, carry);
     }
   }

@@ -40,7 +40,7 @@ struct BitCounts {
   static constexpr std::size_t numPlanes = 40;  ///< for 2^40 points a word, more than memory holds
   static constexpr std::size_t numWords = 16;
 
-  alignas(64) std::uint32_t planes[numPlanes][numWords] = {};
+  alignas(64) std::array<std::array<std::uint32_t, numWords>, numPlanes> planes{};
 
   std::array<std::uint64_t, numCounts> sums() const;
 };

@@ -11,7 +11,7 @@ namespace {
 using detection::Point;
 
 std::uint64_t bitIf(bool isInside, unsigned zone) {
-  return std::uint64_t{isInside} << zone;
+  return (isInside ? std::uint64_t{1} : 0) << zone;
 }
 
 }  // namespace
@@ -54,7 +54,7 @@ std::uint64_t decideEach(const Grid& grid, const ShapesByBit& shapes, const Cros
                          double y) {
   std::uint64_t zones = grid.palette[cell.decided];
   const Decision* pair = grid.decisions.data() + cell.firstDecision;
-  for (const Decision* end = pair + 2 * cell.numPairs; pair != end; pair += 2) {
+  for (const Decision* end = pair + std::size_t{2} * cell.numPairs; pair != end; pair += 2) {
     zones |= decide(grid, shapes, pair[0], x, y);
     zones |= decide(grid, shapes, pair[1], x, y);
   }

@@ -142,7 +142,7 @@ CriticalCases::Shape CriticalCases::ring() {
   if (oneOf(12) == 0) {
     vertices.resize(static_cast<std::size_t>(oneOf(4)), vertices.front());
   }
-  if (oneOf(16) == 0) {
+  if (oneOf(16) == 0 && !vertices.empty()) {
     std::ranges::fill(vertices, vertices.front());
   }
   if (oneOf(2) == 0) {

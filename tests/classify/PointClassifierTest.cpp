@@ -58,6 +58,30 @@ TEST(PointClassifier, FieldZoneHasTheBitOfItsPlaceAndExclusionZoneTheBitAfterThe
   EXPECT_EQ(maskOf(classifier, 4.5, 0.5, 1.0), 0U);
 }
 
+template <typename Real>
+void expectMasksAndCounts(const PointClassifier& classifier) {
+  const std::vector<Real> x = {Real{0.5}, Real{1.5}, Real{2.5}};
+  const std::vector<Real> rest = {Real{0.25}, Real{0.25}, Real{0.25}};
+  const auto points = PointsView<Real>::separate(x.data(), rest.data(), rest.data(), x.size());
+  const std::vector<std::uint64_t> expected = {bit(0) | bit(24), bit(0), 0};
+  std::vector<std::uint64_t> masks(3, ~std::uint64_t{0});
+  classifier.classify(points, masks.data());
+  EXPECT_EQ(masks, expected);
+  masks.assign(3, ~std::uint64_t{0});
+  EXPECT_EQ(classifier.count(points, masks.data()).inside[0], 1U);
+  EXPECT_EQ(masks, expected);
+  EXPECT_EQ(classifier.count(points, nullptr).excluded, 1U);
+}
+
+TEST(PointClassifier, FloatsAndDoublesGetTheSameMasksAndCounts) {
+  ZoneDetector detector;
+  detector.setZone(square("zone", 0.0, 0.0, 2.0), 0, 0);
+  detector.appendExclusionZone(square("exclusion", 0.0, 0.0, 1.0));
+  const PointClassifier classifier(detector);
+  expectMasksAndCounts<float>(classifier);
+  expectMasksAndCounts<double>(classifier);
+}
+
 TEST(PointClassifier, BordersOfThePlanAreOutsideAndHeightsAtTheBoundsInside) {
   ZoneDetector detector;
   detector.setZone(square("z", 0.0, 0.0, 1.0), 0, 0);

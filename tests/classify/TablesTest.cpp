@@ -1,0 +1,130 @@
+#include <bit>
+#include <memory>
+#include <ostream>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <filter/detection/Polygon.h>
+#include <filter/detection/Rectangle.h>
+#include <filter/detection/Sector.h>
+#include <filter/detection/ZoneDetector.h>
+
+#include "classify/FrozenZones.h"
+#include "classify/Heights.h"
+#include "classify/ZoneIndex.h"
+
+namespace orvantis::testing {
+namespace {
+
+using filter::classify::CrossedCell;
+using filter::classify::Decision;
+using filter::classify::Grid;
+using filter::classify::Heights;
+using filter::classify::ZoneIndex;
+using namespace filter::detection;
+
+// What the tables of the plan decide. What they leave open is answered by the zones themselves, so no verdict
+// shows when it becomes more: it only takes longer.
+struct Decided {
+  std::size_t setCells = 0;      // cells that one set of zones holds
+  std::size_t cutCells = 0;      // cells that one border crosses
+  std::size_t crossedCells = 0;  // cells that several borders cross
+  std::size_t knownSides = 0;    // in the decisions, combinations of sides with a verdict
+  std::size_t insideSides = 0;   // and of these, inside
+  std::size_t knownSets = 0;     // in the crossed cells, combinations of sides with a set of zones
+  std::size_t curves = 0;
+
+  bool operator==(const Decided&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& out, const Decided& d) {
+  return out << "{" << d.setCells << ", " << d.cutCells << ", " << d.crossedCells << ", " << d.knownSides
+             << ", " << d.insideSides << ", " << d.knownSets << ", " << d.curves << "}";
+}
+
+Decided decidedBy(const Grid& grid) {
+  Decided decided;
+  const auto size = static_cast<std::size_t>(grid.lattice.columns * grid.lattice.rows);
+  for (std::size_t i = 0; i < size; ++i) {
+    const std::uint16_t code = grid.codes[i];
+    ++(code < grid.firstCut       ? decided.setCells
+       : code < grid.firstCrossed ? decided.cutCells
+                                  : decided.crossedCells);
+  }
+  for (const Decision& decision : grid.decisions) {
+    decided.knownSides += static_cast<std::size_t>(std::popcount(static_cast<unsigned>(decision.known)));
+    decided.insideSides += static_cast<std::size_t>(std::popcount(static_cast<unsigned>(decision.inside)));
+  }
+  for (const CrossedCell& cell : grid.crossedCells) {
+    for (const std::uint16_t set : cell.zonesOn) {
+      decided.knownSets += set != CrossedCell::noSet ? 1U : 0U;
+    }
+  }
+  decided.curves = grid.curves.size();
+  return decided;
+}
+
+void add(ZoneDetector& detector, int number, const std::shared_ptr<Zone>& shape, double zMin = 0.0,
+         double zMax = 2.0) {
+  detector.setZone(std::make_shared<Zone3dBase>(shape, zMin, zMax), number / 3, number % 3);
+}
+
+Decided decidedBy(const std::vector<std::shared_ptr<Zone>>& shapes) {
+  ZoneDetector detector;
+  for (std::size_t i = 0; i < shapes.size(); ++i) {
+    add(detector, static_cast<int>(i), shapes[i]);
+  }
+  return decidedBy(ZoneIndex(detector).grid());
+}
+
+std::shared_ptr<Zone> sector(double from, double to, double radius) {
+  return std::make_shared<Sector>("s", from, to, radius);
+}
+
+std::shared_ptr<Zone> polygon(const std::vector<Point>& vertices) {
+  return std::make_shared<Polygon>("p", vertices);
+}
+
+TEST(Tables, LeaveNoMoreOpenThanTheyDid) {
+  const std::vector<Point> corners{{0.0, 0.0}, {10.0, 6.0}};
+  EXPECT_EQ(decidedBy({std::make_shared<Rectangle>("r", corners, 0.3)}),
+            (Decided{66692, 1028, 8, 40, 12, 20, 5}));
+  EXPECT_EQ(decidedBy({std::make_shared<Rectangle>("r", corners, 0.0)}),
+            (Decided{65145, 1272, 776, 1552, 768, 776, 5}));
+  EXPECT_EQ(decidedBy({sector(-0.4, 1.1, 5.0)}), (Decided{137870, 1470, 11, 46, 10, 23, 4}));
+  EXPECT_EQ(decidedBy({sector(1.0, -1.0, 5.0)}), (Decided{83741, 1316, 10, 40, 16, 20, 4}));
+  EXPECT_EQ(decidedBy({sector(0.7, 0.7, 5.0)}), (Decided{108261, 1292, 8, 16, 0, 8, 2}));
+  EXPECT_EQ(decidedBy({polygon({{0.0, 0.0}, {4.0, 9.0}, {9.0, 1.0}}),
+                       polygon({{1.0, 8.0}, {9.0, 7.0}, {3.0, -1.0}})}),
+            (Decided{96517, 2416, 36, 144, 44, 96, 7}));
+  // Four zones that meet in a vertex, and one that crosses itself.
+  EXPECT_EQ(decidedBy({polygon({{0.0, 0.0}, {4.0, 1.0}, {1.0, 4.0}}),
+                       polygon({{0.0, 0.0}, {-4.0, 1.0}, {-1.0, 4.0}}),
+                       polygon({{0.0, 0.0}, {-3.0, -1.0}, {-1.0, -4.0}}), sector(0.1, 1.4, 3.0),
+                       polygon({{-3.0, -3.0}, {3.0, 2.0}, {3.0, -3.0}, {-3.0, 2.0}})}),
+            (Decided{67691, 2868, 730, 1660, 778, 914, 17}));
+}
+
+Heights heightsOfZones(const std::vector<std::pair<double, double>>& bounds) {
+  ZoneDetector detector;
+  for (std::size_t i = 0; i < bounds.size(); ++i) {
+    add(detector, static_cast<int>(i), sector(0.0, 1.0, 1.0), bounds[i].first, bounds[i].second);
+  }
+  return filter::classify::heightsOf(filter::classify::freeze(detector));
+}
+
+// As few buckets as keep the slabs apart: the table shares the cache with the plan's.
+TEST(Tables, OfHeightsHaveAsFewBucketsAsKeepTheSlabsApart) {
+  EXPECT_EQ(heightsOfZones({}).lastBucket, 0);
+  EXPECT_EQ(heightsOfZones({}).bucketsPerMetre, 1.0F);
+  EXPECT_EQ(heightsOfZones({{0.0, 2.0}}).lastBucket, 3);
+  EXPECT_EQ(heightsOfZones({{0.0, 2.0}}).origin, 0.0F);
+  EXPECT_EQ(heightsOfZones({{0.0, 2.0}}).bucketsPerMetre, 2.0F);
+  EXPECT_EQ(heightsOfZones({{0.0, 2.0}, {-1.0, 1.0}, {0.5, 3.0}}).lastBucket, 15);
+  EXPECT_EQ(heightsOfZones({{0.0, 2.0}, {0.01, 2.01}}).lastBucket, 1023);
+}
+
+}  // namespace
+}  // namespace orvantis::testing
