@@ -1,4 +1,6 @@
 #include <bit>
+#include <cstdint>
+#include <limits>
 #include <memory>
 #include <ostream>
 #include <utility>
@@ -105,6 +107,31 @@ TEST(Tables, LeaveNoMoreOpenThanTheyDid) {
                        polygon({{0.0, 0.0}, {-3.0, -1.0}, {-1.0, -4.0}}), sector(0.1, 1.4, 3.0),
                        polygon({{-3.0, -3.0}, {3.0, 2.0}, {3.0, -3.0}, {-3.0, 2.0}})}),
             (Decided{67691, 2868, 730, 1660, 778, 914, 17}));
+}
+
+std::uint64_t alwaysAsked(const std::shared_ptr<Zone>& shape) {
+  ZoneDetector detector;
+  add(detector, 0, shape);
+  return ZoneIndex(detector).grid().alwaysAsked;
+}
+
+// Where coordinates are large, rounding is coarser than the margins: the tables decide nothing.
+TEST(Tables, ShapesThatReachTooFarAreAskedForEveryPoint) {
+  constexpr double far = 1.0000001e7;
+  const auto sectorAt = [](double x, double y) {
+    return std::make_shared<Sector>("s", 0.0, 1.0, 3.0, Point(x, y));
+  };
+  EXPECT_EQ(alwaysAsked(sectorAt(2.0, 3.0)), 0U);
+  EXPECT_EQ(alwaysAsked(sectorAt(far, 3.0)), 1U);
+  EXPECT_EQ(alwaysAsked(sectorAt(2.0, -far)), 1U);
+  EXPECT_EQ(alwaysAsked(sector(0.0, 1.0, far)), 1U);
+  EXPECT_EQ(alwaysAsked(sector(std::numeric_limits<double>::infinity(), 1.0, 3.0)), 1U);
+  EXPECT_EQ(alwaysAsked(sector(0.0, std::numeric_limits<double>::quiet_NaN(), 3.0)), 1U);
+  EXPECT_EQ(alwaysAsked(polygon({{0.0, 0.0}, {1.0, 0.0}, {1.0, 1.0}})), 0U);
+  EXPECT_EQ(alwaysAsked(polygon({{0.0, 0.0}, {far, 0.0}, {1.0, 1.0}})), 1U);
+  EXPECT_EQ(alwaysAsked(polygon({{0.0, 0.0}, {1.0, far}, {1.0, 1.0}})), 1U);
+  EXPECT_EQ(alwaysAsked(polygon(std::vector<Point>(4096, Point(1.0, 1.0)))), 0U);
+  EXPECT_EQ(alwaysAsked(polygon(std::vector<Point>(4097, Point(1.0, 1.0)))), 1U);
 }
 
 Heights heightsOfZones(const std::vector<std::pair<double, double>>& bounds) {
