@@ -133,10 +133,16 @@ class PointLookup {
     out_[point] = t_.palette[std::min(code, t_.firstCut)] & t_.heightMasks[half];
 
     const std::uint32_t entry = static_cast<std::uint32_t>(code) << 16U | static_cast<std::uint32_t>(point);
-    const bool isCrossed = code >= t_.firstCrossed;
-    append(ends.cut, entry, code >= t_.firstCut && !isCrossed);
-    append(ends.crossed, entry, isCrossed);
-    append(ends.heights, entry, std::isnan(start));
+    // Written in any case, and kept by the next one's place: a jump would be guessed wrong too often.
+    const int isUndecided = code >= t_.firstCut ? 1 : 0;
+    const int isCrossed = code >= t_.firstCrossed ? 1 : 0;
+    *ends.cut = entry;
+    ends.cut += isUndecided - isCrossed;
+    *ends.crossed = entry;
+    ends.crossed += isCrossed;
+    if (HWY_UNLIKELY(std::isnan(start))) {
+      *ends.heights++ = entry;
+    }
   }
 
   std::size_t numNotFinite() const { return notFinite_; }
@@ -144,12 +150,6 @@ class PointLookup {
  private:
   static std::uint32_t roundedBits(float position) {
     return std::bit_cast<std::uint32_t>(position + wholeNumbers);
-  }
-
-  // Written in any case, and kept by the next one's place: a jump would be guessed wrong too often.
-  static void append(std::uint32_t*& list, std::uint32_t entry, bool isKept) {
-    *list = entry;
-    list += isKept ? 1 : 0;
   }
 
   Tables t_;
