@@ -134,6 +134,13 @@ TEST(Tables, ShapesThatReachTooFarAreAskedForEveryPoint) {
   EXPECT_EQ(alwaysAsked(polygon(std::vector<Point>(4097, Point(1.0, 1.0)))), 1U);
 }
 
+TEST(Tables, SizeIsThatOfThePlanAndTheHeights) {
+  ZoneDetector detector;
+  add(detector, 0, sector(0.0, 1.0, 3.0));
+  const ZoneIndex index(detector);
+  EXPECT_EQ(index.bytes(), index.grid().bytes() + heightsOf(filter::classify::freeze(detector)).bytes());
+}
+
 Heights heightsOfZones(const std::vector<std::pair<double, double>>& bounds) {
   ZoneDetector detector;
   for (std::size_t i = 0; i < bounds.size(); ++i) {

@@ -16,6 +16,7 @@
 
 #include <settings/SettingsManager.h>
 
+#include "support/AllocationCounter.h"
 #include "support/GroupingLocale.h"
 #include "support/LogCapture.h"
 #include "support/Settings.h"
@@ -427,6 +428,18 @@ TEST(Numbers, ThatWereReadKeepTheirText) {
   EXPECT_EQ(settings.getIndexedValue("v", 0), "1.50");
   EXPECT_EQ(settings.getIndexedValue("v", 4), "100000000000000000000000000001");
   EXPECT_EQ(saveText(settings), text);
+}
+
+// However many digits it has; a stream would copy it first.
+TEST(Numbers, APlainOneIsReadWithoutACopyOfItsText) {
+  SettingsManager settings;
+  loadText(settings, R"({"few": 1, "all": -123456.789012345678901234})");
+  const auto allocationsOf = [&settings](const char* key) {
+    const testing::AllocationCounter allocations;
+    EXPECT_NE(settings.get<double>(key, 0.0), 0.0);
+    return allocations.count();
+  };
+  EXPECT_EQ(allocationsOf("all"), allocationsOf("few"));
 }
 
 }  // namespace
