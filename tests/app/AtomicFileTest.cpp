@@ -91,9 +91,11 @@ TEST(AtomicFile, IsThereOnlyWhenItIsCommitted) {
     EXPECT_EQ(folder.fileCount(), 2U);
   }
   EXPECT_EQ(folder.fileCount(), 1U);
-  AtomicFile file(path);
-  file.append("ne");
-  AtomicFile moved = std::move(file);
+  AtomicFile moved = [&path] {
+    AtomicFile file(path);
+    file.append("ne");
+    return AtomicFile(std::move(file));
+  }();
   moved.append("w");
   EXPECT_EQ(readAll(path), "old");
   moved.commit();
