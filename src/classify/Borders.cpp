@@ -28,8 +28,11 @@ constexpr double wholeDiscTolerance = 0.0001;
 constexpr double turn = 2.0 * std::numbers::pi;
 // One rounding step at 1.
 constexpr double ulp = 0x1p-52;
-// Keeps a band from vanishing where the numbers around it are denormal.
-constexpr double smallestBand = 1.0e-290;
+// Keeps a band from vanishing where the margins are set to zero.
+constexpr double smallestBand = 1.0e-20;
+// More than what a curve's value in floats may be off by, relative to the sum of the terms' magnitudes: each
+// goes through at most eight roundings, of 2^-24.
+constexpr double floatError = 0x1p-20;
 
 // The angle from one bearing counterclockwise to another, from 0 to less than a turn.
 double turnsFrom(double from, double to) {
@@ -143,10 +146,11 @@ Margins::Margins(const Bounds& site, const Lattice& lattice, double scale)
 }
 
 Curve Margins::curveOf(const Border& border) const {
+  const double x = border.x1 - lattice_.middleX();
+  const double y = border.y1 - lattice_.middleY();
   if (border.kind == Border::Kind::Arc) {
     const double square = border.radius * border.radius;
-    const double band = scale_ * 64.0 * ulp * square + smallestBand;
-    return {border.x1, border.y1, 1.0 / band, 0.0, 0.0, -square / band};
+    return scaled(1.0, -2.0 * x, -2.0 * y, x * x + y * y - square, border, 64.0 * ulp * square);
   }
   const double dx = border.x2 - border.x1;
   const double dy = border.y2 - border.y1;
@@ -155,8 +159,25 @@ Curve Margins::curveOf(const Border& border) const {
   if (border.kind == Border::Kind::Edge) {
     band += 2.0 * determinant_ / length;
   }
-  band = scale_ * band + smallestBand;
-  return {border.x1, border.y1, 0.0, -dy / length / band, dx / length / band, 0.0};
+  return scaled(0.0, -dy / length, dx / length, (dy * x - dx * y) / length, border, band);
+}
+
+// The curve with these coefficients, from a value that is too close to zero in exact arithmetic.
+Curve Margins::scaled(double q, double a, double b, double c, const Border& border, double band) const {
+  Bounds near;
+  near.include(border.x1 - border.radius, border.y1 - border.radius);
+  near.include(border.x1 + border.radius, border.y1 + border.radius);
+  if (border.kind != Border::Kind::Arc) {
+    near.include(border.x2, border.y2);
+  }
+  // The cells that the border marks, and the next ones.
+  const double margin = 3.0 * lattice_.cell;
+  const double u = margin + std::max(lattice_.middleX() - near.minX, near.maxX - lattice_.middleX());
+  const double v = margin + std::max(lattice_.middleY() - near.minY, near.maxY - lattice_.middleY());
+  const double terms = q * (u * u + v * v) + std::abs(a) * u + std::abs(b) * v + std::abs(c);
+  const double scale = 1.0 / (scale_ * (band + floatError * terms) + smallestBand);
+  return {static_cast<float>(q * scale), static_cast<float>(a * scale), static_cast<float>(b * scale),
+          static_cast<float>(c * scale)};
 }
 
 bool Margins::isSteep(const Border& border) const {

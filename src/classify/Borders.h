@@ -36,21 +36,16 @@ struct Outline {
 /// No outline for a shape whose border is not known, or not safe to reason about: its zone is always asked.
 std::optional<Outline> outlineOf(const detection::Zone& shape);
 
-/// A line or a circle as the sign of q (dx^2 + dy^2) + a dx + b dy + c, with (dx, dy) the point less (x, y).
-/// Scaled so that a value between -1 and 1 is too close to zero for its sign to be the zone's verdict.
+/// A line or a circle as the sign of q (u^2 + v^2) + a u + b v + c, with (u, v) the point less the middle of
+/// the lattice, in floats. Scaled so that a value between -1 and 1 is too close to zero for its sign to be
+/// the zone's verdict.
 struct Curve {
-  double x;
-  double y;
-  double q;
-  double a;
-  double b;
-  double c;
+  float q = 0.0F;
+  float a = 0.0F;
+  float b = 0.0F;
+  float c = 0.0F;
 
-  double operator()(double px, double py) const {
-    const double dx = px - x;
-    const double dy = py - y;
-    return (dx * (q * dx + a) + dy * (q * dy + b)) + c;
-  }
+  float operator()(float u, float v) const { return (u * (q * u + a) + v * (q * v + b)) + c; }
 };
 
 /// Cells of one column, from row `first` to row `last`.
@@ -77,6 +72,7 @@ class Margins {
   void cover(const Border& border, std::vector<Span>& spans) const;
 
  private:
+  Curve scaled(double q, double a, double b, double c, const Border& border, double band) const;
   void coverSegment(const Border& segment, std::vector<Span>& spans) const;
   void coverArc(const Border& arc, std::vector<Span>& spans) const;
   void coverArcRows(const Border& arc, const Span& span, std::vector<Span>& spans) const;

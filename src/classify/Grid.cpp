@@ -39,7 +39,7 @@ class GridBuilder {
       : zones_(zones), lattice_(latticeOver(site, cell)), margins_(site, lattice_, safety) {
     grid_.lattice = lattice_;
     grid_.alwaysAsked = alwaysAsked;
-    grid_.curves.push_back({0.0, 0.0, 0.0, 0.0, 0.0, 0.0});
+    grid_.curves.emplace_back();
   }
 
   // Nothing when the grid would be larger than it may be.
@@ -59,7 +59,7 @@ class GridBuilder {
       fill(zone);
     }
     makeCells();
-    if (grid_.palette.size() + grid_.cutCells.size() + grid_.crossedCells.size() > mostCodes) {
+    if (grid_.palette.size() + grid_.cutCells.size() + grid_.cellDecisions.size() > mostCodes) {
       return std::nullopt;
     }
     makeCodes();
@@ -93,9 +93,9 @@ class GridBuilder {
   };
 
   // What a cell is before its code is known.
-  enum class Kind : std::uint8_t { Decided, Cut, Crossed };
+  enum class Kind : std::uint8_t { Decided, Cut, Crossed, Tangled };
   struct Cell {
-    std::uint32_t number;  // in the palette, the cut cells or the crossed cells
+    std::uint32_t number;  // of its kind; of a decided one in the palette
     Kind kind;
   };
 
@@ -105,6 +105,11 @@ class GridBuilder {
   }
   Point centre(int column, int row) const {
     return {lattice_.x0 + (column + 0.5) * lattice_.cell, lattice_.y0 + (row + 0.5) * lattice_.cell};
+  }
+
+  float valueOf(std::uint32_t curve, double x, double y) const {
+    return grid_.curves[curve](static_cast<float>(x - lattice_.middleX()),
+                               static_cast<float>(y - lattice_.middleY()));
   }
 
   void mark(const OutlinedZone& zone) {
@@ -195,12 +200,12 @@ class GridBuilder {
     }
     const Point below = centre(column, run.first - 1);
     const Point above = centre(column, run.last + 1);
-    const double valueBelow = grid_.curves[curve](below.x(), below.y());
-    const double valueAbove = grid_.curves[curve](above.x(), above.y());
+    const float valueBelow = valueOf(curve, below.x(), below.y());
+    const float valueAbove = valueOf(curve, above.x(), above.y());
     Sides sides;
-    if (valueBelow < -1.0 && valueAbove > 1.0) {
+    if (valueBelow < -1.0F && valueAbove > 1.0F) {
       sides = {bothSides, (isInsideBelow ? negativeSide : 0U) | (isInsideAbove ? positiveSide : 0U)};
-    } else if (valueBelow > 1.0 && valueAbove < -1.0) {
+    } else if (valueBelow > 1.0F && valueAbove < -1.0F) {
       sides = {bothSides, (isInsideBelow ? positiveSide : 0U) | (isInsideAbove ? negativeSide : 0U)};
     }
     for (int row = run.first; row <= run.last; ++row) {
@@ -224,11 +229,11 @@ class GridBuilder {
     }
     grid_.firstCut = static_cast<std::uint32_t>(grid_.palette.size());
     grid_.firstCrossed = grid_.firstCut + static_cast<std::uint32_t>(grid_.cutCells.size());
-    grid_.codeOfFarAway = grid_.firstCrossed;
     grid_.palette.push_back(~std::uint64_t{0});
+    grid_.cellDecisions.insert(grid_.cellDecisions.end(), tangledCells_.begin(), tangledCells_.end());
   }
 
-  // The first crossed cell, which is nowhere, asks every zone. The bits that a NaN has are the same whichever
+  // The first tangled cell, which is nowhere, asks every zone. The bits that a NaN has are the same whichever
   // coordinate it is.
   void makeSpecialCells() {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
@@ -239,7 +244,7 @@ class GridBuilder {
         ofNaN |= bitOf(zone.zone->bit);
       }
     }
-    addCrossedCell(0, grid_.alwaysAsked);
+    farAway_ = addCell(0, grid_.alwaysAsked);
     grid_.codeOfNaN = decidedCell(ofNaN).number;
   }
 
@@ -277,16 +282,16 @@ class GridBuilder {
     }
     const std::uint64_t bit = bitOf(mark.bit);
     const std::uint64_t rest = decided_[index(column, row)];
-    const std::array<std::uint64_t, 2> zones = {rest | ((sides.inside & negativeSide) != 0 ? bit : 0),
-                                                rest | ((sides.inside & positiveSide) != 0 ? bit : 0)};
+    const std::array<std::uint16_t, 2> zones = {
+        codeOfSet(rest | ((sides.inside & negativeSide) != 0 ? bit : 0)),
+        codeOfSet(rest | ((sides.inside & positiveSide) != 0 ? bit : 0))};
     for (const std::uint32_t number : cutsByCurve_[mark.curve]) {
       if (grid_.cutCells[number].zones == zones) {
         return Cell{number, Kind::Cut};
       }
     }
     const auto number = static_cast<std::uint32_t>(grid_.cutCells.size());
-    grid_.cutCells.push_back({grid_.curves[mark.curve], zones});
-    grid_.cutZones.push_back(mark.bit);
+    grid_.cutCells.push_back({grid_.curves[mark.curve], zones, mark.bit});
     cutsByCurve_[mark.curve].push_back(number);
     return Cell{number, Kind::Cut};
   }
@@ -311,18 +316,22 @@ class GridBuilder {
       }
       grid_.decisions.push_back(hasTable ? decision(column, row, first, curves) : asking(first.bit));
     }
-    addCrossedCell(firstDecision, decided_[cell]);
-    return {static_cast<std::uint32_t>(grid_.crossedCells.size() - 1), Kind::Crossed};
+    return addCell(firstDecision, decided_[cell]);
   }
 
-  void addCrossedCell(std::uint32_t firstDecision, std::uint64_t decided) {
-    CrossedCell cell{firstDecision, 0, codeOfSet(decided), {}, {}};
-    combine(cell, decided);
+  // The cell of the last decisions.
+  Cell addCell(std::uint32_t firstDecision, std::uint64_t decided) {
+    const std::optional<CrossedCell> crossed = combined(firstDecision, decided);
     if (grid_.decisions.size() % 2 != 0) {
       grid_.decisions.emplace_back(grid_.decisions.back());
     }
-    cell.numPairs = static_cast<std::uint16_t>((grid_.decisions.size() - firstDecision) / 2);
-    grid_.crossedCells.push_back(cell);
+    const std::size_t numPairs = (grid_.decisions.size() - firstDecision) / 2;
+    std::vector<CellDecisions>& decisions = crossed ? grid_.cellDecisions : tangledCells_;
+    decisions.push_back({firstDecision, static_cast<std::uint16_t>(numPairs), codeOfSet(decided)});
+    if (crossed) {
+      grid_.crossedCells.push_back(*crossed);
+    }
+    return {static_cast<std::uint32_t>(decisions.size() - 1), crossed ? Kind::Crossed : Kind::Tangled};
   }
 
   std::uint16_t codeOfSet(std::uint64_t zones) {
@@ -330,19 +339,28 @@ class GridBuilder {
   }
 
   // Tells the zones on each combination of sides from the last cell's decisions together.
-  void combine(CrossedCell& cell, std::uint64_t decided) {
+  std::optional<CrossedCell> combined(std::uint32_t firstDecision, std::uint64_t decided) {
+    const std::span<const Decision> decisions = std::span(grid_.decisions).subspan(firstDecision);
+    std::array<std::uint16_t, CrossedCell::numCurves> curves{};
+    if (!collectCurves(decisions, curves)) {
+      return std::nullopt;
+    }
+    CrossedCell cell;
     cell.zonesOn.fill(CrossedCell::noSet);
-    const std::span<const Decision> decisions = std::span(grid_.decisions).subspan(cell.firstDecision);
-    if (!collectCurves(decisions, cell.curves)) {
-      return;
+    for (std::size_t k = 0; k < curves.size(); ++k) {
+      const Curve& curve = grid_.curves[curves[k]];
+      cell.q[k] = curve.q;
+      cell.a[k] = curve.a;
+      cell.b[k] = curve.b;
+      cell.c[k] = curve.c;
     }
     for (unsigned sides = 0; sides < cell.zonesOn.size(); ++sides) {
       const auto sideOf = [&](std::uint16_t curve) {
-        return sides >> (std::ranges::find(cell.curves, curve) - cell.curves.begin()) & 1U;
+        return sides >> (std::ranges::find(curves, curve) - curves.begin()) & 1U;
       };
       bool isKnown = true;
-      for (std::size_t k = 0; k < cell.curves.size(); ++k) {
-        isKnown = isKnown && sideOf(cell.curves[k]) == (sides >> k & 1U);
+      for (std::size_t k = 0; k < curves.size(); ++k) {
+        isKnown = isKnown && sideOf(curves[k]) == (sides >> k & 1U);
       }
       std::uint64_t zones = decided;
       for (const Decision& decision : decisions) {
@@ -354,9 +372,10 @@ class GridBuilder {
         cell.zonesOn[sides] = codeOfSet(zones);
       }
     }
+    return cell;
   }
 
-  // @return false, and nothing in `curves`, when the decisions have more curves than that, or none
+  // @return false when the decisions have more curves than that, or none
   static bool collectCurves(std::span<const Decision> decisions,
                             std::array<std::uint16_t, CrossedCell::numCurves>& curves) {
     std::size_t size = 0;
@@ -367,7 +386,6 @@ class GridBuilder {
           continue;
         }
         if (curve == Grid::curveOfZero || size == curves.size()) {
-          curves.fill(Grid::curveOfZero);
           return false;
         }
         curves[size++] = curve;
@@ -397,10 +415,10 @@ class GridBuilder {
       for (int j = 0; j <= steps; ++j) {
         const double x = lattice_.x0 + (column + static_cast<double>(i) / steps) * lattice_.cell;
         const double y = lattice_.y0 + (row + static_cast<double>(j) / steps) * lattice_.cell;
-        const double first = grid_.curves[curves[0]](x, y);
-        const double second = grid_.curves[curves[1]](x, y);
-        const bool isClear = std::abs(first) > 1.0 && std::abs(second) > 1.0;
-        const unsigned combination = 1U << ((first > 0.0 ? 1U : 0U) | (second > 0.0 ? 2U : 0U));
+        const float first = valueOf(curves[0], x, y);
+        const float second = valueOf(curves[1], x, y);
+        const bool isClear = std::abs(first) > 1.0F && std::abs(second) > 1.0F;
+        const unsigned combination = 1U << ((first > 0.0F ? 1U : 0U) | (second > 0.0F ? 2U : 0U));
         if (isClear && (sides.known & combination) == 0) {
           sides.known |= combination;
           sides.inside |= shapes_[bit]->shape->within(Point(x, y)) ? combination : 0U;
@@ -411,13 +429,16 @@ class GridBuilder {
   }
 
   std::uint16_t codeOf(const Cell& cell) const {
-    const std::uint32_t first = cell.kind == Kind::Decided ? 0
-                                : cell.kind == Kind::Cut   ? grid_.firstCut
-                                                           : grid_.firstCrossed;
+    const auto firstTangled = grid_.firstCrossed + static_cast<std::uint32_t>(grid_.crossedCells.size());
+    const std::uint32_t first = cell.kind == Kind::Decided   ? 0
+                                : cell.kind == Kind::Cut     ? grid_.firstCut
+                                : cell.kind == Kind::Crossed ? grid_.firstCrossed
+                                                             : firstTangled;
     return static_cast<std::uint16_t>(first + cell.number);
   }
 
   void makeCodes() {
+    grid_.codeOfFarAway = codeOf(farAway_);
     for (const Cell& cell : cells_) {
       grid_.codes.push_back(codeOf(cell));
     }
@@ -435,6 +456,8 @@ class GridBuilder {
   std::vector<Span> spans_;
   std::vector<Run> runs_;
   std::vector<Cell> cells_;
+  std::vector<CellDecisions> tangledCells_;
+  Cell farAway_{};
   std::array<const FrozenZone*, 64> shapes_{};
   std::vector<std::vector<std::uint32_t>> cutsByCurve_;
   std::unordered_map<std::uint64_t, std::uint32_t> paletteIndex_;
@@ -449,8 +472,8 @@ std::size_t bytesOf(const std::vector<T>& values) {
 }  // namespace
 
 std::size_t Grid::bytes() const {
-  return bytesOf(codes) + bytesOf(palette) + bytesOf(cutCells) + bytesOf(cutZones) + bytesOf(crossedCells) +
-         bytesOf(decisions) + bytesOf(curves);
+  return bytesOf(codes) + bytesOf(palette) + bytesOf(cutCells) + bytesOf(crossedCells) +
+         bytesOf(cellDecisions) + bytesOf(decisions) + bytesOf(curves);
 }
 
 Grid gridOf(const std::vector<FrozenZone>& zones, double safety) {

@@ -11,11 +11,12 @@
 
 namespace orvantis::filter::classify {
 
-/// A cell that exactly one border crosses: the zones of the points on its negative and its positive side. It
-/// lies in one line of the cache.
-struct alignas(64) CutCell {
+/// A cell that exactly one border crosses.
+struct CutCell {
   Curve curve;
-  std::array<std::uint64_t, 2> zones;
+  std::array<std::uint16_t, 2>
+      zones;          ///< the codes of the sets of zones on its negative and its positive side
+  std::uint8_t zone;  ///< the bit of the zone whose border it is
 };
 
 /// What decides one zone in a cell that several borders cross. Each combination of the sides of its curves
@@ -30,25 +31,32 @@ struct Decision {
   std::uint8_t inside : 4;
 };
 
-/// A cell that several borders cross.
-///
-/// When these are up to three curves, each combination of their sides has one set of zones: with the side of
-/// curve k as bit k of its number. What has no set there is decided zone by zone, by pairs of decisions: of
-/// one zone or two, mostly, so that the loop over them is foreseen. A decision without a partner stands
-/// twice.
-struct CrossedCell {
+/// A cell that several borders cross, but at most three curves: the set of zones on each combination of their
+/// sides. It lies in one line of the cache.
+struct alignas(64) CrossedCell {
   static constexpr std::size_t numCurves = 3;
   static constexpr std::uint16_t noSet = 0xFFFF;  ///< never a set's code: the crossed cells' come after them
 
-  std::uint32_t firstDecision;
+  using Coefficients = std::array<float, numCurves>;  ///< by curve; some curves stand several times
+  Coefficients q{};
+  Coefficients a{};
+  Coefficients b{};
+  Coefficients c{};
+  /// By combination, with the side of curve k as bit k of its number, the code of its zones.
+  std::array<std::uint16_t, 1U << numCurves> zonesOn{};
+};
+
+/// What decides a cell zone by zone: a crossed one where it has no set, and a tangled one, which more curves
+/// cross, in any case. By pairs of decisions, of one zone or two mostly, so that the loop over them is
+/// foreseen. A decision without a partner stands twice.
+struct CellDecisions {
+  std::uint32_t first;
   std::uint16_t numPairs;
-  std::uint16_t decided;                               ///< the code of the zones that hold all of the cell
-  std::array<std::uint16_t, numCurves> curves;         ///< in Grid::curves; some stand several times
-  std::array<std::uint16_t, 1U << numCurves> zonesOn;  ///< by combination, the code of its zones
+  std::uint16_t decided;  ///< the code of the zones that hold all of the cell
 };
 
 /// The plan, cell by cell. A cell has a 16-bit code. The first ones mean a set of zones; then come the cut
-/// cells, then the crossed ones.
+/// cells, then the crossed ones, then the tangled ones.
 struct Grid {
   Lattice lattice;
 
@@ -64,8 +72,8 @@ struct Grid {
   std::uint32_t codeOfFarAway = 0;  ///< for points too far away for the lattice
 
   std::vector<CutCell> cutCells;
-  std::vector<std::uint8_t> cutZones;  ///< by cut cell, the bit of the zone whose border crosses it
   std::vector<CrossedCell> crossedCells;
+  std::vector<CellDecisions> cellDecisions;  ///< of the crossed cells, then of the tangled ones
   std::vector<Decision> decisions;
   static constexpr std::uint16_t curveOfZero = 0;  ///< decides nothing
   std::vector<Curve> curves;

@@ -43,6 +43,11 @@ void makeSlabs(Heights& heights, const std::vector<FrozenZone>& zones) {
   for (const double start : starts) {
     heights.slabMasks.push_back(holding(zones, start));
   }
+  if (!starts.empty()) {
+    const bool isBounded = heights.slabMasks.back() == 0;
+    heights.lowestInside = static_cast<float>(starts.front());
+    heights.highestInside = static_cast<float>(isBounded ? starts.back() : infinity);
+  }
 }
 
 void scaleBuckets(Heights& heights, std::int32_t numBuckets) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 #include "classify/FrozenZones.h"
@@ -17,6 +18,10 @@ inline constexpr float wholeNumbers = 0x1.8p23F;
 /// the height that starts it. Heights are put into buckets by a monotone function, and in a bucket that one
 /// slab starts in, one comparison tells the slab.
 struct Heights {
+  /// No zone has a height below or above, rounded to float.
+  float lowestInside = std::numeric_limits<float>::infinity();
+  float highestInside = -std::numeric_limits<float>::infinity();
+
   float origin = 0.0F;
   float bucketsPerMetre = 1.0F;
   std::int32_t lastBucket = 0;

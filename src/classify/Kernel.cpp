@@ -38,6 +38,8 @@ struct Tables {
         firstCrossed(static_cast<std::int32_t>(grid.firstCrossed)),
         codeOfNaN(static_cast<std::int32_t>(grid.codeOfNaN)),
         codeOfFarAway(static_cast<std::int32_t>(grid.codeOfFarAway)),
+        lowestInside(heights.lowestInside),
+        highestInside(heights.highestInside),
         lowestHeight(heights.origin),
         bucketsPerMetre(heights.bucketsPerMetre),
         lastBucket(heights.lastBucket),
@@ -60,6 +62,8 @@ struct Tables {
   std::int32_t codeOfNaN;
   std::int32_t codeOfFarAway;
 
+  float lowestInside;
+  float highestInside;
   float lowestHeight;
   float bucketsPerMetre;
   std::int32_t lastBucket;
@@ -134,8 +138,9 @@ class PointLookup {
 
     const std::uint32_t entry = static_cast<std::uint32_t>(code) << 16U | static_cast<std::uint32_t>(point);
     // Written in any case, and kept by the next one's place: a jump would be guessed wrong too often.
-    const int isUndecided = code >= t_.firstCut ? 1 : 0;
-    const int isCrossed = code >= t_.firstCrossed ? 1 : 0;
+    const int mayBeInside = (height >= t_.lowestInside ? 1 : 0) & (height <= t_.highestInside ? 1 : 0);
+    const int isUndecided = (code >= t_.firstCut ? 1 : 0) & mayBeInside;
+    const int isCrossed = (code >= t_.firstCrossed ? 1 : 0) & mayBeInside;
     *ends.cut = entry;
     ends.cut += isUndecided - isCrossed;
     *ends.crossed = entry;
@@ -203,9 +208,28 @@ HWY_INLINE Longs highLongs(Ints values) {
   return hn::PromoteTo(longs, hn::UpperHalf(halfInts, values));
 }
 
+// The entries of a table at the lower and at the upper half of the indices.
+#if HWY_TARGET <= HWY_AVX3 && HWY_ARCH_X86
+// Highway's own way needs indices as wide as the entries.
+HWY_INLINE Masks atLow(const std::uint64_t* table, Ints indices) {
+  return Masks{_mm512_i32gather_epi64(_mm512_castsi512_si256(indices.raw), table, 8)};
+}
+HWY_INLINE Masks atHigh(const std::uint64_t* table, Ints indices) {
+  return Masks{_mm512_i32gather_epi64(_mm512_extracti64x4_epi64(indices.raw, 1), table, 8)};
+}
+#else
+HWY_INLINE Masks atLow(const std::uint64_t* table, Ints indices) {
+  return hn::GatherIndex(masks, table, lowLongs(indices));
+}
+HWY_INLINE Masks atHigh(const std::uint64_t* table, Ints indices) {
+  return hn::GatherIndex(masks, table, highLongs(indices));
+}
+#endif
+
 // The indices of the masks from the starts on: those of the masks below are twice the buckets.
 HWY_INLINE Ints upperHalf(Ints bucket, Lanes isUpper) {
-  return bucket + bucket - hn::VecFromMask(ints, hn::RebindMask(ints, isUpper));
+  const Ints below = bucket + bucket;
+  return hn::IfThenElse(hn::RebindMask(ints, isUpper), below + hn::Set(ints, 1), below);
 }
 
 // As many coordinates as there are floats in a vector.
@@ -291,10 +315,20 @@ class VectorLookup {
     const Coordinates x(xs);
     const Coordinates y(ys);
     const Coordinates z(zs);
+    const Floats height = z.asFloats();
+    const Lanes mayBeInside =
+        hn::And(height >= hn::Set(floats, t_.lowestInside), height <= hn::Set(floats, t_.highestInside));
+    if (hn::AllFalse(floats, mayBeInside)) {
+      // Points below and above all zones come in long runs: the ground in a frame.
+      hn::StoreU(hn::Zero(masks), masks, out_ + first);
+      hn::StoreU(hn::Zero(masks), masks, out_ + first + hn::Lanes(masks));
+      points_ = points_ + hn::Set(ints, static_cast<std::int32_t>(hn::Lanes(ints)));
+      notFinite_ += hn::Lanes(floats) - x.numFinite(y, z);
+      return;
+    }
     // In cells, from the middle of the first one.
     const Floats column = x.minus(t_.firstColumn) * hn::Set(floats, t_.cellsPerMetre);
     const Floats row = y.minus(t_.firstRow) * hn::Set(floats, t_.cellsPerMetre);
-    const Floats height = z.asFloats();
     const Floats scaledHeight =
         (height - hn::Set(floats, t_.lowestHeight)) * hn::Set(floats, t_.bucketsPerMetre);
 
@@ -322,13 +356,17 @@ class VectorLookup {
     const Floats starts = hn::GatherIndex(floats, t_.starts, bucket);
     const Ints half = z.half(bucket, starts, t_.exactStarts);
     const Ints sets = hn::Min(codes, hn::Set(ints, t_.firstCut));
-    store(lowLongs(sets), lowLongs(half), out_ + first);
-    store(highLongs(sets), highLongs(half), out_ + first + hn::Lanes(masks));
+    hn::StoreU(hn::And(atLow(t_.palette, sets), atLow(t_.heightMasks, half)), masks, out_ + first);
+    hn::StoreU(hn::And(atHigh(t_.palette, sets), atHigh(t_.heightMasks, half)), masks,
+               out_ + first + hn::Lanes(masks));
 
-    const Ints points = hn::Set(ints, static_cast<std::int32_t>(first)) + hn::Iota(ints, 0);
-    const auto entries = hn::BitCast(words, hn::Or(hn::ShiftLeft<16>(codes), points));
-    const auto isUndecided = hn::RebindMask(words, codes > hn::Set(ints, t_.firstCut - 1));
-    const auto isCrossed = hn::RebindMask(words, codes > hn::Set(ints, t_.firstCrossed - 1));
+    const auto isAtHeight = hn::RebindMask(ints, mayBeInside);
+    const auto entries = hn::BitCast(words, hn::Or(hn::ShiftLeft<16>(codes), points_));
+    points_ = points_ + hn::Set(ints, static_cast<std::int32_t>(hn::Lanes(ints)));
+    const auto isUndecided =
+        hn::RebindMask(words, hn::And(isAtHeight, codes > hn::Set(ints, t_.firstCut - 1)));
+    const auto isCrossed =
+        hn::RebindMask(words, hn::And(isAtHeight, codes > hn::Set(ints, t_.firstCrossed - 1)));
     append(ends.cut, entries, hn::AndNot(isCrossed, isUndecided));
     append(ends.crossed, entries, isCrossed);
     const auto isOpen = hn::RebindMask(words, hn::IsNaN(starts));
@@ -358,13 +396,8 @@ class VectorLookup {
     return hn::IfThenElse(hn::RebindMask(ints, where), hn::Set(ints, value), otherwise);
   }
 
-  HWY_INLINE void store(Longs sets, Longs half, std::uint64_t* to) const {
-    const Masks here = hn::GatherIndex(masks, t_.palette, sets);
-    const Masks atHeight = hn::GatherIndex(masks, t_.heightMasks, half);
-    hn::StoreU(hn::And(here, atHeight), masks, to);
-  }
-
   Tables t_;
+  Ints points_ = hn::Iota(ints, 0);  // the numbers of the next ones
   std::uint64_t* out_;
   std::size_t notFinite_ = 0;
 };
@@ -462,7 +495,11 @@ using Words = hn::Vec<decltype(words)>;
 // One step of adding in separate bits: `sum` and two vectors become `sum` and what is carried. Written so
 // that with AVX-512 it is three instructions.
 HWY_INLINE Words carried(Words& sum, Words a, Words b) {
+#if HWY_TARGET <= HWY_AVX3 && HWY_ARCH_X86
+  const Words carry{_mm512_ternarylogic_epi32(sum.raw, a.raw, b.raw, 0xE8)};
+#else
   const Words carry = hn::Xor(a, hn::And(hn::Xor(sum, a), hn::Xor(a, b)));
+#endif
   sum = hn::Xor3(sum, a, b);
   return carry;
 }
@@ -470,13 +507,10 @@ HWY_INLINE Words carried(Words& sum, Words a, Words b) {
 // What each of two vectors of masks counts for, in any order: its field zones or, where an exclusion zone
 // holds the point, the excluded.
 HWY_INLINE Words countedBits(const std::uint64_t* from) {
-  const Words first = hn::BitCast(words, hn::LoadU(masks, from));
-  const Words second = hn::BitCast(words, hn::LoadU(masks, from + hn::Lanes(masks)));
-  const Words excluded = hn::Set(words, BitCounts::excludedBit);
-  // The first exclusion zones share a word with the field zones, as its high bits.
-  const Words low = hn::Min(hn::ConcatEven(words, second, first), excluded);
-  const Words high = hn::ConcatOdd(words, second, first);
-  return hn::IfThenElse(high == hn::Zero(words), low, excluded);
+  const Masks excluded = hn::Set(masks, BitCounts::excludedBit);
+  const Masks first = hn::Min(hn::LoadU(masks, from), excluded);
+  const Masks second = hn::Min(hn::LoadU(masks, from + hn::Lanes(masks)), excluded);
+  return hn::ConcatEven(words, hn::BitCast(words, second), hn::BitCast(words, first));
 }
 
 // Adds up 64 vectors of masks a time. @return how many masks that were

@@ -12,13 +12,6 @@
 
 namespace orvantis::filter::classify {
 
-/// The points of a block that the tables alone do not decide.
-struct Pending {
-  PointList cut;
-  PointList crossed;
-  PointList heights;
-};
-
 /// Copies coordinates into three arrays.
 void copyColumns(const PointsView<float>& points, float* x, float* y, float* z);
 void copyColumns(const PointsView<double>& points, double* x, double* y, double* z);

@@ -23,22 +23,21 @@ struct PointList {
   std::uint32_t code(std::size_t i) const { return entries[i] >> 16U; }
 };
 
+/// The points of a block that the tables alone do not decide.
+struct Pending {
+  PointList cut;      ///< in cells that one border crosses
+  PointList crossed;  ///< in cells that several borders cross
+  PointList heights;  ///< at heights near which several slabs start
+};
+
 /// The shapes to ask, by bit; null where there is no zone.
 using ShapesByBit = std::array<const detection::Zone*, 64>;
 
-// What the tables leave open. Each call takes away the zones that do not hold the points of the list; before,
-// their masks have the zones that may.
-
-/// In cells that one border crosses.
-template <typename Real>
-void decideCut(const Grid& grid, const ShapesByBit& shapes, const Real* x, const Real* y,
-               const PointList& list, std::uint64_t* masks);
-/// In cells that several borders cross.
-template <typename Real>
-void decideCrossed(const Grid& grid, const ShapesByBit& shapes, const Real* x, const Real* y,
-                   const PointList& list, std::uint64_t* masks);
-/// At heights near which several slabs start.
-template <typename Real>
-void decideHeights(const Heights& heights, const Real* z, const PointList& list, std::uint64_t* masks);
+/// Decides what the tables leave open: takes away the zones that do not hold the points of the lists. Before,
+/// their masks have the zones that may.
+void decide(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const float* x,
+            const float* y, const float* z, const Pending& pending, std::uint64_t* masks);
+void decide(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const double* x,
+            const double* y, const double* z, const Pending& pending, std::uint64_t* masks);
 
 }  // namespace orvantis::filter::classify

@@ -107,9 +107,7 @@ std::size_t ZoneIndex::classifyBlock(const Real* x, const Real* y, const Real* z
                                      std::uint64_t* masks) const {
   Pending pending;
   const std::size_t notFinite = lookUp(grid_, heights_, x, y, z, size, masks, pending);
-  decideCut(grid_, shapes_, x, y, pending.cut, masks);
-  decideCrossed(grid_, shapes_, x, y, pending.crossed, masks);
-  decideHeights(heights_, z, pending.heights, masks);
+  decide(grid_, heights_, shapes_, x, y, z, pending, masks);
   if (grid_.alwaysAsked != 0) {
     askAlways(x, y, size, masks);
   }

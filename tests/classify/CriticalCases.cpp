@@ -214,7 +214,7 @@ Point3 CriticalCases::nearRing(const Zone3dBase& zone, bool asFloat) {
       return {nudged(from.x(), asFloat), centreY_ + uniform(-2.0, 2.0) * extent_, 0.0};
     case 3: {  // a little beside an edge
       const double t = uniform(0.0, 1.0);
-      const double off = std::pow(10.0, uniform(-16.0, -3.0)) * (oneOf(2) == 0 ? 1.0 : -1.0);
+      const double off = std::pow(10.0, uniform(-16.0, -1.0)) * (oneOf(2) == 0 ? 1.0 : -1.0);
       return {from.x() + t * (to.x() - from.x()) + off, from.y() + t * (to.y() - from.y()) - off, 0.0};
     }
     default: {  // on an edge, or on its line
@@ -236,7 +236,8 @@ Point3 CriticalCases::nearSector(const Zone3dBase& zone, bool asFloat) {
       oneOf<double>({first, second, first, second, 0.0, pi / 2.0, pi, uniform(-pi, pi), uniform(-pi, pi)});
   const double distance =
       oneOf<double>({radius, radius, radius * uniform(0.0, 1.0), radius * uniform(0.0, 1.2), 0.0,
-                     radius * std::pow(10.0, uniform(-15.0, 0.0))});
+                     radius * std::pow(10.0, uniform(-15.0, 0.0)),
+                     radius * (1.0 + oneOf<double>({1.0, -1.0}) * std::pow(10.0, uniform(-16.0, -2.0)))});
   return {nudged(origin.x() + distance * std::cos(bearing), asFloat),
           nudged(origin.y() + distance * std::sin(bearing), asFloat), 0.0};
 }

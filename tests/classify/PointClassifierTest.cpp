@@ -114,6 +114,53 @@ TEST(PointClassifier, HeightsFarBelowAndAboveAllZonesAreOutsideOfThem) {
   }
 }
 
+// Runs of points at one height, across the border of a zone: without any other point, and with one that is
+// inside.
+template <typename Real>
+void expectVerdictsAbout(double bound, const ZoneDetector& detector) {
+  const PointClassifier classifier(detector);
+  for (int step = -3; step <= 3; ++step) {
+    auto height = static_cast<Real>(bound);
+    for (int i = 0; i < std::abs(step); ++i) {
+      height = std::nextafter(height, static_cast<Real>(step * infinity));
+    }
+    for (const bool hasOther : {false, true}) {
+      std::vector<Real> x(64);
+      for (std::size_t i = 0; i < x.size(); ++i) {
+        x[i] = static_cast<Real>(0.9 + 0.003 * static_cast<double>(i));
+      }
+      const std::vector<Real> y(x.size(), Real{0.25});
+      std::vector<Real> z(x.size(), height);
+      for (std::size_t i = 0; hasOther && i < z.size(); i += 4) {
+        z[i] = Real{1};
+      }
+      std::vector<std::uint64_t> masks(x.size(), ~std::uint64_t{0});
+      classifier.classify(PointsView<Real>::separate(x.data(), y.data(), z.data(), x.size()), masks.data());
+      for (std::size_t i = 0; i < x.size(); ++i) {
+        EXPECT_EQ(masks[i], maskByZones(detector, static_cast<double>(x[i]), 0.25, static_cast<double>(z[i])))
+            << "x " << x[i] << ", z " << z[i] << ", bound " << bound << ", step " << step;
+      }
+    }
+  }
+}
+
+TEST(PointClassifier, RunsOfPointsAboutTheLowestAndTheHighestBoundHaveTheZonesVerdicts) {
+  // Decimals, some of which a float is above and some below.
+  for (const double low : {0.1, 0.7, -0.1, -0.7, 0.0, -infinity}) {
+    for (const double high : {2.3, 2.7, 1.0, infinity}) {
+      ZoneDetector detector;
+      const auto zone = square("z", 0.0, 0.0, 1.0);
+      zone->setZMin(low);
+      zone->setZMax(high);
+      detector.setZone(zone, 0, 0);
+      for (const double bound : {low, high}) {
+        expectVerdictsAbout<float>(bound, detector);
+        expectVerdictsAbout<double>(bound, detector);
+      }
+    }
+  }
+}
+
 TEST(PointClassifier, PointsFarFromAllZonesInThePlanAreOutsideOfThem) {
   ZoneDetector detector;
   detector.setZone(square("z", 0.5, 0.5, 0.5), 0, 0);
@@ -258,6 +305,20 @@ TEST(PointClassifier, CountsPointsPerZoneOutsideExclusionZonesAndThoseThatAreNot
     EXPECT_EQ(counts.notFinite, 2U);
   }
   EXPECT_EQ(masks, (std::vector<std::uint64_t>{bit(3), bit(3) | bit(24), bit(3), 0, 0, 0}));
+}
+
+TEST(PointClassifier, CountsPointsThatAreNotFiniteAboveAllZonesToo) {
+  ZoneDetector detector;
+  detector.setZone(square("z", 0.0, 0.0, 1.0), 0, 0);
+  std::vector<float> x(64, 0.5F);
+  const std::vector<float> y(x.size(), 0.5F);
+  const std::vector<float> z(x.size(), 100.0F);
+  x[3] = static_cast<float>(nan);
+  x[60] = static_cast<float>(infinity);
+  const auto points = PointsView<float>::separate(x.data(), y.data(), z.data(), x.size());
+  const ZoneCounts counts = PointClassifier(detector).count(points, nullptr);
+  EXPECT_EQ(counts.notFinite, 2U);
+  EXPECT_EQ(counts.inside[0], 0U);
 }
 
 TEST(PointClassifier, CountsOfManyPointsAreExact) {

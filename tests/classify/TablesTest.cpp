@@ -15,6 +15,7 @@
 
 #include "classify/FrozenZones.h"
 #include "classify/Heights.h"
+#include "classify/Kernel.h"
 #include "classify/ZoneIndex.h"
 
 namespace orvantis::testing {
@@ -158,6 +159,41 @@ TEST(Tables, OfHeightsHaveAsFewBucketsAsKeepTheSlabsApart) {
   EXPECT_EQ(heightsOfZones({{0.0, 2.0}}).bucketsPerMetre, 2.0F);
   EXPECT_EQ(heightsOfZones({{0.0, 2.0}, {-1.0, 1.0}, {0.5, 3.0}}).lastBucket, 15);
   EXPECT_EQ(heightsOfZones({{0.0, 2.0}, {0.01, 2.01}}).lastBucket, 1023);
+}
+
+TEST(Tables, OfHeightsKnowBetweenWhichThereAreZones) {
+  constexpr double infinity = std::numeric_limits<double>::infinity();
+  constexpr float infinite = std::numeric_limits<float>::infinity();
+  EXPECT_EQ(heightsOfZones({}).lowestInside, infinite);
+  EXPECT_EQ(heightsOfZones({}).highestInside, -infinite);
+  EXPECT_EQ(heightsOfZones({{0.5, 2.0}, {0.25, 1.0}}).lowestInside, 0.25F);
+  EXPECT_EQ(heightsOfZones({{0.5, 2.0}, {0.25, 1.0}}).highestInside, 2.0F);
+  EXPECT_EQ(heightsOfZones({{0.5, 2.0}, {0.25, infinity}}).highestInside, infinite);
+  EXPECT_EQ(heightsOfZones({{0.5, 2.0}, {-infinity, 1.0}}).lowestInside, -infinite);
+}
+
+// Points below and above all zones are not decided one by one: as fast as they can be written.
+TEST(Tables, NoPointOutsideOfAllHeightsIsLeftOpen) {
+  ZoneDetector detector;
+  add(detector, 0, polygon({{0.0, 0.0}, {4.0, 9.0}, {9.0, 1.0}}), 0.5, 2.0);
+  const ZoneIndex index(detector);
+  const Heights heights = heightsOf(filter::classify::freeze(detector));
+  const auto cutPoints = [&](const std::vector<float>& z) {
+    const std::vector<float> x(z.size(), 0.0F);
+    const std::vector<float> y(z.size(), 0.0F);
+    std::vector<std::uint64_t> masks(z.size());
+    filter::classify::Pending pending;
+    filter::classify::lookUp(index.grid(), heights, x.data(), y.data(), z.data(), z.size(), masks.data(),
+                             pending);
+    return pending.cut.size + pending.crossed.size;
+  };
+  EXPECT_EQ(cutPoints(std::vector<float>(67, 1.0F)), 67U);
+  EXPECT_EQ(cutPoints(std::vector<float>(67, 0.25F)), 0U);
+  EXPECT_EQ(cutPoints(std::vector<float>(67, 2.25F)), 0U);
+  std::vector<float> mixed(67, 0.25F);
+  mixed[5] = mixed[66] = 0.5F;
+  mixed[7] = 2.0F;
+  EXPECT_EQ(cutPoints(mixed), 3U);
 }
 
 }  // namespace
