@@ -197,6 +197,7 @@ void addRealCloud(const std::string& name, Cloud cloud) {
   addContestant(name + "/per-zone calls", s, perZoneCalls(s->detector), slowPart);
   addContestant(name + "/read and write", s, readAndWrite(), s->cloud.size(), false);
   addClassifier(name + "/classify", s);
+  addCounts(name + "/count ", s);
 }
 
 // Each frame by itself, which stays in the cache, and all of them again and again up to a million points,

@@ -138,9 +138,8 @@ class PointLookup {
 
     const std::uint32_t entry = static_cast<std::uint32_t>(code) << 16U | static_cast<std::uint32_t>(point);
     // Written in any case, and kept by the next one's place: a jump would be guessed wrong too often.
-    const int mayBeInside = (height >= t_.lowestInside ? 1 : 0) & (height <= t_.highestInside ? 1 : 0);
-    const int isUndecided = (code >= t_.firstCut ? 1 : 0) & mayBeInside;
-    const int isCrossed = (code >= t_.firstCrossed ? 1 : 0) & mayBeInside;
+    const int isUndecided = code >= t_.firstCut ? 1 : 0;
+    const int isCrossed = code >= t_.firstCrossed ? 1 : 0;
     *ends.cut = entry;
     ends.cut += isUndecided - isCrossed;
     *ends.crossed = entry;
