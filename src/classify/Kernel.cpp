@@ -178,6 +178,7 @@ constexpr hn::Half<decltype(ints)> halfInts;
 using Floats = hn::Vec<decltype(floats)>;
 using Ints = hn::Vec<decltype(ints)>;
 using Doubles = hn::Vec<decltype(doubles)>;
+using Words = hn::Vec<decltype(words)>;
 using Longs = hn::Vec<decltype(longs)>;
 using Masks = hn::Vec<decltype(masks)>;
 using Lanes = hn::Mask<decltype(floats)>;
@@ -227,8 +228,7 @@ HWY_INLINE Masks atHigh(const std::uint64_t* table, Ints indices) {
 
 // The indices of the masks from the starts on: those of the masks below are twice the buckets.
 HWY_INLINE Ints upperHalf(Ints bucket, Lanes isUpper) {
-  const Ints below = bucket + bucket;
-  return hn::IfThenElse(hn::RebindMask(ints, isUpper), below + hn::Set(ints, 1), below);
+  return bucket + bucket - hn::VecFromMask(ints, hn::RebindMask(ints, isUpper));
 }
 
 // As many coordinates as there are floats in a vector.
@@ -237,9 +237,8 @@ struct FloatCoordinates {
 
   HWY_INLINE explicit FloatCoordinates(const float* from) : values(hn::LoadU(floats, from)) {}
 
-  HWY_INLINE Floats minus(double origin) const {
-    return values - hn::Set(floats, static_cast<float>(origin));
-  }
+  HWY_INLINE static Floats same(double value) { return hn::Set(floats, static_cast<float>(value)); }
+  HWY_INLINE Floats minus(Floats origin) const { return values - origin; }
   HWY_INLINE Floats asFloats() const { return values; }
   HWY_INLINE Lanes isFinite() const { return hn::IsFinite(values); }
   HWY_INLINE std::size_t numFinite(const FloatCoordinates& y, const FloatCoordinates& z) const {
@@ -259,10 +258,8 @@ struct DoubleCoordinates {
   HWY_INLINE explicit DoubleCoordinates(const double* from)
       : low(hn::LoadU(doubles, from)), high(hn::LoadU(doubles, from + hn::Lanes(doubles))) {}
 
-  HWY_INLINE Floats minus(double origin) const {
-    const Doubles corner = hn::Set(doubles, origin);
-    return rounded(low - corner, high - corner);
-  }
+  HWY_INLINE static Doubles same(double value) { return hn::Set(doubles, value); }
+  HWY_INLINE Floats minus(Doubles origin) const { return rounded(low - origin, high - origin); }
   HWY_INLINE Floats asFloats() const { return rounded(low, high); }
   HWY_INLINE std::size_t numFinite(const DoubleCoordinates& y, const DoubleCoordinates& z) const {
     return hn::CountTrue(doubles,
@@ -315,33 +312,28 @@ class VectorLookup {
     const Coordinates y(ys);
     const Coordinates z(zs);
     const Floats height = z.asFloats();
-    const Lanes mayBeInside =
-        hn::And(height >= hn::Set(floats, t_.lowestInside), height <= hn::Set(floats, t_.highestInside));
+    const Lanes mayBeInside = hn::And(height >= lowestInside_, height <= highestInside_);
     if (hn::AllFalse(floats, mayBeInside)) {
       // Points below and above all zones come in long runs: the ground in a frame.
       hn::StoreU(hn::Zero(masks), masks, out_ + first);
       hn::StoreU(hn::Zero(masks), masks, out_ + first + hn::Lanes(masks));
-      points_ = points_ + hn::Set(ints, static_cast<std::int32_t>(hn::Lanes(ints)));
       notFinite_ += hn::Lanes(floats) - x.numFinite(y, z);
       return;
     }
     // In cells, from the middle of the first one.
-    const Floats column = x.minus(t_.firstColumn) * hn::Set(floats, t_.cellsPerMetre);
-    const Floats row = y.minus(t_.firstRow) * hn::Set(floats, t_.cellsPerMetre);
-    const Floats scaledHeight =
-        (height - hn::Set(floats, t_.lowestHeight)) * hn::Set(floats, t_.bucketsPerMetre);
+    const Floats column = x.minus(firstColumn_) * cellsPerMetre_;
+    const Floats row = y.minus(firstRow_) * cellsPerMetre_;
+    const Floats scaledHeight = (height - lowestHeight_) * bucketsPerMetre_;
 
     const Ints columnBits = roundedBits(column);
     const Ints rowBits = roundedBits(row);
     const Ints heightBits = roundedBits(scaledHeight);
-    const Ints whole = hn::Set(ints, std::int32_t{wholeBits});
-    Ints codes = codesAt(upTo(columnBits - whole, t_.lastColumn), upTo(rowBits - whole, t_.lastRow));
-    Ints bucket = hn::Min(hn::Max(heightBits - whole, hn::Zero(ints)), hn::Set(ints, t_.lastBucket));
+    Ints codes = codesAt(upTo(columnBits - whole_, lastColumn_), upTo(rowBits - whole_, lastRow_));
+    Ints bucket = hn::Min(hn::Max(heightBits - whole_, hn::Zero(ints)), lastBucket_);
     // One test for what is rare: not a number, infinite, or far away.
     const Ints differences =
-        hn::Or(hn::Or(hn::Xor(columnBits, whole), hn::Xor(rowBits, whole)), hn::Xor(heightBits, whole));
-    const Ints farBits = hn::And(differences, hn::Set(ints, static_cast<std::int32_t>(signAndExponent)));
-    if (HWY_UNLIKELY(!hn::AllTrue(ints, farBits == hn::Zero(ints)))) {
+        hn::Or(hn::Or(hn::Xor(columnBits, whole_), hn::Xor(rowBits, whole_)), hn::Xor(heightBits, whole_));
+    if (HWY_UNLIKELY(!hn::AllTrue(ints, hn::And(differences, signAndExponent_) == hn::Zero(ints)))) {
       const Floats farthest = hn::Set(floats, t_.farthest);
       const Lanes isColumnNear = hn::Abs(column) <= farthest;
       const Lanes isRowNear = hn::Abs(row) <= farthest;
@@ -354,18 +346,16 @@ class VectorLookup {
 
     const Floats starts = hn::GatherIndex(floats, t_.starts, bucket);
     const Ints half = z.half(bucket, starts, t_.exactStarts);
-    const Ints sets = hn::Min(codes, hn::Set(ints, t_.firstCut));
+    const Ints sets = hn::Min(codes, firstCut_);
     hn::StoreU(hn::And(atLow(t_.palette, sets), atLow(t_.heightMasks, half)), masks, out_ + first);
     hn::StoreU(hn::And(atHigh(t_.palette, sets), atHigh(t_.heightMasks, half)), masks,
                out_ + first + hn::Lanes(masks));
 
+    const Ints points = hn::Set(ints, static_cast<std::int32_t>(first)) + iota_;
+    const auto entries = hn::BitCast(words, hn::Or(hn::ShiftLeft<16>(codes), points));
     const auto isAtHeight = hn::RebindMask(ints, mayBeInside);
-    const auto entries = hn::BitCast(words, hn::Or(hn::ShiftLeft<16>(codes), points_));
-    points_ = points_ + hn::Set(ints, static_cast<std::int32_t>(hn::Lanes(ints)));
-    const auto isUndecided =
-        hn::RebindMask(words, hn::And(isAtHeight, codes > hn::Set(ints, t_.firstCut - 1)));
-    const auto isCrossed =
-        hn::RebindMask(words, hn::And(isAtHeight, codes > hn::Set(ints, t_.firstCrossed - 1)));
+    const auto isUndecided = hn::RebindMask(words, hn::And(isAtHeight, codes > lastDecided_));
+    const auto isCrossed = hn::RebindMask(words, hn::And(isAtHeight, codes > lastCut_));
     append(ends.cut, entries, hn::AndNot(isCrossed, isUndecided));
     append(ends.crossed, entries, isCrossed);
     const auto isOpen = hn::RebindMask(words, hn::IsNaN(starts));
@@ -377,16 +367,18 @@ class VectorLookup {
   std::size_t numNotFinite() const { return notFinite_; }
 
  private:
+  using Origin = decltype(Coordinates::same(0.0));
+
   HWY_INLINE static Ints roundedBits(Floats position) {
     return hn::BitCast(ints, position + hn::Set(floats, wholeNumbers));
   }
 
-  HWY_INLINE static Ints upTo(Ints number, std::uint32_t last) {
-    return hn::BitCast(ints, hn::Min(hn::BitCast(words, number), hn::Set(words, last)));
+  HWY_INLINE static Ints upTo(Ints number, Words last) {
+    return hn::BitCast(ints, hn::Min(hn::BitCast(words, number), last));
   }
 
   HWY_INLINE Ints codesAt(Ints cellX, Ints cellY) const {
-    const Ints at = cellX * hn::Set(ints, t_.numRows) + cellY;
+    const Ints at = cellX * numRows_ + cellY;
     const auto* codes = reinterpret_cast<const std::int32_t*>(t_.codes);
     return hn::And(hn::GatherOffset(ints, codes, at + at), hn::Set(ints, 0xFFFF));
   }
@@ -396,9 +388,28 @@ class VectorLookup {
   }
 
   Tables t_;
-  Ints points_ = hn::Iota(ints, 0);  // the numbers of the next ones
   std::uint64_t* out_;
   std::size_t notFinite_ = 0;
+
+  // Spread over vectors once: the compiler would do it again for every vector of points that is not left
+  // early.
+  Origin firstColumn_ = Coordinates::same(t_.firstColumn);
+  Origin firstRow_ = Coordinates::same(t_.firstRow);
+  Floats cellsPerMetre_ = hn::Set(floats, t_.cellsPerMetre);
+  Floats lowestInside_ = hn::Set(floats, t_.lowestInside);
+  Floats highestInside_ = hn::Set(floats, t_.highestInside);
+  Floats lowestHeight_ = hn::Set(floats, t_.lowestHeight);
+  Floats bucketsPerMetre_ = hn::Set(floats, t_.bucketsPerMetre);
+  Words lastColumn_ = hn::Set(words, t_.lastColumn);
+  Words lastRow_ = hn::Set(words, t_.lastRow);
+  Ints numRows_ = hn::Set(ints, t_.numRows);
+  Ints lastBucket_ = hn::Set(ints, t_.lastBucket);
+  Ints firstCut_ = hn::Set(ints, t_.firstCut);
+  Ints lastDecided_ = hn::Set(ints, t_.firstCut - 1);
+  Ints lastCut_ = hn::Set(ints, t_.firstCrossed - 1);
+  Ints whole_ = hn::Set(ints, std::int32_t{wholeBits});
+  Ints signAndExponent_ = hn::Set(ints, static_cast<std::int32_t>(signAndExponent));
+  Ints iota_ = hn::Iota(ints, 0);
 };
 
 template <typename Real>
@@ -488,8 +499,6 @@ std::size_t lookUpBlock(
 }
 
 #if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
-
-using Words = hn::Vec<decltype(words)>;
 
 // One step of adding in separate bits: `sum` and two vectors become `sum` and what is carried. Written so
 // that with AVX-512 it is three instructions.
