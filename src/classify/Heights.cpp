@@ -75,6 +75,7 @@ int fillBuckets(Heights& heights, std::int32_t numBuckets) {
   }
   heights.starts.clear();
   heights.masks.clear();
+  heights.firstSlabs.clear();
   std::size_t slab = 0;
   int numCrowded = 0;
   for (const std::size_t startsHere : count) {
@@ -83,8 +84,10 @@ int fillBuckets(Heights& heights, std::int32_t numBuckets) {
     heights.starts.push_back(isCrowded ? nan : startsHere == 1 ? heights.slabStarts[slab] : infinity);
     heights.masks.push_back(isCrowded ? everyZone : heights.slabMasks[slab]);
     heights.masks.push_back(isCrowded ? everyZone : heights.slabMasks[slab + startsHere]);
+    heights.firstSlabs.push_back(static_cast<std::uint16_t>(slab));
     slab += startsHere;
   }
+  heights.firstSlabs.push_back(static_cast<std::uint16_t>(slab));
   heights.starts.push_back(infinity);
   heights.masks.insert(heights.masks.end(), {0, 0});
   return numCrowded;
@@ -96,7 +99,10 @@ std::uint64_t Heights::zonesAt(double height) const {
   if (std::isnan(height)) {
     return 0;
   }
-  const auto above = std::ranges::upper_bound(slabStarts, height);
+  // Slabs that start in other buckets are all below or all above.
+  const auto number = static_cast<std::size_t>(bucket(static_cast<float>(height)));
+  const auto first = slabStarts.begin() + firstSlabs[number];
+  const auto above = std::upper_bound(first, slabStarts.begin() + firstSlabs[number + 1], height);
   return slabMasks[static_cast<std::size_t>(above - slabStarts.begin())];
 }
 
@@ -108,8 +114,8 @@ std::int32_t Heights::bucket(float height) const {
 
 std::size_t Heights::bytes() const {
   return starts.size() * sizeof(double) + startsAsFloat.size() * sizeof(float) +
-         masks.size() * sizeof(std::uint64_t) + slabStarts.size() * sizeof(double) +
-         slabMasks.size() * sizeof(std::uint64_t);
+         masks.size() * sizeof(std::uint64_t) + firstSlabs.size() * sizeof(std::uint16_t) +
+         slabStarts.size() * sizeof(double) + slabMasks.size() * sizeof(std::uint64_t);
 }
 
 Heights heightsOf(const std::vector<FrozenZone>& zones) {

@@ -31,6 +31,7 @@ struct Heights {
   std::vector<float> startsAsFloat;  ///< rounded up: they divide the floats in the same way
   std::vector<std::uint64_t> masks;  ///< below the start, and from it on; all bits where several slabs start
 
+  std::vector<std::uint16_t> firstSlabs;  ///< by bucket, the first slab that starts there, and one more
   std::vector<double> slabStarts;
   std::vector<std::uint64_t> slabMasks;  ///< one more: below the first start
 
