@@ -5,12 +5,11 @@
 namespace orvantis::filter::monitor {
 
 Bounds boundsOf(const core::PlanarPolygon::ring_type& ring) {
-  Bounds bounds{ring.front(), ring.front()};
-  for (const core::PlanarPoint& vertex : ring) {
-    bounds.low = {std::min(bounds.low.x(), vertex.x()), std::min(bounds.low.y(), vertex.y())};
-    bounds.high = {std::max(bounds.high.x(), vertex.x()), std::max(bounds.high.y(), vertex.y())};
-  }
-  return bounds;
+  const auto x = [](const core::PlanarPoint& vertex) { return vertex.x(); };
+  const auto y = [](const core::PlanarPoint& vertex) { return vertex.y(); };
+  const auto [left, right] = std::ranges::minmax(ring, {}, x);
+  const auto [bottom, top] = std::ranges::minmax(ring, {}, y);
+  return {{left.x(), bottom.y()}, {right.x(), top.y()}};
 }
 
 bool areApart(const Bounds& a, const Bounds& b) {
