@@ -1,3 +1,4 @@
+#include <bit>
 #include <stdexcept>
 #include <utility>
 
@@ -24,10 +25,18 @@ std::optional<std::uint32_t> zonesOf(const ZoneTable& table, const TrackedObject
                                    : std::nullopt;
 }
 
-void addTo(std::array<std::size_t, NUM_ZONE_SLOTS>& inside, std::uint32_t zones) {
-  for (std::size_t slot = 0; slot < NUM_ZONE_SLOTS; ++slot) {
-    inside[slot] += zones >> slot & 1U;
+// Visits the slots of the zones, in ascending order.
+template <typename Visit>
+void forEachSlot(std::uint32_t zones, const Visit& visit) {
+  while (zones != 0) {
+    const auto slot = static_cast<std::size_t>(std::countr_zero(zones));
+    visit(slot);
+    zones ^= bit(slot);
   }
+}
+
+void addTo(std::array<std::size_t, NUM_ZONE_SLOTS>& inside, std::uint32_t zones) {
+  forEachSlot(zones, [&](std::size_t slot) { ++inside[slot]; });
 }
 
 }  // namespace
@@ -102,11 +111,7 @@ void ObjectMonitor::follow(const TrackedObject& object, std::uint32_t zones, Sta
   track.lastSeen = stamp;
   const std::uint32_t left = track.zones & ~zones;
   const std::uint32_t entered = zones & ~track.zones;
-  for (std::size_t slot = 0; slot < NUM_ZONE_SLOTS; ++slot) {
-    if ((entered & bit(slot)) != 0) {
-      track.entered[slot] = stamp;
-    }
-  }
+  forEachSlot(entered, [&](std::size_t slot) { track.entered[slot] = stamp; });
   report(Kind::Left, left, object.id, track, stamp, events);
   report(Kind::Entered, entered, object.id, track, stamp, events);
   track.zones = zones;
@@ -115,12 +120,10 @@ void ObjectMonitor::follow(const TrackedObject& object, std::uint32_t zones, Sta
 // One event for each of the zones, in the order of the slots.
 void ObjectMonitor::report(ObjectEvent::Kind kind, std::uint32_t zones, std::int32_t id, const Track& track,
                            Stamp stamp, std::vector<ObjectEvent>& events) const {
-  for (std::size_t slot = 0; slot < NUM_ZONE_SLOTS; ++slot) {
-    if ((zones & bit(slot)) != 0) {
-      events.push_back(
-          {kind, table_->describe(slot), id, track.className, stamp, elapsed(track.entered[slot], stamp)});
-    }
-  }
+  forEachSlot(zones, [&](std::size_t slot) {
+    events.push_back(
+        {kind, table_->describe(slot), id, track.className, stamp, elapsed(track.entered[slot], stamp)});
+  });
 }
 
 std::vector<Occupant> ObjectMonitor::occupants(int field, int zone) const {
