@@ -1,8 +1,8 @@
 #include "monitor/Orientation.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstddef>
 #include <limits>
 
 namespace orvantis::filter::monitor {
@@ -12,52 +12,30 @@ int signOf(double value) {
   return static_cast<int>(value > 0.0) - static_cast<int>(value < 0.0);
 }
 
-// A sum of doubles without rounding: components of increasing magnitude that do not overlap, so the last one
-// that is not zero has the sign of the whole.
-class ExactSum {
- public:
-  void add(double value) {
-    for (std::size_t i = 0; i < size_; ++i) {
-      // The rounded sum goes on to the next component, its rounding error stays here.
-      const double sum = components_[i] + value;
-      const double shareOfValue = sum - components_[i];
-      const double shareOfComponent = sum - shareOfValue;
-      components_[i] = (components_[i] - shareOfComponent) + (value - shareOfValue);
-      value = sum;
-    }
-    components_[size_++] = value;
-  }
-
-  void addProduct(double a, double b) {
-    const double product = a * b;
-    add(std::fma(a, b, -product));
-    add(product);
-  }
-
-  int sign() const {
-    for (std::size_t i = size_; i > 0; --i) {
-      if (components_[i - 1] != 0.0) {
-        return signOf(components_[i - 1]);
-      }
-    }
-    return 0;
-  }
-
- private:
-  std::array<double, 12> components_{};
-  std::size_t size_ = 0;
-};
+// What rounding takes from the product of the two.
+double lostBy(double a, double b) {
+  return std::fma(a, b, -(a * b));
+}
 
 // The cross product multiplied out, so that no difference of coordinates has to be rounded.
 int exactOrientation(const core::PlanarPoint& a, const core::PlanarPoint& b, const core::PlanarPoint& c) {
-  ExactSum sum;
-  sum.addProduct(a.x(), b.y());
-  sum.addProduct(-a.y(), b.x());
-  sum.addProduct(b.x(), c.y());
-  sum.addProduct(-b.y(), c.x());
-  sum.addProduct(c.x(), a.y());
-  sum.addProduct(-c.y(), a.x());
-  return sum.sign();
+  std::array sum = {lostBy(a.x(), b.y()), a.x() * b.y(), lostBy(-a.y(), b.x()), -a.y() * b.x(),
+                    lostBy(b.x(), c.y()), b.x() * c.y(), lostBy(-b.y(), c.x()), -b.y() * c.x(),
+                    lostBy(c.x(), a.y()), c.x() * a.y(), lostBy(-c.y(), a.x()), -c.y() * a.x()};
+  // Term by term, what is before becomes components of increasing magnitude that do not overlap, so in the
+  // end the last one that is not zero has the sign of the whole.
+  for (auto term = sum.begin(); term != sum.end(); ++term) {
+    for (auto component = sum.begin(); component != term; ++component) {
+      // The rounded sum goes on to the next component, its rounding error stays here.
+      const double rounded = *component + *term;
+      const double shareOfTerm = rounded - *component;
+      const double shareOfComponent = rounded - shareOfTerm;
+      *component = (*component - shareOfComponent) + (*term - shareOfTerm);
+      *term = rounded;
+    }
+  }
+  const auto last = std::find_if(sum.rbegin(), sum.rend(), [](double component) { return component != 0.0; });
+  return last != sum.rend() ? signOf(*last) : 0;
 }
 
 }  // namespace
