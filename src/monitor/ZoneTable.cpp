@@ -5,6 +5,7 @@
 #include <bit>
 #include <cmath>
 #include <typeinfo>
+#include <utility>
 
 #include <filter/detection/Polygon.h>
 #include <filter/detection/Sector.h>
@@ -104,12 +105,10 @@ ZoneTable::ZoneTable(const ZoneDetector& detector) {
     for (int zone = 0; zone < ZoneDetector::NUM_ZONES_PER_EVAL_FIELD; ++zone) {
       const auto volume = detector.getZone(field, zone);
       if (volume && volume->getZone2d()) {
-        Entry& entry = entries_[zoneSlotIndex(field, zone)];
-        entry.name = volume->getName();
-        entry.shape = deepCopy(*volume->getZone2d());
-        entry.bounds = boundsOfShape(*entry.shape);
-        entry.zMin = volume->getZMin();
-        entry.zMax = volume->getZMax();
+        auto shape = deepCopy(*volume->getZone2d());
+        const auto bounds = boundsOfShape(*shape);
+        entries_[zoneSlotIndex(field, zone)] =
+            Entry{volume->getName(), std::move(shape), bounds, volume->getZMin(), volume->getZMax()};
       }
     }
   }
@@ -122,27 +121,26 @@ ZoneSlot ZoneTable::describe(std::size_t slot) const {
   const auto zonesPerField = static_cast<std::size_t>(ZoneDetector::NUM_ZONES_PER_EVAL_FIELD);
   const std::size_t field = slot / zonesPerField;
   return {static_cast<int>(field), static_cast<int>(slot % zonesPerField), fieldNames_[field],
-          entries_[slot].name};
+          entries_[slot]->name};
 }
 
 bool ZoneTable::hasSameZone(std::size_t slot, const ZoneTable& other) const {
-  const Entry& a = entries_[slot];
-  const Entry& b = other.entries_[slot];
-  if (!a.shape || !b.shape) {
-    return !a.shape && !b.shape;
+  const auto& a = entries_[slot];
+  const auto& b = other.entries_[slot];
+  if (!a || !b) {
+    return !a && !b;
   }
-  return sameBits(a.zMin, b.zMin) && sameBits(a.zMax, b.zMax) && sameShape(*a.shape, *b.shape);
+  return sameBits(a->zMin, b->zMin) && sameBits(a->zMax, b->zMax) && sameShape(*a->shape, *b->shape);
 }
 
 std::uint32_t ZoneTable::zonesOf(const core::PlanarPolygon& footprint, double zMin, double zMax) const {
   const Bounds bounds = boundsOf(footprint.outer());
   std::uint32_t zones = 0;
   for (std::size_t slot = 0; slot < NUM_ZONE_SLOTS; ++slot) {
-    const Entry& entry = entries_[slot];
-    const bool heightsTouch = entry.zMax >= zMin && zMax >= entry.zMin;
+    const auto& entry = entries_[slot];
     // Most objects are far from most zones; that is told without the polygons' relations.
-    if (entry.shape && heightsTouch && !(entry.bounds && areApart(*entry.bounds, bounds)) &&
-        holds(*entry.shape, footprint)) {
+    if (entry && entry->zMax >= zMin && zMax >= entry->zMin &&
+        !(entry->bounds && areApart(*entry->bounds, bounds)) && holds(*entry->shape, footprint)) {
       zones |= std::uint32_t{1} << slot;
     }
   }

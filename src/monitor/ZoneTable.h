@@ -23,7 +23,8 @@ class ZoneTable {
   explicit ZoneTable(const detection::ZoneDetector& detector);
 
   /// Whether a zone with a shape stands there.
-  bool hasZone(std::size_t slot) const { return entries_[slot].shape != nullptr; }
+  bool hasZone(std::size_t slot) const { return entries_[slot].has_value(); }
+  /// @param slot where there is a zone
   ZoneSlot describe(std::size_t slot) const;
   /// @param k below the number of the detector's exclusion zones
   const std::string& exclusionZoneName(std::size_t k) const { return exclusionZoneNames_[k]; }
@@ -39,14 +40,14 @@ class ZoneTable {
  private:
   struct Entry {
     std::string name;
-    std::shared_ptr<const detection::Zone> shape;  // null: no zone
-    std::optional<Bounds> bounds;                  // of a ring of finite coordinates
-    double zMin = 0.0;
-    double zMax = 0.0;
+    std::shared_ptr<const detection::Zone> shape;
+    std::optional<Bounds> bounds;  // of a ring of finite coordinates
+    double zMin;
+    double zMax;
   };
 
   std::array<std::string, detection::ZoneDetector::NUM_EVAL_FIELDS> fieldNames_;
-  std::array<Entry, NUM_ZONE_SLOTS> entries_;
+  std::array<std::optional<Entry>, NUM_ZONE_SLOTS> entries_;
   std::vector<std::string> exclusionZoneNames_;
 };
 
