@@ -12,6 +12,7 @@
 
 #include <settings/SettingsManager.h>
 
+#include "support/AllocationCounter.h"
 #include "support/LogCapture.h"
 #include "support/Settings.h"
 
@@ -261,6 +262,24 @@ TEST(JsonRead, AStreamThatGivesAByteAtATimeIsReadWhole) {
   SettingsManager settings;
   EXPECT_TRUE(settings.loadStream(in, SettingsManager::JSON)) << settings.getLoadError();
   EXPECT_EQ(outline(settings.getTree()), "{a=1 a=\xC3\xA9}");
+}
+
+// Documents use few names over and over. Made anew each time, the node of a name's tenth value would need as
+// much as that of its first.
+TEST(JsonRead, AValueWhoseNameCameBeforeNeedsFewerAllocations) {
+  constexpr int numValues = 1000;
+  const auto allocationsWith = [](int numNames) {
+    std::string json = "[0";
+    for (int i = 0; i < numValues; ++i) {
+      json += ", {\"n" + std::to_string(i % numNames) + "\": 1}";
+    }
+    std::istringstream in(json + "]");
+    SettingsManager settings;
+    const testing::AllocationCounter allocations;
+    EXPECT_TRUE(settings.loadStream(in, SettingsManager::JSON)) << settings.getLoadError();
+    return allocations.count();
+  };
+  EXPECT_LT(allocationsWith(10) + numValues, allocationsWith(numValues));
 }
 
 }  // namespace
