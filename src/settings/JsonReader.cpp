@@ -7,6 +7,7 @@
 #include <ios>
 #include <istream>
 #include <limits>
+#include <type_traits>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -22,93 +23,110 @@ using boost::json::error_code;
 using boost::json::string_view;
 using boost::property_tree::ptree;
 
-// Sets no limits of its own: sizes are the caller's business and the depth is the parser's.
-struct Unlimited {
+// What a handler answers to an event: that the parser shall read on. Only the parser itself refuses a text.
+using ReadOn = std::true_type;
+
+// Receives the parser's events and lets them pass, which is enough to check a text. The names are the
+// parser's. Sets no limits of its own: sizes are the caller's business and the depth is the parser's.
+struct Checker {
   static constexpr std::size_t max_array_size = std::numeric_limits<std::size_t>::max();
   static constexpr std::size_t max_object_size = std::numeric_limits<std::size_t>::max();
   static constexpr std::size_t max_string_size = std::numeric_limits<std::size_t>::max();
   static constexpr std::size_t max_key_size = std::numeric_limits<std::size_t>::max();
+
+  ReadOn on_document_begin(error_code&) { return {}; }
+  ReadOn on_document_end(error_code&) { return {}; }
+  ReadOn on_object_begin(error_code&) { return {}; }
+  ReadOn on_object_end(std::size_t, error_code&) { return {}; }
+  ReadOn on_array_begin(error_code&) { return {}; }
+  ReadOn on_array_end(std::size_t, error_code&) { return {}; }
+  ReadOn on_key_part(string_view, std::size_t, error_code&) { return {}; }
+  ReadOn on_key(string_view, std::size_t, error_code&) { return {}; }
+  ReadOn on_string_part(string_view, std::size_t, error_code&) { return {}; }
+  ReadOn on_string(string_view, std::size_t, error_code&) { return {}; }
+  ReadOn on_number_part(string_view, error_code&) { return {}; }
+  ReadOn on_int64(std::int64_t, string_view, error_code&) { return {}; }
+  ReadOn on_uint64(std::uint64_t, string_view, error_code&) { return {}; }
+  ReadOn on_double(double, string_view, error_code&) { return {}; }
+  ReadOn on_bool(bool, error_code&) { return {}; }
+  ReadOn on_null(error_code&) { return {}; }
+  // Comments are not JSON, so the parser never reports one.
+  ReadOn on_comment_part(string_view, error_code&) { return {}; }
+  ReadOn on_comment(string_view, error_code&) { return {}; }
 };
 
-// Receives the parser's events and grows the tree. The names of the events are the parser's.
-class TreeBuilder : public Unlimited {
+// Grows the tree from the events that carry something.
+class TreeBuilder : public Checker {
  public:
   explicit TreeBuilder(Document& document) : document_(document) {
     open_.reserve(static_cast<std::size_t>(SettingsManager::MAX_DEPTH));
   }
 
-  bool on_document_begin(error_code&) { return true; }
-  bool on_document_end(error_code&) { return true; }
-
-  bool on_object_begin(error_code&) {
+  ReadOn on_object_begin(error_code&) {
     ptree& node = addNode();
     open_.push_back({&node, {}, false});
-    return true;
+    return {};
   }
-  bool on_object_end(std::size_t, error_code&) {
+  ReadOn on_object_end(std::size_t, error_code&) {
     open_.pop_back();
-    return true;
+    return {};
   }
 
-  bool on_array_begin(error_code&) {
+  ReadOn on_array_begin(error_code&) {
     if (!open_.empty() && !open_.back().isList) {
       open_.push_back({open_.back().node, std::move(key_), true});
       key_.clear();
-      return true;
+      return {};
     }
     ptree& node = addNode();
     mark(node, Array);
     open_.push_back({&node, {}, true});
-    return true;
+    return {};
   }
-  bool on_array_end(std::size_t count, error_code&) {
+  ReadOn on_array_end(std::size_t count, error_code&) {
     const Frame& list = open_.back();
     if (count == 1 && !isListName(list.name)) {
       mark(list.node->back().second, OneElementList);
     }
     open_.pop_back();
-    return true;
+    return {};
   }
 
-  bool on_key_part(string_view part, std::size_t, error_code&) {
+  ReadOn on_key_part(string_view part, std::size_t, error_code&) {
     key_.append(part.data(), part.size());
-    return true;
+    return {};
   }
-  bool on_key(string_view rest, std::size_t, error_code&) {
+  ReadOn on_key(string_view rest, std::size_t, error_code&) {
     key_.append(rest.data(), rest.size());
-    return true;
+    return {};
   }
 
-  bool on_string_part(string_view part, std::size_t, error_code&) { return addText(part); }
-  bool on_string(string_view rest, std::size_t, error_code&) {
+  ReadOn on_string_part(string_view part, std::size_t, error_code&) { return addText(part); }
+  ReadOn on_string(string_view rest, std::size_t, error_code&) {
     addText(rest);
     const bool ambiguous = needsQuotedFlag(text_);
     const ptree& node = addLeaf();
     if (ambiguous) {
       mark(node, Quoted);
     }
-    return true;
+    return {};
   }
 
-  bool on_number_part(string_view part, error_code&) { return addText(part); }
-  bool on_int64(std::int64_t, string_view rest, error_code&) { return addNumber(rest); }
-  bool on_uint64(std::uint64_t, string_view rest, error_code&) { return addNumber(rest); }
-  bool on_double(double, string_view rest, error_code&) { return addNumber(rest); }
+  ReadOn on_number_part(string_view part, error_code&) { return addText(part); }
+  ReadOn on_int64(std::int64_t, string_view rest, error_code&) { return addNumber(rest); }
+  ReadOn on_uint64(std::uint64_t, string_view rest, error_code&) { return addNumber(rest); }
+  ReadOn on_double(double, string_view rest, error_code&) { return addNumber(rest); }
 
-  bool on_bool(bool value, error_code&) {
+  ReadOn on_bool(bool value, error_code&) {
     text_ = value ? "true" : "false";
     addLeaf();
-    return true;
+    return {};
   }
-  bool on_null(error_code&) {
+  ReadOn on_null(error_code&) {
     text_ = "null";
     addLeaf();
-    return true;
+    return {};
   }
-
-  // Comments are not JSON, so the parser never reports one.
-  bool on_comment_part(string_view, error_code&) { return true; }
-  bool on_comment(string_view, error_code&) { return true; }
 
  private:
   // An object or array that is still open. An array adds its elements to `node` under one name.
@@ -118,15 +136,15 @@ class TreeBuilder : public Unlimited {
     bool isList;
   };
 
-  bool addText(string_view part) {
+  ReadOn addText(string_view part) {
     text_.append(part.data(), part.size());
-    return true;
+    return {};
   }
 
-  bool addNumber(string_view rest) {
+  ReadOn addNumber(string_view rest) {
     addText(rest);
     addLeaf();
-    return true;
+    return {};
   }
 
   // The node of the value that starts now: the root, or a new child of the innermost open node.
@@ -167,28 +185,6 @@ class TreeBuilder : public Unlimited {
   std::unordered_map<std::string, ptree> blanks_;
   std::string key_;
   std::string text_;
-};
-
-// Receives the events of a text that is only checked.
-struct Checker : Unlimited {
-  bool on_document_begin(error_code&) { return true; }
-  bool on_document_end(error_code&) { return true; }
-  bool on_object_begin(error_code&) { return true; }
-  bool on_object_end(std::size_t, error_code&) { return true; }
-  bool on_array_begin(error_code&) { return true; }
-  bool on_array_end(std::size_t, error_code&) { return true; }
-  bool on_key_part(string_view, std::size_t, error_code&) { return true; }
-  bool on_key(string_view, std::size_t, error_code&) { return true; }
-  bool on_string_part(string_view, std::size_t, error_code&) { return true; }
-  bool on_string(string_view, std::size_t, error_code&) { return true; }
-  bool on_number_part(string_view, error_code&) { return true; }
-  bool on_int64(std::int64_t, string_view, error_code&) { return true; }
-  bool on_uint64(std::uint64_t, string_view, error_code&) { return true; }
-  bool on_double(double, string_view, error_code&) { return true; }
-  bool on_bool(bool, error_code&) { return true; }
-  bool on_null(error_code&) { return true; }
-  bool on_comment_part(string_view, error_code&) { return true; }
-  bool on_comment(string_view, error_code&) { return true; }
 };
 
 boost::json::parse_options strictOptions() {
