@@ -1,6 +1,5 @@
 #include "settings/JsonReader.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -230,15 +229,6 @@ std::string_view withoutByteOrderMark(std::string_view text) {
   return text.starts_with(mark) ? text.substr(mark.size()) : text;
 }
 
-// So deep a tree may be freed by the destructors, which recurse.
-constexpr int MAX_RECURSION = 2 * SettingsManager::MAX_DEPTH;
-
-bool isShallow(const ptree& node, int levels) {
-  return node.empty() || (levels > 0 && std::all_of(node.begin(), node.end(), [levels](const auto& child) {
-                            return isShallow(child.second, levels - 1);
-                          }));
-}
-
 void setParent(ptree& node, const ptree* parent) {
   // NOLINTNEXTLINE(bugprone-sizeof-expression): the address is what is kept
   node.data().assign(reinterpret_cast<const char*>(&parent), sizeof(parent));
@@ -313,26 +303,21 @@ void copy(const ptree& from, ptree& to) {
 }
 
 void clear(ptree& root) noexcept {
-  if (isShallow(root, MAX_RECURSION)) {
-    root.clear();
-    return;
-  }
   // Each node on the way down keeps the address of its parent in place of its text, which needs no memory.
   ptree* node = &root;
-  setParent(root, nullptr);
-  while (node != nullptr) {
-    if (!node->empty()) {
-      ptree& child = node->back().second;
-      setParent(child, node);
-      node = &child;
+  setParent(root, &root);
+  while (!root.empty()) {
+    ptree& last = node->back().second;
+    if (!last.empty()) {
+      setParent(last, node);
+      node = &last;
       continue;
     }
-    node = parentOf(*node);
-    if (node != nullptr) {
-      node->pop_back();
+    node->pop_back();
+    if (node->empty()) {
+      node = parentOf(*node);
     }
   }
-  root.clear();
 }
 
 Document::~Document() {

@@ -37,7 +37,8 @@ bool isReadable(std::string_view text);
 /// @param to an empty tree
 void copy(const boost::property_tree::ptree& from, boost::property_tree::ptree& to);
 
-/// Frees what is below the node without recursion.
+/// Frees what is below the node without recursion, and without memory. The texts on the way are lost, its own
+/// too.
 void clear(boost::property_tree::ptree& root) noexcept;
 
 }  // namespace orvantis::json
