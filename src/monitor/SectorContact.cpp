@@ -32,10 +32,7 @@ bool anyEdge(const Ring& ring, const Test& test) {
 class Cuts {
  public:
   Cuts(const Sector& sector, const PlanarPoint& from, const PlanarPoint& to) {
-    double minAngle = 0.0;
-    double maxAngle = 0.0;
-    double radius = 0.0;
-    sector.getSector(minAngle, maxAngle, radius);
+    const auto [minAngle, maxAngle, radius] = limitsOf(sector);
     const double x = from.x() - sector.getOrigin().x();
     const double y = from.y() - sector.getOrigin().y();
     const double dx = to.x() - from.x();
@@ -107,6 +104,12 @@ bool isInside(const Ring& ring, const PlanarPoint& point) {
 }
 
 }  // namespace
+
+SectorLimits limitsOf(const Sector& sector) {
+  SectorLimits limits{};
+  sector.getSector(limits.minAngle, limits.maxAngle, limits.radius);
+  return limits;
+}
 
 bool shareAnyPoint(const Sector& sector, const core::PlanarPolygon& footprint) {
   const Ring& ring = footprint.outer();

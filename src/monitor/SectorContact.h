@@ -5,6 +5,15 @@
 
 namespace orvantis::filter::monitor {
 
+/// The angles and the radius that a sector stores.
+struct SectorLimits {
+  double minAngle;
+  double maxAngle;
+  double radius;
+};
+
+SectorLimits limitsOf(const detection::Sector& sector);
+
 /// Whether the region that the footprint's outer ring bounds and the sector share a point: a vertex is within
 /// the sector, an edge runs through it, or it lies inside the ring. Vertices are judged by Sector::within;
 /// what an edge merely grazes between them may be decided either way by rounding. Holes are not looked at.

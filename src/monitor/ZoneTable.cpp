@@ -1,7 +1,6 @@
 #include "monitor/ZoneTable.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cmath>
 #include <typeinfo>
@@ -46,13 +45,10 @@ bool sameGeometry(const Polygon& a, const Polygon& b) {
 }
 
 bool sameGeometry(const Sector& a, const Sector& b) {
-  std::array<double, 2> minAngle{};
-  std::array<double, 2> maxAngle{};
-  std::array<double, 2> radius{};
-  a.getSector(minAngle[0], maxAngle[0], radius[0]);
-  b.getSector(minAngle[1], maxAngle[1], radius[1]);
-  return sameBits(minAngle[0], minAngle[1]) && sameBits(maxAngle[0], maxAngle[1]) &&
-         sameBits(radius[0], radius[1]) && samePoint(a.getOrigin(), b.getOrigin());
+  const SectorLimits first = limitsOf(a);
+  const SectorLimits second = limitsOf(b);
+  return sameBits(first.minAngle, second.minAngle) && sameBits(first.maxAngle, second.maxAngle) &&
+         sameBits(first.radius, second.radius) && samePoint(a.getOrigin(), b.getOrigin());
 }
 
 // Shapes of another kind than the library's cannot be looked into, so they are never the same.
