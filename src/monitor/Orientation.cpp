@@ -1,6 +1,5 @@
 #include "monitor/Orientation.h"
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
@@ -24,18 +23,21 @@ int exactOrientation(const core::PlanarPoint& a, const core::PlanarPoint& b, con
                     lostBy(c.x(), a.y()), c.x() * a.y(), lostBy(-c.y(), a.x()), -c.y() * a.x()};
   // Term by term, what is before becomes components of increasing magnitude that do not overlap, so in the
   // end the last one that is not zero has the sign of the whole.
-  for (auto term = sum.begin(); term != sum.end(); ++term) {
-    for (auto component = sum.begin(); component != term; ++component) {
+  for (double& term : sum) {
+    for (double* component = sum.data(); component != &term; ++component) {
       // The rounded sum goes on to the next component, its rounding error stays here.
-      const double rounded = *component + *term;
+      const double rounded = *component + term;
       const double shareOfTerm = rounded - *component;
       const double shareOfComponent = rounded - shareOfTerm;
-      *component = (*component - shareOfComponent) + (*term - shareOfTerm);
-      *term = rounded;
+      *component = (*component - shareOfComponent) + (term - shareOfTerm);
+      term = rounded;
     }
   }
-  const auto last = std::find_if(sum.rbegin(), sum.rend(), [](double component) { return component != 0.0; });
-  return last != sum.rend() ? signOf(*last) : 0;
+  double last = 0.0;
+  for (const double component : sum) {
+    last = component != 0.0 ? component : last;
+  }
+  return signOf(last);
 }
 
 }  // namespace
@@ -48,10 +50,10 @@ int orientation(const core::PlanarPoint& a, const core::PlanarPoint& b, const co
   const double left = (b.x() - a.x()) * (c.y() - a.y());
   const double right = (b.y() - a.y()) * (c.x() - a.x());
   const double difference = left - right;
-  // Each product carries three roundings and their difference a fourth; beyond this bound none of them can
-  // turn the sign. All but points that are almost on the line are decided here.
-  constexpr double unit = std::numeric_limits<double>::epsilon() / 2.0;
-  constexpr double bound = (3.0 + 16.0 * unit) * unit;
+  // Each product carries three roundings and their difference a fourth, each of at most half an epsilon;
+  // beyond this bound none of them can turn the sign. All but points that are almost on the line are decided
+  // here.
+  constexpr double bound = 2.0 * std::numeric_limits<double>::epsilon();
   if (std::abs(difference) > bound * (std::abs(left) + std::abs(right))) {
     return signOf(difference);
   }
