@@ -164,7 +164,7 @@ class TreeBuilder : public Checker {
   // for the occasion, saves two of five allocations; documents use few names over and over.
   ptree& append(ptree& parent, const std::string& name) {
     constexpr std::size_t maxBlanks = 64;
-    if (blanks_.size() >= maxBlanks) {
+    if (blanks_.size() == maxBlanks) {
       blanks_.clear();
     }
     return parent.push_back(*blanks_.try_emplace(name).first)->second;
@@ -198,13 +198,12 @@ struct Position {
   std::size_t column = 1;
 
   void advance(std::string_view text) {
-    std::size_t lineStart = 0;
-    for (std::size_t end = 0; (end = text.find('\n', lineStart)) != std::string_view::npos;
-         lineStart = end + 1) {
+    for (auto end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
+      text.remove_prefix(end + 1);
       ++line;
       column = 1;
     }
-    for (const char c : text.substr(lineStart)) {
+    for (const char c : text) {
       const bool startsCharacter = (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
       column += startsCharacter ? 1 : 0;
     }
