@@ -9,6 +9,7 @@
 
 #include <settings/SettingsManager.h>
 
+#include "settings/JsonWriter.h"
 #include "support/LogCapture.h"
 #include "support/Settings.h"
 
@@ -220,6 +221,42 @@ TEST(JsonWrite, AListCountsAsALevel) {
     }
   }
   expectRefused(settings);
+}
+
+// The writer says so itself: what it leaves behind need not be looked at.
+TEST(JsonWrite, TheWriterReportsARefusalFromEveryLevel) {
+  const auto isWritten = [](const ptree& root) {
+    std::string text;
+    return json::write(root, {}, text);
+  };
+  ptree both("value");
+  both.put("x", 1);
+  EXPECT_FALSE(isWritten(both));
+  ptree inMember;
+  inMember.add_child("a.b", both);
+  inMember.add("c", 1);
+  EXPECT_FALSE(isWritten(inMember));
+  ptree inElement;
+  inElement.add("a", 1);
+  inElement.add_child("a", both);
+  EXPECT_FALSE(isWritten(inElement));
+
+  const auto nestedIn = [](int depth, const ptree& innermost) {
+    ptree root;
+    ptree* node = &root;
+    for (int i = 0; i < depth; ++i) {
+      node = &node->add_child("a", ptree());
+    }
+    *node = innermost;
+    return root;
+  };
+  ptree list;
+  list.add("x", 1);
+  list.add("x", 2);
+  EXPECT_TRUE(isWritten(nestedIn(SettingsManager::MAX_DEPTH - 1, ptree())));
+  EXPECT_FALSE(isWritten(nestedIn(SettingsManager::MAX_DEPTH, ptree())));
+  EXPECT_TRUE(isWritten(nestedIn(SettingsManager::MAX_DEPTH - 2, list)));
+  EXPECT_FALSE(isWritten(nestedIn(SettingsManager::MAX_DEPTH - 1, list)));
 }
 
 TEST(JsonWrite, AStoreThatWasRefusedCanBeMendedAndWritten) {
