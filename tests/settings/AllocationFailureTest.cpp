@@ -12,6 +12,7 @@
 #include <settings/SettingsPathManager.h>
 
 #include "support/AllocationCounter.h"
+#include "support/FailingRun.h"
 #include "support/Settings.h"
 
 namespace orvantis {
@@ -20,6 +21,8 @@ namespace {
 using boost::property_tree::ptree;
 using testing::FailingAllocation;
 using testing::loadText;
+using testing::Outcome;
+using testing::runFailing;
 using testing::saveText;
 
 // Runs the action on a fresh store once for each of its allocations, which then fails. The store must stay
@@ -195,6 +198,20 @@ TEST(AllocationFailure, OfASubtreeThatReplacesAnotherLeavesTheOther) {
   failEachAllocation(
       prepareDocument, [&](SettingsManager& settings) { settings.putChild("x", subtree); },
       [&](SettingsManager& settings) { EXPECT_EQ(saveText(settings), before); });
+}
+
+// The sign makes it a text for a stream, and a stream keeps to itself what is thrown while it reads.
+TEST(AllocationFailure, OfAGetIsNotTakenForATextThatIsNoNumber) {
+  SettingsManager settings;
+  loadText(settings, R"({"x": "+1.5"})");
+  for (std::size_t n = 0;; ++n) {
+    double value = 1.5;
+    const Outcome outcome = runFailing(n, [&] { value = settings.get<double>("x", 7.0); });
+    EXPECT_EQ(value, 1.5) << "allocation " << n;
+    if (outcome == Outcome::Done) {
+      return;
+    }
+  }
 }
 
 }  // namespace
