@@ -10,7 +10,8 @@ struct Bounds {
   core::PlanarPoint high;
 };
 
-/// @param ring of finite coordinates, with at least one vertex
+/// Some box or other when a coordinate is not finite.
+/// @param ring with at least one vertex
 Bounds boundsOf(const core::PlanarPolygon::ring_type& ring);
 
 /// Whether the two share no point.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
 #include <typeinfo>
 #include <utility>
 
@@ -65,6 +64,7 @@ bool sameShape(const detection::Zone& a, const detection::Zone& b) {
   return false;
 }
 
+// A polygon with a coordinate that is not finite meets nothing, so any bounds will do for it.
 std::optional<Bounds> boundsOfShape(const detection::Zone& shape) {
   const auto* polygon = dynamic_cast<const Polygon*>(&shape);
   if (polygon == nullptr) {
@@ -74,9 +74,6 @@ std::optional<Bounds> boundsOfShape(const detection::Zone& shape) {
   polygon->getPolygon(vertices);
   core::PlanarPolygon::ring_type ring;
   for (const Point& vertex : vertices) {
-    if (!std::isfinite(vertex.x()) || !std::isfinite(vertex.y())) {
-      return std::nullopt;
-    }
     ring.emplace_back(vertex.x(), vertex.y());
   }
   return ring.empty() ? std::nullopt : std::optional(boundsOf(ring));

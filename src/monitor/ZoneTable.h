@@ -41,7 +41,7 @@ class ZoneTable {
   struct Entry {
     std::string name;
     std::shared_ptr<const detection::Zone> shape;
-    std::optional<Bounds> bounds;  // of a ring of finite coordinates
+    std::optional<Bounds> bounds;  // of a polygon
     double zMin;
     double zMax;
   };
