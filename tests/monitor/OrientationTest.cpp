@@ -60,6 +60,22 @@ TEST(Orientation, IsExactNextToTheLine) {
   EXPECT_GT(onLine, 5'000);
 }
 
+// A small point against two large ones: here the differences of the coordinates are rounded too.
+TEST(Orientation, IsExactWhereDifferencesAreRounded) {
+  constexpr std::int64_t one = std::int64_t{1} << 53;
+  const GridPoint b{12 * one, 12 * one};
+  const GridPoint c{24 * one, 24 * one};
+  for (std::int64_t x = 0; x < 128; ++x) {
+    for (std::int64_t y = 0; y < 128; ++y) {
+      const GridPoint a{one / 2 + x, one / 2 + y};
+      const auto [p, q, r] = std::tuple(scaled(a, 0x1p-53), scaled(b, 0x1p-53), scaled(c, 0x1p-53));
+      ASSERT_EQ(orientation(p, q, r), exactSign(a, b, c)) << x << ", " << y;
+      ASSERT_EQ(orientation(q, p, r), exactSign(b, a, c)) << x << ", " << y;
+      ASSERT_EQ(orientation(q, r, p), exactSign(b, c, a)) << x << ", " << y;
+    }
+  }
+}
+
 TEST(Orientation, TheCrossProductIsTheAreaOfTheParallelogram) {
   EXPECT_EQ(crossProduct({1, 1}, {4, 1}, {2, 3}), 6.0);
   EXPECT_EQ(crossProduct({4, 1}, {1, 1}, {2, 3}), -6.0);
