@@ -63,6 +63,29 @@ TEST(SectorContact, AnEdgeThroughTheArcBetweenTwoCornersIsEnough) {
   EXPECT_FALSE(isIn(quarter(), boxAt(12.5, 0.0, 4.0, 40.0)));
 }
 
+// Of an edge shorter than one, and through the arc with less than half of its length.
+TEST(SectorContact, AShortEdgeThroughTheArcIsEnough) {
+  const auto small = std::make_shared<Sector>("S", -1.2, 1.2, 0.1);
+  EXPECT_TRUE(isIn(small, core::State(ring({{0.09, -0.05}, {0.09, 0.45}, {0.5, 0.2}}))));
+  EXPECT_FALSE(isIn(small, core::State(ring({{0.11, -0.05}, {0.11, 0.45}, {0.5, 0.2}}))));
+}
+
+// It may round to a place outside, but the way to it is inside.
+TEST(SectorContact, AnEdgeThatEndsOnTheBorderOfTheOpeningIsInIt) {
+  std::mt19937_64 random(7);
+  const auto between = [&](double low, double high) {
+    return std::uniform_real_distribution<double>(low, high)(random);
+  };
+  for (int i = 0; i < 5000; ++i) {
+    const double angle = between(0.3, 1.0);
+    const auto sector = std::make_shared<Sector>("S", -0.5, angle, 10.0);
+    const double distance = between(1.0, 6.0);
+    const core::State wedge(
+        ring({{12.0, -8.0}, {distance * std::cos(angle), distance * std::sin(angle)}, {12.0, 40.0}}));
+    ASSERT_TRUE(isIn(sector, wedge)) << "case " << i << ": " << angle << ", " << distance;
+  }
+}
+
 TEST(SectorContact, ACornerOnTheArcIsEnough) {
   EXPECT_TRUE(isIn(quarter(), core::State(ring({{10, 0}, {12, 1}, {12, -1}}))));
   EXPECT_FALSE(isIn(quarter(), core::State(ring({{std::nextafter(10.0, 11.0), 0}, {12, 1}, {12, -1}}))));
