@@ -1,4 +1,3 @@
-#include <bit>
 #include <stdexcept>
 #include <utility>
 
@@ -28,10 +27,10 @@ std::optional<std::uint32_t> zonesOf(const ZoneTable& table, const TrackedObject
 // Visits the slots of the zones, in ascending order.
 template <typename Visit>
 void forEachSlot(std::uint32_t zones, const Visit& visit) {
-  while (zones != 0) {
-    const auto slot = static_cast<std::size_t>(std::countr_zero(zones));
-    visit(slot);
-    zones ^= bit(slot);
+  for (std::size_t slot = 0; zones >> slot != 0; ++slot) {
+    if ((zones >> slot & 1U) != 0) {
+      visit(slot);
+    }
   }
 }
 
