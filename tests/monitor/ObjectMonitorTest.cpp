@@ -358,5 +358,19 @@ TEST(ObjectMonitorInput, IsRefusedWithoutATrace) {
   EXPECT_THROW(ObjectMonitor(detectorWithGate(), ms(0)), std::invalid_argument);
 }
 
+TEST(ObjectZoneChange, OfTheLastSlotConcernsThatSlot) {
+  ZoneDetector detector = detectorWithGate();
+  detector.setZone(rectangleZone("Far", 20, 0, 30, 10), 7, 2);
+  ObjectMonitor monitor(detector);
+  monitor.update(ms(0), {box(1, 5, 5), box(2, 25, 5)});
+  ASSERT_EQ(monitor.occupants(7, 2).size(), 1U);
+  EXPECT_EQ(monitor.occupants(7, 2)[0].id, 2);
+  const auto events = monitor.reconfigure(detectorWithGate());
+  ASSERT_EQ(events.size(), 1U);
+  EXPECT_EQ(events[0].id, 2);
+  EXPECT_EQ(monitor.occupants(0, 0).size(), 1U);
+  EXPECT_TRUE(monitor.occupants(7, 2).empty());
+}
+
 }  // namespace
 }  // namespace orvantis::filter::monitor::testing
