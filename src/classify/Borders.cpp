@@ -30,9 +30,9 @@ constexpr double turn = 2.0 * std::numbers::pi;
 constexpr double ulp = 0x1p-52;
 // Keeps a band from vanishing where the margins are set to zero.
 constexpr double smallestBand = 1.0e-20;
-// More than what a curve's value in floats may be off by, relative to the sum of the terms' magnitudes: each
-// goes through at most eight roundings, of 2^-24.
-constexpr double floatError = 0x1p-20;
+// What a curve's value in floats may be off by, relative to the sum of the terms' magnitudes: each goes
+// through at most eight roundings, of 2^-24.
+constexpr double floatError = 0x1.1p-21;
 
 // The angle from one bearing counterclockwise to another, from 0 to less than a turn.
 double turnsFrom(double from, double to) {
@@ -104,7 +104,12 @@ std::optional<Outline> outlineOfSector(const Sector& sector) {
       outline.bounds.include(onArc(bearing).x(), onArc(bearing).y());
     }
   }
-  outline.pieces.push_back({Border::Kind::Arc, origin.x(), origin.y(), 0.0, 0.0, r, minAngle, opening});
+  outline.pieces.push_back({.kind = Border::Kind::Arc,
+                            .x1 = origin.x(),
+                            .y1 = origin.y(),
+                            .radius = r,
+                            .bearing = minAngle,
+                            .opening = opening});
   return outline;
 }
 
@@ -150,7 +155,7 @@ Curve Margins::curveOf(const Border& border) const {
   const double y = border.y1 - lattice_.middleY();
   if (border.kind == Border::Kind::Arc) {
     const double square = border.radius * border.radius;
-    return scaled(1.0, -2.0 * x, -2.0 * y, x * x + y * y - square, border, 64.0 * ulp * square);
+    return scaled(1.0, -2.0 * x, -2.0 * y, x * x + y * y - square, 64.0 * ulp * square);
   }
   const double dx = border.x2 - border.x1;
   const double dy = border.y2 - border.y1;
@@ -159,21 +164,14 @@ Curve Margins::curveOf(const Border& border) const {
   if (border.kind == Border::Kind::Edge) {
     band += 2.0 * determinant_ / length;
   }
-  return scaled(0.0, -dy / length, dx / length, (dy * x - dx * y) / length, border, band);
+  return scaled(0.0, -dy / length, dx / length, (dy * x - dx * y) / length, band);
 }
 
-// The curve with these coefficients, from a value that is too close to zero in exact arithmetic.
-Curve Margins::scaled(double q, double a, double b, double c, const Border& border, double band) const {
-  Bounds near;
-  near.include(border.x1 - border.radius, border.y1 - border.radius);
-  near.include(border.x1 + border.radius, border.y1 + border.radius);
-  if (border.kind != Border::Kind::Arc) {
-    near.include(border.x2, border.y2);
-  }
-  // The cells that the border marks, and the next ones.
-  const double margin = 3.0 * lattice_.cell;
-  const double u = margin + std::max(lattice_.middleX() - near.minX, near.maxX - lattice_.middleX());
-  const double v = margin + std::max(lattice_.middleY() - near.minY, near.maxY - lattice_.middleY());
+// The curve with these coefficients, whose value decides nothing within the band and where floats may be off.
+Curve Margins::scaled(double q, double a, double b, double c, double band) const {
+  // No point that the curve decides is farther from the middle: it is in a cell of the lattice.
+  const double u = (0.5 * lattice_.columns + 1.0) * lattice_.cell;
+  const double v = (0.5 * lattice_.rows + 1.0) * lattice_.cell;
   const double terms = q * (u * u + v * v) + std::abs(a) * u + std::abs(b) * v + std::abs(c);
   const double scale = 1.0 / (scale_ * (band + floatError * terms) + smallestBand);
   return {static_cast<float>(q * scale), static_cast<float>(a * scale), static_cast<float>(b * scale),

@@ -72,7 +72,7 @@ class Margins {
   void cover(const Border& border, std::vector<Span>& spans) const;
 
  private:
-  Curve scaled(double q, double a, double b, double c, const Border& border, double band) const;
+  Curve scaled(double q, double a, double b, double c, double band) const;
   void coverSegment(const Border& segment, std::vector<Span>& spans) const;
   void coverArc(const Border& arc, std::vector<Span>& spans) const;
   void coverArcRows(const Border& arc, const Span& span, std::vector<Span>& spans) const;
