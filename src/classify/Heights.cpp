@@ -50,18 +50,63 @@ void makeSlabs(Heights& heights, const std::vector<FrozenZone>& zones) {
   }
 }
 
-void scaleBuckets(Heights& heights, std::int32_t numBuckets) {
-  const std::vector<double>& starts = heights.slabStarts;
-  const auto isFinite = [](double start) { return std::isfinite(static_cast<float>(start)); };
-  const auto first = std::find_if(starts.begin(), starts.end(), isFinite);
-  const auto last = std::find_if(starts.rbegin(), starts.rend(), isFinite);
-  heights.lastBucket = numBuckets - 1;
-  if (first == starts.end()) {
-    return;
-  }
-  heights.origin = static_cast<float>(*first);
-  const float scale = static_cast<float>(numBuckets) / (static_cast<float>(*last) - heights.origin);
+// The first of these starts falls into the second bucket and the last one into the last but one.
+void scaleOver(Heights& heights, float first, float last) {
+  const float numSteps = static_cast<float>(std::max(heights.lastBucket - 2, 1));
+  const float scale = numSteps / (last - first);
   heights.bucketsPerMetre = std::isfinite(scale) && scale > 0.0F ? scale : 1.0F;
+  heights.origin = first - 1.0F / heights.bucketsPerMetre;
+}
+
+// About what share of the points falls into buckets in which several slabs start: most heights are taken to
+// lie where the middle half of the starts does, and some beyond either end.
+float shareCrowded(const Heights& heights, const std::vector<float>& starts) {
+  constexpr float shareOfEnd = 0.25F;
+  int numCrowded = 0;
+  int numEnds = 0;
+  for (std::size_t i = 1; i < starts.size(); ++i) {
+    const std::int32_t bucket = heights.bucket(starts[i]);
+    if (heights.bucket(starts[i - 1]) == bucket) {
+      ++(bucket == 0 || bucket == heights.lastBucket ? numEnds : numCrowded);
+    }
+  }
+  if (numCrowded == 0) {
+    return shareOfEnd * static_cast<float>(numEnds);
+  }
+  const std::size_t quarter = starts.size() / 4;
+  const float middleHalf = starts[starts.size() - 1 - quarter] - starts[quarter];
+  const float crowded = static_cast<float>(numCrowded) / heights.bucketsPerMetre;
+  return std::min(crowded / middleHalf, 1.0F) + shareOfEnd * static_cast<float>(numEnds);
+}
+
+// A bound that stands for none, such as 1000 m, must not stretch the buckets: some starts at either end may
+// share the first or the last one, if that keeps the others apart.
+void scaleBuckets(Heights& heights, std::int32_t numBuckets) {
+  constexpr std::size_t mostLeftOut = 4;
+  heights.lastBucket = numBuckets - 1;
+  std::vector<float> starts;
+  for (const double start : heights.slabStarts) {
+    const auto rounded = static_cast<float>(start);
+    if (std::isfinite(rounded)) {
+      starts.push_back(rounded);
+    }
+  }
+  float least = std::numeric_limits<float>::infinity();
+  float origin = 0.0F;
+  float bucketsPerMetre = 1.0F;
+  for (std::size_t below = 0; below <= mostLeftOut; ++below) {
+    for (std::size_t above = 0; above <= mostLeftOut && below + above < starts.size(); ++above) {
+      scaleOver(heights, starts[below], starts[starts.size() - 1 - above]);
+      const float share = shareCrowded(heights, starts);
+      if (share < least) {
+        least = share;
+        origin = heights.origin;
+        bucketsPerMetre = heights.bucketsPerMetre;
+      }
+    }
+  }
+  heights.origin = origin;
+  heights.bucketsPerMetre = bucketsPerMetre;
 }
 
 // @return the number of buckets in which several slabs start

@@ -1,4 +1,7 @@
+#include <algorithm>
 #include <bit>
+#include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <memory>
@@ -156,10 +159,31 @@ TEST(Tables, OfHeightsHaveAsFewBucketsAsKeepTheSlabsApart) {
   EXPECT_EQ(heightsOfZones({}).lastBucket, 0);
   EXPECT_EQ(heightsOfZones({}).bucketsPerMetre, 1.0F);
   EXPECT_EQ(heightsOfZones({{0.0, 2.0}}).lastBucket, 3);
-  EXPECT_EQ(heightsOfZones({{0.0, 2.0}}).origin, 0.0F);
-  EXPECT_EQ(heightsOfZones({{0.0, 2.0}}).bucketsPerMetre, 2.0F);
+  EXPECT_EQ(heightsOfZones({{0.0, 2.0}}).origin, -2.0F);
+  EXPECT_EQ(heightsOfZones({{0.0, 2.0}}).bucketsPerMetre, 0.5F);
   EXPECT_EQ(heightsOfZones({{0.0, 2.0}, {-1.0, 1.0}, {0.5, 3.0}}).lastBucket, 15);
-  EXPECT_EQ(heightsOfZones({{0.0, 2.0}, {0.01, 2.01}}).lastBucket, 1023);
+  EXPECT_EQ(heightsOfZones({{0.0, 2.0}, {-1.0, 1.0}, {0.5, 3.0}}).bucketsPerMetre, 3.25F);
+  EXPECT_EQ(heightsOfZones({{0.0, 2.0}, {0.01, 2.01}}).lastBucket, 255);
+}
+
+std::ptrdiff_t numCrowded(const Heights& heights) {
+  return std::ranges::count_if(heights.starts, [](double start) { return std::isnan(start); });
+}
+
+// Otherwise all heights where zones begin and end would share a bucket, and every point's would be searched
+// for.
+TEST(Tables, OfHeightsAreNotStretchedByBoundsThatStandForNone) {
+  for (const double none : {10.0, 1.0e2, 1.0e3, 1.0e9, 1.0e300}) {
+    EXPECT_EQ(numCrowded(heightsOfZones({{0.0, 2.0}, {0.5, none}})), 0) << none;
+    EXPECT_EQ(numCrowded(heightsOfZones({{0.0, 2.0}, {-none, 1.0}})), 0) << none;
+    EXPECT_EQ(numCrowded(heightsOfZones({{-none, 2.0}, {0.25, none}, {0.5, 1.0}})), 0) << none;
+  }
+  // Two at one end share the last bucket, but leave the others alone.
+  const Heights heights = heightsOfZones({{0.0, 2.0}, {0.25, 1.0e8}, {0.5, 1.0e9}, {1.0, 1.5}});
+  EXPECT_EQ(numCrowded(heights), 1);
+  EXPECT_TRUE(std::isnan(heights.starts[static_cast<std::size_t>(heights.lastBucket)]));
+  // Where they can be kept apart, too, they are.
+  EXPECT_EQ(numCrowded(heightsOfZones({{0.0, 2.0}, {0.25, 50.0}, {0.5, 100.0}})), 0);
 }
 
 TEST(Tables, OfHeightsKnowBetweenWhichThereAreZones) {
