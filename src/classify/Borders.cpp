@@ -61,7 +61,8 @@ std::optional<Outline> outlineOfRing(const Polygon& polygon) {
     const Point& to = ring[i + 1 < ring.size() ? i + 1 : 0];
     outline.bounds.include(from.x(), from.y());
     if (from.x() != to.x() || from.y() != to.y()) {
-      outline.pieces.push_back({Border::Kind::Edge, from.x(), from.y(), to.x(), to.y()});
+      outline.pieces.push_back(
+          {.kind = Border::Kind::Edge, .x1 = from.x(), .y1 = from.y(), .x2 = to.x(), .y2 = to.y()});
     }
   }
   return outline;
@@ -95,7 +96,8 @@ std::optional<Outline> outlineOfSector(const Sector& sector) {
     const Point end = onArc(bearing);
     outline.bounds.include(end.x(), end.y());
     if (!isWholeDisc) {
-      outline.pieces.push_back({Border::Kind::Bearing, origin.x(), origin.y(), end.x(), end.y()});
+      outline.pieces.push_back(
+          {.kind = Border::Kind::Bearing, .x1 = origin.x(), .y1 = origin.y(), .x2 = end.x(), .y2 = end.y()});
     }
   }
   for (int quarter = 0; quarter < 4; ++quarter) {

@@ -18,13 +18,13 @@ struct Border {
   };
 
   Kind kind;
-  double x1 = 0.0;
-  double y1 = 0.0;
-  double x2 = 0.0;
-  double y2 = 0.0;
-  double radius = 0.0;   // of an arc, with
-  double bearing = 0.0;  // where it begins and
-  double opening = 0.0;  // how far it runs counterclockwise, in radians
+  double x1{};
+  double y1{};
+  double x2{};
+  double y2{};
+  double radius{};   // of an arc, with
+  double bearing{};  // where it begins and
+  double opening{};  // how far it runs counterclockwise, in radians
 };
 
 /// The border of a zone whose verdict changes nowhere else.
@@ -40,10 +40,10 @@ std::optional<Outline> outlineOf(const detection::Zone& shape);
 /// the lattice, in floats. Scaled so that a value between -1 and 1 is too close to zero for its sign to be
 /// the zone's verdict.
 struct Curve {
-  float q = 0.0F;
-  float a = 0.0F;
-  float b = 0.0F;
-  float c = 0.0F;
+  float q;
+  float a;
+  float b;
+  float c;
 
   float operator()(float u, float v) const { return (u * (q * u + a) + v * (q * v + b)) + c; }
 };

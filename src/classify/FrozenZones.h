@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -7,6 +10,9 @@
 #include <filter/detection/ZoneDetector.h>
 
 namespace orvantis::filter::classify {
+
+/// Of the mask of a point: there are at most that many zones.
+inline constexpr std::size_t numBits = std::numeric_limits<std::uint64_t>::digits;
 
 /// A zone as it was when the classifier was made. Its shape is the classifier's own.
 struct FrozenZone {

@@ -39,7 +39,7 @@ class GridBuilder {
       : zones_(zones), lattice_(latticeOver(site, cell)), margins_(site, lattice_, safety) {
     grid_.lattice = lattice_;
     grid_.alwaysAsked = alwaysAsked;
-    grid_.curves.emplace_back();
+    grid_.curves.push_back({});
   }
 
   // Nothing when the grid would be larger than it may be.
@@ -358,10 +358,12 @@ class GridBuilder {
       const auto sideOf = [&](std::uint16_t curve) {
         return sides >> (std::ranges::find(curves, curve) - curves.begin()) & 1U;
       };
-      bool isKnown = true;
+      // A curve that stands several times has one side.
+      unsigned possible = 0;
       for (std::size_t k = 0; k < curves.size(); ++k) {
-        isKnown = isKnown && sideOf(curves[k]) == (sides >> k & 1U);
+        possible |= sideOf(curves[k]) << k;
       }
+      bool isKnown = possible == sides;
       std::uint64_t zones = decided;
       for (const Decision& decision : decisions) {
         const unsigned combination = sideOf(decision.curves[0]) | sideOf(decision.curves[1]) << 1U;
@@ -458,7 +460,7 @@ class GridBuilder {
   std::vector<Cell> cells_;
   std::vector<CellDecisions> tangledCells_;
   Cell farAway_{};
-  std::array<const FrozenZone*, 64> shapes_{};
+  std::array<const FrozenZone*, numBits> shapes_{};
   std::vector<std::vector<std::uint32_t>> cutsByCurve_;
   std::unordered_map<std::uint64_t, std::uint32_t> paletteIndex_;
   std::optional<std::uint32_t> lastDecided_;

@@ -66,10 +66,10 @@ struct Grid {
   /// By code. The last one, at firstCut, stands for all cells that are not decided: it has all bits, so that
   /// what remains is the set of zones at the height.
   std::vector<std::uint64_t> palette;
-  std::uint32_t firstCut = 0;
-  std::uint32_t firstCrossed = 0;
-  std::uint32_t codeOfNaN = 0;      ///< for points with a coordinate of the plan that is not a number
-  std::uint32_t codeOfFarAway = 0;  ///< for points too far away for the lattice
+  std::uint32_t firstCut{};
+  std::uint32_t firstCrossed{};
+  std::uint32_t codeOfNaN{};      ///< for points with a coordinate of the plan that is not a number
+  std::uint32_t codeOfFarAway{};  ///< for points too far away for the lattice
 
   std::vector<CutCell> cutCells;
   std::vector<CrossedCell> crossedCells;
@@ -79,7 +79,7 @@ struct Grid {
   std::vector<Curve> curves;
 
   /// The zones that are asked for every point at their height.
-  std::uint64_t alwaysAsked = 0;
+  std::uint64_t alwaysAsked{};
 
   std::size_t bytes() const;
 };

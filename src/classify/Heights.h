@@ -22,9 +22,9 @@ struct Heights {
   float lowestInside = std::numeric_limits<float>::infinity();
   float highestInside = -std::numeric_limits<float>::infinity();
 
-  float origin = 0.0F;
-  float bucketsPerMetre = 1.0F;
-  std::int32_t lastBucket = 0;
+  float origin{};
+  float bucketsPerMetre{};
+  std::int32_t lastBucket{};
 
   // By bucket; after the last one comes the bucket of NaN, which no zone holds.
   std::vector<double> starts;        ///< where a slab starts; NaN where several do

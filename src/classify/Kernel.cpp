@@ -427,7 +427,7 @@ std::size_t copyRecords(const Real* records, std::size_t numbers, std::size_t si
   constexpr hn::ScalableTag<Real> reals;
   const std::size_t lanes = hn::Lanes(reals);
   std::size_t done = 0;
-  for (; done + lanes < size; done += lanes) {
+  for (; size - done > lanes; done += lanes) {
     hn::Vec<decltype(reals)> xs, ys, zs, rest;
     if (numbers == 3) {
       hn::LoadInterleaved3(reals, records + 3 * done, xs, ys, zs);

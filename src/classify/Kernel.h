@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 
 #include <filter/classify/PointClassifier.h>
 
@@ -30,7 +31,7 @@ struct BitCounts {
   static constexpr std::size_t excluded = 24;  ///< the count after the field zones'
   static constexpr std::uint32_t excludedBit = 1U << excluded;
   static constexpr std::size_t numCounts = 25;
-  static constexpr std::size_t numPlanes = 40;  ///< for 2^40 points a word, more than memory holds
+  static constexpr std::size_t numPlanes = std::numeric_limits<std::uint64_t>::digits;
   static constexpr std::size_t numWords = 16;
 
   alignas(64) std::array<std::array<std::uint32_t, numWords>, numPlanes> planes{};

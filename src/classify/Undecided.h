@@ -31,7 +31,7 @@ struct Pending {
 };
 
 /// The shapes to ask, by bit; null where there is no zone.
-using ShapesByBit = std::array<const detection::Zone*, 64>;
+using ShapesByBit = std::array<const detection::Zone*, numBits>;
 
 /// Decides what the tables leave open: takes away the zones that do not hold the points of the lists. Before,
 /// their masks have the zones that may.

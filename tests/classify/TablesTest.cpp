@@ -143,7 +143,14 @@ TEST(Tables, SizeIsThatOfThePlanAndTheHeights) {
   ZoneDetector detector;
   add(detector, 0, sector(0.0, 1.0, 3.0));
   const ZoneIndex index(detector);
-  EXPECT_EQ(index.bytes(), index.grid().bytes() + heightsOf(filter::classify::freeze(detector)).bytes());
+  const Grid& grid = index.grid();
+  const Heights heights = heightsOf(filter::classify::freeze(detector));
+  const auto size = [](const auto& values) { return values.size() * sizeof(values[0]); };
+  EXPECT_EQ(index.bytes(), size(grid.codes) + size(grid.palette) + size(grid.cutCells) +
+                               size(grid.crossedCells) + size(grid.cellDecisions) + size(grid.decisions) +
+                               size(grid.curves) + size(heights.starts) + size(heights.startsAsFloat) +
+                               size(heights.masks) + size(heights.firstSlabs) + size(heights.slabStarts) +
+                               size(heights.slabMasks));
 }
 
 Heights heightsOfZones(const std::vector<std::pair<double, double>>& bounds) {
@@ -184,6 +191,18 @@ TEST(Tables, OfHeightsAreNotStretchedByBoundsThatStandForNone) {
   EXPECT_TRUE(std::isnan(heights.starts[static_cast<std::size_t>(heights.lastBucket)]));
   // Where they can be kept apart, too, they are.
   EXPECT_EQ(numCrowded(heightsOfZones({{0.0, 2.0}, {0.25, 50.0}, {0.5, 100.0}})), 0);
+}
+
+// One more than buckets: heights that are not a number are looked up after the last one.
+TEST(Tables, OfHeightsHaveAnEntryForWhatIsNotANumber) {
+  const Heights heights = heightsOfZones({{0.0, 2.0}, {-1.0, 1.0}, {0.5, 3.0}});
+  const auto numBuckets = static_cast<std::size_t>(heights.lastBucket) + 1;
+  EXPECT_EQ(heights.starts.size(), numBuckets + 1);
+  EXPECT_EQ(heights.startsAsFloat.size(), numBuckets + 1);
+  EXPECT_EQ(heights.masks.size(), 2 * (numBuckets + 1));
+  EXPECT_EQ(heights.starts.back(), std::numeric_limits<double>::infinity());
+  EXPECT_EQ(heights.masks.back(), 0U);
+  EXPECT_EQ(heights.masks[2 * numBuckets], 0U);
 }
 
 TEST(Tables, OfHeightsKnowBetweenWhichThereAreZones) {
