@@ -1,7 +1,6 @@
 #include "classify/Undecided.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 #include <filter/detection/Point.h>
@@ -105,9 +104,9 @@ constexpr hn::CappedTag<float, 4> curves;
 constexpr unsigned eachCurve = (1U << CrossedCell::numCurves) - 1;
 
 HWY_INLINE unsigned bitsOf(hn::Mask<decltype(curves)> mask) {
-  std::array<std::uint8_t, 8> bits;
-  hn::StoreMaskBits(curves, mask, bits.data());
-  return bits[0] & eachCurve;
+  std::uint8_t bits{};
+  hn::StoreMaskBits(curves, mask, &bits);
+  return bits & eachCurve;
 }
 
 HWY_INLINE Sides sidesOf(const CrossedCell& cell, const Position& at) {
