@@ -3,8 +3,11 @@
 namespace orvantis::filter::classify {
 namespace {
 
-// The long side of a site has at least this many cells, and fewer than twice as many.
+// A square site has at least this many cells a side, and fewer than twice as many. A long one has as many in
+// all,
 constexpr double cellsPerSide = 256.0;
+// but along it fewer than twice as many as this: what curves lose as floats grows with the distance.
+constexpr double cellsPerLongSide = 1024.0;
 constexpr double smallestCell = 0x1p-13;
 // The corner of the lattice is then at most 2^23 cells from the origin, which a float holds exactly.
 constexpr double cellPerCoordinate = 0x1p-22;
@@ -18,8 +21,9 @@ double suitableCell(const Bounds& site) {
   if (site.isEmpty()) {
     return 1.0;
   }
-  const double wanted = std::max(
-      {site.longSide() / cellsPerSide, smallestCell, 2.0 * site.largestCoordinate() * cellPerCoordinate});
+  const double squareSide = std::sqrt((site.maxX - site.minX) * (site.maxY - site.minY));
+  const double wanted = std::max({squareSide / cellsPerSide, site.longSide() / cellsPerLongSide, smallestCell,
+                                  2.0 * site.largestCoordinate() * cellPerCoordinate});
   return std::exp2(std::floor(std::log2(wanted)));
 }
 

@@ -50,9 +50,28 @@ void expectBounded(const ZoneIndex& index) {
   EXPECT_LE(index.bytes(), mebibyte + heightBytes + index.grid().curves.size() * sizeof(Curve));
 }
 
+double cellOf(double width, double height) {
+  filter::classify::Bounds site;
+  site.include(-0.25 * width, 0.0);
+  site.include(0.75 * width, height);
+  return filter::classify::suitableCell(site);
+}
+
 TEST(Grid, CellIsTheLargestPowerOfTwoUpToOne256thOfTheSite) {
   EXPECT_EQ(ZoneIndex(site(90.0, 5.0, 16)).grid().lattice.cell, 0.25);
   EXPECT_EQ(ZoneIndex(site(9.0, 0.5, 16)).grid().lattice.cell, 0.03125);
+  EXPECT_EQ(cellOf(128.0, 128.0), 0.5);
+  EXPECT_EQ(cellOf(127.9, 127.9), 0.25);
+}
+
+// A long site has as many cells as a square one, up to 2047 along it: a zone far from the others costs less.
+TEST(Grid, CellOfALongSiteFollowsFromItsArea) {
+  EXPECT_EQ(cellOf(256.0, 64.0), 0.5);
+  EXPECT_EQ(cellOf(255.9, 64.0), 0.25);
+  EXPECT_EQ(cellOf(64.0, 256.0), 0.5);
+  EXPECT_EQ(cellOf(1024.0, 4.0), 1.0);
+  EXPECT_EQ(cellOf(1023.0, 4.0), 0.5);
+  EXPECT_EQ(cellOf(1024.0, 0.0), 1.0);
 }
 
 TEST(Grid, LargeSitesAndSmallZonesKeepTheBoundOnMemory) {

@@ -53,10 +53,11 @@ struct ZoneCounts {
 /// point.
 ///
 /// The plan is divided into square cells. The cell is the largest power of two that is at most 1/256 of the
-/// longer side of the zones' common bounding box (0.25 m for a site of 100 m), and doubled until the tables
-/// take at most 1 MiB, beside 16 bytes for each vertex: so a site of 1 km and zones of 1 cm cost time, not
-/// memory. Shapes that a host derived from `Zone`, polygons of more than 4096 vertices, and shapes with a
-/// number that is not finite or beyond 1e7 are not indexed but asked for every point at their height.
+/// side of a square as large as the zones' common bounding box (0.25 m for a site of 100 m), or 1/1024 of the
+/// box's longer side where that is more, and doubled until the tables take at most 1 MiB, beside 16 bytes for
+/// each vertex: so a site of 1 km and zones of 1 cm cost time, not memory. Shapes that a host derived from
+/// `Zone`, polygons of more than 4096 vertices, and shapes with a number that is not finite or beyond 1e7 are
+/// not indexed but asked for every point at their height.
 class ORVANTIS_API PointClassifier {
  public:
   /// The bit of field zone `zone` of field `field`, and of exclusion zone number `k`.
