@@ -72,7 +72,6 @@ class GridBuilder {
  private:
   static constexpr std::uint32_t noMark = std::numeric_limits<std::uint32_t>::max();
   static constexpr std::uint32_t mostTabled = std::numeric_limits<std::uint16_t>::max();
-  static constexpr std::uint32_t steepCurve = std::numeric_limits<std::uint32_t>::max();
 
   // The verdicts on the combinations of sides of up to two curves; see Decision.
   struct Sides {
@@ -114,7 +113,7 @@ class GridBuilder {
 
   void mark(const OutlinedZone& zone) {
     for (const Border& border : zone.outline.pieces) {
-      std::uint32_t curve = steepCurve;
+      std::uint32_t curve = Grid::curveOfZero;  // of a steep border: its zone is asked
       if (!margins_.isSteep(border)) {
         curve = static_cast<std::uint32_t>(grid_.curves.size());
         grid_.curves.push_back(margins_.curveOf(border));
@@ -195,9 +194,6 @@ class GridBuilder {
         return;
       }
     }
-    if (curve == steepCurve) {
-      return;
-    }
     const Point below = centre(column, run.first - 1);
     const Point above = centre(column, run.last + 1);
     const float valueBelow = valueOf(curve, below.x(), below.y());
@@ -266,8 +262,7 @@ class GridBuilder {
   Cell markedCell(int column, int row) {
     const std::size_t cell = index(column, row);
     const std::uint32_t first = firstMark_[cell];
-    const bool hasOneMark = marks_[first].next == noMark;
-    if (hasOneMark && marks_[first].curve != steepCurve) {
+    if (marks_[first].next == noMark) {
       if (const std::optional<Cell> cut = cutCell(column, row, marks_[first])) {
         return *cut;
       }
@@ -310,9 +305,6 @@ class GridBuilder {
         if (hasTable) {
           curves[numCurves++] = curve;
         }
-      }
-      if (numCurves == 1) {
-        curves[1] = curves[0];
       }
       grid_.decisions.push_back(hasTable ? decision(column, row, first, curves) : asking(first.bit));
     }
