@@ -48,6 +48,9 @@ ZoneDetector site(double extent, double radius, int numVertices) {
 
 void expectBounded(const ZoneIndex& index) {
   EXPECT_LE(index.bytes(), mebibyte + heightBytes + index.grid().curves.size() * sizeof(Curve));
+  // However often it was doubled, the cell is a power of two.
+  int exponent = 0;
+  EXPECT_EQ(std::frexp(index.grid().lattice.cell, &exponent), 0.5);
 }
 
 double cellOf(double width, double height) {
