@@ -204,6 +204,32 @@ TEST(PointClassifier, ReadsNothingBehindTheLastPoint) {
 }
 
 // The determinant of such a point is too small to be told from zero, so the zone takes it for a border point.
+// Such records are copied in another way when x, y and z follow one another.
+TEST(PointClassifier, RecordsMayHoldOtherNumbersBetweenTheCoordinates) {
+  ZoneDetector detector;
+  detector.setZone(square("z", 4.0, -2.0, 1.0), 0, 0);
+  const PointClassifier classifier(detector);
+  constexpr std::size_t size = 40;
+  constexpr std::size_t stride = 4 * sizeof(float);
+  const auto inside = [&](std::size_t x, std::size_t y, std::size_t z) {
+    std::vector<float> records(4 * size, 100.0F);
+    for (std::size_t i = 0; i < size; ++i) {
+      records[4 * i + x] = i % 3 == 0 ? 4.25F : 100.0F;
+      records[4 * i + y] = -2.25F;
+      records[4 * i + z] = 1.5F;
+    }
+    const float* first = records.data();
+    return classifier.count(PointsView<float>{first + x, first + y, first + z, stride, size}, nullptr)
+        .inside[0];
+  };
+  EXPECT_EQ(inside(0, 1, 2), 14U);
+  EXPECT_EQ(inside(0, 1, 3), 14U);
+  EXPECT_EQ(inside(0, 2, 3), 14U);
+  EXPECT_EQ(inside(1, 2, 3), 14U);
+  EXPECT_EQ(inside(3, 1, 2), 14U);
+  EXPECT_EQ(inside(2, 1, 0), 14U);
+}
+
 TEST(PointClassifier, PointFarAboveAnAlmostUprightEdgeHasItsZonesVerdict) {
   const double width = 1.0e-15;
   const std::vector<Point> notched{{-10.0, -20.0}, {-10.0, 20.0}, {10.0, 20.0}, {10.0, -20.0},
