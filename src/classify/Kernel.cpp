@@ -500,8 +500,8 @@ std::size_t lookUpBlock(
 
 #if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
 
-// One step of adding in separate bits: `sum` and two vectors become `sum` and what is carried. Written so
-// that with AVX-512 it is three instructions.
+// One step of adding in separate bits: `sum` and two vectors become `sum` and what is carried. With AVX-512
+// two instructions, of which the compiler does not find the one that carries.
 HWY_INLINE Words carried(Words& sum, Words a, Words b) {
 #if HWY_TARGET <= HWY_AVX3 && HWY_ARCH_X86
   const Words carry{_mm512_ternarylogic_epi32(sum.raw, a.raw, b.raw, 0xE8)};

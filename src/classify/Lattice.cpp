@@ -3,10 +3,10 @@
 namespace orvantis::filter::classify {
 namespace {
 
-// A square site has at least this many cells a side, and fewer than twice as many. A long one has as many in
-// all,
+// A square site has at least this many cells a side and fewer than twice as many, and a long one as many in
+// all.
 constexpr double cellsPerSide = 256.0;
-// but along it fewer than twice as many as this: what curves lose as floats grows with the distance.
+// A long side has fewer than twice as many as this: what curves lose as floats grows with the distance.
 constexpr double cellsPerLongSide = 1024.0;
 constexpr double smallestCell = 0x1p-13;
 // The corner of the lattice is then at most 2^23 cells from the origin, which a float holds exactly.
