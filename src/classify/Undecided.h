@@ -16,8 +16,10 @@ struct PointList {
   static constexpr std::size_t capacity = 1024;
   static constexpr std::size_t padding = 64;  ///< a vector may be written past the last entry
 
+  /// Not initialised: a block fills what it reads. Far from the end of a page of memory: the same few entries
+  /// are written as a whole vector again and again, which takes long across two pages.
+  alignas(2048) std::array<std::uint32_t, capacity + padding> entries;
   std::size_t size = 0;
-  std::array<std::uint32_t, capacity + padding> entries;  // not initialised: a block fills what it reads
 
   std::uint32_t point(std::size_t i) const { return entries[i] & 0xFFFFU; }
   std::uint32_t code(std::size_t i) const { return entries[i] >> 16U; }
