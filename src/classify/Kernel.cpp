@@ -7,6 +7,8 @@
 #include <cstring>
 #include <type_traits>
 
+#include <hwy/cache_control.h>
+
 // Compiles this file once for each kind of processor that Highway knows.
 #undef HWY_TARGET_INCLUDE
 // Vectors of unknown length cannot be members of a class.
@@ -308,6 +310,9 @@ class VectorLookup {
   VectorLookup(const Tables& tables, std::uint64_t* out) : t_(tables), out_(out) {}
 
   HWY_INLINE void operator()(const Real* xs, const Real* ys, const Real* zs, std::size_t first, Ends& ends) {
+    fetchAhead(xs);
+    fetchAhead(ys);
+    fetchAhead(zs);
     const Coordinates x(xs);
     const Coordinates y(ys);
     const Coordinates z(zs);
@@ -368,6 +373,17 @@ class VectorLookup {
 
  private:
   using Origin = decltype(Coordinates::same(0.0));
+
+  // The processor itself does not fetch coordinates early enough between the reads from the tables. What it
+  // is told of may lie past the end: it only reads what there is.
+  HWY_INLINE static void fetchAhead(const Real* coordinates) {
+    constexpr std::size_t lineSize = 64;
+    constexpr std::size_t ahead = 4 * lineSize;
+    const auto first = reinterpret_cast<std::uintptr_t>(coordinates) + ahead;
+    for (std::size_t at = 0; at < hn::Lanes(floats) * sizeof(Real); at += lineSize) {
+      hwy::Prefetch(reinterpret_cast<const Real*>(first + at));
+    }
+  }
 
   HWY_INLINE static Ints roundedBits(Floats position) {
     return hn::BitCast(ints, position + hn::Set(floats, wholeNumbers));
