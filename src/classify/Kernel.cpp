@@ -574,7 +574,9 @@ std::size_t countGroups(const std::uint64_t* from, std::size_t size, BitCounts& 
     for (std::size_t k = 0; k < sums.size(); ++k) {
       hn::Store(sums[k], words, counts.planes[k].data());
     }
-    for (std::size_t k = sums.size(); !hn::AllTrue(words, carry == hn::Zero(words)); ++k) {
+    // How far it carries cannot be predicted: it goes through the next planes in any case.
+    for (std::size_t k = sums.size(); k < 2 * sums.size() || !hn::AllTrue(words, carry == hn::Zero(words));
+         ++k) {
       const Words sum = hn::Load(words, counts.planes[k].data());
       hn::Store(hn::Xor(sum, carry), words, counts.planes[k].data());
       carry = hn::And(sum, carry);
