@@ -102,6 +102,15 @@ struct Ends {
 constexpr auto wholeBits = std::bit_cast<std::uint32_t>(wholeNumbers);
 constexpr std::uint32_t signAndExponent = 0xFF800000;
 
+// Asks for bytes that will be read soon. They may lie past the end of what is read.
+HWY_INLINE void fetch(const void* from, std::size_t ahead, std::size_t size) {
+  constexpr std::size_t lineSize = 64;
+  const std::uintptr_t first = reinterpret_cast<std::uintptr_t>(from) + ahead;
+  for (std::size_t offset = 0; offset < size; offset += lineSize) {
+    hwy::Prefetch(reinterpret_cast<const unsigned char*>(first + offset));
+  }
+}
+
 // One point at a time: for the last points of a block, and for processors without vectors. Without a branch
 // that depends on where an ordinary point is.
 template <typename Real>
@@ -310,9 +319,12 @@ class VectorLookup {
   VectorLookup(const Tables& tables, std::uint64_t* out) : t_(tables), out_(out) {}
 
   HWY_INLINE void operator()(const Real* xs, const Real* ys, const Real* zs, std::size_t first, Ends& ends) {
-    fetchAhead(xs);
-    fetchAhead(ys);
-    fetchAhead(zs);
+    // The processor itself fetches them too late, between the reads from the tables.
+    constexpr std::size_t ahead = 256;
+    const std::size_t size = hn::Lanes(floats) * sizeof(Real);
+    fetch(xs, ahead, size);
+    fetch(ys, ahead, size);
+    fetch(zs, ahead, size);
     const Coordinates x(xs);
     const Coordinates y(ys);
     const Coordinates z(zs);
@@ -374,17 +386,6 @@ class VectorLookup {
  private:
   using Origin = decltype(Coordinates::same(0.0));
 
-  // The processor itself does not fetch coordinates early enough between the reads from the tables. What it
-  // is told of may lie past the end: it only reads what there is.
-  HWY_INLINE static void fetchAhead(const Real* coordinates) {
-    constexpr std::size_t lineSize = 64;
-    constexpr std::size_t ahead = 4 * lineSize;
-    const auto first = reinterpret_cast<std::uintptr_t>(coordinates) + ahead;
-    for (std::size_t at = 0; at < hn::Lanes(floats) * sizeof(Real); at += lineSize) {
-      hwy::Prefetch(reinterpret_cast<const Real*>(first + at));
-    }
-  }
-
   HWY_INLINE static Ints roundedBits(Floats position) {
     return hn::BitCast(ints, position + hn::Set(floats, wholeNumbers));
   }
@@ -433,6 +434,9 @@ using Coordinates = std::conditional_t<std::is_same_v<Real, float>, FloatCoordin
 
 #endif
 
+// How far before their copying records are fetched, in bytes.
+constexpr std::size_t recordsAhead = 1024;
+
 #if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
 
 // Records of three or four numbers that stand without gaps. @return how many of them, but never the last: its
@@ -444,6 +448,7 @@ std::size_t copyRecords(const Real* records, std::size_t numbers, std::size_t si
   const std::size_t lanes = hn::Lanes(reals);
   std::size_t done = 0;
   for (; size - done > lanes; done += lanes) {
+    fetch(records + numbers * done, recordsAhead, numbers * lanes * sizeof(Real));
     hn::Vec<decltype(reals)> xs, ys, zs, rest;
     if (numbers == 3) {
       hn::LoadInterleaved3(reals, records + 3 * done, xs, ys, zs);
@@ -474,6 +479,7 @@ void copyAll(const PointsView<Real>& points, Real* x, Real* y, Real* z) {
   }
 #endif
   for (; i < points.size; ++i) {
+    fetch(xs + i * points.stride, recordsAhead, sizeof(Real));
     std::memcpy(x + i, xs + i * points.stride, sizeof(Real));
     std::memcpy(y + i, ys + i * points.stride, sizeof(Real));
     std::memcpy(z + i, zs + i * points.stride, sizeof(Real));
