@@ -320,12 +320,10 @@ class VectorLookup {
   VectorLookup(const Tables& tables, std::uint64_t* out) : t_(tables), out_(out) {}
 
   HWY_INLINE void operator()(const Real* xs, const Real* ys, const Real* zs, std::size_t first, Ends& ends) {
-    // The processor itself fetches them too late, between the reads from the tables.
-    constexpr std::size_t ahead = 256;
-    const std::size_t size = hn::Lanes(floats) * sizeof(Real);
-    fetch(xs, ahead, size);
-    fetch(ys, ahead, size);
-    fetch(zs, ahead, size);
+    // The heights are needed first, and the processor itself fetches them too late, between the reads from the
+    // tables. With x and y as well, frames with much ground take a tenth longer.
+    constexpr std::size_t heightsAhead = 256;
+    fetch(zs, heightsAhead, hn::Lanes(floats) * sizeof(Real));
     const Coordinates x(xs);
     const Coordinates y(ys);
     const Coordinates z(zs);
