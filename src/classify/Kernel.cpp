@@ -320,8 +320,8 @@ class VectorLookup {
   VectorLookup(const Tables& tables, std::uint64_t* out) : t_(tables), out_(out) {}
 
   HWY_INLINE void operator()(const Real* xs, const Real* ys, const Real* zs, std::size_t first, Ends& ends) {
-    // The heights are needed first, and the processor itself fetches them too late, between the reads from the
-    // tables. With x and y as well, frames with much ground take a tenth longer.
+    // The heights are needed first, and the processor itself fetches them too late, between the reads from
+    // the tables. With x and y as well, frames with much ground take a tenth longer.
     constexpr std::size_t heightsAhead = 256;
     fetch(zs, heightsAhead, hn::Lanes(floats) * sizeof(Real));
     const Coordinates x(xs);
