@@ -312,7 +312,7 @@ HWY_INLINE void append(std::uint32_t*& list, hn::Vec<decltype(words)> entries,
 }
 
 // As many points at a time as a vector has lanes.
-template <typename Coordinates>
+template <typename Coordinates, bool fetchesAll>
 class VectorLookup {
  public:
   using Real = typename Coordinates::Real;
@@ -320,10 +320,14 @@ class VectorLookup {
   VectorLookup(const Tables& tables, std::uint64_t* out) : t_(tables), out_(out) {}
 
   HWY_INLINE void operator()(const Real* xs, const Real* ys, const Real* zs, std::size_t first, Ends& ends) {
-    // The heights are needed first, and the processor itself fetches them too late, between the reads from
-    // the tables. With x and y as well, frames with much ground take a tenth longer.
-    constexpr std::size_t heightsAhead = 256;
-    fetch(zs, heightsAhead, hn::Lanes(floats) * sizeof(Real));
+    // The processor itself fetches them too late, between the reads from the tables.
+    constexpr std::size_t ahead = 256;
+    constexpr std::size_t size = hn::MaxLanes(floats) * sizeof(Real);
+    fetch(zs, ahead, size);
+    if constexpr (fetchesAll) {
+      fetch(xs, ahead, size);
+      fetch(ys, ahead, size);
+    }
     const Coordinates x(xs);
     const Coordinates y(ys);
     const Coordinates z(zs);
@@ -493,7 +497,7 @@ void copyDoubles(const PointsView<double>& points, double* x, double* y, double*
   copyAll(points, x, y, z);
 }
 
-template <typename Real>
+template <bool fetchesAll, typename Real>
 std::size_t lookUpBlock(
     const Grid& grid, const Heights& heights, const Real* x, const Real* y, const Real* z, std::size_t size,
     std::uint64_t* out,  // NOLINT(readability-non-const-parameter): written by the lookups
@@ -503,7 +507,7 @@ std::size_t lookUpBlock(
   std::size_t notFinite = 0;
   std::size_t first = 0;
 #if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
-  VectorLookup<Coordinates<Real>> lookUpVector(tables, out);
+  VectorLookup<Coordinates<Real>, fetchesAll> lookUpVector(tables, out);
   const std::size_t lanes = hn::Lanes(floats);
   for (; first + lanes <= size; first += lanes) {
     lookUpVector(x + first, y + first, z + first, first, ends);
@@ -616,13 +620,17 @@ void countMasks(const std::uint64_t* from, std::size_t size, BitCounts& counts) 
 }
 
 std::size_t lookUpFloats(const Grid& grid, const Heights& heights, const float* x, const float* y,
-                         const float* z, std::size_t size, std::uint64_t* out, Pending& pending) {
-  return lookUpBlock(grid, heights, x, y, z, size, out, pending);
+                         const float* z, std::size_t size, std::uint64_t* out, Pending& pending,
+                         bool fetchesAll) {
+  return fetchesAll ? lookUpBlock<true>(grid, heights, x, y, z, size, out, pending)
+                    : lookUpBlock<false>(grid, heights, x, y, z, size, out, pending);
 }
 
 std::size_t lookUpDoubles(const Grid& grid, const Heights& heights, const double* x, const double* y,
-                          const double* z, std::size_t size, std::uint64_t* out, Pending& pending) {
-  return lookUpBlock(grid, heights, x, y, z, size, out, pending);
+                          const double* z, std::size_t size, std::uint64_t* out, Pending& pending,
+                          bool fetchesAll) {
+  return fetchesAll ? lookUpBlock<true>(grid, heights, x, y, z, size, out, pending)
+                    : lookUpBlock<false>(grid, heights, x, y, z, size, out, pending);
 }
 
 }  // namespace
@@ -674,13 +682,14 @@ void copyColumns(const PointsView<double>& points, double* x, double* y, double*
 }
 
 std::size_t lookUp(const Grid& grid, const Heights& heights, const float* x, const float* y, const float* z,
-                   std::size_t size, std::uint64_t* masks, Pending& pending) {
-  return HWY_DYNAMIC_DISPATCH(lookUpFloats)(grid, heights, x, y, z, size, masks, pending);
+                   std::size_t size, std::uint64_t* masks, Pending& pending, bool fetchesAll) {
+  return HWY_DYNAMIC_DISPATCH(lookUpFloats)(grid, heights, x, y, z, size, masks, pending, fetchesAll);
 }
 
 std::size_t lookUp(const Grid& grid, const Heights& heights, const double* x, const double* y,
-                   const double* z, std::size_t size, std::uint64_t* masks, Pending& pending) {
-  return HWY_DYNAMIC_DISPATCH(lookUpDoubles)(grid, heights, x, y, z, size, masks, pending);
+                   const double* z, std::size_t size, std::uint64_t* masks, Pending& pending,
+                   bool fetchesAll) {
+  return HWY_DYNAMIC_DISPATCH(lookUpDoubles)(grid, heights, x, y, z, size, masks, pending, fetchesAll);
 }
 
 }  // namespace orvantis::filter::classify

@@ -72,7 +72,7 @@ void ZoneIndex::classify(const PointsView<Real>& points, std::uint64_t* masks) c
   for (std::size_t first = 0; first < points.size; first += blockSize) {
     const std::size_t size = std::min(blockSize, points.size - first);
     block.read(points, first, size);
-    classifyBlock(block.x, block.y, block.z, size, masks + first);
+    classifyBlock(block.x, block.y, block.z, size, masks + first, false);
   }
 }
 
@@ -86,7 +86,8 @@ ZoneCounts ZoneIndex::count(const PointsView<Real>& points, std::uint64_t* masks
     const std::size_t size = std::min(blockSize, points.size - first);
     std::uint64_t* blockMasks = masks != nullptr ? masks + first : ownMasks.data();
     block.read(points, first, size);
-    const std::size_t notFinite = classifyBlock(block.x, block.y, block.z, size, blockMasks);
+    const std::size_t notFinite =
+        classifyBlock(block.x, block.y, block.z, size, blockMasks, masks == nullptr);
     if (notFinite != 0) {
       for (std::size_t i = 0; i < size; ++i) {
         ownMasks[i] = block.isFinite(i) ? blockMasks[i] : 0;
@@ -104,9 +105,9 @@ ZoneCounts ZoneIndex::count(const PointsView<Real>& points, std::uint64_t* masks
 
 template <typename Real>
 std::size_t ZoneIndex::classifyBlock(const Real* x, const Real* y, const Real* z, std::size_t size,
-                                     std::uint64_t* masks) const {
+                                     std::uint64_t* masks, bool fetchesAll) const {
   Pending pending;
-  const std::size_t notFinite = lookUp(grid_, heights_, x, y, z, size, masks, pending);
+  const std::size_t notFinite = lookUp(grid_, heights_, x, y, z, size, masks, pending, fetchesAll);
   decide(grid_, heights_, shapes_, x, y, z, pending, masks);
   if (grid_.alwaysAsked != 0) {
     askAlways(x, y, size, masks);

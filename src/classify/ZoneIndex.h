@@ -31,7 +31,7 @@ class ZoneIndex {
  private:
   template <typename Real>
   std::size_t classifyBlock(const Real* x, const Real* y, const Real* z, std::size_t size,
-                            std::uint64_t* masks) const;
+                            std::uint64_t* masks, bool fetchesAll) const;
   template <typename Real>
   void askAlways(const Real* x, const Real* y, std::size_t size, std::uint64_t* masks) const;
 
