@@ -231,7 +231,7 @@ TEST(Tables, NoPointOutsideOfAllHeightsIsLeftOpen) {
     std::vector<std::uint64_t> masks(z.size());
     filter::classify::Pending pending;
     filter::classify::lookUp(index.grid(), heights, x.data(), y.data(), z.data(), z.size(), masks.data(),
-                             pending);
+                             pending, false);
     return pending.cut.size + pending.crossed.size;
   };
   EXPECT_EQ(cutPoints(std::vector<float>(64, 1.0F)), 64U);
