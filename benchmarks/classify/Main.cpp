@@ -12,6 +12,7 @@
 
 #include <benchmark/benchmark.h>
 #include <hwy/highway.h>
+#include <unistd.h>
 
 #include "classify/Clouds.h"
 #include "classify/Contestants.h"
@@ -37,6 +38,9 @@ std::map<std::string, double> nanosecondsPerPoint;
 // disturbance from outside, not less work.
 class Reporter : public benchmark::ConsoleReporter {
  public:
+  // Colours are for terminals: a file would get their codes.
+  Reporter() : ConsoleReporter(isatty(STDOUT_FILENO) != 0 ? OO_Defaults : OO_Tabular) {}
+
   void ReportRuns(const std::vector<Run>& runs) override {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {
