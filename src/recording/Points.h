@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <variant>
+
+#include <filter/classify/PointClassifier.h>
+
+namespace orvantis::toolkit {
+
+/// How one number lies in memory: signed and unsigned integers and IEEE floats, with their size in bytes.
+enum class NumberType : std::uint8_t { I1, U1, I2, U2, I4, U4, I8, U8, F4, F8 };
+
+/// In bytes. noexcept
+constexpr std::size_t sizeOf(NumberType type) noexcept {
+  constexpr std::size_t sizes[] = {1, 1, 2, 2, 4, 4, 8, 8, 4, 8};
+  return sizes[static_cast<std::size_t>(type)];
+}
+
+/// "I1" to "F8". noexcept
+constexpr const char* nameOf(NumberType type) noexcept {
+  constexpr const char* names[] = {"I1", "U1", "I2", "U2", "I4", "U4", "I8", "U8", "F4", "F8"};
+  return names[static_cast<std::size_t>(type)];
+}
+
+/// The points of a frame, in metres, as a view of memory that somebody else owns.
+using Points = std::variant<filter::classify::PointsView<float>, filter::classify::PointsView<double>>;
+
+inline std::size_t sizeOf(const Points& points) {
+  return std::visit([](const auto& view) { return view.size; }, points);
+}
+
+/// What a file says about one of its columns.
+struct Column {
+  std::string name;
+  NumberType type = NumberType::F4;
+  std::size_t count = 1;  ///< values of one point
+};
+
+/// One coordinate of a record.
+struct Coordinate {
+  std::size_t offset = 0;  ///< bytes from the begin of the record
+  NumberType type = NumberType::F4;
+};
+
+/// Where the coordinates of a point are in memory.
+struct PointLayout {
+  std::size_t stride = 0;  ///< bytes from one record to the next
+  bool isBigEndian = false;
+  Coordinate x;
+  Coordinate y;
+  Coordinate z;
+};
+
+}  // namespace orvantis::toolkit
