@@ -55,7 +55,7 @@ Reached runTo(Stamp at, const Recording& recording, Session& session, const Cons
 std::string takers(const ZoneExplanation& zone) {
   std::string text;
   for (const ExclusionShare& share : zone.takenBy) {
-    text += (text.empty() ? "" : ", ") + share.name + " " + std::to_string(share.points);
+    text += (text.empty() ? "" : ", ") + share.zoneName + " " + std::to_string(share.points);
   }
   return text;
 }

@@ -43,7 +43,7 @@ void printTable(const Frame& frame, const std::vector<FieldZone>& zones, std::ui
                 const Console& console) {
   console.out << (frame.number == 0 ? "" : "\n")
               << console.bold(printable(frame.file) + ": " + counted(frame.points, "point") + ", " +
-                              counted(frame.counts.notFinite, "no return") + ", " +
+                              counted(frame.counts.noReturns, "no return") + ", " +
                               std::to_string(frame.counts.excluded) + " in exclusion zones")
               << '\n';
   Table table({"FIELD", "ZONE", ">POINTS", "≥ " + std::to_string(minPoints)});
@@ -72,7 +72,7 @@ void printJson(const Frame& frame, const std::vector<FieldZone>& zones, std::uin
   console.out << toJson(boost::json::object{{"frame", frame.number},
                                             {"file", frame.file},
                                             {"points", frame.points},
-                                            {"noReturns", frame.counts.notFinite},
+                                            {"noReturns", frame.counts.noReturns},
                                             {"excluded", frame.counts.excluded},
                                             {"minPoints", minPoints},
                                             {"zones", std::move(list)}})

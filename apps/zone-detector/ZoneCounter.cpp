@@ -12,7 +12,7 @@ filter::classify::ZoneCounts countZoneByZone(const ZoneDetector& detector, const
   filter::classify::ZoneCounts counts;
   for (const Eigen::Vector3d& point : cloud) {
     if (!point.allFinite()) {
-      ++counts.notFinite;
+      ++counts.noReturns;
       continue;
     }
     const auto contains = [&point](const std::shared_ptr<Zone3dBase>& zone) {

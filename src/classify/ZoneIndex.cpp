@@ -95,7 +95,7 @@ ZoneCounts ZoneIndex::count(const PointsView<Real>& points, std::uint64_t* masks
       blockMasks = ownMasks.data();
     }
     countZones(blockMasks, size, bits);
-    counts.notFinite += notFinite;
+    counts.noReturns += notFinite;
   }
   const std::array<std::uint64_t, BitCounts::numCounts> sums = bits.sums();
   std::copy_n(sums.begin(), counts.inside.size(), counts.inside.begin());

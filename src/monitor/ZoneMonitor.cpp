@@ -91,7 +91,7 @@ PointFrame ZoneMonitor::updateWith(Stamp stamp, const classify::PointsView<Real>
   frame.stamp = stamp;
   frame.counts = counted.inside;
   frame.excluded = counted.excluded;
-  frame.noReturns = counted.notFinite;
+  frame.noReturns = counted.noReturns;
   ZoneStates states = states_;
   for (std::size_t slot = 0; slot < NUM_ZONE_SLOTS; ++slot) {
     if (!table_->hasZone(slot)) {

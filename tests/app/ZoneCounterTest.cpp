@@ -45,7 +45,7 @@ TEST(ZoneCounter, CountsEveryZoneThatHoldsAPointUnlessAnExclusionZoneDoes) {
   EXPECT_EQ(counts.inside[static_cast<std::size_t>(PointClassifier::zoneBit(0, 0))], 2U);
   EXPECT_EQ(counts.inside[static_cast<std::size_t>(PointClassifier::zoneBit(7, 2))], 2U);
   EXPECT_EQ(counts.excluded, 2U);
-  EXPECT_EQ(counts.notFinite, 3U);
+  EXPECT_EQ(counts.noReturns, 3U);
 }
 
 TEST(ZoneCounter, AZoneWithoutShapeHoldsNothing) {

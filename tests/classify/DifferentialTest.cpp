@@ -154,7 +154,7 @@ class Comparison {
 
   static std::string textOf(const ZoneCounts& counts) {
     std::string text =
-        std::to_string(counts.excluded) + " excluded, " + std::to_string(counts.notFinite) + " not finite:";
+        std::to_string(counts.excluded) + " excluded, " + std::to_string(counts.noReturns) + " not finite:";
     for (const std::uint64_t inside : counts.inside) {
       text += ' ' + std::to_string(inside);
     }
@@ -166,7 +166,7 @@ class Comparison {
     for (std::size_t i = 0; i < points.size(); ++i) {
       const Point3& point = points[i];
       if (!std::isfinite(point.x) || !std::isfinite(point.y) || !std::isfinite(point.z)) {
-        ++counts.notFinite;
+        ++counts.noReturns;
         continue;
       }
       if (masks[i] >> 24U != 0) {

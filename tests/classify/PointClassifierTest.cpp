@@ -328,7 +328,7 @@ TEST(PointClassifier, CountsPointsPerZoneOutsideExclusionZonesAndThoseThatAreNot
     const ZoneCounts counts = classifier.count(view, out);
     EXPECT_EQ(counts.inside[3], 2U);
     EXPECT_EQ(counts.excluded, 1U);
-    EXPECT_EQ(counts.notFinite, 2U);
+    EXPECT_EQ(counts.noReturns, 2U);
   }
   EXPECT_EQ(masks, (std::vector<std::uint64_t>{bit(3), bit(3) | bit(24), bit(3), 0, 0, 0}));
 }
@@ -343,7 +343,7 @@ TEST(PointClassifier, CountsPointsThatAreNotFiniteAboveAllZonesToo) {
   x[60] = static_cast<float>(infinity);
   const auto points = PointsView<float>::separate(x.data(), y.data(), z.data(), x.size());
   const ZoneCounts counts = PointClassifier(detector).count(points, nullptr);
-  EXPECT_EQ(counts.notFinite, 2U);
+  EXPECT_EQ(counts.noReturns, 2U);
   EXPECT_EQ(counts.inside[0], 0U);
 }
 

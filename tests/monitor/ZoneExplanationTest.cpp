@@ -33,10 +33,10 @@ TEST(ZoneExplanations, TellWhatCountsAndWhatWhichExclusionZoneTakes) {
   EXPECT_EQ(gate.taken, 6U);
   ASSERT_EQ(gate.takenBy.size(), 2U);
   EXPECT_EQ(gate.takenBy[0].exclusionZone, 1U);
-  EXPECT_EQ(gate.takenBy[0].name, "Oak");
+  EXPECT_EQ(gate.takenBy[0].zoneName, "Oak");
   EXPECT_EQ(gate.takenBy[0].points, 4U);
   EXPECT_EQ(gate.takenBy[1].exclusionZone, 2U);
-  EXPECT_EQ(gate.takenBy[1].name, "Elm");
+  EXPECT_EQ(gate.takenBy[1].zoneName, "Elm");
   EXPECT_EQ(gate.takenBy[1].points, 5U);
   const ZoneExplanation& far = explanations[1];
   EXPECT_EQ(far.slot.field, 2);

@@ -42,7 +42,7 @@ struct ZoneCounts {
   std::array<std::uint64_t, 24>
       inside{};                ///< by bit of the mask: inside the field zone and outside every exclusion zone
   std::uint64_t excluded = 0;  ///< points inside at least one exclusion zone
-  std::uint64_t notFinite = 0;  ///< points with a coordinate that is not finite: no returns
+  std::uint64_t noReturns = 0;  ///< points with a coordinate that is not finite
 };
 
 /// Which zones of a detector hold each point of a frame. An immutable snapshot of the detector: cheap to

@@ -48,7 +48,7 @@ struct PointFrame {
 /// Points that an exclusion zone takes from a zone.
 struct ExclusionShare {
   std::size_t exclusionZone = 0;  ///< its number in the detector's list
-  std::string name;
+  std::string zoneName;
   std::uint64_t points = 0;
 };
 
