@@ -38,7 +38,7 @@ void SessionPlot::extend(std::vector<TimelineContent::Interval>& intervals, bool
 
 void SessionPlot::followTracks(const Moment& moment) {
   for (const TrackedObject& object : *moment.objects) {
-    const auto place = filter::monitor::referencePoint(object.footprint.getBoostPolygon());
+    const auto place = filter::monitor::referencePoint(object.footprint);
     if (object.id < 0 || !place) {
       continue;
     }

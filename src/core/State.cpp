@@ -13,7 +13,7 @@ State::State(PlanarPolygon footprint) : footprint_(std::move(footprint)) {
   boost::geometry::correct(footprint_);
 }
 
-State::State(double x, double y, double length, double width, double heading) {
+State::State(double x, double y, double length, double width, double heading) : centre_(PlanarPoint(x, y)) {
   const double halfLength = length * 0.5;
   const double halfWidth = width * 0.5;
   const double cosine = std::cos(heading);

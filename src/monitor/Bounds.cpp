@@ -5,11 +5,14 @@
 namespace orvantis::filter::monitor {
 
 Bounds boundsOf(const core::PlanarPolygon::ring_type& ring) {
-  const auto x = [](const core::PlanarPoint& vertex) { return vertex.x(); };
-  const auto y = [](const core::PlanarPoint& vertex) { return vertex.y(); };
-  const auto [left, right] = std::ranges::minmax(ring, {}, x);
-  const auto [bottom, top] = std::ranges::minmax(ring, {}, y);
-  return {{left.x(), bottom.y()}, {right.x(), top.y()}};
+  Bounds bounds{ring.front(), ring.front()};
+  for (const core::PlanarPoint& vertex : ring) {
+    bounds.low.x(std::min(bounds.low.x(), vertex.x()));
+    bounds.low.y(std::min(bounds.low.y(), vertex.y()));
+    bounds.high.x(std::max(bounds.high.x(), vertex.x()));
+    bounds.high.y(std::max(bounds.high.y(), vertex.y()));
+  }
+  return bounds;
 }
 
 bool areApart(const Bounds& a, const Bounds& b) {

@@ -90,9 +90,8 @@ std::vector<Crossing> LineCounter::update(Stamp stamp, const std::vector<Tracked
     if (object.id < 0) {
       continue;
     }
-    const core::PlanarPolygon footprint = object.footprint.getBoostPolygon();
-    if (const auto reference = referencePoint(footprint)) {
-      follow(object, footprint, {stamp, *reference}, crossings);
+    if (const auto reference = referencePoint(object.footprint)) {
+      follow(object, object.footprint.polygon(), {stamp, *reference}, crossings);
     }
   }
   return crossings;
@@ -164,7 +163,8 @@ std::optional<Side> LineCounter::clearSide(const Line& line, const core::PlanarP
     return orientation(line.first, line.second, point) == sign &&
            std::abs(crossProduct(line.first, line.second, point)) >= line.clearance;
   };
-  if (sign == 0 || !isClear(reference) || !std::ranges::all_of(footprint.outer(), isClear)) {
+  if (sign == 0 || !isClear(reference) ||
+      !std::all_of(footprint.outer().begin(), footprint.outer().end(), isClear)) {
     return std::nullopt;
   }
   return sign > 0 ? Side::LEFT : Side::RIGHT;
@@ -239,7 +239,8 @@ void LineCounter::resetTallies() {
 }
 
 std::optional<std::size_t> LineCounter::indexOf(const std::string& line) const {
-  const auto found = std::ranges::find(lines_, line, &Line::name);
+  const auto found = std::find_if(lines_.begin(), lines_.end(),
+                                  [&](const Line& candidate) { return candidate.name == line; });
   return found != lines_.end() ? std::optional(static_cast<std::size_t>(found - lines_.begin()))
                                : std::nullopt;
 }

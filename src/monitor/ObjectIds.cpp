@@ -15,8 +15,8 @@ void requireUniqueIds(const std::vector<TrackedObject>& objects) {
       ids.push_back(object.id);
     }
   }
-  std::ranges::sort(ids);
-  if (const auto repeated = std::ranges::adjacent_find(ids); repeated != ids.end()) {
+  std::sort(ids.begin(), ids.end());
+  if (const auto repeated = std::adjacent_find(ids.begin(), ids.end()); repeated != ids.end()) {
     throw std::invalid_argument("Two objects of one frame have the id " + std::to_string(*repeated));
   }
 }

@@ -19,9 +19,9 @@ constexpr std::uint32_t bit(std::size_t slot) {
 
 // The zones that an object is in; nothing for one that cannot be placed.
 std::optional<std::uint32_t> zonesOf(const ZoneTable& table, const TrackedObject& object) {
-  const core::PlanarPolygon footprint = object.footprint.getBoostPolygon();
-  return referencePoint(footprint) ? std::optional(table.zonesOf(footprint, object.zMin, object.zMax))
-                                   : std::nullopt;
+  return referencePoint(object.footprint)
+             ? std::optional(table.zonesOf(object.footprint.polygon(), object.zMin, object.zMax))
+             : std::nullopt;
 }
 
 // Visits the slots of the zones, in ascending order.

@@ -113,8 +113,9 @@ SectorLimits limitsOf(const Sector& sector) {
 
 bool shareAnyPoint(const Sector& sector, const core::PlanarPolygon& footprint) {
   const Ring& ring = footprint.outer();
-  const bool hasVertexWithin = std::ranges::any_of(
-      ring, [&](const PlanarPoint& vertex) { return sector.within(Point(vertex.x(), vertex.y())); });
+  const bool hasVertexWithin = std::any_of(ring.begin(), ring.end(), [&](const PlanarPoint& vertex) {
+    return sector.within(Point(vertex.x(), vertex.y()));
+  });
   return hasVertexWithin ||
          anyEdge(ring, [&](const PlanarPoint& from,
                            const PlanarPoint& to) { return runsThrough(sector, from, to); }) ||

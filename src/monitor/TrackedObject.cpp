@@ -37,11 +37,24 @@ core::PlanarPoint centroid(const Ring& ring) {
   return {apex.x() + x / (3.0 * area), apex.y() + y / (3.0 * area)};
 }
 
+bool canBePlaced(const Ring& ring) {
+  return !ring.empty() && std::all_of(ring.begin(), ring.end(), isFinite);
+}
+
 }  // namespace
+
+std::optional<core::PlanarPoint> referencePoint(const core::State& footprint) {
+  // A box has to be where it was said to be: the centroid of its rounded corners may lie an ulp beside, which
+  // is another side of a line that runs through its centre.
+  if (footprint.centre() && canBePlaced(footprint.polygon().outer())) {
+    return footprint.centre();
+  }
+  return referencePoint(footprint.polygon());
+}
 
 std::optional<core::PlanarPoint> referencePoint(const core::PlanarPolygon& footprint) {
   const Ring& ring = footprint.outer();
-  if (ring.empty() || !std::ranges::all_of(ring, isFinite)) {
+  if (!canBePlaced(ring)) {
     return std::nullopt;
   }
   const auto [low, high] = boundsOf(ring);

@@ -1,7 +1,7 @@
 #include "monitor/ZoneTable.h"
 
 #include <algorithm>
-#include <bit>
+#include <cstring>
 #include <typeinfo>
 #include <utility>
 
@@ -28,7 +28,7 @@ std::shared_ptr<const detection::Zone> deepCopy(const detection::Zone& shape) {
 
 // Not by comparison of values: a NaN is the same as itself, and -0 may be rounded another way than 0.
 bool sameBits(double a, double b) {
-  return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+  return std::memcmp(&a, &b, sizeof(double)) == 0;
 }
 
 bool samePoint(const Point& a, const Point& b) {
@@ -40,7 +40,7 @@ bool sameGeometry(const Polygon& a, const Polygon& b) {
   std::vector<Point> second;
   a.getPolygon(first);
   b.getPolygon(second);
-  return std::ranges::equal(first, second, samePoint);
+  return std::equal(first.begin(), first.end(), second.begin(), second.end(), samePoint);
 }
 
 bool sameGeometry(const Sector& a, const Sector& b) {

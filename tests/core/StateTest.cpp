@@ -128,6 +128,39 @@ TEST(State, NumbersThatAreNotFiniteGiveABoxAllTheSame) {
   }
 }
 
+TEST(State, ABoxKeepsTheCentreThatItWasBuiltFrom) {
+  // Corners of a turned box are rounded, so that none of their means is this point again.
+  const State box(0.1, -0.7, 4.5, 1.75, 0.09);
+  ASSERT_TRUE(box.centre().has_value());
+  EXPECT_EQ(box.centre()->x(), 0.1);
+  EXPECT_EQ(box.centre()->y(), -0.7);
+}
+
+TEST(State, AFootprintGivenAsAPolygonHasNoCentre) {
+  EXPECT_FALSE(State(polygon({{0, 0}, {0, 1}, {1, 1}, {1, 0}})).centre().has_value());
+  EXPECT_FALSE(State(State(1, 2, 3, 4, 0).getBoostPolygon()).centre().has_value());
+}
+
+TEST(State, CopyingAndMovingKeepCentreAndFootprint) {
+  const State box(1, 2, 4, 2, 0.3);
+  const Coordinates corners = coordinates(box.polygon().outer());
+  State copy(polygon({{0, 0}, {0, 1}, {1, 0}}));
+  copy = box;
+  EXPECT_EQ(copy.centre()->y(), 2);
+  State moved(std::move(copy));
+  EXPECT_EQ(moved.centre()->y(), 2);
+  EXPECT_EQ(coordinates(moved.polygon().outer()), corners);
+  EXPECT_TRUE(copy.polygon().outer().empty());  // NOLINT(bugprone-use-after-move)
+  moved = State(polygon({{0, 0}, {0, 1}, {1, 0}}));
+  EXPECT_FALSE(moved.centre().has_value());
+}
+
+TEST(State, ThePolygonIsSeenWithoutACopy) {
+  const State box(1, 2, 4, 2, 0.3);
+  EXPECT_EQ(&box.polygon(), &box.polygon());
+  EXPECT_EQ(coordinates(box.polygon().outer()), coordinates(box.getBoostPolygon().outer()));
+}
+
 TEST(State, CopiesAreIndependentAndTheFootprintIsHandedOutAsACopy) {
   const State state(polygon({{0, 0}, {0, 1}, {1, 0}}));
   PlanarPolygon footprint = state.getBoostPolygon();

@@ -59,6 +59,37 @@ TEST(LineTies, AReferencePointOnTheLineIsMetThereOnce) {
   }
 }
 
+// Cars of 4.5 by 1.75 that head anywhere, seen at these places every 100 ms.
+std::vector<Crossing> drive(double heading, const std::vector<PlanarPoint>& places) {
+  LineCounter counter(oneLine({1.0, 0.0}, {11.0, 0.0}));
+  std::vector<Crossing> crossings;
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    const core::State car(places[i].x(), places[i].y(), 4.5, 1.75, heading);
+    const auto found = counter.update(ms(100 * static_cast<std::int64_t>(i)), {{1, car, 0.0, 1.5, "car"}});
+    crossings.insert(crossings.end(), found.begin(), found.end());
+  }
+  return crossings;
+}
+
+TEST(LineTies, ATurnedBoxGoesThroughTheEndAsAnUnturnedOneDoes) {
+  EXPECT_EQ(drive(0.0, {{1, 4}, {1, -4}}).size(), 1U);
+  EXPECT_EQ(drive(0.09, {{1, 4}, {1, -4}}).size(), 1U);
+  for (double heading = -4.0; heading < 4.0; heading += 0.01) {
+    EXPECT_EQ(drive(heading, {{1, 4}, {1, -4}}).size(), 1U) << heading;
+    EXPECT_EQ(drive(heading, {{1, -4}, {1, 0}, {1, 4}}).size(), 1U) << heading;
+  }
+}
+
+TEST(LineTies, ATurnedBoxThatStandsOnTheLineMetItWhenItCameThere) {
+  for (double heading = -4.0; heading < 4.0; heading += 0.01) {
+    const auto crossings = drive(heading, {{4, 4}, {4.1, 0}, {4.1, 0}, {4.1, 0}, {4.1, -4}});
+    ASSERT_EQ(crossings.size(), 1U) << heading;
+    EXPECT_EQ(crossings[0].met, ms(100)) << heading;
+    EXPECT_EQ(crossings[0].where.x(), 4.1) << heading;
+    EXPECT_EQ(crossings[0].accepted, ms(400)) << heading;
+  }
+}
+
 TEST(LineTies, OnTheLineCountsAsRightOfIt) {
   // From the left it meets the line when it reaches it, from the right when it leaves it.
   const auto fromLeft = walk(counterOnXAxis(), {{4, 2}, {4, 0}, {5, 0}, {6, 0}, {6, -2}});

@@ -1,5 +1,6 @@
 #include <limits>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -17,7 +18,17 @@ void expectAt(const std::optional<PlanarPoint>& point, double x, double y) {
   EXPECT_EQ(point->y(), y);
 }
 
-TEST(ReferencePoint, OfABoxIsItsCentre) {
+TEST(ReferencePoint, OfABoxIsTheCentreThatItWasGiven) {
+  for (double heading = -4.0; heading < 4.0; heading += 0.01) {
+    expectAt(referencePoint(core::State(0.1, -0.7, 4.5, 1.75, heading)), 0.1, -0.7);
+  }
+  expectAt(referencePoint(core::State(1e9, -0x1p-1000, 0.0, 0.0, 0.3)), 1e9, -0x1p-1000);
+}
+
+TEST(ReferencePoint, OfAFootprintGivenAsAPolygonIsItsCentroid) {
+  const PlanarPolygon triangle = ring({{0, 0}, {0, 3}, {3, 0}});
+  expectAt(referencePoint(triangle), 1.0, 1.0);
+  expectAt(referencePoint(core::State(triangle)), 1.0, 1.0);
   expectAt(referencePoint(core::State(3.0, -7.0, 4.0, 2.0, 0.0).getBoostPolygon()), 3.0, -7.0);
   const auto turned = referencePoint(core::State(3.0, -7.0, 4.0, 2.0, 0.7).getBoostPolygon());
   ASSERT_TRUE(turned.has_value());
@@ -69,6 +80,14 @@ TEST(ReferencePoint, ThereIsNoneWithoutAPlace) {
   EXPECT_EQ(referencePoint(PlanarPolygon()), std::nullopt);
   EXPECT_EQ(referencePoint(ring({{0, 0}, {0, nan}, {1, 0}})), std::nullopt);
   EXPECT_EQ(referencePoint(ring({{0, 0}, {0, 1}, {-inf, 0}})), std::nullopt);
+  EXPECT_EQ(referencePoint(core::State(ring({{0, 0}, {0, nan}, {1, 0}}))), std::nullopt);
+  // The centre of a box is no place when its corners are none.
+  EXPECT_EQ(referencePoint(core::State(0.0, 0.0, inf, 1.0, 0.0)), std::nullopt);
+  EXPECT_EQ(referencePoint(core::State(0.0, 0.0, 1.0, 1.0, nan)), std::nullopt);
+  EXPECT_EQ(referencePoint(core::State(nan, 0.0, 1.0, 1.0, 0.0)), std::nullopt);
+  core::State box(0.0, 0.0, 1.0, 1.0, 0.0);
+  const core::State taken = std::move(box);
+  EXPECT_EQ(referencePoint(box), std::nullopt);  // NOLINT(bugprone-use-after-move)
 }
 
 }  // namespace
