@@ -2,12 +2,10 @@
 
 #include <stdexcept>
 #include <string>
-#include <typeinfo>
 
 #include <filter/classify/PointClassifier.h>
-#include <filter/detection/Polygon.h>
-#include <filter/detection/Rectangle.h>
-#include <filter/detection/Sector.h>
+
+#include "zones/ShapeCopy.h"
 
 namespace orvantis::filter::classify {
 namespace {
@@ -16,31 +14,11 @@ using detection::Zone;
 using detection::Zone3dBase;
 using detection::ZoneDetector;
 
-// The shapes of this project copy themselves whole with their copy constructors, where Sector::makeCopy drops
-// the origin. A host's own shape, derived from one of them or not, can only be asked for a copy.
-std::shared_ptr<const Zone> exactCopy(const Zone& shape) {
-  const std::type_info& type = typeid(shape);
-  if (type == typeid(detection::Polygon)) {
-    return std::make_shared<detection::Polygon>(static_cast<const detection::Polygon&>(shape));
-  }
-  if (type == typeid(detection::Rectangle)) {
-    return std::make_shared<detection::Rectangle>(static_cast<const detection::Rectangle&>(shape));
-  }
-  if (type == typeid(detection::Sector)) {
-    return std::make_shared<detection::Sector>(static_cast<const detection::Sector&>(shape));
-  }
-  std::shared_ptr<const Zone> copy = shape.makeCopy();
-  if (!copy) {
-    throw std::invalid_argument("The shape of zone \"" + shape.name() + "\" gives no copy of itself");
-  }
-  return copy;
-}
-
 void append(std::vector<FrozenZone>& zones, const std::shared_ptr<Zone3dBase>& zone, int bit) {
   const std::shared_ptr<Zone> shape = zone ? zone->getZone2d() : nullptr;
   const bool holdsSomeHeight = zone && zone->getZMin() <= zone->getZMax();
   if (shape && holdsSomeHeight) {
-    zones.push_back({exactCopy(*shape), zone->getZMin(), zone->getZMax(), bit});
+    zones.push_back({detection::exactCopy(*shape), zone->getZMin(), zone->getZMax(), bit});
   }
 }
 

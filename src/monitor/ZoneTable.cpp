@@ -9,6 +9,7 @@
 #include <filter/detection/Sector.h>
 
 #include "monitor/SectorContact.h"
+#include "zones/ShapeCopy.h"
 
 namespace orvantis::filter::monitor {
 namespace {
@@ -17,14 +18,6 @@ using detection::Point;
 using detection::Polygon;
 using detection::Sector;
 using detection::ZoneDetector;
-
-std::shared_ptr<const detection::Zone> deepCopy(const detection::Zone& shape) {
-  // A sector's makeCopy moves it to the origin of the plan; its copy constructor does not.
-  if (typeid(shape) == typeid(Sector)) {
-    return std::make_shared<Sector>(static_cast<const Sector&>(shape));
-  }
-  return shape.makeCopy();
-}
 
 // Not by comparison of values: a NaN is the same as itself, and -0 may be rounded another way than 0.
 bool sameBits(double a, double b) {
@@ -66,17 +59,22 @@ bool sameShape(const detection::Zone& a, const detection::Zone& b) {
 
 // A polygon with a coordinate that is not finite meets nothing, so any bounds will do for it.
 std::optional<Bounds> boundsOfShape(const detection::Zone& shape) {
-  const auto* polygon = dynamic_cast<const Polygon*>(&shape);
-  if (polygon == nullptr) {
+  // A shape that a host derived from a polygon may reach beyond its vertices.
+  if (typeid(shape) != typeid(Polygon) && typeid(shape) != typeid(detection::Rectangle)) {
     return std::nullopt;
   }
   std::vector<Point> vertices;
-  polygon->getPolygon(vertices);
+  static_cast<const Polygon&>(shape).getPolygon(vertices);
   core::PlanarPolygon::ring_type ring;
   for (const Point& vertex : vertices) {
     ring.emplace_back(vertex.x(), vertex.y());
   }
   return ring.empty() ? std::nullopt : std::optional(boundsOf(ring));
+}
+
+// A range whose lower end is above its upper one, or not a number, holds no height and touches nothing.
+bool heightsTouch(double zMin, double zMax, double otherMin, double otherMax) {
+  return zMin <= zMax && otherMin <= otherMax && zMax >= otherMin && otherMax >= zMin;
 }
 
 bool holds(const detection::Zone& shape, const core::PlanarPolygon& footprint) {
@@ -98,7 +96,7 @@ ZoneTable::ZoneTable(const ZoneDetector& detector) {
     for (int zone = 0; zone < ZoneDetector::NUM_ZONES_PER_EVAL_FIELD; ++zone) {
       const auto volume = detector.getZone(field, zone);
       if (volume && volume->getZone2d()) {
-        auto shape = deepCopy(*volume->getZone2d());
+        auto shape = detection::exactCopy(*volume->getZone2d());
         const auto bounds = boundsOfShape(*shape);
         entries_[zoneSlotIndex(field, zone)] =
             Entry{volume->getName(), std::move(shape), bounds, volume->getZMin(), volume->getZMax()};
@@ -132,7 +130,7 @@ std::uint32_t ZoneTable::zonesOf(const core::PlanarPolygon& footprint, double zM
   for (std::size_t slot = 0; slot < NUM_ZONE_SLOTS; ++slot) {
     const auto& entry = entries_[slot];
     // Most objects are far from most zones; that is told without the polygons' relations.
-    if (entry && entry->zMax >= zMin && zMax >= entry->zMin &&
+    if (entry && heightsTouch(entry->zMin, entry->zMax, zMin, zMax) &&
         !(entry->bounds && areApart(*entry->bounds, bounds)) && holds(*entry->shape, footprint)) {
       zones |= std::uint32_t{1} << slot;
     }

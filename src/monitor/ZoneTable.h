@@ -20,6 +20,7 @@ namespace orvantis::filter::monitor {
 /// The zones of a detector at one moment, by slot index: deep copies that no later change reaches. Immutable.
 class ZoneTable {
  public:
+  /// @throws std::invalid_argument for a shape that gives no copy of itself
   explicit ZoneTable(const detection::ZoneDetector& detector);
 
   /// Whether a zone with a shape stands there.

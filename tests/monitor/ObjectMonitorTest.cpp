@@ -74,6 +74,25 @@ TEST(ObjectsInZones, NeedHeightsThatTouch) {
   EXPECT_FALSE(between(0.0, std::nan("")));
 }
 
+TEST(ObjectsInZones, NeedAZoneThatHoldsSomeHeight) {
+  const auto isInGateBetween = [](double zMin, double zMax) {
+    ZoneDetector detector = detectorWithGate();
+    detector.getZone(0, 0)->setZMin(zMin);
+    detector.getZone(0, 0)->setZMax(zMax);
+    return zonesOf(detector, {1, core::State(5, 5, 2, 1, 0), 0.5, 1.5, ""}) == inGateBit;
+  };
+  EXPECT_TRUE(isInGateBetween(1.0, 1.0));  // a plane is met
+  EXPECT_FALSE(isInGateBetween(std::nextafter(1.0, 2.0), 1.0));
+  EXPECT_FALSE(isInGateBetween(1.5, 0.5));  // its ends both touch the object
+  EXPECT_FALSE(isInGateBetween(std::nan(""), 2.0));
+  EXPECT_FALSE(isInGateBetween(0.0, std::nan("")));
+}
+
+TEST(ObjectsInZones, NeedAHeightOfTheirOwn) {
+  EXPECT_TRUE(isInGate({1, core::State(5, 5, 2, 1, 0), 1.0, 1.0, ""}));
+  EXPECT_FALSE(isInGate({1, core::State(5, 5, 2, 1, 0), std::nextafter(1.0, 2.0), 1.0, ""}));
+}
+
 TEST(ObjectsInZones, WhollyInsideASectorCounts) {
   const auto sector = std::make_shared<Sector>("S", -1.0, 1.0, 20.0);
   const TrackedObject inside = box(1, 10, 0);
@@ -326,6 +345,23 @@ TEST(ObjectReconfigure, TracksOfAnotherZoneAreLostAndEnterAnew) {
   EXPECT_EQ(events[1].dwell, ms(100));
   EXPECT_TRUE(monitor.occupants(0, 0).empty());
   EXPECT_EQ(monitor.update(ms(200), {box(7, 5, 5)}).events.at(0).kind, Kind::Entered);
+}
+
+TEST(ObjectReconfigure, AZoneThatHoldsNoHeightAnyMoreLosesItsTracks) {
+  ObjectMonitor monitor(detectorWithGate());
+  monitor.update(ms(0), {box(7, 5, 5)});
+  ZoneDetector upsideDown = detectorWithGate();
+  upsideDown.getZone(0, 0)->setZMin(2.0);
+  upsideDown.getZone(0, 0)->setZMax(0.0);
+  const auto events = monitor.reconfigure(upsideDown);
+  ASSERT_EQ(events.size(), 1U);
+  EXPECT_EQ(events[0].kind, Kind::Lost);
+  EXPECT_TRUE(monitor.update(ms(100), {box(7, 5, 5)}).events.empty());
+  // The same zone again keeps what it has: nothing. The right way up it is another one.
+  EXPECT_TRUE(monitor.reconfigure(upsideDown).empty());
+  EXPECT_TRUE(monitor.update(ms(200), {box(7, 5, 5)}).events.empty());
+  EXPECT_TRUE(monitor.reconfigure(detectorWithGate()).empty());
+  EXPECT_EQ(monitor.update(ms(300), {box(7, 5, 5)}).events.at(0).kind, Kind::Entered);
 }
 
 TEST(ObjectMonitorSnapshot, LaterEditsOfTheDetectorDoNotReachIt) {

@@ -63,9 +63,9 @@ struct Occupant {
 /// points, not objects; here they play no part.
 ///
 /// An object is in a zone when the height ranges touch, bounds included, and the footprint and the zone's
-/// shape share any point, borders included. One wholly inside the other counts, for sectors too. A sector's
-/// border belongs to it as Sector::within says; what a footprint's edge merely grazes there is decided by
-/// rounding.
+/// shape share any point, borders included. A range whose lower end is above its upper one, or not a number,
+/// touches nothing. One shape wholly inside the other counts, for sectors too. A sector's border belongs to
+/// it as Sector::within says; what a footprint's edge merely grazes there is decided by rounding.
 ///
 /// A track that is out of sight keeps its zones until it is forgotten: when its last sighting is
 /// `forgetAfter` old or older, at the next update, even if that one sees it again; it then begins anew. So
@@ -75,13 +75,16 @@ class ORVANTIS_API ObjectMonitor {
  public:
   static constexpr Duration DEFAULT_FORGET_AFTER = std::chrono::seconds(2);
 
-  /// @throws std::invalid_argument unless `forgetAfter` is above zero
+  /// @param forgetAfter 2 s unless given
+  /// @throws std::invalid_argument unless `forgetAfter` is above zero, and for a shape that gives no copy of
+  ///   itself, naming its zone
   explicit ObjectMonitor(const detection::ZoneDetector& detector,
                          Duration forgetAfter = DEFAULT_FORGET_AFTER);
 
   /// Goes on with the zones of another detector. Tracks stay in a zone that is the same as before by the rule
   /// of ZoneMonitor::reconfigure; for any other zone every track starts outside.
   /// @return the tracks that were in a zone that is not the same, lost at the last frame's stamp
+  /// @throws std::invalid_argument for a shape that gives no copy of itself; nothing is changed then
   std::vector<ObjectEvent> reconfigure(const detection::ZoneDetector& detector);
 
   /// Takes the next frame. An object that cannot be placed (see `referencePoint`) counts as not seen.

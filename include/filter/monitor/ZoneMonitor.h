@@ -85,7 +85,7 @@ class ORVANTIS_API ZoneMonitor {
  public:
   /// The active field is the detector's evaluation field index.
   /// @throws std::out_of_range when that is none of the 8 fields, std::invalid_argument for more than 32
-  ///   exclusion zones
+  ///   exclusion zones, and for a shape that gives no copy of itself, naming its zone
   explicit ZoneMonitor(const detection::ZoneDetector& detector);
 
   /// Goes on with another detector: its zones, options and evaluation field index.
