@@ -26,7 +26,7 @@ namespace {
 std::optional<Cloud> read(const std::string& path) {
   try {
     return orvantis::app::readCloud(path);
-  } catch (const orvantis::app::Failure& failure) {
+  } catch (const orvantis::toolkit::Failure& failure) {
     const std::string text = failure.what();
     const std::string start = path + ": cannot be read: ";
     ORVANTIS_FUZZ_CHECK(text.starts_with(start) && text.size() > start.size());

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <set>
 #include <sstream>
 #include <string>
@@ -11,13 +12,12 @@
 #include <vector>
 
 #include "Check.h"
-#include "Console.h"
-#include "InputFile.h"
-#include "TrackReader.h"
+#include "files/Failure.h"
+#include "recording/TrackReader.h"
 
-using orvantis::app::TrackFrame;
-using orvantis::app::TrackReader;
-using orvantis::app::TracksFormat;
+using orvantis::toolkit::TrackFrame;
+using orvantis::toolkit::TrackReader;
+using orvantis::toolkit::TracksFormat;
 
 namespace {
 
@@ -96,11 +96,11 @@ void checkRefusal(const std::string& refusal, const std::string& path, const std
 void check(const std::string& path, const std::string& text, TracksFormat format) {
   std::vector<TrackFrame> frames;
   try {
-    TrackReader reader(path, format);
+    TrackReader reader(std::make_unique<std::istringstream>(text), path, format);
     while (auto frame = reader.next()) {
       frames.push_back(std::move(*frame));
     }
-  } catch (const orvantis::app::Failure& failure) {
+  } catch (const orvantis::toolkit::Failure& failure) {
     checkRefusal(failure.what(), path, text);
     return;
   }
@@ -111,9 +111,7 @@ void check(const std::string& path, const std::string& text, TracksFormat format
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text(reinterpret_cast<const char*>(data), size);
-  static const orvantis::fuzz::InputFile file;
-  file.write(text);
-  check(file.as("tracks"), text, TracksFormat::Csv);
-  check(file.as("tracks"), text, TracksFormat::Kitti);
+  check("tracks", text, TracksFormat::Csv);
+  check("tracks", text, TracksFormat::Kitti);
   return 0;
 }

@@ -14,8 +14,8 @@
 
 #include "CloudCheck.h"
 #include "Console.h"
-#include "File.h"
-#include "Text.h"
+#include "files/File.h"
+#include "text/Text.h"
 
 namespace orvantis::app {
 namespace {
@@ -116,6 +116,11 @@ Cloud read(const std::string& path, std::size_t size) {
 
 }  // namespace
 
+Points viewOf(const Cloud& cloud) {
+  return filter::classify::PointsView<double>::interleaved(cloud.data(), sizeof(Cloud::value_type),
+                                                           cloud.size());
+}
+
 Cloud readCloud(const std::string& path) {
   const std::size_t size = fileSize(path);
   try {
@@ -123,11 +128,11 @@ Cloud readCloud(const std::string& path) {
   } catch (const Failure&) {
     throw;  // names the path already
   } catch (const std::bad_alloc&) {
-    throw Failure(path + ": cannot be read: not enough memory");
+    throw Failure(path, "cannot be read: not enough memory");
   } catch (const std::ios_base::failure& error) {
-    throw Failure(path + ": cannot be read: " + error.code().message());
+    throw Failure(path, "cannot be read: " + error.code().message());
   } catch (const std::exception& error) {
-    throw Failure(path + ": cannot be read: " + printable(error.what()));
+    throw Failure(path, "cannot be read: " + printable(error.what()));
   }
 }
 

@@ -2,7 +2,7 @@
 
 #include <cerrno>
 
-#include "Text.h"
+#include "text/Text.h"
 
 namespace orvantis::app {
 

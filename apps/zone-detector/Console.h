@@ -1,15 +1,14 @@
 #pragma once
 
 #include <ostream>
-#include <stdexcept>
 #include <string>
+
+#include "files/Failure.h"
 
 namespace orvantis::app {
 
-/// Why a command cannot do what was asked. The text names the file; main prints it and ends with code 1.
-struct Failure : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
+// What the commands are made of is found without its name.
+using namespace toolkit;  // NOLINT(google-build-using-namespace)
 
 /// Where a command writes: data to `out`, everything else to `err`.
 struct Console {

@@ -5,15 +5,16 @@
 #include <vector>
 
 #include "CloudReader.h"
-#include "Configuration.h"
 #include "Console.h"
-#include "EventText.h"
-#include "FieldZones.h"
+#include "DocumentFile.h"
 #include "Progress.h"
-#include "Session.h"
-#include "Stamps.h"
 #include "Table.h"
-#include "Text.h"
+#include "ZoneCells.h"
+#include "session/EventText.h"
+#include "session/Session.h"
+#include "text/Number.h"
+#include "text/StampText.h"
+#include "text/Text.h"
 
 namespace orvantis::app {
 namespace {
@@ -47,7 +48,8 @@ Reached runTo(Stamp at, const Recording& recording, Session& session, const Cons
     if (moment->objects) {
       reached.objects = moment->stamp;
     }
-    session.take(*moment, reached.cloud);
+    const std::optional<Points> points = moment->cloud ? std::optional(viewOf(reached.cloud)) : std::nullopt;
+    session.take(moment->stamp, points, moment->objectsOrNull());
   }
   return reached;
 }
@@ -68,18 +70,18 @@ std::string change(const ZoneExplanation& zone) {
 
 void explainZones(const Configuration& configuration, const Session& session, const Reached& reached,
                   const Console& console) {
-  const std::vector<ZoneExplanation> zones = session.explainZones(reached.cloud);
+  const std::vector<ZoneExplanation> zones = session.explainZones(viewOf(reached.cloud));
   console.out << console.bold(printable(reached.file) + " at " + toText(*reached.points) + " s") << '\n';
   Table table({"FIELD", "ZONE", ">POINTS", "≥ " + std::to_string(configuration.detector.getMinPoints()),
                ">TAKEN", "BY EXCLUSION ZONE", "STATE", "WILL CHANGE"});
-  int lastField = -1;
+  ZoneCells cells;
   for (const ZoneExplanation& zone : zones) {
-    const bool isNew = zone.slot.field != lastField;
-    lastField = zone.slot.field;
-    table.addRow({isNew ? std::to_string(zone.slot.field) + " " + zone.slot.fieldName : "",
-                  std::to_string(zone.slot.zone) + " " + zone.slot.zoneName, std::to_string(zone.counted),
-                  zone.isOccupiedNow ? "yes" : "no", std::to_string(zone.taken), takers(zone),
-                  zone.isOccupied ? "occupied" : "cleared", change(zone)});
+    std::vector<std::string> row =
+        cells.next(zone.slot.field, zone.slot.fieldName, zone.slot.zone, zone.slot.zoneName);
+    row.insert(row.end(),
+               {std::to_string(zone.counted), zone.isOccupiedNow ? "yes" : "no", std::to_string(zone.taken),
+                takers(zone), zone.isOccupied ? "occupied" : "cleared", change(zone)});
+    table.addRow(std::move(row));
   }
   table.print(console);
 }
@@ -104,9 +106,9 @@ void explainCrossing(const std::string& line, std::int32_t track, Stamp stamp, c
 }  // namespace
 
 int explain(const ExplainOptions& options, const Console& console) {
-  const Configuration configuration = loadConfiguration(options.document);
+  const Configuration configuration = readConfiguration(options.document);
   if (options.track && !configuration.lines.contains(options.line)) {
-    throw Failure(options.document + ": has no counter line \"" + printable(options.line) + "\"");
+    throw Failure(options.document, "has no counter line \"" + printable(options.line) + "\"");
   }
   const Stamp at(std::llround(options.at * 1e9L));
   Session session(configuration);

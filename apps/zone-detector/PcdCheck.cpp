@@ -8,9 +8,15 @@
 #include <string>
 
 #include "CloudCheck.h"
-#include "Words.h"
+#include "text/Words.h"
 
 namespace orvantis::app {
+
+using toolkit::bytesLeft;
+using toolkit::isNumber;
+using toolkit::wholeNumber;
+using toolkit::words;
+
 namespace {
 
 // The reader takes lines of up to 1023 bytes and splits longer ones.

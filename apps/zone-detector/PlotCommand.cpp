@@ -1,35 +1,31 @@
 #include "PlotCommand.h"
 
-#include <algorithm>
+#include <cstdint>
 #include <filesystem>
+#include <vector>
 
-#include "AtomicFile.h"
 #include "CloudReader.h"
-#include "Configuration.h"
 #include "Console.h"
-#include "SitePlan.h"
+#include "DocumentFile.h"
+#include "drawing/SitePlan.h"
+#include "files/AtomicFile.h"
 
 namespace orvantis::app {
 namespace {
 
 using filter::detection::Point;
-using filter::detection::Zone3dBase;
-using filter::detection::ZoneDetector;
 
-bool isCounted(const ZoneDetector& detector, const Eigen::Vector3d& p) {
-  const auto contains = [&p](const std::shared_ptr<Zone3dBase>& zone) {
-    return zone && zone->within(p.x(), p.y(), p.z());
-  };
-  return std::ranges::none_of(detector.getExclusionZoneVector(), contains) &&
-         std::ranges::any_of(detector.getEvaluationFieldArray(), [&](const auto& field) {
-           return field && std::ranges::any_of(field->zones, contains);
-         });
-}
-
-void addCloud(const std::string& path, const ZoneDetector& detector, PlanContent& plan) {
-  for (const Eigen::Vector3d& point : readCloud(path)) {
-    if (point.allFinite()) {
-      plan.dots.push_back({Point(point.x(), point.y()), isCounted(detector, point)});
+// A dot for each finite point; those that count in a zone are told by their masks.
+void addCloud(const std::string& path, const filter::detection::ZoneDetector& detector, PlanContent& plan) {
+  constexpr std::uint64_t fieldZones = (std::uint64_t{1} << 24U) - 1;
+  const Cloud cloud = readCloud(path);
+  std::vector<std::uint64_t> masks(cloud.size());
+  const filter::classify::PointClassifier classifier(detector);
+  std::visit([&](const auto& view) { classifier.classify(view, masks.data()); }, viewOf(cloud));
+  for (std::size_t i = 0; i < cloud.size(); ++i) {
+    if (cloud[i].allFinite()) {
+      const bool isCounted = masks[i] <= fieldZones && masks[i] != 0;
+      plan.dots.push_back({Point(cloud[i].x(), cloud[i].y()), isCounted});
     }
   }
 }
@@ -37,7 +33,7 @@ void addCloud(const std::string& path, const ZoneDetector& detector, PlanContent
 }  // namespace
 
 int plot(const PlotOptions& options, const Console& console) {
-  const Configuration configuration = loadConfiguration(options.document);
+  const Configuration configuration = readConfiguration(options.document);
   PlanContent plan = planOf(configuration);
   plan.title = std::filesystem::path(options.document).filename().string();
   if (!options.cloud.empty()) {
@@ -48,7 +44,7 @@ int plot(const PlotOptions& options, const Console& console) {
   try {
     svg = drawPlan(plan);
   } catch (const std::exception& error) {
-    throw Failure(options.document + ": " + error.what());
+    throw Failure(options.document, error.what());
   }
   if (options.output.empty()) {
     console.out << svg;

@@ -7,9 +7,15 @@
 #include <vector>
 
 #include "CloudCheck.h"
-#include "Words.h"
+#include "text/Words.h"
 
 namespace orvantis::app {
+
+using toolkit::bytesLeft;
+using toolkit::isNumber;
+using toolkit::wholeNumber;
+using toolkit::words;
+
 namespace {
 
 struct Property {

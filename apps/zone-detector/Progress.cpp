@@ -1,7 +1,7 @@
 #include "Progress.h"
 
 #include "Console.h"
-#include "Text.h"
+#include "text/Text.h"
 
 namespace orvantis::app {
 

@@ -6,15 +6,18 @@
 #include <boost/json/array.hpp>
 #include <boost/json/object.hpp>
 
-#include "Configuration.h"
+#include "CloudReader.h"
 #include "Console.h"
-#include "FieldZones.h"
-#include "JsonText.h"
+#include "DocumentFile.h"
+#include "HeightWarning.h"
 #include "Progress.h"
 #include "SessionRun.h"
 #include "Table.h"
-#include "Text.h"
-#include "ZoneCounter.h"
+#include "ZoneCells.h"
+#include "document/FieldZones.h"
+#include "session/ZoneCounter.h"
+#include "text/JsonText.h"
+#include "text/Text.h"
 
 namespace orvantis::app {
 namespace {
@@ -25,11 +28,6 @@ using filter::detection::ZoneDetector;
 
 std::uint64_t countOf(const FieldZone& zone, const ZoneCounts& counts) {
   return counts.inside[static_cast<std::size_t>(PointClassifier::zoneBit(zone.field, zone.zone))];
-}
-
-filter::classify::PointsView<double> pointsOf(const Cloud& cloud) {
-  return filter::classify::PointsView<double>::interleaved(cloud.data(), sizeof(Cloud::value_type),
-                                                           cloud.size());
 }
 
 struct Frame {
@@ -82,7 +80,7 @@ void printJson(const Frame& frame, const std::vector<FieldZone>& zones, std::uin
 }  // namespace
 
 int run(const RunOptions& options, const Console& console) {
-  const Configuration configuration = loadConfiguration(options.document);
+  const Configuration configuration = readConfiguration(options.document);
   if (options.hasTime()) {
     return runSession(configuration, options, console);
   }
@@ -90,20 +88,23 @@ int run(const RunOptions& options, const Console& console) {
   const ZoneDetector& detector = configuration.detector;
   const auto minPoints = static_cast<std::uint64_t>(detector.getMinPoints());
   const PointClassifier classifier(detector);
-  std::vector<FieldZone> zones = zonesOf(detector);
+  const std::vector<FieldZone> zones = zonesOf(detector);
+  HeightWatch heights(zones);
   Progress progress(console, clouds.size());
   for (std::size_t i = 0; i < clouds.size(); ++i) {
     progress.show(i, clouds[i]);
     const Cloud cloud = readCloud(clouds[i]);
+    const Points points = viewOf(cloud);
     const ZoneCounts counts =
-        options.reference ? countZoneByZone(detector, cloud) : classifier.count(pointsOf(cloud));
+        options.reference ? countZoneByZone(detector, points)
+                          : std::visit([&](const auto& view) { return classifier.count(view); }, points);
     const Frame frame{i, clouds[i], cloud.size(), counts};
-    noteHeights(zones, cloud);
+    heights.add(points);
     progress.erase();
     (options.json ? printJson : printTable)(frame, zones, minPoints, console);
     console.flush();
   }
-  warnOfHeights(zones, console);
+  warnOfHeights(heights, console);
   return 0;
 }
 

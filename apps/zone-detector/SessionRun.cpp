@@ -6,22 +6,27 @@
 #include <utility>
 #include <vector>
 
-#include "AtomicFile.h"
-#include "Configuration.h"
+#include "CloudReader.h"
 #include "Console.h"
-#include "Durations.h"
-#include "EventText.h"
-#include "FieldZones.h"
-#include "JsonText.h"
+#include "HeightWarning.h"
 #include "Progress.h"
 #include "RunCommand.h"
-#include "Session.h"
-#include "SessionPlot.h"
-#include "SessionSummary.h"
-#include "SessionTables.h"
-#include "Stamps.h"
 #include "SummaryText.h"
-#include "Text.h"
+#include "TableFiles.h"
+#include "document/Configuration.h"
+#include "document/FieldZones.h"
+#include "files/AtomicFile.h"
+#include "session/Durations.h"
+#include "session/EventText.h"
+#include "session/Session.h"
+#include "session/SessionPlot.h"
+#include "session/SessionSummary.h"
+#include "session/SessionTables.h"
+#include "session/SummaryJson.h"
+#include "text/JsonText.h"
+#include "text/Number.h"
+#include "text/StampText.h"
+#include "text/Text.h"
 
 namespace orvantis::app {
 namespace {
@@ -53,7 +58,7 @@ void writePicture(SessionPlot& picture, const RunOptions& options) {
   try {
     svg = picture.draw(std::filesystem::path(options.document).filename().string());
   } catch (const std::exception& error) {
-    throw Failure(options.document + ": " + error.what());
+    throw Failure(options.document, error.what());
   }
   writeWhole(options.picture, svg);
 }
@@ -64,37 +69,46 @@ int runSession(const Configuration& configuration, const RunOptions& options, co
   TimeLine timeLine(options.recording);
   Session session(configuration);
   SessionSummary summary;
-  std::vector<FieldZone> zones = zonesOf(configuration.detector);
+  const std::vector<FieldZone> zones = zonesOf(configuration.detector);
+  HeightWatch heights(zones);
   const SessionInputs inputs{options.recording.hasClouds(), options.recording.hasTracks()};
   auto tables = options.csvFolder.empty()
                     ? std::nullopt
-                    : std::optional<SessionTables>(std::in_place, options.csvFolder, zones);
+                    : std::optional<TableFiles>(std::in_place, options.csvFolder, SessionTables(zones));
   auto picture = options.picture.empty() ? std::nullopt
                                          : std::optional<SessionPlot>(std::in_place, configuration, inputs);
   Progress progress(console, timeLine.cloudCount());
   while (const std::optional<Moment> moment = timeLine.next()) {
     Cloud cloud;
+    std::optional<Points> points;
     if (moment->cloud) {
       progress.show(summary.pointFrames(), *moment->cloud);
       cloud = readCloud(*moment->cloud);
-      noteHeights(zones, cloud);
+      points = viewOf(cloud);
+      heights.add(*points);
     }
-    const SessionFrame frame = session.take(*moment, cloud);
+    const SessionFrame frame = session.take(moment->stamp, points, moment->objectsOrNull());
     summary.add(frame);
     if (tables) {
-      tables->add(frame);
+      tables->add(frame, moment->cloud.value_or(""));
     }
     if (picture) {
-      picture->add(*moment, frame);
+      picture->add(frame, moment->objectsOrNull());
     }
     progress.erase();
     printEvents(frame, options.json, console);
   }
-  (options.json ? printJsonSummary : printSummary)(summary, session, zones, inputs, console);
+  if (options.json) {
+    for (const auto& object : toObjects(summary, session, zones, inputs)) {
+      console.out << toJson(object) << '\n';
+    }
+  } else {
+    printSummary(summary, session, zones, inputs, console);
+  }
   console.flush();
   printTaken(summary.taken(), console);
   if (inputs.points) {
-    warnOfHeights(zones, console);
+    warnOfHeights(heights, console);
   }
   if (tables) {
     tables->finish(summary, session, inputs);

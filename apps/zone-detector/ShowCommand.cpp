@@ -5,33 +5,24 @@
 #include <numbers>
 #include <vector>
 
-#include <boost/json/array.hpp>
-#include <boost/json/object.hpp>
-
 #include <filter/detection/Rectangle.h>
-#include <filter/detection/Sector.h>
 
-#include "Configuration.h"
 #include "Console.h"
-#include "JsonText.h"
-#include "Outline.h"
+#include "DocumentFile.h"
 #include "Table.h"
-#include "Text.h"
+#include "document/DocumentJson.h"
+#include "document/Shapes.h"
+#include "text/JsonText.h"
+#include "text/Number.h"
+#include "text/Text.h"
 
 namespace orvantis::app {
 namespace {
 
-using boost::json::array;
-using boost::json::object;
 using filter::detection::CounterLine;
 using filter::detection::Point;
-using filter::detection::Sector;
 using filter::detection::Zone3dBase;
 using filter::detection::ZoneDetector;
-
-const char* levelName(const ZoneDetector& detector) {
-  return detector.getTriggerZone() == ZoneDetector::TriggerZoneValue::LOW ? "low" : "high";
-}
 
 // Shape, area and heights of a zone, as cells.
 std::vector<std::string> zoneCells(const Zone3dBase& zone) {
@@ -51,7 +42,7 @@ void printOptions(const ZoneDetector& detector, const Console& console) {
   table.addRow({"sensitivity", std::to_string(detector.getSensitivityFromMinPoints(detector.getMinPoints())) +
                                    ": occupied at >= " +
                                    counted(static_cast<std::uint64_t>(detector.getMinPoints()), "point")});
-  table.addRow({"trigger active level", levelName(detector)});
+  table.addRow({"trigger active level", triggerLevelName(detector)});
   table.addRow({"software API command", detector.useSoftwareAPICommand() ? "used" : "not used"});
   table.print(console);
 }
@@ -123,94 +114,10 @@ void printCounterLines(const Configuration& configuration, const Console& consol
   table.print(console);
 }
 
-object toObject(const Point& point) {
-  return {{"x", point.x()}, {"y", point.y()}};
-}
-
-object toObject(const Zone3dBase& zone) {
-  object result{{"name", zone.getName()}};
-  const auto shape = zone.getZone2d();
-  if (shape) {
-    result["shape"] = shape->type();
-    result["area"] = coveredArea(*shape);
-  } else {
-    result["shape"] = nullptr;
-  }
-  result["zMin"] = zone.getZMin();
-  result["zMax"] = zone.getZMax();
-  if (const auto* sector = dynamic_cast<const Sector*>(shape.get())) {
-    double minAngle = 0.0;
-    double maxAngle = 0.0;
-    double radius = 0.0;
-    sector->getSector(minAngle, maxAngle, radius);
-    result["minAngle"] = minAngle;
-    result["maxAngle"] = maxAngle;
-    result["radius"] = radius;
-  } else if (shape) {
-    array vertices;
-    for (const Point& vertex : outline(*shape)) {
-      vertices.push_back(toObject(vertex));
-    }
-    result["vertices"] = std::move(vertices);
-  }
-  return result;
-}
-
-object toObject(int index, const ZoneDetector& detector) {
-  const auto field = detector.getEvaluationField(index);
-  array zones;
-  for (int z = 0; z < ZoneDetector::NUM_ZONES_PER_EVAL_FIELD; ++z) {
-    if (const auto zone = detector.getZone(index, z)) {
-      object entry{{"index", z}};
-      for (auto& [key, value] : toObject(*zone)) {
-        entry.emplace(key, value);
-      }
-      zones.push_back(std::move(entry));
-    }
-  }
-  return {{"index", index}, {"name", field->name}, {"zones", std::move(zones)}};
-}
-
-object toObject(const CounterLine& line) {
-  const auto& points = line.getPoints();
-  const Point direction = directionOf(line);
-  return {{"name", line.getName()},
-          {"first", toObject(Point(points[0].x(), points[0].y()))},
-          {"second", toObject(Point(points[1].x(), points[1].y()))},
-          {"left", toObject(Point(-direction.y() + 0.0, direction.x()))}};
-}
-
-object toObject(const Configuration& configuration) {
-  const ZoneDetector& detector = configuration.detector;
-  object result{{"debounceTimeMs", detector.getDebounceTime().count()},
-                {"sensitivity", detector.getSensitivityFromMinPoints(detector.getMinPoints())},
-                {"minPoints", detector.getMinPoints()},
-                {"triggerActiveLevel", levelName(detector)},
-                {"useSoftwareAPICommand", detector.useSoftwareAPICommand()}};
-  array fields;
-  for (int f = 0; f < ZoneDetector::NUM_EVAL_FIELDS; ++f) {
-    if (detector.getEvaluationField(f)) {
-      fields.push_back(toObject(f, detector));
-    }
-  }
-  result["evaluationFields"] = std::move(fields);
-  array exclusionZones;
-  for (const auto& zone : detector.getExclusionZoneVector()) {
-    exclusionZones.push_back(toObject(*zone));
-  }
-  result["exclusionZones"] = std::move(exclusionZones);
-  array lines;
-  for (const auto& [name, line] : configuration.lines) {
-    lines.push_back(toObject(line));
-  }
-  result["counterLines"] = std::move(lines);
-  return result;
-}
-
 }  // namespace
 
 int show(const std::string& path, bool json, const Console& console) {
-  const Configuration configuration = loadConfiguration(path);
+  const Configuration configuration = readConfiguration(path);
   if (json) {
     console.out << toJson(toObject(configuration)) << '\n';
   } else {

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "Console.h"
-#include "Text.h"
+#include "text/Text.h"
 
 namespace orvantis::app {
 

@@ -2,19 +2,20 @@
 
 #include <cmath>
 #include <filesystem>
+#include <fstream>
+#include <memory>
 #include <utility>
 
 #include "Console.h"
-#include "RowReader.h"
-#include "Stamps.h"
-#include "Text.h"
+#include "files/File.h"
+#include "text/Number.h"
 
 namespace orvantis::app {
 
 using filter::monitor::Stamp;
 
-std::deque<TimeLine::StampedCloud> TimeLine::atRate(const std::vector<std::string>& paths, double rate) {
-  std::deque<StampedCloud> clouds;
+std::deque<StampedPath> TimeLine::atRate(const std::vector<std::string>& paths, double rate) {
+  std::deque<StampedPath> clouds;
   for (const std::string& path : paths) {
     const double nanoseconds = static_cast<double>(clouds.size()) / rate * 1e9;
     if (!(nanoseconds < 4.6e18)) {
@@ -25,31 +26,17 @@ std::deque<TimeLine::StampedCloud> TimeLine::atRate(const std::vector<std::strin
   return clouds;
 }
 
-std::deque<TimeLine::StampedCloud> TimeLine::fromList(const std::string& path) {
+std::deque<StampedPath> TimeLine::fromList(const std::string& path) {
   // So that a recording can be moved together with its list.
   const std::filesystem::path folder = std::filesystem::path(path).parent_path();
-  std::deque<StampedCloud> clouds;
-  RowReader rows(path);
-  while (rows.next()) {
-    const std::string_view line = rows.line();
-    if (line.empty() || line.starts_with('#')) {
-      continue;
-    }
-    const std::size_t end = line.find_first_of(", \t");
-    const std::size_t begin = line.find_first_not_of(" \t", end == std::string_view::npos ? end : end + 1);
-    const Field stampField{line.substr(0, end), 1};
-    const Stamp stamp(rows.nanoseconds(stampField, "stamp"));
-    if (begin == std::string_view::npos) {
-      rows.refuse({{}, line.size() + 1}, "there is no path after the stamp");
-    }
-    if (!clouds.empty() && stamp <= clouds.back().stamp) {
-      rows.refuse(stampField,
-                  "stamp is not later than the one before, " + toText(clouds.back().stamp) + " s");
-    }
-    clouds.push_back({stamp, (folder / line.substr(begin)).string()});
+  StampList list(std::make_unique<std::ifstream>(openFile(path)), path);
+  std::deque<StampedPath> clouds;
+  while (auto cloud = list.next()) {
+    cloud->path = (folder / cloud->path).string();
+    clouds.push_back(std::move(*cloud));
   }
   if (clouds.empty()) {
-    throw Failure(path + ": lists no frames");
+    throw Failure(path, "lists no frames");
   }
   return clouds;
 }
@@ -59,7 +46,8 @@ TimeLine::TimeLine(const Recording& recording)
                                        : fromList(recording.stamps)),
       cloudCount_(clouds_.size()) {
   if (recording.hasTracks()) {
-    tracks_.emplace(recording.tracks, recording.tracksFormat);
+    tracks_.emplace(std::make_unique<std::ifstream>(openFile(recording.tracks)), recording.tracks,
+                    recording.tracksFormat);
     trackFrame_ = tracks_->next();
   }
 }

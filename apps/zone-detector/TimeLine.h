@@ -8,7 +8,8 @@
 
 #include <filter/monitor/Stamp.h>
 
-#include "TrackReader.h"
+#include "recording/StampList.h"
+#include "recording/TrackReader.h"
 
 namespace orvantis::app {
 
@@ -18,7 +19,7 @@ struct Recording {
   std::optional<double> rate;  ///< of the clouds in Hz; none: 10
   std::string stamps;          ///< a list of clouds and their stamps, in place of `clouds`; empty: none
   std::string tracks;          ///< empty: none
-  TracksFormat tracksFormat = TracksFormat::Csv;
+  toolkit::TracksFormat tracksFormat = toolkit::TracksFormat::Csv;
 
   bool hasClouds() const { return !clouds.empty() || !stamps.empty(); }
   bool hasTracks() const { return !tracks.empty(); }
@@ -29,6 +30,10 @@ struct Moment {
   filter::monitor::Stamp stamp{0};
   std::optional<std::string> cloud;  ///< its path
   std::optional<std::vector<filter::monitor::TrackedObject>> objects;
+
+  const std::vector<filter::monitor::TrackedObject>* objectsOrNull() const {
+    return objects ? &*objects : nullptr;
+  }
 };
 
 /// Points and tracked objects in the order of their stamps.
@@ -44,18 +49,13 @@ class TimeLine {
   std::optional<Moment> next();
 
  private:
-  struct StampedCloud {
-    filter::monitor::Stamp stamp;
-    std::string path;
-  };
+  static std::deque<toolkit::StampedPath> atRate(const std::vector<std::string>& paths, double rate);
+  static std::deque<toolkit::StampedPath> fromList(const std::string& path);
 
-  static std::deque<StampedCloud> atRate(const std::vector<std::string>& paths, double rate);
-  static std::deque<StampedCloud> fromList(const std::string& path);
-
-  std::deque<StampedCloud> clouds_;  // those to come
+  std::deque<toolkit::StampedPath> clouds_;  // those to come
   std::size_t cloudCount_;
-  std::optional<TrackReader> tracks_;
-  std::optional<TrackFrame> trackFrame_;  // the one to come
+  std::optional<toolkit::TrackReader> tracks_;
+  std::optional<toolkit::TrackFrame> trackFrame_;  // the one to come
 };
 
 }  // namespace orvantis::app

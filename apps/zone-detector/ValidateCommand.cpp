@@ -4,12 +4,12 @@
 
 #include <filter/detection/ZoneDetector.h>
 
-#include "Configuration.h"
 #include "Console.h"
-#include "File.h"
-#include "Lint.h"
-#include "LocatedJson.h"
-#include "Text.h"
+#include "document/Configuration.h"
+#include "document/Lint.h"
+#include "document/LocatedJson.h"
+#include "files/File.h"
+#include "text/Text.h"
 
 namespace orvantis::app {
 namespace {

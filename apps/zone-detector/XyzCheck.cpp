@@ -4,9 +4,12 @@
 #include <string>
 
 #include "CloudCheck.h"
-#include "Words.h"
+#include "text/Words.h"
 
 namespace orvantis::app {
+
+using toolkit::isNumber;
+using toolkit::words;
 
 // Open3D leaves out the lines it cannot read, so a damaged file would pass for one with fewer points.
 void checkXyz(const std::string& path) {

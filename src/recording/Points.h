@@ -3,9 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <variant>
 
-#include <filter/classify/PointClassifier.h>
+#include <filter/classify/Points.h>
 
 namespace orvantis::toolkit {
 
@@ -24,12 +23,8 @@ constexpr const char* nameOf(NumberType type) noexcept {
   return names[static_cast<std::size_t>(type)];
 }
 
-/// The points of a frame, in metres, as a view of memory that somebody else owns.
-using Points = std::variant<filter::classify::PointsView<float>, filter::classify::PointsView<double>>;
-
-inline std::size_t sizeOf(const Points& points) {
-  return std::visit([](const auto& view) { return view.size; }, points);
-}
+using filter::classify::Points;
+using filter::classify::sizeOf;
 
 /// What a file says about one of its columns.
 struct Column {

@@ -19,8 +19,9 @@
 #include "CloudCheck.h"
 #include "CloudReader.h"
 #include "Console.h"
-#include "TemporaryFolder.h"
-#include "TrackReader.h"
+#include "files/File.h"
+#include "recording/TrackReader.h"
+#include "support/TemporaryFolder.h"
 
 namespace orvantis::app {
 namespace {
@@ -218,10 +219,14 @@ TEST(BrokenFrames, AReadErrorIsNotTheEndOfTheFile) {
   EXPECT_THROW(checkXyz(unreadable), std::ios_base::failure);
 }
 
+std::unique_ptr<std::istream> opened(const std::string& path) {
+  return std::make_unique<std::ifstream>(openFile(path));
+}
+
 TEST(BrokenTracks, AReadErrorIsNamed) {
   for (const TracksFormat format : {TracksFormat::Csv, TracksFormat::Kitti}) {
     try {
-      TrackReader(unreadable, format).next();
+      TrackReader(opened(unreadable), unreadable, format).next();
       ADD_FAILURE();
     } catch (const Failure& failure) {
       EXPECT_STREQ(failure.what(), "/proc/self/mem: cannot be read: Input/output error");
@@ -235,7 +240,7 @@ TEST(BrokenTracks, AFileThatEndsInsideARowIsRefusedAfterTheFramesBefore) {
   const TemporaryFolder folder;
   const std::string path =
       folder.write("tracks.csv", csvHeader + "0,1,a,0,0,1,1,0,0,1\n1,1,a,0,0,1,1,0,0,1\n2,1,a,0,0,1");
-  TrackReader reader(path, TracksFormat::Csv);
+  TrackReader reader(opened(path), path, TracksFormat::Csv);
   EXPECT_EQ(reader.next()->stamp.count(), 0);
   try {
     reader.next();
@@ -256,7 +261,7 @@ TEST(BrokenTracks, SignalsWhileItWaitsForAPipeLoseNothing) {
 
   std::vector<TrackFrame> frames;
   std::thread reading([&] {
-    TrackReader reader(path, TracksFormat::Csv);
+    TrackReader reader(opened(path), path, TracksFormat::Csv);
     while (auto frame = reader.next()) {
       frames.push_back(std::move(*frame));
     }

@@ -13,7 +13,7 @@
 
 #include "CloudReader.h"
 #include "Console.h"
-#include "TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 namespace orvantis::app {
 namespace {

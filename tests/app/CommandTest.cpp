@@ -8,7 +8,7 @@
 #include <unistd.h>
 
 #include "Program.h"
-#include "TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 namespace orvantis::testing {
 namespace {

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "Program.h"
-#include "TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 // The whole output of each subcommand, compared with a file. After a wanted change, run the tests once with
 // UPDATE_GOLDEN=1 and look at what changed.

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "Program.h"
-#include "TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 // Frames of real sensors, where they are at hand: they lie beside the source tree and are no part of it.
 

@@ -6,7 +6,7 @@
 
 #include "CloudReader.h"
 #include "Program.h"
-#include "TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 namespace orvantis::testing {
 namespace {

@@ -11,7 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "Program.h"
-#include "TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 namespace orvantis::testing {
 namespace {

@@ -1,2 +1,0 @@
-// Boost.JSON compiled into the command; the copy inside the settings library is hidden there.
-#include <boost/json/src.hpp>

@@ -1,0 +1,43 @@
+#include "TableFiles.h"
+
+#include <system_error>
+#include <utility>
+
+#include "Console.h"
+
+namespace orvantis::app {
+namespace {
+
+std::filesystem::path made(const std::string& folder) {
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (error) {
+    throw Failure(folder, "cannot be made: " + error.message());
+  }
+  return folder;
+}
+
+}  // namespace
+
+TableFiles::TableFiles(const std::string& folder, SessionTables tables)
+    : folder_(made(folder)),
+      tables_(std::move(tables)),
+      events_((folder_ / "events.csv").string()),
+      frames_((folder_ / "frames.csv").string()) {
+  events_.append(tables_.eventHeader());
+  frames_.append(tables_.frameHeader());
+}
+
+void TableFiles::add(const SessionFrame& frame, const std::string& file) {
+  events_.append(tables_.eventRows(frame));
+  frames_.append(tables_.frameRow(frame, file));
+}
+
+void TableFiles::finish(const SessionSummary& summary, const Session& session, const SessionInputs& inputs) {
+  events_.commit();
+  frames_.commit();
+  writeWhole((folder_ / "zones.csv").string(), tables_.zoneTable(summary, session, inputs));
+  writeWhole((folder_ / "lines.csv").string(), tables_.lineTable(session));
+}
+
+}  // namespace orvantis::app

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <filter/detection/Point.h>
+
+#include "drawing/SvgTimeline.h"
+
+namespace orvantis::toolkit {
+
+/// What a plan shows, in metres.
+struct PlanContent {
+  struct Field {
+    int index;
+    std::string name;
+  };
+  struct Area {
+    std::string name;
+    std::vector<filter::detection::Point> ring;
+    std::optional<int> field;  ///< none: an exclusion zone
+  };
+  struct Line {
+    std::string name;
+    filter::detection::Point first;
+    filter::detection::Point second;
+  };
+  struct Dot {
+    filter::detection::Point at;
+    bool counted;  ///< inside a zone and outside every exclusion zone
+  };
+
+  struct Track {
+    std::int32_t id;
+    std::vector<filter::detection::Point> path;
+  };
+
+  std::string title;
+  std::vector<Field> fields;
+  std::vector<Area> areas;
+  std::vector<Line> lines;
+  std::vector<Dot> dots;
+  std::vector<Track> tracks;
+  std::vector<filter::detection::Point> crossings;
+  std::optional<TimelineContent> timeline;  ///< drawn under the plan
+};
+
+/// Draws the plan as an SVG document: y up, equal scale on both axes.
+/// @throws std::runtime_error when the coordinates are too far apart to draw
+std::string drawPlan(const PlanContent& content);
+
+}  // namespace orvantis::toolkit

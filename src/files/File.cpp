@@ -1,0 +1,58 @@
+#include "files/File.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
+#include "files/Failure.h"
+#include "text/Text.h"
+
+namespace orvantis::toolkit {
+namespace {
+
+[[noreturn]] void fail(const std::string& path, const std::string& reason) {
+  throw Failure(path, "cannot be read: " + reason);
+}
+
+}  // namespace
+
+std::ifstream openFile(const std::string& path) {
+  if (std::filesystem::is_directory(path)) {
+    fail(path, "it is a folder");
+  }
+  errno = 0;
+  std::ifstream in(path, std::ios::binary);
+  if (!in) {
+    fail(path, errorText(errno));
+  }
+  return in;
+}
+
+std::string readFile(const std::string& path, std::size_t limit) {
+  std::ifstream in = openFile(path);
+  std::string text(limit, '\0');
+  in.read(text.data(), static_cast<std::streamsize>(limit));
+  if (in.bad()) {
+    fail(path, errorText(errno));
+  }
+  text.resize(static_cast<std::size_t>(in.gcount()));
+  return text;
+}
+
+std::size_t fileSize(const std::string& path) {
+  std::error_code error;
+  const auto status = std::filesystem::status(path, error);
+  if (status.type() == std::filesystem::file_type::not_found || error) {
+    fail(path, error ? error.message() : errorText(ENOENT));
+  }
+  if (!std::filesystem::is_regular_file(status)) {
+    fail(path, std::filesystem::is_directory(status) ? "it is a folder" : "it is no regular file");
+  }
+  if (!std::ifstream(path)) {
+    fail(path, errorText(errno));
+  }
+  return std::filesystem::file_size(path);
+}
+
+}  // namespace orvantis::toolkit

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstddef>
+#include <fstream>
+#include <string>
+
+namespace orvantis::toolkit {
+
+/// The bytes of a file.
+/// @param limit no more than this many are read
+/// @throws Failure with the path and the reason
+std::string readFile(const std::string& path, std::size_t limit);
+
+/// The file, open for reading. @throws Failure with the path and the reason, also for a folder
+std::ifstream openFile(const std::string& path);
+
+/// @throws Failure when the path cannot be opened for reading or is not a file with bytes to read
+std::size_t fileSize(const std::string& path);
+
+}  // namespace orvantis::toolkit

@@ -1,0 +1,123 @@
+#include "recording/TrackReader.h"
+
+#include <chrono>
+#include <cstdint>
+#include <numbers>
+#include <utility>
+
+#include "text/StampText.h"
+
+namespace orvantis::toolkit {
+namespace {
+
+using core::State;
+using filter::monitor::Stamp;
+using filter::monitor::TrackedObject;
+
+constexpr std::string_view csvHeader = "stamp,id,class,x,y,length,width,heading,zmin,zmax";
+
+}  // namespace
+
+TrackReader::TrackReader(std::unique_ptr<std::istream> in, const std::string& path, TracksFormat format)
+    : rows_(std::move(in), path), format_(format) {
+  if (format == TracksFormat::Csv && (!rows_.next() || rows_.line() != csvHeader)) {
+    rows_.refuse({}, "the header must be " + std::string(csvHeader));
+  }
+}
+
+std::optional<TrackFrame> TrackReader::next() {
+  while (std::optional<Row> row = readRow()) {
+    std::optional<TrackFrame> complete;
+    if (frame_ && row->stamp != frame_->stamp) {
+      complete = std::exchange(frame_, std::nullopt);
+      ids_.clear();
+    }
+    append(std::move(*row));
+    if (complete) {
+      return complete;
+    }
+  }
+  return std::exchange(frame_, std::nullopt);
+}
+
+std::optional<TrackReader::Row> TrackReader::readRow() {
+  while (rows_.next()) {
+    if (!rows_.line().empty()) {
+      return format_ == TracksFormat::Csv ? csvRow() : kittiRow();
+    }
+  }
+  return std::nullopt;
+}
+
+TrackReader::Row TrackReader::csvRow() const {
+  const std::vector<Field> f = rows_.fields(',');
+  if (f.size() != 10) {
+    rows_.refuse(f.back(), "the row has " + std::to_string(f.size()) + " columns instead of 10");
+  }
+  const Stamp stamp(rows_.nanoseconds(f[0], "stamp"));
+  if (frame_ && stamp < frame_->stamp) {
+    rows_.refuse(f[0], "stamp is earlier than the one before, " + toText(frame_->stamp) + " s");
+  }
+  const std::int32_t id = rows_.wholeNumber(f[1], "id");
+  const double x = rows_.number(f[3], "x");
+  const double y = rows_.number(f[4], "y");
+  const double length = rows_.extent(f[5], "length");
+  const double width = rows_.extent(f[6], "width");
+  const double heading = rows_.number(f[7], "heading");
+  const double zMin = rows_.number(f[8], "zmin");
+  const double zMax = rows_.number(f[9], "zmax");
+  if (zMin > zMax) {
+    rows_.refuse(f[9], "zmax is below zmin");
+  }
+  return {stamp, TrackedObject{id, State(x, y, length, width, heading), zMin, zMax, std::string(f[2].text)},
+          f[1]};
+}
+
+TrackReader::Row TrackReader::kittiRow() const {
+  const std::vector<Field> f = rows_.words();
+  if (f.size() != 17 && f.size() != 18) {  // trackers append a score
+    rows_.refuse(f.empty() ? Field() : f.back(),
+                 "the row has " + std::to_string(f.size()) + " columns instead of 17");
+  }
+  const std::int32_t number = rows_.wholeNumber(f[0], "frame");
+  if (number < 0) {
+    rows_.refuse(f[0], "frame is below zero");
+  }
+  const Stamp stamp = number * std::chrono::milliseconds(100);
+  if (frame_ && stamp < frame_->stamp) {
+    rows_.refuse(f[0], "frame is earlier than the one before, " +
+                           std::to_string(frame_->stamp / std::chrono::milliseconds(100)));
+  }
+  const std::int32_t id = rows_.wholeNumber(f[1], "track id");
+  if (f[2].text == "DontCare") {
+    return {stamp, std::nullopt, f[1]};
+  }
+  const double height = rows_.extent(f[10], "height");
+  const double width = rows_.extent(f[11], "width");
+  const double length = rows_.extent(f[12], "length");
+  // The camera looks along its z; its x points to the right and its y down, to the middle of the bottom.
+  const double right = rows_.number(f[13], "x");
+  const double down = rows_.number(f[14], "y");
+  const double forward = rows_.number(f[15], "z");
+  const double rotation = rows_.number(f[16], "rotation_y");
+  return {stamp,
+          TrackedObject{id, State(forward, -right, length, width, -rotation - std::numbers::pi / 2.0), -down,
+                        height - down, std::string(f[2].text)},
+          f[1]};
+}
+
+void TrackReader::append(Row row) {
+  if (!frame_) {
+    frame_ = TrackFrame{row.stamp, {}};
+  }
+  if (!row.object) {
+    return;
+  }
+  const std::int32_t id = row.object->id;
+  if (id >= 0 && !ids_.insert(id).second) {
+    rows_.refuse(row.id, "track " + std::to_string(id) + " is there twice at " + toText(row.stamp) + " s");
+  }
+  frame_->objects.push_back(std::move(*row.object));
+}
+
+}  // namespace orvantis::toolkit

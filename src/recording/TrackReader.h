@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <istream>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <filter/monitor/Stamp.h>
+#include <filter/monitor/TrackedObject.h>
+
+#include "recording/RowReader.h"
+
+namespace orvantis::toolkit {
+
+enum class TracksFormat {
+  Csv,    ///< with the header stamp,id,class,x,y,length,width,heading,zmin,zmax
+  Kitti,  ///< KITTI tracking labels, turned to the level plane
+};
+
+/// The objects that a tracker reported for one stamp.
+struct TrackFrame {
+  filter::monitor::Stamp stamp{0};
+  std::vector<filter::monitor::TrackedObject> objects;
+};
+
+/// Reads tracked objects from text, frame by frame: it holds no more than one of them. Both formats are
+/// described in docs/command.md.
+class TrackReader {
+ public:
+  /// @param path names the text in messages
+  /// @throws Failure when the text has a wrong header
+  TrackReader(std::unique_ptr<std::istream> in, const std::string& path, TracksFormat format);
+
+  /// The rows of the next stamp; nothing at the end of the file.
+  /// @throws Failure at a bad row, with file, line, column and reason
+  std::optional<TrackFrame> next();
+
+ private:
+  struct Row {
+    filter::monitor::Stamp stamp{0};
+    std::optional<filter::monitor::TrackedObject> object;  // none: the row only says that there was a frame
+    Field id;                                              // of the line that was read last
+  };
+
+  std::optional<Row> readRow();
+  Row csvRow() const;
+  Row kittiRow() const;
+  void append(Row row);
+
+  RowReader rows_;
+  TracksFormat format_;
+  std::optional<TrackFrame> frame_;  // of the row that was read ahead
+  std::set<std::int32_t> ids_;       // of its tracks
+};
+
+}  // namespace orvantis::toolkit

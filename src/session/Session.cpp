@@ -1,0 +1,51 @@
+#include "session/Session.h"
+
+#include <chrono>
+
+namespace orvantis::toolkit {
+namespace {
+
+using filter::monitor::Crossing;
+
+}  // namespace
+
+Session::Session(const Configuration& configuration)
+    : zones_(configuration.detector), objects_(configuration.detector), lines_(configuration.lines) {}
+
+SessionFrame Session::take(filter::monitor::Stamp stamp, const std::optional<Points>& points,
+                           const std::vector<filter::monitor::TrackedObject>* objects) {
+  SessionFrame frame;
+  frame.stamp = stamp;
+  std::vector<Crossing> crossings;
+  const auto begin = std::chrono::steady_clock::now();
+  if (points) {
+    frame.points = std::visit([&](const auto& view) { return zones_.update(stamp, view); }, *points);
+  }
+  if (objects != nullptr) {
+    frame.objects = objects_.update(stamp, *objects);
+    crossings = lines_.update(stamp, *objects);
+  }
+  frame.taken = std::chrono::steady_clock::now() - begin;
+
+  if (frame.points) {
+    frame.pointCount = sizeOf(*points);
+    frame.events.insert(frame.events.end(), frame.points->events.begin(), frame.points->events.end());
+    const OutputEvent outputs{frame.points->activeField, frame.points->outputs};
+    if (!lastOutputs_ || lastOutputs_->levels != outputs.levels) {
+      frame.events.emplace_back(outputs);
+    }
+    lastOutputs_ = outputs;
+  }
+  if (frame.objects) {
+    frame.objectCount = objects->size();
+    frame.events.insert(frame.events.end(), frame.objects->events.begin(), frame.objects->events.end());
+    frame.events.insert(frame.events.end(), crossings.begin(), crossings.end());
+  }
+  return frame;
+}
+
+std::vector<filter::monitor::ZoneExplanation> Session::explainZones(const Points& points) const {
+  return std::visit([this](const auto& view) { return zones_.explain(view); }, points);
+}
+
+}  // namespace orvantis::toolkit

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "document/Configuration.h"
+#include "document/FieldZones.h"
+#include "drawing/SvgPlan.h"
+#include "session/Session.h"
+#include "session/SessionSummary.h"
+
+namespace orvantis::toolkit {
+
+/// Collects what the picture of a session shows. Memory grows with the sightings.
+class SessionPlot {
+ public:
+  SessionPlot(const Configuration& configuration, const SessionInputs& inputs);
+
+  /// @param objects as the session took them; null: there were none
+  void add(const SessionFrame& frame, const std::vector<filter::monitor::TrackedObject>* objects);
+
+  /// The picture as an SVG document. @throws std::runtime_error when it cannot be drawn
+  std::string draw(const std::string& title);
+
+ private:
+  struct OpenTrack {
+    std::size_t index;  // among the plan's tracks
+    filter::monitor::Stamp lastSeen;
+  };
+
+  void followTracks(filter::monitor::Stamp stamp, const std::vector<filter::monitor::TrackedObject>& objects);
+  /// Makes an interval longer that was on in the frame before, or begins one.
+  static void extend(std::vector<TimelineContent::Interval>& intervals, bool wasOn, bool isOn, double time);
+
+  std::vector<FieldZone> zones_;
+  PlanContent plan_;
+  std::map<std::int32_t, OpenTrack> tracks_;
+  std::map<std::string, std::size_t> lineRows_;
+  std::array<bool, filter::monitor::NUM_ZONE_SLOTS> wasOccupied_{};
+  std::array<bool, filter::monitor::NUM_ZONE_SLOTS> wasInhabited_{};
+  bool isBegun_ = false;
+};
+
+}  // namespace orvantis::toolkit

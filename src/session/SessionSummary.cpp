@@ -1,0 +1,73 @@
+#include "session/SessionSummary.h"
+
+#include <algorithm>
+
+namespace orvantis::toolkit {
+
+using filter::monitor::NUM_ZONE_SLOTS;
+using filter::monitor::ObjectEvent;
+using filter::monitor::ObjectFrame;
+using filter::monitor::Occupant;
+using filter::monitor::PointFrame;
+using filter::monitor::zoneSlotIndex;
+
+std::int64_t netToLeft(const filter::monitor::CrossingCounts& counts) {
+  return static_cast<std::int64_t>(counts.toLeft) - static_cast<std::int64_t>(counts.toRight);
+}
+
+void SessionSummary::add(const SessionFrame& frame) {
+  begin_ = begin_.value_or(frame.stamp);
+  end_ = frame.stamp;
+  taken_.add(frame.taken);
+  if (frame.points) {
+    addPoints(*frame.points);
+  }
+  if (frame.objects) {
+    addObjects(*frame.objects);
+  }
+}
+
+void SessionSummary::addPoints(const PointFrame& frame) {
+  ++pointFrames_;
+  for (std::size_t i = 0; i < NUM_ZONE_SLOTS; ++i) {
+    ZoneSummary& summary = zones_[i].summary;
+    summary.peakPoints = std::max(summary.peakPoints, frame.counts[i]);
+    if (wasOccupied_[i]) {
+      summary.occupied += frame.stamp - *lastPoints_;
+    } else if (frame.isOccupied[i]) {
+      ++summary.activations;
+    }
+  }
+  wasOccupied_ = frame.isOccupied;
+  lastPoints_ = frame.stamp;
+}
+
+void SessionSummary::addObjects(const ObjectFrame& frame) {
+  ++objectFrames_;
+  for (std::size_t i = 0; i < NUM_ZONE_SLOTS; ++i) {
+    ZoneSummary& summary = zones_[i].summary;
+    summary.peakObjects = std::max<std::uint64_t>(summary.peakObjects, frame.inside[i]);
+  }
+  for (const ObjectEvent& event : frame.events) {
+    ZoneRecord& record = zones_[zoneSlotIndex(event.slot.field, event.slot.zone)];
+    if (event.kind == ObjectEvent::Kind::Entered) {
+      ++record.summary.visits;
+    } else {
+      record.dwells.add(event.dwell);
+    }
+  }
+}
+
+ZoneSummary SessionSummary::of(const FieldZone& zone, const filter::monitor::ObjectMonitor& objects) const {
+  const ZoneRecord& record = zones_[zoneSlotIndex(zone.field, zone.zone)];
+  Durations dwells = record.dwells;
+  for (const Occupant& occupant : objects.occupants(zone.field, zone.zone)) {
+    dwells.add(occupant.lastSeen - occupant.entered);
+  }
+  ZoneSummary summary = record.summary;
+  summary.medianDwell = dwells.median();
+  summary.longestDwell = dwells.longest();
+  return summary;
+}
+
+}  // namespace orvantis::toolkit

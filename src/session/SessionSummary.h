@@ -1,0 +1,68 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+
+#include "document/FieldZones.h"
+#include "session/Durations.h"
+#include "session/Session.h"
+
+namespace orvantis::toolkit {
+
+/// Which kinds of input a session has; what a kind gives is left out without it.
+struct SessionInputs {
+  bool points = false;
+  bool objects = false;
+};
+
+/// What a zone went through. Durations are measured between stamps.
+struct ZoneSummary {
+  filter::monitor::Duration occupied{0};  ///< from a frame that reports it occupied to the next frame
+  std::uint64_t activations = 0;          ///< how often it became occupied
+  std::uint64_t peakPoints = 0;
+  std::uint64_t peakObjects = 0;
+  std::uint64_t visits = 0;  ///< how often a track entered
+  /// Of the visits, those that last to the end included with the time until their last sighting.
+  std::optional<filter::monitor::Duration> medianDwell;
+  std::optional<filter::monitor::Duration> longestDwell;
+};
+
+/// Crossings to the left less those to the right.
+std::int64_t netToLeft(const filter::monitor::CrossingCounts& counts);
+
+/// Adds up the frames of a session, in constant memory.
+class SessionSummary {
+ public:
+  void add(const SessionFrame& frame);
+
+  ZoneSummary of(const FieldZone& zone, const filter::monitor::ObjectMonitor& objects) const;
+
+  std::uint64_t pointFrames() const { return pointFrames_; }
+  std::uint64_t objectFrames() const { return objectFrames_; }
+  /// The first and the last stamp; nothing if there was no frame.
+  std::optional<filter::monitor::Stamp> begin() const { return begin_; }
+  std::optional<filter::monitor::Stamp> end() const { return end_; }
+  /// The time that the monitors took for each frame.
+  const Durations& taken() const { return taken_; }
+
+ private:
+  struct ZoneRecord {
+    ZoneSummary summary;  // without what the visits give
+    Durations dwells;
+  };
+
+  void addPoints(const filter::monitor::PointFrame& frame);
+  void addObjects(const filter::monitor::ObjectFrame& frame);
+
+  std::array<ZoneRecord, filter::monitor::NUM_ZONE_SLOTS> zones_;
+  std::uint64_t pointFrames_ = 0;
+  std::uint64_t objectFrames_ = 0;
+  std::optional<filter::monitor::Stamp> begin_;
+  std::optional<filter::monitor::Stamp> end_;
+  std::optional<filter::monitor::Stamp> lastPoints_;
+  std::array<bool, filter::monitor::NUM_ZONE_SLOTS> wasOccupied_{};
+  Durations taken_;
+};
+
+}  // namespace orvantis::toolkit

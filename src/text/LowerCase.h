@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace orvantis::toolkit {
+
+/// A to Z as a to z, every other byte as it is, whatever the process locale: a keyword of a file must not
+/// mean something else on another system.
+constexpr char lowerCase(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+inline std::string lowerCase(std::string_view text) {
+  std::string result(text);
+  for (char& c : result) {
+    c = lowerCase(c);
+  }
+  return result;
+}
+
+}  // namespace orvantis::toolkit

@@ -1,0 +1,82 @@
+#include "text/Number.h"
+
+#include <array>
+#include <cstdlib>
+#include <version>
+
+#ifndef __cpp_lib_to_chars
+#include "text/PlainNumber.h"
+#endif
+
+namespace orvantis::toolkit {
+namespace {
+
+// Long enough for any double in fixed notation with a few decimals.
+using Buffer = std::array<char, 400>;
+
+}  // namespace
+
+#ifdef __cpp_lib_to_chars
+
+std::from_chars_result readNumber(const char* first, const char* last, double& value) {
+  return std::from_chars(first, last, value);
+}
+
+std::from_chars_result readNumber(const char* first, const char* last, float& value) {
+  return std::from_chars(first, last, value);
+}
+
+std::string toText(double value) {
+  Buffer buffer;
+  return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr};
+}
+
+std::string toFixed(double value, int decimals) {
+  Buffer buffer;
+  std::string text(buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                                std::chars_format::fixed, decimals)
+                                      .ptr);
+  if (text[0] == '-' && text.find_first_not_of("-0.") == std::string::npos) {
+    text.erase(0, 1);
+  }
+  return text;
+}
+
+#else
+
+std::from_chars_result readNumber(const char* first, const char* last, double& value) {
+  return plain::readNumber(first, last, value, std::strtod);
+}
+
+std::from_chars_result readNumber(const char* first, const char* last, float& value) {
+  return plain::readNumber(first, last, value, std::strtof);
+}
+
+std::string toText(double value) {
+  return plain::shortest(value);
+}
+
+std::string toFixed(double value, int decimals) {
+  Buffer buffer;
+  const int size = std::snprintf(buffer.data(), buffer.size(), "%.*f", decimals, value);
+  std::string text(buffer.data(), static_cast<std::size_t>(size));
+  if (text[0] == '-' && text.find_first_not_of("-0.") == std::string::npos) {
+    text.erase(0, 1);
+  }
+  return text;
+}
+
+#endif
+
+std::string toText(double value, int decimals) {
+  std::string text = toFixed(value, decimals);
+  if (text.find('.') != std::string::npos) {
+    text.erase(text.find_last_not_of('0') + 1);
+    if (text.back() == '.') {
+      text.pop_back();
+    }
+  }
+  return text;
+}
+
+}  // namespace orvantis::toolkit

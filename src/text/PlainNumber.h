@@ -1,0 +1,134 @@
+#pragma once
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+// Numbers and text on systems whose standard library has no conversion of floating-point numbers without a
+// locale. It relies on a C library whose strtod and snprintf round correctly and know no other locale than
+// the classic one, as the one of WebAssembly does. Only Number.cpp includes it; a test compares it with the
+// standard library's conversions where both are there.
+
+namespace orvantis::toolkit::plain {
+
+inline bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+/// Where the longest decimal number at the beginning of the text ends; `first` when there is none.
+inline const char* endOfNumber(const char* first, const char* last) {
+  const char* at = first;
+  if (at != last && *at == '-') {
+    ++at;
+  }
+  const auto word = [&](std::string_view expected) {
+    if (static_cast<std::size_t>(last - at) < expected.size()) {
+      return false;
+    }
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+      if ((at[i] | 0x20) != expected[i]) {
+        return false;
+      }
+    }
+    return true;
+  };
+  if (word("infinity")) {
+    return at + 8;
+  }
+  if (word("inf") || word("nan")) {
+    return at + 3;
+  }
+  const char* const digits = at;
+  while (at != last && isDigit(*at)) {
+    ++at;
+  }
+  auto count = at - digits;
+  if (at != last && *at == '.') {
+    const char* const fraction = ++at;
+    while (at != last && isDigit(*at)) {
+      ++at;
+    }
+    count += at - fraction;
+  }
+  if (count == 0) {
+    return first;
+  }
+  if (at != last && (*at | 0x20) == 'e') {
+    const char* exponent = at + 1;
+    if (exponent != last && (*exponent == '-' || *exponent == '+')) {
+      ++exponent;
+    }
+    if (exponent != last && isDigit(*exponent)) {
+      at = exponent;
+      while (at != last && isDigit(*at)) {
+        ++at;
+      }
+    }
+  }
+  return at;
+}
+
+template <typename Real>
+std::from_chars_result readNumber(const char* first, const char* last, Real& value,
+                                  Real (*convert)(const char*, char**)) {
+  const char* const end = endOfNumber(first, last);
+  if (end == first) {
+    return {first, std::errc::invalid_argument};
+  }
+  const std::string text(first, end);
+  const Real number = convert(text.c_str(), nullptr);
+  // Out of range: what is written is neither zero nor infinite, but its nearest number is.
+  const bool isWord = (text.back() | 0x20) > '9';
+  const bool isZero =
+      text.substr(0, text.find_first_of("eE")).find_first_of("123456789") == std::string::npos;
+  if (!isWord && ((number == 0 && !isZero) || std::isinf(number))) {
+    return {end, std::errc::result_out_of_range};
+  }
+  value = number;
+  return {end, std::errc()};
+}
+
+/// The shortest text that reads back as the same number, with or without an exponent, whichever is shorter.
+inline std::string shortest(double value) {
+  if (!std::isfinite(value)) {
+    return std::isnan(value) ? (std::signbit(value) ? "-nan" : "nan") : (value < 0 ? "-inf" : "inf");
+  }
+  std::array<char, 40> buffer{};
+  std::string scientific;
+  for (int decimals = 0; decimals <= 16; ++decimals) {
+    const int size = std::snprintf(buffer.data(), buffer.size(), "%.*e", decimals, value);
+    scientific.assign(buffer.data(), static_cast<std::size_t>(size));
+    if (std::strtod(scientific.c_str(), nullptr) == value) {
+      break;
+    }
+  }
+  const std::size_t e = scientific.find('e');
+  const int exponent = std::atoi(scientific.c_str() + e + 1);
+  std::string digits;
+  for (const char c : scientific.substr(0, e)) {
+    digits += isDigit(c) ? std::string(1, c) : "";
+  }
+  const std::string sign = std::signbit(value) ? "-" : "";
+  const int count = static_cast<int>(digits.size());
+  std::string fixed;
+  if (exponent >= count - 1) {
+    // Digits beyond the shortest ones are those of the number itself, not zeros.
+    std::array<char, 400> whole{};
+    std::snprintf(whole.data(), whole.size(), "%.0f", std::fabs(value));
+    fixed = whole.data();
+  } else if (exponent >= 0) {
+    const auto point = static_cast<std::size_t>(exponent) + 1;
+    fixed = digits.substr(0, point) + "." + digits.substr(point);
+  } else {
+    fixed = "0." + std::string(static_cast<std::size_t>(-exponent - 1), '0') + digits;
+  }
+  const std::string unsignedScientific = scientific.substr(scientific[0] == '-' ? 1 : 0);
+  return sign + (fixed.size() <= unsignedScientific.size() ? fixed : unsignedScientific);
+}
+
+}  // namespace orvantis::toolkit::plain

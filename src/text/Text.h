@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace orvantis::toolkit {
+
+/// The text with U+FFFD for every byte that is not UTF-8, as a path or a class may have: JSON and SVG must
+/// be.
+std::string toUtf8(std::string_view text);
+
+/// The text as UTF-8 with control characters written out (\x1b), so that a name from a file cannot steer a
+/// terminal.
+std::string printable(std::string_view raw);
+
+/// The columns a terminal needs for the text: its characters, not its bytes.
+std::size_t displayWidth(std::string_view text);
+
+/// The system's words for an error number.
+std::string errorText(int number);
+
+/// "1 point", "2 points".
+std::string counted(std::uint64_t count, std::string_view singular);
+
+}  // namespace orvantis::toolkit

@@ -1,0 +1,250 @@
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <memory>
+#include <numbers>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "files/Failure.h"
+#include "files/File.h"
+#include "recording/TrackReader.h"
+#include "support/TemporaryFolder.h"
+
+namespace orvantis::toolkit {
+namespace {
+
+using filter::monitor::Stamp;
+using filter::monitor::TrackedObject;
+using testing::TemporaryFolder;
+
+const std::string header = "stamp,id,class,x,y,length,width,heading,zmin,zmax\n";
+
+std::vector<TrackFrame> readAll(const std::string& path, TracksFormat format) {
+  TrackReader reader(std::make_unique<std::ifstream>(openFile(path)), path, format);
+  std::vector<TrackFrame> frames;
+  while (auto frame = reader.next()) {
+    frames.push_back(std::move(*frame));
+  }
+  return frames;
+}
+
+std::vector<TrackFrame> read(const std::string& text, TracksFormat format = TracksFormat::Csv) {
+  const TemporaryFolder folder;
+  return readAll(folder.write("tracks", text), format);
+}
+
+// What is said about the file, without the folder it lies in.
+std::string refusal(const std::string& text, TracksFormat format = TracksFormat::Csv) {
+  const TemporaryFolder folder;
+  try {
+    readAll(folder.write("tracks", text), format);
+  } catch (const Failure& failure) {
+    return std::string(failure.what()).substr(folder.path().size());
+  }
+  return "";
+}
+
+std::vector<std::pair<double, double>> corners(const TrackedObject& object) {
+  std::vector<std::pair<double, double>> result;
+  const auto footprint = object.footprint.getBoostPolygon();
+  for (const auto& corner : footprint.outer()) {
+    result.emplace_back(corner.x(), corner.y());
+  }
+  return result;
+}
+
+TEST(TrackReader, ReadsEveryColumn) {
+  const auto frames = read(header + "-0.25,7,car,10,20,4,2,0,-1.5,0.25\n");
+  ASSERT_EQ(frames.size(), 1U);
+  EXPECT_EQ(frames[0].stamp, Stamp(-250'000'000));
+  ASSERT_EQ(frames[0].objects.size(), 1U);
+  const TrackedObject& object = frames[0].objects[0];
+  EXPECT_EQ(object.id, 7);
+  EXPECT_EQ(object.className, "car");
+  EXPECT_EQ(object.zMin, -1.5);
+  EXPECT_EQ(object.zMax, 0.25);
+  double left = 1e9;
+  double right = -1e9;
+  double bottom = 1e9;
+  double top = -1e9;
+  for (const auto& [x, y] : corners(object)) {
+    left = std::min(left, x);
+    right = std::max(right, x);
+    bottom = std::min(bottom, y);
+    top = std::max(top, y);
+  }
+  EXPECT_EQ(std::pair(left, right), std::pair(8.0, 12.0));
+  EXPECT_EQ(std::pair(bottom, top), std::pair(19.0, 21.0));
+}
+
+TEST(TrackReader, RowsOfOneStampAreOneFrame) {
+  const auto frames = read(header +
+                           "0,1,,0,0,1,1,0,0,1\n"
+                           "0,2,,5,0,1,1,0,0,1\n"
+                           "0.10,1,,0,0,1,1,0,0,1\n"
+                           "1e-1,2,,5,0,1,1,0,0,1\n"
+                           "0.2,1,,0,0,1,1,0,0,1");
+  ASSERT_EQ(frames.size(), 3U);
+  EXPECT_EQ(frames[0].objects.size(), 2U);
+  EXPECT_EQ(frames[1].objects.size(), 2U);
+  EXPECT_EQ(frames[1].stamp, Stamp(100'000'000));
+  EXPECT_EQ(frames[2].objects.size(), 1U);
+}
+
+TEST(TrackReader, SecondsSince1970KeepTheirNanoseconds) {
+  const auto frames = read(header +
+                           "1699999999.123456789,1,,0,0,1,1,0,0,1\n"
+                           "1699999999.12345679,1,,0,0,1,1,0,0,1\n");
+  ASSERT_EQ(frames.size(), 2U);
+  EXPECT_EQ(frames[0].stamp, Stamp(1'699'999'999'123'456'789));
+  EXPECT_EQ(frames[1].stamp, Stamp(1'699'999'999'123'456'790));
+}
+
+TEST(TrackReader, LinesMayEndWithCrLfAndBlankOnesAreSkipped) {
+  const auto frames =
+      read("stamp,id,class,x,y,length,width,heading,zmin,zmax\r\n0,1,a,0,0,1,1,0,0,1\r\n\r\n");
+  ASSERT_EQ(frames.size(), 1U);
+  EXPECT_EQ(frames[0].objects[0].zMax, 1.0);
+}
+
+TEST(TrackReader, IdsBelowZeroMayRepeat) {
+  EXPECT_EQ(read(header + "0,-1,,0,0,1,1,0,0,1\n0,-1,,5,0,1,1,0,0,1\n")[0].objects.size(), 2U);
+}
+
+TEST(TrackReader, AHeaderWithoutRowsIsNoFrame) {
+  EXPECT_TRUE(read(header).empty());
+}
+
+TEST(TrackReader, AnotherHeaderIsRefused) {
+  const std::string reason = ": the header must be stamp,id,class,x,y,length,width,heading,zmin,zmax";
+  EXPECT_EQ(refusal("id,stamp,class,x,y,length,width,heading,zmin,zmax\n"), "tracks:1:1" + reason);
+  EXPECT_EQ(refusal("0,1,,0,0,1,1,0,0,1\n"), "tracks:1:1" + reason);
+  EXPECT_EQ(refusal(""), "tracks:1:1" + reason);
+}
+
+TEST(TrackReader, ABadRowIsRefusedWithLineColumnAndReason) {
+  const std::string good = header + "1,1,a,0,0,1,1,0,0,1\n";
+  const std::vector<std::pair<std::string, std::string>> rows = {
+      {"2,1,a,0,0,1,1,0,0", "17: the row has 9 columns instead of 10"},
+      {"2,1,a,0,0,1,1,0,0,1,", "21: the row has 11 columns instead of 10"},
+      {"two,1,a,0,0,1,1,0,0,1", "1: stamp is no number: \"two\""},
+      {"nan,1,a,0,0,1,1,0,0,1", "1: stamp is not finite"},
+      {"4.6e9,1,a,0,0,1,1,0,0,1", "1: stamp is out of range: 4.6e9"},
+      {"0.9,1,a,0,0,1,1,0,0,1", "1: stamp is earlier than the one before, 1 s"},
+      {"1,1,a,0,0,1,1,0,0,1", "3: track 1 is there twice at 1 s"},
+      {"2,1.5,a,0,0,1,1,0,0,1", "3: id is no whole number: \"1.5\""},
+      {"2,2147483648,a,0,0,1,1,0,0,1", "3: id is out of range: 2147483648"},
+      {"2,,a,0,0,1,1,0,0,1", "3: id is no whole number: \"\""},
+      {"2,1,a,x,0,1,1,0,0,1", "7: x is no number: \"x\""},
+      {"2,1,a, 0,0,1,1,0,0,1", "7: x is no number: \" 0\""},
+      {"2,1,a,0,0 ,1,1,0,0,1", "9: y is no number: \"0 \""},
+      {"2,1,a,0,inf,1,1,0,0,1", "9: y is not finite"},
+      {"2,1,a,0,1e400,1,1,0,0,1", "9: y is out of range: 1e400"},
+      {"2,1,a,0,0,-1,1,0,0,1", "11: length is below zero"},
+      {"2,1,a,0,0,1,-1,0,0,1", "13: width is below zero"},
+      {"2,1,a,0,0,1,1,h,0,1", "15: heading is no number: \"h\""},
+      {"2,1,a,0,0,1,1,0,,1", "17: zmin is no number: \"\""},
+      {"2,1,a,0,0,1,1,0,2,1", "19: zmax is below zmin"},
+      {"2,1,\xC3\xA9,0,0,1,1,0,0,\033[2J", "20: zmax is no number: \"\\x1b[2J\""},
+      {std::string(5000, '1'), "1: the line is longer than 4095 bytes"},
+  };
+  for (const auto& [row, reason] : rows) {
+    EXPECT_EQ(refusal(good + row + "\n"), "tracks:3:" + reason) << row;
+  }
+}
+
+TEST(TrackReader, AFileThatCannotBeReadIsNamed) {
+  const TemporaryFolder folder;
+  EXPECT_THROW(openFile(folder.path("missing.csv")), Failure);
+  try {
+    openFile(folder.path());
+    ADD_FAILURE();
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failure.what(), folder.path() + ": cannot be read: it is a folder");
+  }
+}
+
+const std::string kittiRow = "Car 0 1 0.9 10 20 30 40 1.5 1.8 4.2 ";  // up to height, width and length
+
+TEST(TrackReader, KittiIsTurnedToTheLevelPlane) {
+  // 3 m to the right of the camera, 1.7 m below it, 20 m ahead; facing to the right at rotation 0.
+  const auto frames = read("12 7 " + kittiRow + "3 1.7 20 0\n", TracksFormat::Kitti);
+  ASSERT_EQ(frames.size(), 1U);
+  EXPECT_EQ(frames[0].stamp, Stamp(1'200'000'000));
+  const TrackedObject& object = frames[0].objects[0];
+  EXPECT_EQ(object.id, 7);
+  EXPECT_EQ(object.className, "Car");
+  EXPECT_EQ(object.zMin, -1.7);
+  EXPECT_EQ(object.zMax, 1.5 - 1.7);
+  double nearest = 1e9;
+  double farthest = -1e9;
+  double rightmost = 1e9;
+  for (const auto& [x, y] : corners(object)) {
+    nearest = std::min(nearest, x);
+    farthest = std::max(farthest, x);
+    rightmost = std::min(rightmost, y);
+  }
+  // Its length lies across the view: x forward 20 ± 0.9, y left -3 ± 2.1.
+  EXPECT_NEAR(nearest, 19.1, 1e-12);
+  EXPECT_NEAR(farthest, 20.9, 1e-12);
+  EXPECT_NEAR(rightmost, -5.1, 1e-12);
+}
+
+TEST(TrackReader, KittiRotationTurnsClockwiseSeenFromAbove) {
+  // An eighth of a turn from facing right: now facing back and to the right, so the front right corner is
+  // the one that is nearest.
+  const auto frames =
+      read("0 7 Car 0 1 0.9 10 20 30 40 1.5 0 2 0 0 20 " + std::to_string(std::numbers::pi / 4) + "\n",
+           TracksFormat::Kitti);
+  double nearest = 1e9;
+  double atNearest = 0.0;
+  for (const auto& [x, y] : corners(frames[0].objects[0])) {
+    if (x < nearest) {
+      nearest = x;
+      atNearest = y;
+    }
+  }
+  EXPECT_NEAR(nearest, 20.0 - std::sqrt(0.5), 1e-6);
+  EXPECT_NEAR(atNearest, -std::sqrt(0.5), 1e-6);
+}
+
+TEST(TrackReader, KittiRowsWithoutObjectAreAFrameAllTheSame) {
+  const auto frames = read(
+      "0 -1 DontCare -1 -1 -10 1 2 3 4 -1000 -1000 -1000 -10 -1 -1 -1\n"
+      "1 3 " +
+          kittiRow +
+          "0 0 10 0\n"
+          "1 -1 DontCare -1 -1 -10 1 2 3 4 -1000 -1000 -1000 -10 -1 -1 -1\n"
+          "1 4 " +
+          kittiRow + "0 0 20 0 0.99\n",
+      TracksFormat::Kitti);
+  ASSERT_EQ(frames.size(), 2U);
+  EXPECT_TRUE(frames[0].objects.empty());
+  EXPECT_EQ(frames[1].objects.size(), 2U);
+}
+
+TEST(TrackReader, ABadKittiRowIsRefusedWithLineColumnAndReason) {
+  const std::string good = "5 1 " + kittiRow + "0 0 10 0\n";
+  const std::vector<std::pair<std::string, std::string>> rows = {
+      {"6 1 " + kittiRow + "0 0 10", "45: the row has 16 columns instead of 17"},
+      {"6 1 " + kittiRow + "0 0 10 0 1 1", "52: the row has 19 columns instead of 17"},
+      {" ", "1: the row has 0 columns instead of 17"},
+      {"4 1 " + kittiRow + "0 0 10 0", "1: frame is earlier than the one before, 5"},
+      {"-1 1 " + kittiRow + "0 0 10 0", "1: frame is below zero"},
+      {"6.0 1 " + kittiRow + "0 0 10 0", "1: frame is no whole number: \"6.0\""},
+      {"6  one " + kittiRow + "0 0 10 0", "4: track id is no whole number: \"one\""},
+      {"5 1 " + kittiRow + "0 0 10 0", "3: track 1 is there twice at 0.5 s"},
+      {"6 1 " + kittiRow + "0 nan 10 0", "43: y is not finite"},
+      {"6 1 Car 0 1 0.9 10 20 30 40 1.5 -1 4.2 0 0 10 0", "33: width is below zero"},
+  };
+  for (const auto& [row, reason] : rows) {
+    EXPECT_EQ(refusal(good + row + "\n", TracksFormat::Kitti), "tracks:2:" + reason) << row;
+  }
+}
+
+}  // namespace
+}  // namespace orvantis::toolkit

@@ -1,0 +1,74 @@
+#include <limits>
+#include <string>
+#include <string_view>
+
+#include <boost/json/array.hpp>
+#include <boost/json/object.hpp>
+#include <gtest/gtest.h>
+
+#include "text/JsonText.h"
+#include "text/Number.h"
+#include "text/Text.h"
+
+namespace orvantis::toolkit {
+namespace {
+
+TEST(Text, NumbersAreShort) {
+  EXPECT_EQ(toText(0.1), "0.1");
+  EXPECT_EQ(toText(1.0 / 3.0), "0.3333333333333333");
+  EXPECT_EQ(toText(2.50, 3), "2.5");
+  EXPECT_EQ(toText(100.0, 2), "100");
+  EXPECT_EQ(toText(-0.0001, 2), "0");
+  EXPECT_EQ(toText(-0.5, 0), "0");
+  EXPECT_EQ(toFixed(2.5, 2), "2.50");
+  EXPECT_EQ(toFixed(-0.001, 2), "0.00");
+}
+
+TEST(Text, TheLargestNumberFits) {
+  EXPECT_EQ(toFixed(-std::numeric_limits<double>::max(), 6).size(), 317U);
+}
+
+TEST(Text, ControlCharactersAreWrittenOut) {
+  EXPECT_EQ(printable("a\x1b[1m\n\x7f"), "a\\x1b[1m\\x0a\\x7f");
+  EXPECT_EQ(printable("\xC2\x9B"), "\\x9b");
+  EXPECT_EQ(printable("\xC2\xB2 \xC3\xA9"), "\xC2\xB2 \xC3\xA9");
+}
+
+TEST(Text, EachByteThatIsNotUtf8IsReplaced) {
+  const std::string mark = "\xEF\xBF\xBD";
+  EXPECT_EQ(toUtf8("\xC2\xB2 \xE2\x82\xAC \xF0\x9F\x98\x80"), "\xC2\xB2 \xE2\x82\xAC \xF0\x9F\x98\x80");
+  EXPECT_EQ(toUtf8("a\xE9"
+                   "b"),
+            "a" + mark + "b");
+  EXPECT_EQ(toUtf8("\xE2\x82"), mark + mark);
+  EXPECT_EQ(toUtf8("\xC0\xAF"), mark + mark);             // longer than it needs to be
+  EXPECT_EQ(toUtf8("\xED\xA0\x80"), mark + mark + mark);  // half of a pair
+  EXPECT_EQ(toUtf8("\xE2\"x"), mark + "\"x");             // what follows stays
+  EXPECT_EQ(toUtf8(std::string_view("a\0b", 3)), std::string("a\0b", 3));
+  EXPECT_EQ(printable("\x9B"
+                      "2J"),
+            mark + "2J");
+  EXPECT_EQ(toJson(boost::json::object{{"k\xFF", "v\xFF\n"}}), "{\"k" + mark + "\":\"v" + mark + "\\n\"}");
+}
+
+TEST(Text, WidthCountsCharacters) {
+  EXPECT_EQ(displayWidth("m²"), 2U);
+  EXPECT_EQ(displayWidth("→ +x"), 4U);
+}
+
+TEST(Text, OneIsSingular) {
+  EXPECT_EQ(counted(0, "point"), "0 points");
+  EXPECT_EQ(counted(1, "point"), "1 point");
+}
+
+TEST(Json, NumbersAreShortAndStringsEscaped) {
+  EXPECT_EQ(toJson(boost::json::object{{"a", 1.5},
+                                       {"b", boost::json::array{1, 2.0, nullptr, true}},
+                                       {"c\"", "\n"},
+                                       {"d", std::numeric_limits<double>::infinity()},
+                                       {"e", boost::json::array{}}}),
+            R"({"a":1.5,"b":[1,2,null,true],"c\"":"\n","d":null,"e":[]})");
+}
+
+}  // namespace
+}  // namespace orvantis::toolkit
