@@ -51,8 +51,9 @@ std::optional<Outline> outlineOfRing(const Polygon& polygon) {
   if (ring.size() < smallestRing) {
     return outline;
   }
-  const bool isTame = std::ranges::all_of(
-      ring, [](const Point& vertex) { return isModerate(vertex.x()) && isModerate(vertex.y()); });
+  const bool isTame = std::all_of(ring.begin(), ring.end(), [](const Point& vertex) {
+    return isModerate(vertex.x()) && isModerate(vertex.y());
+  });
   if (!isTame || ring.size() > mostVertices) {
     return std::nullopt;
   }

@@ -58,6 +58,9 @@ struct CellDecisions {
 /// The plan, cell by cell. A cell has a 16-bit code. The first ones mean a set of zones; then come the cut
 /// cells, then the crossed ones, then the tangled ones.
 struct Grid {
+  /// What the tables may take, beside the curves.
+  static constexpr std::size_t mostBytes = std::size_t{1} << 20U;
+
   Lattice lattice;
 
   /// Column by column. Padded, so that it can be read in words.

@@ -37,7 +37,7 @@ void makeSlabs(Heights& heights, const std::vector<FrozenZone>& zones) {
       starts.push_back(std::nextafter(zone.zMax, infinity));
     }
   }
-  std::ranges::sort(starts);
+  std::sort(starts.begin(), starts.end());
   starts.erase(std::unique(starts.begin(), starts.end()), starts.end());
   heights.slabMasks.push_back(0);
   for (const double start : starts) {

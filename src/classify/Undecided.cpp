@@ -2,8 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 
 #include <filter/detection/Point.h>
+
+#include "classify/Targets.h"
 
 // Compiles this file once for each kind of processor that Highway knows.
 #undef HWY_TARGET_INCLUDE
@@ -174,26 +178,26 @@ void decideCrossed(const Grid& grid, const ShapesByBit& shapes, const Points<Rea
 }
 
 template <typename Real>
-void decideAll(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const Real* x,
-               const Real* y, const Real* z, const Pending& pending, std::uint64_t* masks) {
-  const Points<Real> points{x, y, static_cast<Real>(grid.lattice.middleX()),
+void decideAll(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const Block<Real>& block,
+               const Pending& pending) {
+  const Points<Real> points{block.x, block.y, static_cast<Real>(grid.lattice.middleX()),
                             static_cast<Real>(grid.lattice.middleY())};
-  decideCut(grid, shapes, points, pending.cut, masks);
-  decideCrossed(grid, shapes, points, pending.crossed, masks);
+  decideCut(grid, shapes, points, pending.cut, block.masks);
+  decideCrossed(grid, shapes, points, pending.crossed, block.masks);
   for (std::size_t i = 0; i < pending.heights.size; ++i) {
     const std::uint32_t point = pending.heights.point(i);
-    masks[point] &= heights.zonesAt(z[point]);
+    block.masks[point] &= heights.zonesAt(block.z[point]);
   }
 }
 
-void decideFloats(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const float* x,
-                  const float* y, const float* z, const Pending& pending, std::uint64_t* masks) {
-  decideAll(grid, heights, shapes, x, y, z, pending, masks);
+void decideFloats(const Grid& grid, const Heights& heights, const ShapesByBit& shapes,
+                  const Block<float>& block, const Pending& pending) {
+  decideAll(grid, heights, shapes, block, pending);
 }
 
-void decideDoubles(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const double* x,
-                   const double* y, const double* z, const Pending& pending, std::uint64_t* masks) {
-  decideAll(grid, heights, shapes, x, y, z, pending, masks);
+void decideDoubles(const Grid& grid, const Heights& heights, const ShapesByBit& shapes,
+                   const Block<double>& block, const Pending& pending) {
+  decideAll(grid, heights, shapes, block, pending);
 }
 
 }  // namespace
@@ -207,14 +211,14 @@ namespace orvantis::filter::classify {
 HWY_EXPORT(decideFloats);
 HWY_EXPORT(decideDoubles);
 
-void decide(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const float* x,
-            const float* y, const float* z, const Pending& pending, std::uint64_t* masks) {
-  HWY_DYNAMIC_DISPATCH(decideFloats)(grid, heights, shapes, x, y, z, pending, masks);
+void decide(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const Block<float>& block,
+            const Pending& pending) {
+  HWY_DYNAMIC_DISPATCH(decideFloats)(grid, heights, shapes, block, pending);
 }
 
-void decide(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const double* x,
-            const double* y, const double* z, const Pending& pending, std::uint64_t* masks) {
-  HWY_DYNAMIC_DISPATCH(decideDoubles)(grid, heights, shapes, x, y, z, pending, masks);
+void decide(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const Block<double>& block,
+            const Pending& pending) {
+  HWY_DYNAMIC_DISPATCH(decideDoubles)(grid, heights, shapes, block, pending);
 }
 
 }  // namespace orvantis::filter::classify

@@ -1,45 +1,25 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
-#include <cstdint>
 
 #include <filter/detection/Zone.h>
 
+#include "classify/Block.h"
+#include "classify/FrozenZones.h"
 #include "classify/Grid.h"
 #include "classify/Heights.h"
+#include "classify/Pending.h"
 
 namespace orvantis::filter::classify {
-
-/// Points of a block with the codes of their cells.
-struct PointList {
-  static constexpr std::size_t capacity = 1024;
-  static constexpr std::size_t padding = 64;  ///< a vector may be written past the last entry
-
-  /// Not initialised: a block fills what it reads. Far from the end of a page of memory: the same few entries
-  /// are written as a whole vector again and again, which takes long across two pages.
-  alignas(2048) std::array<std::uint32_t, capacity + padding> entries;
-  std::size_t size = 0;
-
-  std::uint32_t point(std::size_t i) const { return entries[i] & 0xFFFFU; }
-  std::uint32_t code(std::size_t i) const { return entries[i] >> 16U; }
-};
-
-/// The points of a block that the tables alone do not decide.
-struct Pending {
-  PointList cut;      ///< in cells that one border crosses
-  PointList crossed;  ///< in cells that several borders cross
-  PointList heights;  ///< at heights near which several slabs start
-};
 
 /// The shapes to ask, by bit; null where there is no zone.
 using ShapesByBit = std::array<const detection::Zone*, numBits>;
 
-/// Decides what the tables leave open: takes away the zones that do not hold the points of the lists. Before,
+/// Decides what the tables leave open: takes away the zones that do not hold the pending points. Before,
 /// their masks have the zones that may.
-void decide(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const float* x,
-            const float* y, const float* z, const Pending& pending, std::uint64_t* masks);
-void decide(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const double* x,
-            const double* y, const double* z, const Pending& pending, std::uint64_t* masks);
+void decide(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const Block<float>& block,
+            const Pending& pending);
+void decide(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const Block<double>& block,
+            const Pending& pending);
 
 }  // namespace orvantis::filter::classify

@@ -8,39 +8,31 @@
 
 #include <filter/detection/Point.h>
 
-#include "classify/Kernel.h"
+#include "classify/Block.h"
+#include "classify/Copying.h"
+#include "classify/Counting.h"
+#include "classify/Lookup.h"
+#include "classify/Pending.h"
 
 namespace orvantis::filter::classify {
 namespace {
 
-constexpr std::size_t blockSize = PointList::capacity;
+constexpr std::size_t blockSize = Block<float>::capacity;
 
-// A block of points as three arrays: the caller's own, where they are arrays, or copies.
+// Makes blocks of points: of the caller's own arrays, where they are arrays, or of copies.
 template <typename Real>
-class Block {
+class Blocks {
  public:
-  void read(const PointsView<Real>& points, std::size_t first, std::size_t size) {
+  Block<Real> of(const PointsView<Real>& points, std::size_t first, std::size_t size, std::uint64_t* masks) {
     const PointsView<Real> part{at(points.x, first * points.stride), at(points.y, first * points.stride),
                                 at(points.z, first * points.stride), points.stride, size};
     if (points.stride == sizeof(Real) && isAligned(part.x) && isAligned(part.y) && isAligned(part.z)) {
-      x = static_cast<const Real*>(part.x);
-      y = static_cast<const Real*>(part.y);
-      z = static_cast<const Real*>(part.z);
-      return;
+      return {static_cast<const Real*>(part.x), static_cast<const Real*>(part.y),
+              static_cast<const Real*>(part.z), size, masks};
     }
-    copyColumns(part, copyOfX_.data(), copyOfY_.data(), copyOfZ_.data());
-    x = copyOfX_.data();
-    y = copyOfY_.data();
-    z = copyOfZ_.data();
+    copyColumns(part, {x_.data(), y_.data(), z_.data()});
+    return {x_.data(), y_.data(), z_.data(), size, masks};
   }
-
-  bool isFinite(std::size_t point) const {
-    return std::isfinite(x[point]) && std::isfinite(y[point]) && std::isfinite(z[point]);
-  }
-
-  const Real* x;
-  const Real* y;
-  const Real* z;
 
  private:
   using Copy = std::array<Real, blockSize>;
@@ -52,10 +44,15 @@ class Block {
     return reinterpret_cast<std::uintptr_t>(values) % alignof(Real) == 0;
   }
 
-  alignas(64) Copy copyOfX_;
-  alignas(64) Copy copyOfY_;
-  alignas(64) Copy copyOfZ_;
+  alignas(64) Copy x_;
+  alignas(64) Copy y_;
+  alignas(64) Copy z_;
 };
+
+template <typename Real>
+bool isFinite(const Block<Real>& block, std::size_t point) {
+  return std::isfinite(block.x[point]) && std::isfinite(block.y[point]) && std::isfinite(block.z[point]);
+}
 
 }  // namespace
 
@@ -68,11 +65,10 @@ ZoneIndex::ZoneIndex(const detection::ZoneDetector& detector, double safety)
 
 template <typename Real>
 void ZoneIndex::classify(const PointsView<Real>& points, std::uint64_t* masks) const {
-  Block<Real> block;
+  Blocks<Real> blocks;
   for (std::size_t first = 0; first < points.size; first += blockSize) {
     const std::size_t size = std::min(blockSize, points.size - first);
-    block.read(points, first, size);
-    classifyBlock(block.x, block.y, block.z, size, masks + first, false);
+    classifyBlock(blocks.of(points, first, size, masks + first), Fetching::Heights);
   }
 }
 
@@ -80,22 +76,23 @@ template <typename Real>
 ZoneCounts ZoneIndex::count(const PointsView<Real>& points, std::uint64_t* masks) const {
   ZoneCounts counts;
   BitCounts bits;
-  Block<Real> block;
+  Blocks<Real> blocks;
+  const Fetching fetching = masks == nullptr ? Fetching::All : Fetching::Heights;
   alignas(64) std::array<std::uint64_t, blockSize> ownMasks;
   for (std::size_t first = 0; first < points.size; first += blockSize) {
     const std::size_t size = std::min(blockSize, points.size - first);
-    std::uint64_t* blockMasks = masks != nullptr ? masks + first : ownMasks.data();
-    block.read(points, first, size);
-    const std::size_t notFinite =
-        classifyBlock(block.x, block.y, block.z, size, blockMasks, masks == nullptr);
-    if (notFinite != 0) {
+    const Block<Real> block =
+        blocks.of(points, first, size, masks != nullptr ? masks + first : ownMasks.data());
+    const std::size_t noReturns = classifyBlock(block, fetching);
+    const std::uint64_t* counted = block.masks;
+    if (noReturns != 0) {
       for (std::size_t i = 0; i < size; ++i) {
-        ownMasks[i] = block.isFinite(i) ? blockMasks[i] : 0;
+        ownMasks[i] = isFinite(block, i) ? block.masks[i] : 0;
       }
-      blockMasks = ownMasks.data();
+      counted = ownMasks.data();
     }
-    countZones(blockMasks, size, bits);
-    counts.noReturns += notFinite;
+    countZones(counted, size, bits);
+    counts.noReturns += noReturns;
   }
   const std::array<std::uint64_t, BitCounts::numCounts> sums = bits.sums();
   std::copy_n(sums.begin(), counts.inside.size(), counts.inside.begin());
@@ -104,24 +101,24 @@ ZoneCounts ZoneIndex::count(const PointsView<Real>& points, std::uint64_t* masks
 }
 
 template <typename Real>
-std::size_t ZoneIndex::classifyBlock(const Real* x, const Real* y, const Real* z, std::size_t size,
-                                     std::uint64_t* masks, bool fetchesAll) const {
+std::size_t ZoneIndex::classifyBlock(const Block<Real>& block, Fetching fetching) const {
   Pending pending;
-  const std::size_t notFinite = lookUp(grid_, heights_, x, y, z, size, masks, pending, fetchesAll);
-  decide(grid_, heights_, shapes_, x, y, z, pending, masks);
+  const std::size_t noReturns = lookUp(grid_, heights_, block, fetching, pending);
+  decide(grid_, heights_, shapes_, block, pending);
   if (grid_.alwaysAsked != 0) {
-    askAlways(x, y, size, masks);
+    askAlways(block);
   }
-  return notFinite;
+  return noReturns;
 }
 
 template <typename Real>
-void ZoneIndex::askAlways(const Real* x, const Real* y, std::size_t size, std::uint64_t* masks) const {
-  for (std::size_t i = 0; i < size; ++i) {
-    for (std::uint64_t rest = masks[i] & grid_.alwaysAsked; rest != 0; rest &= rest - 1) {
+void ZoneIndex::askAlways(const Block<Real>& block) const {
+  for (std::size_t i = 0; i < block.size; ++i) {
+    std::uint64_t& mask = block.masks[i];
+    for (std::uint64_t rest = mask & grid_.alwaysAsked; rest != 0; rest &= rest - 1) {
       const auto zone = static_cast<std::size_t>(std::countr_zero(rest));
-      if (!shapes_[zone]->within(detection::Point(x[i], y[i]))) {
-        masks[i] &= ~(std::uint64_t{1} << zone);
+      if (!shapes_[zone]->within(detection::Point(block.x[i], block.y[i]))) {
+        mask &= ~(std::uint64_t{1} << zone);
       }
     }
   }

@@ -6,9 +6,11 @@
 
 #include <filter/classify/PointClassifier.h>
 
+#include "classify/Block.h"
 #include "classify/FrozenZones.h"
 #include "classify/Grid.h"
 #include "classify/Heights.h"
+#include "classify/Lookup.h"
 #include "classify/Undecided.h"
 
 namespace orvantis::filter::classify {
@@ -30,10 +32,9 @@ class ZoneIndex {
 
  private:
   template <typename Real>
-  std::size_t classifyBlock(const Real* x, const Real* y, const Real* z, std::size_t size,
-                            std::uint64_t* masks, bool fetchesAll) const;
+  std::size_t classifyBlock(const Block<Real>& block, Fetching fetching) const;
   template <typename Real>
-  void askAlways(const Real* x, const Real* y, std::size_t size, std::uint64_t* masks) const;
+  void askAlways(const Block<Real>& block) const;
 
   std::vector<FrozenZone> zones_;
   Grid grid_;

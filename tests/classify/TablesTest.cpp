@@ -19,7 +19,7 @@
 
 #include "classify/FrozenZones.h"
 #include "classify/Heights.h"
-#include "classify/Kernel.h"
+#include "classify/Lookup.h"
 #include "classify/ZoneIndex.h"
 
 namespace orvantis::testing {
@@ -230,8 +230,8 @@ TEST(Tables, NoPointOutsideOfAllHeightsIsLeftOpen) {
     const std::vector<float> y(z.size(), 0.0F);
     std::vector<std::uint64_t> masks(z.size());
     filter::classify::Pending pending;
-    filter::classify::lookUp(index.grid(), heights, x.data(), y.data(), z.data(), z.size(), masks.data(),
-                             pending, false);
+    const filter::classify::Block<float> block{x.data(), y.data(), z.data(), z.size(), masks.data()};
+    filter::classify::lookUp(index.grid(), heights, block, filter::classify::Fetching::Heights, pending);
     return pending.cut.size + pending.crossed.size;
   };
   EXPECT_EQ(cutPoints(std::vector<float>(64, 1.0F)), 64U);

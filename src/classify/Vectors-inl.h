@@ -1,0 +1,117 @@
+// Vectors, and what Highway lacks of them. Read once for each kind of processor: the guard toggles.
+#if defined(ORVANTIS_CLASSIFY_VECTORS) == defined(HWY_TARGET_TOGGLE)
+#ifdef ORVANTIS_CLASSIFY_VECTORS
+#undef ORVANTIS_CLASSIFY_VECTORS
+#else
+#define ORVANTIS_CLASSIFY_VECTORS
+#endif
+
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+#include <hwy/highway.h>
+
+// The other kinds take one number at a time.
+#undef ORVANTIS_HAS_VECTORS
+#if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
+#define ORVANTIS_HAS_VECTORS 0
+#else
+#define ORVANTIS_HAS_VECTORS 1
+#endif
+
+#if ORVANTIS_HAS_VECTORS
+HWY_BEFORE_NAMESPACE();
+// NOLINTNEXTLINE(modernize-concat-nested-namespaces): each target's own, by Highway's rules
+namespace orvantis::filter::classify {
+namespace HWY_NAMESPACE {
+namespace {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+// A vector of floats and what fits into the same space or has as many lanes.
+constexpr hn::ScalableTag<float> floats;
+constexpr hn::RebindToSigned<decltype(floats)> ints;
+constexpr hn::RebindToUnsigned<decltype(floats)> words;
+constexpr hn::ScalableTag<std::int64_t> longs;
+constexpr hn::ScalableTag<std::uint64_t> masks;
+constexpr hn::Half<decltype(ints)> halfInts;
+
+using Floats = hn::Vec<decltype(floats)>;
+using Ints = hn::Vec<decltype(ints)>;
+using Words = hn::Vec<decltype(words)>;
+using Longs = hn::Vec<decltype(longs)>;
+using Masks = hn::Vec<decltype(masks)>;
+using Lanes = hn::Mask<decltype(floats)>;
+
+// A processor may have vectors of floats alone.
+template <typename Real>
+constexpr bool hasVectorsOf = sizeof(Real) == sizeof(float) || HWY_HAVE_FLOAT64;
+
+#if !(HWY_TARGET <= HWY_AVX3 && HWY_ARCH_X86)
+// By which lanes are chosen, as the bits of a number: these lanes in order, then any.
+using CompressOrders = std::array<std::array<std::uint32_t, hn::MaxLanes(words)>, 1U << hn::MaxLanes(words)>;
+constexpr CompressOrders makeCompressOrders() {
+  CompressOrders orders{};
+  for (std::uint32_t bits = 0; bits < orders.size(); ++bits) {
+    std::size_t numChosen = 0;
+    for (std::uint32_t lane = 0; lane < orders[bits].size(); ++lane) {
+      if ((bits >> lane & 1U) != 0) {
+        orders[bits][numChosen++] = lane;
+      }
+    }
+  }
+  return orders;
+}
+alignas(64) constexpr CompressOrders compressOrders = makeCompressOrders();
+#endif
+
+HWY_INLINE Longs lowLongs(Ints values) {
+  return hn::PromoteTo(longs, hn::LowerHalf(halfInts, values));
+}
+HWY_INLINE Longs highLongs(Ints values) {
+  return hn::PromoteTo(longs, hn::UpperHalf(halfInts, values));
+}
+
+// The entries of a table at the lower and at the upper half of the indices.
+#if HWY_TARGET <= HWY_AVX3 && HWY_ARCH_X86
+// Highway's own way needs indices as wide as the entries.
+HWY_INLINE Masks atLow(const std::uint64_t* table, Ints indices) {
+  return Masks{_mm512_i32gather_epi64(_mm512_castsi512_si256(indices.raw), table, 8)};
+}
+HWY_INLINE Masks atHigh(const std::uint64_t* table, Ints indices) {
+  return Masks{_mm512_i32gather_epi64(_mm512_extracti64x4_epi64(indices.raw, 1), table, 8)};
+}
+#else
+HWY_INLINE Masks atLow(const std::uint64_t* table, Ints indices) {
+  return hn::GatherIndex(masks, table, lowLongs(indices));
+}
+HWY_INLINE Masks atHigh(const std::uint64_t* table, Ints indices) {
+  return hn::GatherIndex(masks, table, highLongs(indices));
+}
+#endif
+
+// Appends the chosen entries to a list. Up to a whole vector is written past its end.
+HWY_INLINE void append(std::uint32_t*& list, hn::Vec<decltype(words)> entries,
+                       hn::Mask<decltype(words)> where) {
+#if HWY_TARGET <= HWY_AVX3 && HWY_ARCH_X86
+  hn::StoreU(hn::Compress(entries, where), words, list);
+  list += hn::CountTrue(words, where);
+#else
+  // Not Highway's own way, which g++ makes into a copy of the whole table on the stack for every vector.
+  std::array<std::uint8_t, 8> bits;
+  hn::StoreMaskBits(words, where, bits.data());
+  const std::uint32_t* order = compressOrders[bits[0]].data();
+  hn::StoreU(hn::TableLookupLanes(entries, hn::SetTableIndices(words, order)), words, list);
+  list += std::popcount(bits[0]);
+#endif
+}
+
+}  // namespace
+}  // namespace HWY_NAMESPACE
+}  // namespace orvantis::filter::classify
+HWY_AFTER_NAMESPACE();
+#endif
+
+#endif
