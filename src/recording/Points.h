@@ -30,7 +30,7 @@ using filter::classify::sizeOf;
 struct Column {
   std::string name;
   NumberType type = NumberType::F4;
-  std::size_t count = 1;  ///< values of one point
+  std::size_t count = 1;  ///< values of one point; 0: a list, whose length varies
 };
 
 /// One coordinate of a record.

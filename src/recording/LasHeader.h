@@ -1,0 +1,26 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "recording/Points.h"
+
+namespace orvantis::toolkit {
+
+/// What the header of a LAS file says.
+struct LasHeader {
+  std::vector<Column> columns;  ///< of one record, from its begin to its end
+  std::uint64_t points = 0;
+  std::uint32_t begin = 0;  ///< the byte where the points begin
+  std::uint16_t stride = 0;
+  std::array<double, 3> scale{};
+  std::array<double, 3> offset{};
+};
+
+/// @throws ReadError for what is not an uncompressed LAS file that holds its points
+LasHeader readLasHeader(std::span<const std::byte> bytes);
+
+}  // namespace orvantis::toolkit

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "recording/LineCursor.h"
+#include "recording/Points.h"
+
+namespace orvantis::toolkit {
+
+enum class PcdData { Ascii, Binary, Compressed };
+
+/// What the header of a PCD file says.
+struct PcdHeader {
+  std::vector<Column> fields;
+  std::uint64_t fieldsLine = 0;  ///< where the fields are named
+  std::uint64_t points = 0;
+  PcdData data = PcdData::Ascii;
+
+  std::uint64_t pointSize() const;  ///< bytes of one point
+  std::uint64_t columns() const;    ///< values of one point
+};
+
+/// Reads up to the line DATA and leaves the cursor on it.
+/// @throws ReadError
+PcdHeader readPcdHeader(LineCursor& lines);
+
+}  // namespace orvantis::toolkit

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "text/Text.h"
+
+namespace orvantis::toolkit {
+
+/// What a file holds, for a message: the first 40 bytes, in quotation marks, fit for a terminal.
+inline std::string quoted(std::string_view text) {
+  constexpr std::size_t most = 40;
+  return "\"" + printable(text.substr(0, most)) + (text.size() > most ? "..." : "") + "\"";
+}
+
+}  // namespace orvantis::toolkit

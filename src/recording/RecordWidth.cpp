@@ -1,0 +1,155 @@
+#include "recording/RecordWidth.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+
+#include "recording/Bytes.h"
+
+namespace orvantis::toolkit {
+namespace {
+
+constexpr std::array<std::size_t, 4> widths = {3, 4, 5, 6};
+constexpr std::size_t mostWidth = 16;
+
+// Signs and sizes in steps of two octaves from 2^-6 to 2^6, zero, and what is not finite.
+constexpr std::size_t numKinds = 18;
+
+std::uint32_t bitsAt(std::span<const std::byte> bytes, std::size_t i) {
+  return loadLittleEndian<std::uint32_t>(bytes.data() + sizeof(float) * i);
+}
+
+std::size_t kindOf(std::uint32_t bits) {
+  const int exponent = static_cast<int>(bits >> 23U & 0xFFU);
+  if (exponent == 0 || exponent == 0xFF) {
+    return exponent == 0 ? 16 : 17;
+  }
+  constexpr int lowest = 127 - 8;
+  const int size = std::clamp((exponent - lowest) / 2, 0, 7);
+  return static_cast<std::size_t>(size) + ((bits >> 31U) != 0 ? 8 : 0);
+}
+
+// What the sample says: the kind of some values, and which values they are.
+struct Sample {
+  std::vector<std::size_t> index;
+  std::vector<std::size_t> kind;
+};
+
+// All of a small file, else parts of it from begin to end.
+Sample sampleOf(std::span<const std::byte> bytes) {
+  constexpr std::size_t parts = 4;
+  constexpr std::size_t partSize = 256;
+  const std::size_t size = bytes.size() / sizeof(float);
+  Sample sample;
+  const auto take = [&](std::size_t begin, std::size_t end) {
+    for (std::size_t i = begin; i < end; ++i) {
+      sample.index.push_back(i);
+      sample.kind.push_back(kindOf(bitsAt(bytes, i)));
+    }
+  };
+  if (size <= parts * partSize) {
+    take(0, size);
+    return sample;
+  }
+  for (std::size_t part = 0; part < parts; ++part) {
+    const std::size_t begin = (size - partSize) / (parts - 1) * part;
+    take(begin, begin + partSize);
+  }
+  return sample;
+}
+
+double timesLog(std::size_t count) {
+  return count == 0 ? 0.0 : static_cast<double>(count) * std::log2(static_cast<double>(count));
+}
+
+// In bits, what the place in a record of `width` values tells about the kind of a value.
+double information(const Sample& sample, std::size_t width) {
+  std::array<std::array<std::size_t, numKinds>, mostWidth> counts{};
+  for (std::size_t i = 0; i < sample.kind.size(); ++i) {
+    ++counts[sample.index[i] % width][sample.kind[i]];
+  }
+  std::array<std::size_t, numKinds> ofKind{};
+  double sum = timesLog(sample.kind.size());
+  for (std::size_t place = 0; place < width; ++place) {
+    std::size_t ofPlace = 0;
+    for (std::size_t kind = 0; kind < numKinds; ++kind) {
+      sum += timesLog(counts[place][kind]);
+      ofPlace += counts[place][kind];
+      ofKind[kind] += counts[place][kind];
+    }
+    sum -= timesLog(ofPlace);
+  }
+  std::size_t kinds = 0;
+  for (const std::size_t count : ofKind) {
+    sum -= timesLog(count);
+    kinds += count != 0 ? 1 : 0;
+  }
+  // Chance alone gives this much, on average (Miller and Madow).
+  const double chance = static_cast<double>((kinds - 1) * (width - 1)) / (2.0 * std::log(2.0));
+  return std::max(0.0, sum - chance) / static_cast<double>(sample.kind.size());
+}
+
+// Whether x, y and z of some records can be metres.
+bool areCoordinates(std::span<const std::byte> bytes, std::size_t width) {
+  constexpr float farthest = 1e7F;
+  constexpr std::size_t mostRecords = 256;
+  const std::size_t records = bytes.size() / sizeof(float) / width;
+  const std::size_t step = (records + mostRecords - 1) / mostRecords;
+  std::size_t looked = 0;
+  std::size_t notFinite = 0;
+  for (std::size_t record = 0; record < records; record += step) {
+    bool isFinite = true;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      const auto value = loadLittleEndian<float>(bytes.data() + sizeof(float) * (record * width + axis));
+      isFinite = isFinite && std::isfinite(value);
+      // A whole number that is read as a float is smaller than any distance.
+      if (std::fpclassify(value) == FP_SUBNORMAL || (std::isfinite(value) && std::fabs(value) > farthest)) {
+        return false;
+      }
+    }
+    ++looked;
+    notFinite += isFinite ? 0 : 1;
+  }
+  return 2 * notFinite <= looked;
+}
+
+}  // namespace
+
+std::vector<std::size_t> plausibleRecordWidths(std::span<const std::byte> bytes) {
+  std::vector<std::size_t> plausible;
+  for (const std::size_t width : widths) {
+    if (bytes.size() % (sizeof(float) * width) == 0 && areCoordinates(bytes, width)) {
+      plausible.push_back(width);
+    }
+  }
+  constexpr std::size_t fewValues = 240;
+  if (plausible.empty() || bytes.size() / sizeof(float) < fewValues) {
+    return plausible;
+  }
+  const Sample sample = sampleOf(bytes);
+  std::array<double, mostWidth + 1> told{};
+  double most = 0.0;
+  for (std::size_t width = 2; width <= mostWidth; ++width) {
+    told[width] = information(sample, width);
+    most = std::max(most, told[width]);
+  }
+  // In real frames the right width tells 0.4 bits and more, and at least 0.9 of the most that any tells; a
+  // wrong one tells at most 0.6 of it.
+  constexpr double least = 0.25;
+  constexpr double share = 0.7;
+  if (most < least) {
+    return plausible;
+  }
+  plausible.erase(std::remove_if(plausible.begin(), plausible.end(),
+                                 [&](std::size_t width) { return told[width] < share * most; }),
+                  plausible.end());
+  // Where columns 4 to 6 are like 1 to 3 they are another point.
+  if (plausible.size() == 2 && plausible[0] == 3 && plausible[1] == 6) {
+    plausible.pop_back();
+  }
+  return plausible;
+}
+
+}  // namespace orvantis::toolkit

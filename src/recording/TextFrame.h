@@ -1,0 +1,18 @@
+#pragma once
+
+#include <span>
+
+#include "recording/ColumnNames.h"
+#include "recording/Frame.h"
+#include "recording/FrameMemory.h"
+
+namespace orvantis::toolkit {
+
+/// Reads a text with a point in each row: values parted by blanks, tabs, commas or semicolons, after comments
+/// ("#", "//"), the number of points, or a header that names the columns. Without names, x, y and z come
+/// first.
+/// @param names the columns, instead of those that the file names; none: the file's
+/// @throws ReadError
+Frame readText(std::span<const std::byte> bytes, const ColumnNames& names, FrameMemory& memory);
+
+}  // namespace orvantis::toolkit
