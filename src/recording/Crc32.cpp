@@ -1,0 +1,167 @@
+#include "recording/Crc32.h"
+
+#include <array>
+
+#include "recording/Bytes.h"
+
+// The folding below is compiled for each kind of processor that can multiply polynomials, and chosen when the
+// program runs.
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "recording/Crc32.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#ifndef ORVANTIS_RECORDING_CRC32_ONCE
+#define ORVANTIS_RECORDING_CRC32_ONCE
+namespace orvantis::toolkit {
+
+// Polynomials modulo the CRC's, over bits: bit 31 - i of a word is the coefficient of x^i.
+constexpr std::uint32_t one = 0x80000000U;
+
+constexpr std::uint32_t timesX(std::uint32_t polynomial) {
+  return (polynomial >> 1U) ^ ((polynomial & 1U) != 0 ? 0xEDB88320U : 0U);
+}
+
+constexpr std::uint32_t powerOfX(unsigned exponent) {
+  std::uint32_t power = one;
+  for (; exponent != 0; --exponent) {
+    power = timesX(power);
+  }
+  return power;
+}
+
+using Tables = std::array<std::array<std::uint32_t, 256>, 8>;
+
+// Table k holds what a byte with k more bytes after it adds.
+constexpr Tables makeTables() {
+  Tables tables{};
+  for (std::uint32_t byte = 0; byte < 256; ++byte) {
+    std::uint32_t value = byte;
+    for (auto& table : tables) {
+      for (int bit = 0; bit < 8; ++bit) {
+        value = timesX(value);
+      }
+      table[byte] = value;
+    }
+  }
+  return tables;
+}
+constexpr Tables tables = makeTables();
+
+// Without the inversions at begin and end.
+inline std::uint32_t plainCrc(const std::byte* at, std::size_t count, std::uint32_t crc) {
+  for (; count >= 8; count -= 8, at += 8) {
+    const auto low = loadLittleEndian<std::uint32_t>(at) ^ crc;
+    const auto high = loadLittleEndian<std::uint32_t>(at + 4);
+    crc = tables[7][low & 0xFFU] ^ tables[6][(low >> 8U) & 0xFFU] ^ tables[5][(low >> 16U) & 0xFFU] ^
+          tables[4][low >> 24U] ^ tables[3][high & 0xFFU] ^ tables[2][(high >> 8U) & 0xFFU] ^
+          tables[1][(high >> 16U) & 0xFFU] ^ tables[0][high >> 24U];
+  }
+  for (; count != 0; --count, ++at) {
+    crc = (crc >> 8U) ^ tables[0][(crc ^ std::to_integer<std::uint32_t>(*at)) & 0xFFU];
+  }
+  return crc;
+}
+
+}  // namespace orvantis::toolkit
+#endif
+
+HWY_BEFORE_NAMESPACE();
+namespace orvantis::toolkit {
+namespace HWY_NAMESPACE {
+
+#if HWY_ARCH_X86 && HWY_TARGET <= HWY_SSE4 && !defined(HWY_DISABLE_PCLMUL_AES)
+
+namespace hn = hwy::HWY_NAMESPACE;
+using Words = hn::FixedTag<std::uint64_t, 2>;
+using Block = hn::Vec<Words>;
+
+HWY_INLINE Block blockAt(const std::byte* at) {
+  const hn::FixedTag<std::uint8_t, 16> bytes;
+  return hn::BitCast(Words(), hn::LoadU(bytes, reinterpret_cast<const std::uint8_t*>(at)));
+}
+
+// Multiplies a block of 128 bits by x^bits, modulo the CRC's polynomial: the first 64 bits stand 64 places
+// above the others. A product of reflected numbers comes out times x, hence the exponents less one.
+template <unsigned bits>
+HWY_INLINE Block moved(Block block) {
+  constexpr std::uint64_t lower = std::uint64_t{powerOfX(bits + 63)} << 32U;
+  constexpr std::uint64_t upper = std::uint64_t{powerOfX(bits - 1)} << 32U;
+  alignas(16) constexpr std::uint64_t factors[2] = {lower, upper};
+  const Block factor = hn::Load(Words(), factors);
+  return hn::Xor(hn::CLMulLower(block, factor), hn::CLMulUpper(block, factor));
+}
+
+// Folds as V. Gopal and others, "Fast CRC computation for generic polynomials using PCLMULQDQ", 2009.
+std::uint32_t foldedCrc(const std::byte* at, std::size_t count, std::uint32_t crc) {
+  if (count < 64) {
+    return plainCrc(at, count, crc);
+  }
+  alignas(16) const std::uint64_t start[2] = {crc, 0};
+  Block a = hn::Xor(blockAt(at), hn::Load(Words(), start));
+  Block b = blockAt(at + 16);
+  Block c = blockAt(at + 32);
+  Block d = blockAt(at + 48);
+  for (at += 64, count -= 64; count >= 64; at += 64, count -= 64) {
+    a = hn::Xor(moved<512>(a), blockAt(at));
+    b = hn::Xor(moved<512>(b), blockAt(at + 16));
+    c = hn::Xor(moved<512>(c), blockAt(at + 32));
+    d = hn::Xor(moved<512>(d), blockAt(at + 48));
+  }
+  b = hn::Xor(moved<128>(a), b);
+  c = hn::Xor(moved<128>(b), c);
+  d = hn::Xor(moved<128>(c), d);
+  alignas(16) std::uint64_t rest[2];
+  hn::Store(d, Words(), rest);
+  return plainCrc(at, count, plainCrc(reinterpret_cast<const std::byte*>(rest), sizeof(rest), 0));
+}
+
+#else
+
+std::uint32_t foldedCrc(const std::byte* at, std::size_t count, std::uint32_t crc) {
+  return plainCrc(at, count, crc);
+}
+
+#endif
+
+}  // namespace HWY_NAMESPACE
+}  // namespace orvantis::toolkit
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace orvantis::toolkit {
+namespace {
+
+std::uint32_t product(std::uint32_t a, std::uint32_t b) {
+  std::uint32_t sum = 0;
+  for (; a != 0; a <<= 1U) {
+    if ((a & one) != 0) {
+      sum ^= b;
+    }
+    b = timesX(b);
+  }
+  return sum;
+}
+
+}  // namespace
+
+HWY_EXPORT(foldedCrc);
+
+std::uint32_t crc32(std::span<const std::byte> bytes, std::uint32_t before) {
+  return ~HWY_DYNAMIC_DISPATCH(foldedCrc)(bytes.data(), bytes.size(), ~before);
+}
+
+std::uint32_t crc32OfBoth(std::uint32_t first, std::uint32_t second, std::uint64_t secondLength) {
+  // The second run moves the first by 8 places for each of its bytes; the inversions cancel out.
+  std::uint32_t power = powerOfX(8);
+  for (; secondLength != 0; secondLength >>= 1U) {
+    if ((secondLength & 1U) != 0) {
+      first = product(first, power);
+    }
+    power = product(power, power);
+  }
+  return first ^ second;
+}
+
+}  // namespace orvantis::toolkit
+#endif

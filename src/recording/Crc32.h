@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace orvantis::toolkit {
+
+/// The CRC-32 of ISO 3309 (polynomial 0x04C11DB7, bits reflected), as MCAP has it, of bytes that follow bytes
+/// whose CRC is `before`; 0 where none do.
+/// @throws nothing
+std::uint32_t crc32(std::span<const std::byte> bytes, std::uint32_t before = 0);
+
+/// The CRC of two runs of bytes, one after the other, from the CRC of each and the length of the second.
+/// @throws nothing
+std::uint32_t crc32OfBoth(std::uint32_t first, std::uint32_t second, std::uint64_t secondLength);
+
+}  // namespace orvantis::toolkit

@@ -1,0 +1,153 @@
+#include "recording/McapClosing.h"
+
+#include <algorithm>
+#include <map>
+#include <string>
+
+#include "recording/Crc32.h"
+#include "recording/Cursor.h"
+#include "recording/OpenChunk.h"
+#include "recording/ReadError.h"
+
+namespace orvantis::toolkit {
+namespace {
+
+constexpr std::size_t footerSize = 20;
+
+bool isMagic(std::span<const std::byte> bytes) {
+  return std::equal(
+      bytes.begin(), bytes.end(), mcapMagic.begin(), mcapMagic.end(),
+      [](std::byte byte, std::uint8_t magic) { return std::to_integer<std::uint8_t>(byte) == magic; });
+}
+
+// Reads the records one after the other, and their CRC on the way.
+class Walk {
+ public:
+  Walk(ByteSource& source, std::uint64_t begin) : source_(source), position_(begin) {
+    closing_.begin = begin;
+  }
+
+  McapClosing run() {
+    while (!isAtEnd_) {
+      readRecord();
+    }
+    if (!isMagic(source_.bytes(position_, mcapMagic.size()))) {
+      throw ReadError(atByte(position_),
+                      "the recording is cut off: the bytes that end an MCAP file are missing");
+    }
+    countMessages();
+    return std::move(closing_);
+  }
+
+ private:
+  std::span<const std::byte> take(std::uint64_t count, const char* what) {
+    const std::span<const std::byte> bytes = source_.bytes(position_, count);
+    if (bytes.size() < count) {
+      throw cutOff(position_, what, count, bytes.size());
+    }
+    position_ += count;
+    return bytes;
+  }
+
+  void readRecord() {
+    const std::uint64_t place = position_;
+    const auto head = take(McapRecordHeader::size, "a record after the data");
+    const McapRecordHeader header(head);
+    crc_ = crc32(head, crc_);
+    const auto content = take(header.length, "a record after the data");
+    if (header.opcode == McapOpcode::footer) {
+      readFooter(content, place);
+      isAtEnd_ = true;
+      return;
+    }
+    crc_ = crc32(content, crc_);
+    if (header.opcode == McapOpcode::schema) {
+      closing_.vocabulary.addSchema(content, place);
+    } else if (header.opcode == McapOpcode::channel) {
+      closing_.vocabulary.addChannel(content, place, closing_.topics);
+    } else if (header.opcode == McapOpcode::statistics) {
+      readStatistics(content, place);
+    }
+  }
+
+  void readFooter(std::span<const std::byte> content, std::uint64_t place) {
+    Cursor cursor(content, place, "the footer");
+    const auto summary = cursor.take<std::uint64_t>();
+    cursor.take<std::uint64_t>();
+    crc_ = crc32(content.first(cursor.position()), crc_);
+    const auto claimed = cursor.take<std::uint32_t>();
+    if (summary != 0 && summary != closing_.begin) {
+      throw ReadError(atByte(place), "the footer says that the summary begins at byte " +
+                                         std::to_string(summary) + "; it begins at byte " +
+                                         std::to_string(closing_.begin));
+    }
+    if (claimed != 0 && claimed != crc_) {
+      throw ReadError(atByte(closing_.begin), "the summary is damaged: its CRC is " + std::to_string(crc_) +
+                                                  " and should be " + std::to_string(claimed));
+    }
+  }
+
+  void readStatistics(std::span<const std::byte> content, std::uint64_t place) {
+    Cursor cursor(content, place, "the statistics");
+    RecordingIndex index;
+    index.messages = cursor.take<std::uint64_t>();
+    cursor.take(sizeof(std::uint16_t) + 4 * sizeof(std::uint32_t));  // how many of each other kind of record
+    index.first = mcapTime(cursor.take<std::uint64_t>(), place);
+    index.last = mcapTime(cursor.take<std::uint64_t>(), place);
+    Cursor counts(cursor.take(cursor.take<std::uint32_t>()), place, "the statistics");
+    while (counts.remaining() != 0) {
+      const auto channel = counts.take<std::uint16_t>();
+      counts_[channel] = counts.take<std::uint64_t>();
+    }
+    closing_.index = index;
+  }
+
+  // The channels may stand behind the statistics.
+  void countMessages() {
+    if (counts_.empty()) {
+      return;  // they are not asked for
+    }
+    for (std::size_t i = 0; i < closing_.topics.topics().size(); ++i) {
+      closing_.topics[i].messages = 0;
+    }
+    for (const auto& [channel, count] : counts_) {
+      *closing_.topics[closing_.vocabulary.topicOf(channel, closing_.begin)].messages += count;
+    }
+  }
+
+  ByteSource& source_;
+  std::uint64_t position_;
+  std::uint32_t crc_ = 0;
+  bool isAtEnd_ = false;
+  std::map<std::uint16_t, std::uint64_t> counts_;
+  McapClosing closing_;
+};
+
+}  // namespace
+
+McapClosing readMcapClosing(ByteSource& source, std::uint64_t begin) {
+  return Walk(source, begin).run();
+}
+
+std::optional<McapClosing> findMcapClosing(ByteSource& source) {
+  constexpr std::uint64_t footerRecord = McapRecordHeader::size + footerSize;
+  constexpr std::uint64_t least = footerRecord + mcapMagic.size();
+  const std::optional<std::uint64_t> size = source.size();
+  if (!size || *size < least) {
+    return std::nullopt;
+  }
+  try {
+    const std::uint64_t footer = *size - least;
+    Cursor cursor(source.bytes(footer, footerRecord), footer, "the footer");
+    const McapRecordHeader header(cursor.take(McapRecordHeader::size));
+    if (header.opcode != McapOpcode::footer || header.length != footerSize) {
+      return std::nullopt;
+    }
+    const auto summary = cursor.take<std::uint64_t>();
+    return readMcapClosing(source, summary == 0 ? footer : summary);
+  } catch (const ReadError&) {
+    return std::nullopt;  // the data are read without it, and it is looked at again at their end
+  }
+}
+
+}  // namespace orvantis::toolkit

@@ -1,0 +1,103 @@
+#include "recording/RecordingContents.h"
+
+#include <algorithm>
+
+#include "recording/ReadError.h"
+#include "text/Number.h"
+#include "text/Text.h"
+
+namespace orvantis::toolkit {
+namespace {
+
+std::optional<double> rate(std::uint64_t messages, filter::monitor::Stamp first,
+                           filter::monitor::Stamp last) {
+  const double seconds = std::chrono::duration<double>(last - first).count();
+  if (messages < 2 || !(seconds > 0)) {
+    return std::nullopt;
+  }
+  return static_cast<double>(messages - 1) / seconds;
+}
+
+std::optional<Damage> readAll(MessageReader& reader) {
+  try {
+    while (reader.next()) {
+    }
+  } catch (const ReadError& error) {
+    return Damage{error.place().byte, error.what()};
+  }
+  return std::nullopt;
+}
+
+RecordingContents fromIndex(const MessageReader& reader) {
+  RecordingContents contents;
+  contents.isFromIndex = true;
+  contents.messages = reader.index()->messages;
+  contents.first = reader.index()->first;
+  contents.last = reader.index()->last;
+  for (const Topic& topic : reader.topics()) {
+    contents.topics.push_back({topic, *topic.messages, rate(*topic.messages, contents.first, contents.last)});
+  }
+  return contents;
+}
+
+RecordingContents asRead(const MessageReader& reader) {
+  RecordingContents contents;
+  for (const Topic& topic : reader.topics()) {
+    contents.topics.push_back({topic, topic.read, rate(topic.read, topic.firstLogged, topic.lastLogged)});
+    if (topic.read != 0) {
+      contents.first =
+          contents.messages == 0 ? topic.firstLogged : std::min(contents.first, topic.firstLogged);
+      contents.last = contents.messages == 0 ? topic.lastLogged : std::max(contents.last, topic.lastLogged);
+      contents.messages += topic.read;
+    }
+  }
+  return contents;
+}
+
+std::string inWords(const TopicContents& contents) {
+  const Topic& topic = contents.topic;
+  std::string text = printable(topic.name) + " (" + (topic.type.empty() ? "no type" : printable(topic.type));
+  if (topic.cloud == CloudEncoding::none && topic.encoding != "cdr" && topic.encoding != "ros1") {
+    text += " as " + printable(topic.encoding);  // why a topic of the right type may not be read
+  }
+  text += ", " + counted(contents.messages, "message");
+  if (contents.rate) {
+    text += ", " + toText(*contents.rate, 2) + " Hz";
+  }
+  return text + ")";
+}
+
+}  // namespace
+
+bool isIndexed(const MessageReader& reader) {
+  return reader.index() && std::all_of(reader.topics().begin(), reader.topics().end(),
+                                       [](const Topic& topic) { return topic.messages.has_value(); });
+}
+
+RecordingContents contentsOf(const MessageReader& reader) {
+  return isIndexed(reader) ? fromIndex(reader) : asRead(reader);
+}
+
+RecordingContents readContents(ByteSource& source, const Decoders& decoders) {
+  const OpenRecording opened = openRecording(source, decoders);
+  MessageReader& reader = *opened.messages;
+  std::optional<Damage> damage;
+  if (!isIndexed(reader)) {
+    damage = readAll(reader);
+  }
+  RecordingContents contents = contentsOf(reader);
+  contents.kind = opened.kind;
+  contents.damage = std::move(damage);
+  return contents;
+}
+
+std::string listOf(const std::vector<TopicContents>& topics) {
+  constexpr std::size_t most = 20;
+  std::string list;
+  for (std::size_t i = 0; i < std::min(topics.size(), most); ++i) {
+    list += (i == 0 ? "" : ", ") + inWords(topics[i]);
+  }
+  return topics.size() <= most ? list : list + " and " + std::to_string(topics.size() - most) + " more";
+}
+
+}  // namespace orvantis::toolkit

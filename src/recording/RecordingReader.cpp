@@ -1,0 +1,132 @@
+#include "recording/RecordingReader.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "recording/ReadError.h"
+#include "recording/TopicChoice.h"
+
+namespace orvantis::toolkit {
+
+RecordingReader::RecordingReader(ByteSource& source, RecordingOptions options)
+    : source_(source), options_(std::move(options)), opened_(openRecording(source, options_.decoders)) {
+  if (isIndexed(*opened_.messages)) {
+    checkChoice(contentsOf(*opened_.messages).topics);
+  }
+}
+
+std::optional<RecordedCloud> RecordingReader::next() {
+  while (!isAtEnd_) {
+    const std::optional<RecordedMessage> message = nextMessage();
+    if (!message) {
+      finish();
+    } else if (isWanted(message->topic)) {
+      if (std::optional<RecordedCloud> cloud = cloudOf(*message)) {
+        return cloud;
+      }
+      finish();
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<RecordedMessage> RecordingReader::nextMessage() {
+  try {
+    return opened_.messages->next();
+  } catch (const ReadError& error) {
+    noteDamage(error);
+    return std::nullopt;
+  }
+}
+
+std::optional<RecordedCloud> RecordingReader::cloudOf(const RecordedMessage& message) {
+  const Topic& topic = topics()[message.topic];
+  RecordedCloud cloud;
+  try {
+    readPointCloud2(message.data, topic.cloud, message.place, message_);
+    cloud.points = pointsOf(layoutOf(message_, message.place));
+  } catch (const ReadError& error) {
+    noteDamage(error);
+    return std::nullopt;
+  }
+  columnsOf(message_, columns_);
+  cloud.topic = topic.name;
+  cloud.header = message_.stamp;
+  cloud.logged = message.logged;
+  cloud.stamp = options_.stampFrom == StampFrom::header ? cloud.header : cloud.logged;
+  cloud.frameId = message_.frameId;
+  cloud.height = message_.height;
+  cloud.width = message_.width;
+  cloud.columns = columns_;
+  cloud.place = message.place;
+  noteStamp(message.topic, cloud.stamp);
+  ++numClouds_;
+  return cloud;
+}
+
+Points RecordingReader::pointsOf(const PointLayout& layout) {
+  const auto size = static_cast<std::size_t>(message_.size());
+  const std::byte* records = message_.data.data();
+  const std::size_t row = std::size_t{message_.width} * message_.pointStep;
+  if (size != 0 && message_.height > 1 && message_.rowStep != row) {
+    // Rows with something between them are moved together: a view has one step only.
+    rows_.resize(message_.height * row);
+    for (std::size_t i = 0; i < message_.height; ++i) {
+      std::memcpy(&rows_[i * row], records + i * message_.rowStep, row);
+    }
+    records = rows_.data();
+  }
+  return points_.view(records, size, layout);
+}
+
+bool RecordingReader::isWanted(std::size_t number) {
+  const Topic& topic = topics()[number];
+  if (topic.cloud == CloudEncoding::none) {
+    return false;
+  }
+  if (!options_.topics.empty()) {
+    return std::find(options_.topics.begin(), options_.topics.end(), topic.name) != options_.topics.end();
+  }
+  if (only_ && *only_ != number) {
+    isAtEnd_ = true;
+    checkChoice(readContents(source_, options_.decoders).topics);
+  }
+  only_ = number;
+  return true;
+}
+
+void RecordingReader::checkChoice(const std::vector<TopicContents>& topics) const {
+  if (const std::optional<std::string> fault = faultOfChoice(options_.topics, topics)) {
+    throw ReadError(atByte(0), *fault);
+  }
+}
+
+void RecordingReader::noteDamage(const ReadError& error) {
+  damage_ = Damage{error.place().byte, error.what()};
+  if (opened_.unfolded) {
+    damage_->reason += "; the byte is one of what the file unfolds to";
+  }
+}
+
+void RecordingReader::noteStamp(std::size_t topic, filter::monitor::Stamp stamp) {
+  lastStamps_.resize(std::max(lastStamps_.size(), topic + 1));
+  std::optional<filter::monitor::Stamp>& last = lastStamps_[topic];
+  if (last && stamp < *last) {
+    ++stampsBack_.count;
+    stampsBack_.most = std::max(stampsBack_.most, *last - stamp);
+  }
+  last = stamp;
+}
+
+void RecordingReader::finish() {
+  isAtEnd_ = true;
+  if (damage_ && numClouds_ == 0) {
+    throw ReadError(atByte(damage_->byte), damage_->reason + "; no whole point cloud comes before");
+  }
+  if (!damage_) {
+    checkChoice(contentsOf(*opened_.messages).topics);
+  }
+}
+
+}  // namespace orvantis::toolkit

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "recording/RecordingContents.h"
+
+namespace orvantis::toolkit {
+
+/// Why these topics of a recording cannot be read; nothing when they can. An empty choice is right when
+/// exactly one topic has messages that hold point clouds.
+std::optional<std::string> faultOfChoice(const std::vector<std::string>& chosen,
+                                         const std::vector<TopicContents>& topics);
+
+}  // namespace orvantis::toolkit

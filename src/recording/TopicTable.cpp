@@ -1,0 +1,54 @@
+#include "recording/TopicTable.h"
+
+#include <algorithm>
+
+#include "recording/ReadError.h"
+
+namespace orvantis::toolkit {
+namespace {
+
+// A compressed chunk of a few kilobytes may unfold to a million topics.
+constexpr std::size_t mostBytes = std::size_t{16} * 1024 * 1024;
+
+CloudEncoding cloudEncoding(std::string_view type, std::string_view encoding) {
+  if (type == "sensor_msgs/msg/PointCloud2" && encoding == "cdr") {
+    return CloudEncoding::cdr;
+  }
+  if (type == "sensor_msgs/PointCloud2" && encoding == "ros1") {
+    return CloudEncoding::ros1;
+  }
+  return CloudEncoding::none;
+}
+
+}  // namespace
+
+std::size_t TopicTable::add(std::string_view name, std::string_view type, std::string_view encoding,
+                            std::uint64_t place) {
+  // The lengths part the texts: any byte may stand in a name.
+  std::string key = std::to_string(name.size()) + ' ' + std::to_string(type.size()) + ' ';
+  key.append(name).append(type).append(encoding);
+  const auto [at, isNew] = numbers_.try_emplace(std::move(key), topics_.size());
+  if (!isNew) {
+    return at->second;
+  }
+  bytes_ += 2 * at->first.size() + sizeof(Topic);
+  if (bytes_ > mostBytes) {
+    throw ReadError(atByte(place), "the names of the recording's topics take more than " +
+                                       std::to_string(mostBytes) + " bytes");
+  }
+  Topic& topic = topics_.emplace_back();
+  topic.name = name;
+  topic.type = type;
+  topic.encoding = encoding;
+  topic.cloud = cloudEncoding(type, encoding);
+  return at->second;
+}
+
+void TopicTable::count(std::size_t number, filter::monitor::Stamp logged) {
+  Topic& topic = topics_[number];
+  topic.firstLogged = topic.read == 0 ? logged : std::min(topic.firstLogged, logged);
+  topic.lastLogged = topic.read == 0 ? logged : std::max(topic.lastLogged, logged);
+  ++topic.read;
+}
+
+}  // namespace orvantis::toolkit
