@@ -18,7 +18,9 @@ void Console::flush() const {
 }
 
 void Console::warn(const std::string& text) const {
-  err << "zone-detector: warning: " << text << '\n';
+  if (!quiet) {
+    err << "zone-detector: warning: " << text << '\n';
+  }
 }
 
 std::string Console::bold(const std::string& text) const {

@@ -16,6 +16,7 @@ struct Console {
   std::ostream& err;
   bool colour = false;    ///< of what is written to `out`
   bool progress = false;  ///< whether somebody watches `err`
+  bool quiet = false;     ///< no warnings
 
   /// Makes sure that what was written so far arrived.
   /// @throws Failure when it did not: a full disk, a reader that went away

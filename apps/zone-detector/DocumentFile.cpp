@@ -1,13 +1,13 @@
 #include "DocumentFile.h"
 
 #include "Console.h"
-#include "files/File.h"
+#include "Input.h"
 #include "text/Text.h"
 
 namespace orvantis::app {
 
 Configuration readConfiguration(const std::string& path) {
-  const std::string text = readFile(path, documentSizeLimit);
+  const std::string text = readInput(path, documentSizeLimit);
   try {
     return loadConfiguration(text);
   } catch (const std::exception& error) {

@@ -1,14 +1,20 @@
-#include "ExplainCommand.h"
-
 #include <cmath>
+#include <memory>
 #include <utility>
 #include <vector>
 
+#include <CLI/CLI.hpp>
+
 #include "CloudReader.h"
+#include "Command.h"
 #include "Console.h"
 #include "DocumentFile.h"
+#include "OptionChecks.h"
 #include "Progress.h"
+#include "RecordingOptions.h"
+#include "SessionOptionsParser.h"
 #include "Table.h"
+#include "TimeLine.h"
 #include "ZoneCells.h"
 #include "session/EventText.h"
 #include "session/Session.h"
@@ -24,6 +30,15 @@ using filter::monitor::CrossingExplanation;
 using filter::monitor::ExclusionShare;
 using filter::monitor::Stamp;
 using filter::monitor::ZoneExplanation;
+
+struct ExplainOptions {
+  std::string document;
+  Recording recording;
+  SessionOptions session;
+  long double at = 0.0L;              ///< seconds
+  std::string line;                   ///< to explain together with the track; empty: none
+  std::optional<std::int32_t> track;  ///< given whenever the line is
+};
 
 // The last input of each kind up to the wanted stamp.
 struct Reached {
@@ -103,15 +118,13 @@ void explainCrossing(const std::string& line, std::int32_t track, Stamp stamp, c
   }
 }
 
-}  // namespace
-
 int explain(const ExplainOptions& options, const Console& console) {
   const Configuration configuration = readConfiguration(options.document);
   if (options.track && !configuration.lines.contains(options.line)) {
     throw Failure(options.document, "has no counter line \"" + printable(options.line) + "\"");
   }
   const Stamp at(std::llround(options.at * 1e9L));
-  Session session(configuration);
+  Session session(configuration, options.session);
   const Reached reached = runTo(at, options.recording, session, console);
   const auto require = [at](bool isThere, const char* what) {
     if (!isThere) {
@@ -129,6 +142,39 @@ int explain(const ExplainOptions& options, const Console& console) {
   }
   console.flush();
   return 0;
+}
+
+const CommandText text = {"explain", "say why zones and counter lines are in the state they are in",
+                          R"(Examples:
+  zone-detector explain site.json frames/*.pcd --at 1.2
+  zone-detector explain site.json --tracks tracks.csv --at 1.9 --line Gate --track 7
+
+Runs a recording up to the last frame at or before a stamp. Then says, for each zone, how many points count,
+how many an exclusion zone took and which one, and when its state changes; for a line and a track, why the
+track did or did not count.)"};
+
+}  // namespace
+
+void addExplainCommand(CLI::App& program, Task& task) {
+  const auto options = std::make_shared<ExplainOptions>();
+  CLI::App& command = addCommand(program, text);
+  command.add_option("FILE", options->document, "zone document; - is the standard input")->required();
+  addRecordingOptions(command, options->recording);
+  command.add_option("--at", options->at, "stamp in seconds")
+      ->option_text("STAMP REQUIRED")
+      ->required()
+      ->check(between(-9.2e9, 9.2e9));
+  CLI::Option* const line = command.add_option("--line", options->line, "counter line")->option_text("NAME");
+  CLI::Option* const track =
+      command.add_option("--track", options->track, "a track on that line, by its id")->option_text("ID");
+  line->needs(track)->needs(command.get_option("--tracks"));
+  track->needs(line);
+  command.get_option("--tracks")->needs(line);
+  addSessionOptions(command, options->session);
+  command.final_callback([options, &task] {
+    checkRecording(options->recording, options->document);
+    task = [options](const Console& console) { return explain(*options, console); };
+  });
 }
 
 }  // namespace orvantis::app

@@ -2,9 +2,13 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <vector>
 
+#include <CLI/CLI.hpp>
+
 #include "CloudReader.h"
+#include "Command.h"
 #include "Console.h"
 #include "DocumentFile.h"
 #include "drawing/SitePlan.h"
@@ -53,6 +57,20 @@ int plot(const PlotOptions& options, const Console& console) {
     writeWhole(options.output, svg);
   }
   return 0;
+}
+
+void addPlotCommand(CLI::App& program, Task& task) {
+  const auto options = std::make_shared<PlotOptions>();
+  CLI::App& command = addCommand(program, {"plot", "draw the plan as SVG", R"(Examples:
+  zone-detector plot site.json -o plan.svg
+  zone-detector plot site.json scan.pcd -o plan.svg
+
+Draws zones, exclusion zones and counter lines to scale, over a scan if one is given.)"});
+  command.add_option("FILE", options->document, "zone document")->required();
+  command.add_option("CLOUD", options->cloud, "scan to draw under the zones");
+  command.add_option("-o,--output", options->output, "picture to write; else the standard output");
+  command.final_callback(
+      [options, &task] { task = [options](const Console& console) { return plot(*options, console); }; });
 }
 
 }  // namespace orvantis::app

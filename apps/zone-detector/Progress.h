@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 
 namespace orvantis::app {
@@ -8,10 +9,11 @@ namespace orvantis::app {
 struct Console;
 
 /// A line on the error stream that says how far the work is, while somebody watches; erased before anything
-/// else is written and at the end.
+/// else is written and at the end. It is never wider than the terminal: a wrapped line could not be erased.
 class Progress {
  public:
-  Progress(const Console& console, std::size_t total) : console_(console), total_(total) {}
+  /// @param total none: not known
+  Progress(const Console& console, std::optional<std::size_t> total) : console_(console), total_(total) {}
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
   ~Progress() { erase(); }
@@ -21,7 +23,7 @@ class Progress {
 
  private:
   const Console& console_;
-  std::size_t total_;
+  std::optional<std::size_t> total_;
   bool shown_ = false;
 };
 

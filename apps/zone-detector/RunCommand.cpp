@@ -1,111 +1,60 @@
 #include "RunCommand.h"
 
-#include <cstdint>
-#include <utility>
+#include <memory>
 
-#include <boost/json/array.hpp>
-#include <boost/json/object.hpp>
+#include <CLI/CLI.hpp>
 
-#include "CloudReader.h"
+#include "Command.h"
 #include "Console.h"
 #include "DocumentFile.h"
-#include "HeightWarning.h"
-#include "Progress.h"
+#include "FrameCounts.h"
+#include "RecordingOptions.h"
+#include "SessionOptionsParser.h"
 #include "SessionRun.h"
-#include "Table.h"
-#include "ZoneCells.h"
-#include "document/FieldZones.h"
-#include "session/ZoneCounter.h"
-#include "text/JsonText.h"
-#include "text/Text.h"
 
 namespace orvantis::app {
 namespace {
 
-using filter::classify::PointClassifier;
-using filter::classify::ZoneCounts;
-using filter::detection::ZoneDetector;
+const CommandText text = {"run", "count points in zones, or tell what happens in a recording",
+                          R"(Examples:
+  zone-detector run site.json frames/*.pcd
+  zone-detector run --json site.json frames/*.bin > counts.jsonl
+  zone-detector run site.json frames/*.pcd --rate 10 --tracks tracks.csv
+  zone-detector run site.json --stamps frames.txt --csv tables --plot run.svg
 
-std::uint64_t countOf(const FieldZone& zone, const ZoneCounts& counts) {
-  return counts.inside[static_cast<std::size_t>(PointClassifier::zoneBit(zone.field, zone.zone))];
-}
+Counts, for each frame, the points inside each zone and outside every exclusion zone. Frames are PCD, PLY
+or XYZ files, or .bin files of float32 x, y, z, intensity. Stops at the first frame that cannot be read.
 
-struct Frame {
-  std::size_t number;
-  std::string file;
-  std::uint64_t points;
-  ZoneCounts counts;
-};
+With --tracks, --rate, --stamps, --csv or --plot the frames have a time; what happens is told instead: zones
+occupied and cleared, tracked objects that enter, leave and cross lines, and a summary at the end.)"};
 
-void printTable(const Frame& frame, const std::vector<FieldZone>& zones, std::uint64_t minPoints,
-                const Console& console) {
-  console.out << (frame.number == 0 ? "" : "\n")
-              << console.bold(printable(frame.file) + ": " + counted(frame.points, "point") + ", " +
-                              counted(frame.counts.noReturns, "no return") + ", " +
-                              std::to_string(frame.counts.excluded) + " in exclusion zones")
-              << '\n';
-  Table table({"FIELD", "ZONE", ">POINTS", "≥ " + std::to_string(minPoints)});
-  ZoneCells cells;
-  for (const FieldZone& zone : zones) {
-    const std::uint64_t count = countOf(zone, frame.counts);
-    std::vector<std::string> row = cells.next(zone);
-    row.insert(row.end(), {std::to_string(count), count >= minPoints ? "yes" : "no"});
-    table.addRow(std::move(row));
-  }
-  table.print(console);
-}
-
-void printJson(const Frame& frame, const std::vector<FieldZone>& zones, std::uint64_t minPoints,
-               const Console& console) {
-  boost::json::array list;
-  for (const FieldZone& zone : zones) {
-    const std::uint64_t count = countOf(zone, frame.counts);
-    list.push_back(boost::json::object{{"field", zone.field},
-                                       {"fieldName", zone.fieldName},
-                                       {"zone", zone.zone},
-                                       {"name", zone.name()},
-                                       {"points", count},
-                                       {"reached", count >= minPoints}});
-  }
-  console.out << toJson(boost::json::object{{"frame", frame.number},
-                                            {"file", frame.file},
-                                            {"points", frame.points},
-                                            {"noReturns", frame.counts.noReturns},
-                                            {"excluded", frame.counts.excluded},
-                                            {"minPoints", minPoints},
-                                            {"zones", std::move(list)}})
-              << '\n';
+// Counts the points of each frame; where frames have a time, tells what happens instead.
+int run(const RunOptions& options, const Console& console) {
+  const Configuration configuration = readConfiguration(options.document);
+  return (options.hasTime() ? runSession : countFrames)(configuration, options, console);
 }
 
 }  // namespace
 
-int run(const RunOptions& options, const Console& console) {
-  const Configuration configuration = readConfiguration(options.document);
-  if (options.hasTime()) {
-    return runSession(configuration, options, console);
+void addRunCommand(CLI::App& program, Task& task) {
+  const auto options = std::make_shared<RunOptions>();
+  CLI::App& command = addCommand(program, text);
+  command.add_option("FILE", options->document, "zone document; - is the standard input")->required();
+  addRecordingOptions(command, options->recording);
+  command.add_flag("--json", options->json, "one JSON object a line");
+  command.add_option("--csv", options->csvFolder, "folder to write tables into")->option_text("DIR");
+  command.add_option("--plot", options->picture, "picture to write")->option_text("FILE");
+  addSessionOptions(command, options->session);
+  CLI::Option* const reference =
+      command.add_flag("--reference", options->reference, "ask every zone for every point, slowly")
+          ->option_text(" ");
+  for (const char* const ofSession : {"--rate", "--stamps", "--tracks", "--csv", "--plot"}) {
+    reference->excludes(command.get_option(ofSession));
   }
-  const std::vector<std::string>& clouds = options.recording.clouds;
-  const ZoneDetector& detector = configuration.detector;
-  const auto minPoints = static_cast<std::uint64_t>(detector.getMinPoints());
-  const PointClassifier classifier(detector);
-  const std::vector<FieldZone> zones = zonesOf(detector);
-  HeightWatch heights(zones);
-  Progress progress(console, clouds.size());
-  for (std::size_t i = 0; i < clouds.size(); ++i) {
-    progress.show(i, clouds[i]);
-    const Cloud cloud = readCloud(clouds[i]);
-    const Points points = viewOf(cloud);
-    const ZoneCounts counts =
-        options.reference ? countZoneByZone(detector, points)
-                          : std::visit([&](const auto& view) { return classifier.count(view); }, points);
-    const Frame frame{i, clouds[i], cloud.size(), counts};
-    heights.add(points);
-    progress.erase();
-    (options.json ? printJson : printTable)(frame, zones, minPoints, console);
-    console.flush();
-  }
-  warnOfHeights(heights, console);
-  return 0;
+  command.final_callback([options, &task] {
+    checkRecording(options->recording, options->document);
+    task = [options](const Console& console) { return run(*options, console); };
+  });
 }
 
 }  // namespace orvantis::app

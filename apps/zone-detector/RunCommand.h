@@ -3,14 +3,14 @@
 #include <string>
 
 #include "TimeLine.h"
+#include "session/SessionOptions.h"
 
 namespace orvantis::app {
-
-struct Console;
 
 struct RunOptions {
   std::string document;
   Recording recording;
+  toolkit::SessionOptions session;
   bool json = false;       ///< one object a line instead of tables
   bool reference = false;  ///< ask every zone for every point instead of the batch classifier
   std::string csvFolder;   ///< for the tables of a session; empty: none
@@ -22,10 +22,5 @@ struct RunOptions {
            !picture.empty();
   }
 };
-
-/// Counts the points of each frame in each zone and outside every exclusion zone; where frames have a time,
-/// tells what happens instead.
-/// @throws Failure at the first frame or row that cannot be read; what was printed before stands
-int run(const RunOptions& options, const Console& console);
 
 }  // namespace orvantis::app

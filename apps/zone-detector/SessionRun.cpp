@@ -1,6 +1,6 @@
 #include "SessionRun.h"
 
-#include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -8,22 +8,18 @@
 
 #include "CloudReader.h"
 #include "Console.h"
+#include "EventLines.h"
 #include "HeightWarning.h"
+#include "Interrupt.h"
+#include "PictureFile.h"
 #include "Progress.h"
 #include "RunCommand.h"
-#include "SummaryText.h"
 #include "TableFiles.h"
-#include "document/Configuration.h"
 #include "document/FieldZones.h"
-#include "files/AtomicFile.h"
 #include "session/Durations.h"
-#include "session/EventText.h"
+#include "session/HeightWatch.h"
 #include "session/Session.h"
-#include "session/SessionPlot.h"
 #include "session/SessionSummary.h"
-#include "session/SessionTables.h"
-#include "session/SummaryJson.h"
-#include "text/JsonText.h"
 #include "text/Number.h"
 #include "text/StampText.h"
 #include "text/Text.h"
@@ -33,18 +29,9 @@ namespace {
 
 using filter::monitor::Duration;
 
-void printEvents(const SessionFrame& frame, bool json, const Console& console) {
-  for (const Event& event : frame.events) {
-    console.out << (json ? toJson(toObject(frame.stamp, event)) : toLine(frame.stamp, event)) << '\n';
-  }
-  if (!frame.events.empty()) {
-    console.flush();
-  }
-}
-
 // On the error stream: it differs from run to run.
 void printTaken(const Durations& taken, const Console& console) {
-  if (taken.count() == 0) {
+  if (taken.count() == 0 || console.quiet) {
     return;
   }
   const auto milliseconds = [](Duration time) { return toFixed(1000.0 * toSeconds(time), 3) + " ms"; };
@@ -53,32 +40,49 @@ void printTaken(const Durations& taken, const Console& console) {
               << milliseconds(*taken.longest()) << " at most\n";
 }
 
-void writePicture(SessionPlot& picture, const RunOptions& options) {
-  std::string svg;
-  try {
-    svg = picture.draw(std::filesystem::path(options.document).filename().string());
-  } catch (const std::exception& error) {
-    throw Failure(options.document, error.what());
+std::vector<std::unique_ptr<SessionOutput>> outputsOf(const RunOptions& options,
+                                                      const Configuration& configuration,
+                                                      const SessionInputs& inputs, const Console& console) {
+  std::vector<std::unique_ptr<SessionOutput>> outputs;
+  outputs.push_back(std::make_unique<EventLines>(console, options.json));
+  if (!options.csvFolder.empty()) {
+    outputs.push_back(
+        std::make_unique<TableFiles>(options.csvFolder, SessionTables(zonesOf(configuration.detector))));
   }
-  writeWhole(options.picture, svg);
+  if (!options.picture.empty()) {
+    outputs.push_back(
+        std::make_unique<PictureFile>(options.picture, options.document, SessionPlot(configuration, inputs)));
+  }
+  return outputs;
+}
+
+// The next moment; nothing at the end, and nothing once a signal asked for it: a row that was cut by that is
+// not at fault.
+std::optional<Moment> nextOf(TimeLine& timeLine) {
+  try {
+    auto moment = timeLine.next();
+    return Interrupt::signal() == 0 ? std::move(moment) : std::nullopt;
+  } catch (const Failure&) {
+    if (Interrupt::signal() != 0) {
+      return std::nullopt;
+    }
+    throw;
+  }
 }
 
 }  // namespace
 
 int runSession(const Configuration& configuration, const RunOptions& options, const Console& console) {
+  const Interrupt interrupt;
   TimeLine timeLine(options.recording);
-  Session session(configuration);
+  Session session(configuration, options.session);
   SessionSummary summary;
   const std::vector<FieldZone> zones = zonesOf(configuration.detector);
-  HeightWatch heights(zones);
   const SessionInputs inputs{options.recording.hasClouds(), options.recording.hasTracks()};
-  auto tables = options.csvFolder.empty()
-                    ? std::nullopt
-                    : std::optional<TableFiles>(std::in_place, options.csvFolder, SessionTables(zones));
-  auto picture = options.picture.empty() ? std::nullopt
-                                         : std::optional<SessionPlot>(std::in_place, configuration, inputs);
+  HeightWatch heights(zones);
+  const auto outputs = outputsOf(options, configuration, inputs, console);
   Progress progress(console, timeLine.cloudCount());
-  while (const std::optional<Moment> moment = timeLine.next()) {
+  while (const std::optional<Moment> moment = nextOf(timeLine)) {
     Cloud cloud;
     std::optional<Points> points;
     if (moment->cloud) {
@@ -89,34 +93,22 @@ int runSession(const Configuration& configuration, const RunOptions& options, co
     }
     const SessionFrame frame = session.take(moment->stamp, points, moment->objectsOrNull());
     summary.add(frame);
-    if (tables) {
-      tables->add(frame, moment->cloud.value_or(""));
+    if (!frame.events.empty()) {
+      progress.erase();
     }
-    if (picture) {
-      picture->add(frame, moment->objectsOrNull());
+    for (const auto& output : outputs) {
+      output->add(*moment, frame);
     }
-    progress.erase();
-    printEvents(frame, options.json, console);
   }
-  if (options.json) {
-    for (const auto& object : toObjects(summary, session, zones, inputs)) {
-      console.out << toJson(object) << '\n';
-    }
-  } else {
-    printSummary(summary, session, zones, inputs, console);
+  progress.erase();
+  for (const auto& output : outputs) {
+    output->finish({summary, session, zones, inputs});
   }
-  console.flush();
   printTaken(summary.taken(), console);
-  if (inputs.points) {
+  if (inputs.points && Interrupt::signal() == 0) {
     warnOfHeights(heights, console);
   }
-  if (tables) {
-    tables->finish(summary, session, inputs);
-  }
-  if (picture) {
-    writePicture(*picture, options);
-  }
-  return 0;
+  return Interrupt::exitCode();
 }
 
 }  // namespace orvantis::app

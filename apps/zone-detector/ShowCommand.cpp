@@ -2,11 +2,15 @@
 
 #include <array>
 #include <cmath>
+#include <memory>
 #include <numbers>
 #include <vector>
 
+#include <CLI/CLI.hpp>
+
 #include <filter/detection/Rectangle.h>
 
+#include "Command.h"
 #include "Console.h"
 #include "DocumentFile.h"
 #include "Table.h"
@@ -131,6 +135,24 @@ int show(const std::string& path, bool json, const Console& console) {
   }
   console.flush();
   return 0;
+}
+
+void addShowCommand(CLI::App& program, Task& task) {
+  struct Options {
+    std::string document;
+    bool json = false;
+  };
+  const auto options = std::make_shared<Options>();
+  CLI::App& command = addCommand(program, {"show", "print what a zone document holds", R"(Examples:
+  zone-detector show site.json
+  zone-detector show --json site.json
+
+Prints options, evaluation fields, exclusion zones and counter lines of a zone document.)"});
+  command.add_option("FILE", options->document, "zone document")->required();
+  command.add_flag("--json", options->json, "one JSON object");
+  command.final_callback([options, &task] {
+    task = [options](const Console& console) { return show(options->document, options->json, console); };
+  });
 }
 
 }  // namespace orvantis::app

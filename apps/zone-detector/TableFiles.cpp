@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Console.h"
+#include "TimeLine.h"
 
 namespace orvantis::app {
 namespace {
@@ -28,16 +29,17 @@ TableFiles::TableFiles(const std::string& folder, SessionTables tables)
   frames_.append(tables_.frameHeader());
 }
 
-void TableFiles::add(const SessionFrame& frame, const std::string& file) {
+void TableFiles::add(const Moment& moment, const SessionFrame& frame) {
   events_.append(tables_.eventRows(frame));
-  frames_.append(tables_.frameRow(frame, file));
+  frames_.append(tables_.frameRow(frame, moment.cloud.value_or("")));
 }
 
-void TableFiles::finish(const SessionSummary& summary, const Session& session, const SessionInputs& inputs) {
+void TableFiles::finish(const SessionResult& result) {
   events_.commit();
   frames_.commit();
-  writeWhole((folder_ / "zones.csv").string(), tables_.zoneTable(summary, session, inputs));
-  writeWhole((folder_ / "lines.csv").string(), tables_.lineTable(session));
+  writeWhole((folder_ / "zones.csv").string(),
+             tables_.zoneTable(result.summary, result.session, result.inputs));
+  writeWhole((folder_ / "lines.csv").string(), tables_.lineTable(result.session));
 }
 
 }  // namespace orvantis::app

@@ -2,12 +2,10 @@
 
 #include <cmath>
 #include <filesystem>
-#include <fstream>
-#include <memory>
 #include <utility>
 
 #include "Console.h"
-#include "files/File.h"
+#include "Input.h"
 #include "text/Number.h"
 
 namespace orvantis::app {
@@ -26,33 +24,55 @@ std::deque<StampedPath> TimeLine::atRate(const std::vector<std::string>& paths, 
   return clouds;
 }
 
-std::deque<StampedPath> TimeLine::fromList(const std::string& path) {
+// A file is read whole, so that its end is known and a wrong line is told before anything is done.
+void TimeLine::readList(const std::string& path) {
+  list_.emplace(openInput(path), path);
+  if (path == standardInput) {
+    return;
+  }
   // So that a recording can be moved together with its list.
   const std::filesystem::path folder = std::filesystem::path(path).parent_path();
-  StampList list(std::make_unique<std::ifstream>(openFile(path)), path);
-  std::deque<StampedPath> clouds;
-  while (auto cloud = list.next()) {
+  while (auto cloud = list_->next()) {
     cloud->path = (folder / cloud->path).string();
-    clouds.push_back(std::move(*cloud));
+    clouds_.push_back(std::move(*cloud));
   }
-  if (clouds.empty()) {
+  list_.reset();
+  if (clouds_.empty()) {
     throw Failure(path, "lists no frames");
   }
-  return clouds;
+  cloudCount_ = clouds_.size();
 }
 
-TimeLine::TimeLine(const Recording& recording)
-    : clouds_(recording.stamps.empty() ? atRate(recording.clouds, recording.rate.value_or(10.0))
-                                       : fromList(recording.stamps)),
-      cloudCount_(clouds_.size()) {
+TimeLine::TimeLine(const Recording& recording) {
+  if (recording.stamps.empty()) {
+    clouds_ = atRate(recording.clouds, recording.rate.value_or(10.0));
+    cloudCount_ = clouds_.size();
+  } else {
+    readList(recording.stamps);
+  }
   if (recording.hasTracks()) {
-    tracks_.emplace(std::make_unique<std::ifstream>(openFile(recording.tracks)), recording.tracks,
-                    recording.tracksFormat);
+    tracks_.emplace(openInput(recording.tracks), recording.tracks, recording.tracksFormat);
+  }
+}
+
+void TimeLine::fetch() {
+  if (clouds_.empty() && list_) {
+    if (auto cloud = list_->next()) {
+      clouds_.push_back(std::move(*cloud));
+    } else {
+      list_.reset();
+    }
+  }
+  if (!trackFrame_ && tracks_) {
     trackFrame_ = tracks_->next();
+    if (!trackFrame_) {
+      tracks_.reset();
+    }
   }
 }
 
 std::optional<Moment> TimeLine::next() {
+  fetch();
   if (clouds_.empty() && !trackFrame_) {
     return std::nullopt;
   }
@@ -65,7 +85,7 @@ std::optional<Moment> TimeLine::next() {
   }
   if (trackFrame_ && trackFrame_->stamp == moment.stamp) {
     moment.objects = std::move(trackFrame_->objects);
-    trackFrame_ = tracks_->next();
+    trackFrame_.reset();
   }
   return moment;
 }

@@ -36,25 +36,29 @@ struct Moment {
   }
 };
 
-/// Points and tracked objects in the order of their stamps.
+/// Points and tracked objects in the order of their stamps. Nothing is read before it is needed, so that what
+/// comes through a pipe is told as it comes.
 class TimeLine {
  public:
   /// @throws Failure when the list or the tracks cannot be read or are wrong
   explicit TimeLine(const Recording& recording);
 
-  std::size_t cloudCount() const { return cloudCount_; }
+  /// The number of frames of points; nothing when it is not known beforehand.
+  std::optional<std::size_t> cloudCount() const { return cloudCount_; }
 
   /// @return nothing at the end
-  /// @throws Failure at a bad row of the tracks
+  /// @throws Failure at a bad row of the list or the tracks
   std::optional<Moment> next();
 
  private:
   static std::deque<toolkit::StampedPath> atRate(const std::vector<std::string>& paths, double rate);
-  static std::deque<toolkit::StampedPath> fromList(const std::string& path);
+  void readList(const std::string& path);
+  void fetch();
 
-  std::deque<toolkit::StampedPath> clouds_;  // those to come
-  std::size_t cloudCount_;
-  std::optional<toolkit::TrackReader> tracks_;
+  std::optional<toolkit::StampList> list_;   // of clouds still to be read
+  std::deque<toolkit::StampedPath> clouds_;  // those to come, as far as they were read
+  std::optional<std::size_t> cloudCount_;
+  std::optional<toolkit::TrackReader> tracks_;     // until its end
   std::optional<toolkit::TrackFrame> trackFrame_;  // the one to come
 };
 

@@ -1,9 +1,13 @@
 #include "ValidateCommand.h"
 
+#include <memory>
 #include <sstream>
+
+#include <CLI/CLI.hpp>
 
 #include <filter/detection/ZoneDetector.h>
 
+#include "Command.h"
 #include "Console.h"
 #include "document/Configuration.h"
 #include "document/Lint.h"
@@ -67,6 +71,29 @@ int validate(const std::vector<std::string>& paths, bool strict, const Console& 
   }
   console.flush();
   return good ? 0 : 1;
+}
+
+void addValidateCommand(CLI::App& program, Task& task) {
+  struct Options {
+    std::vector<std::string> documents;
+    bool strict = false;
+  };
+  const auto options = std::make_shared<Options>();
+  CLI::App& command =
+      addCommand(program, {"validate", "check zone documents, and say where they are wrong or doubtful",
+                           R"(Examples:
+  zone-detector validate site.json
+  zone-detector validate --strict sites/*.json     what is doubtful is wrong too
+
+Checks zone documents. The fixed check decides; what it leaves out follows as warnings, each with its line
+and its place in the document.)"});
+  command.add_option("FILE", options->documents, "zone documents")->required();
+  command.add_flag("--strict", options->strict, "warnings make the exit code 1 too");
+  command.final_callback([options, &task] {
+    task = [options](const Console& console) {
+      return validate(options->documents, options->strict, console);
+    };
+  });
 }
 
 }  // namespace orvantis::app

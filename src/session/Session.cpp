@@ -7,10 +7,22 @@ namespace {
 
 using filter::monitor::Crossing;
 
+filter::monitor::LineCounterOptions lineOptions(const SessionOptions& options) {
+  filter::monitor::LineCounterOptions lines = options.lines;
+  lines.forgetAfter = options.forgetAfter;
+  return lines;
+}
+
 }  // namespace
 
-Session::Session(const Configuration& configuration)
-    : zones_(configuration.detector), objects_(configuration.detector), lines_(configuration.lines) {}
+Session::Session(const Configuration& configuration, const SessionOptions& options)
+    : zones_(configuration.detector),
+      objects_(configuration.detector, options.forgetAfter),
+      lines_(configuration.lines, lineOptions(options)) {
+  if (options.activeField) {
+    zones_.setActiveField(*options.activeField);
+  }
+}
 
 SessionFrame Session::take(filter::monitor::Stamp stamp, const std::optional<Points>& points,
                            const std::vector<filter::monitor::TrackedObject>* objects) {

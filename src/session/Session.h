@@ -13,6 +13,7 @@
 
 #include "document/Configuration.h"
 #include "session/Coordinates.h"
+#include "session/SessionOptions.h"
 
 namespace orvantis::toolkit {
 
@@ -39,7 +40,8 @@ struct SessionFrame {
 /// Feeds a recording to the monitors of a zone document.
 class Session {
  public:
-  explicit Session(const Configuration& configuration);
+  /// @throws std::invalid_argument, std::out_of_range as the monitors do
+  explicit Session(const Configuration& configuration, const SessionOptions& options = {});
 
   /// Takes what there is for the next stamp; points first.
   /// @param points of a frame; none: there is no frame of points

@@ -62,6 +62,24 @@ std::size_t displayWidth(std::string_view text) {
   return width;
 }
 
+std::string endOf(std::string_view head, std::string_view text, std::size_t columns) {
+  std::string result(head);
+  const std::size_t taken = displayWidth(head);
+  if (taken + displayWidth(text) <= columns) {
+    return result += text;
+  }
+  if (taken >= columns) {
+    return result.substr(0, columns);
+  }
+  std::size_t begin = text.size();
+  std::size_t next = begin;
+  while (next > 0 && taken + 1 + displayWidth(text.substr(next - 1)) <= columns) {
+    --next;
+    begin = isLaterByte(text[next]) ? begin : next;
+  }
+  return result + "…" + std::string(text.substr(begin));
+}
+
 std::string errorText(int number) {
   return std::generic_category().message(number);
 }

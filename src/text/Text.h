@@ -18,6 +18,9 @@ std::string printable(std::string_view raw);
 /// The columns a terminal needs for the text: its characters, not its bytes.
 std::size_t displayWidth(std::string_view text);
 
+/// The head and as much of the end of the text as fit into so many columns; what is left out is shown by "…".
+std::string endOf(std::string_view head, std::string_view text, std::size_t columns);
+
 /// The system's words for an error number.
 std::string errorText(int number);
 

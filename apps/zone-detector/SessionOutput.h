@@ -1,0 +1,35 @@
+#pragma once
+
+#include <vector>
+
+#include "document/FieldZones.h"
+#include "session/Session.h"
+#include "session/SessionSummary.h"
+
+namespace orvantis::app {
+
+struct Moment;
+
+/// What a whole session came to.
+struct SessionResult {
+  const toolkit::SessionSummary& summary;
+  const toolkit::Session& session;
+  const std::vector<toolkit::FieldZone>& zones;
+  const toolkit::SessionInputs& inputs;
+};
+
+/// Something that shows or keeps a session.
+class SessionOutput {
+ public:
+  SessionOutput() = default;
+  SessionOutput(const SessionOutput&) = delete;
+  SessionOutput& operator=(const SessionOutput&) = delete;
+  virtual ~SessionOutput() = default;
+
+  /// Takes the next frame. @throws Failure when it cannot be written
+  virtual void add(const Moment& moment, const toolkit::SessionFrame& frame) = 0;
+  /// Once, after the last frame. @throws Failure when it cannot be written
+  virtual void finish(const SessionResult& result) = 0;
+};
+
+}  // namespace orvantis::app
