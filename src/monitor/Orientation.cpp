@@ -1,5 +1,6 @@
 #include "monitor/Orientation.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
@@ -44,6 +45,20 @@ int exactOrientation(const core::PlanarPoint& a, const core::PlanarPoint& b, con
 
 double crossProduct(const core::PlanarPoint& a, const core::PlanarPoint& b, const core::PlanarPoint& c) {
   return (b.x() - a.x()) * (c.y() - a.y()) - (b.y() - a.y()) * (c.x() - a.x());
+}
+
+double distance(const core::PlanarPoint& a, const core::PlanarPoint& b) {
+  const double dx = std::abs(b.x() - a.x());
+  const double dy = std::abs(b.y() - a.y());
+  const double larger = std::max(dx, dy);
+  if (!(larger > 0.0) || !std::isfinite(dx) || !std::isfinite(dy)) {
+    return dx + dy;
+  }
+  // By a power of two near 1, which rounds nothing that counts, so that squares stay within the range.
+  const int exponent = std::ilogb(larger);
+  const double x = std::ldexp(dx, -exponent);
+  const double y = std::ldexp(dy, -exponent);
+  return std::ldexp(std::sqrt(x * x + y * y), exponent);
 }
 
 int orientation(const core::PlanarPoint& a, const core::PlanarPoint& b, const core::PlanarPoint& c) {

@@ -26,11 +26,29 @@ Stamp between(Stamp from, Stamp to, double share) {
   return from + std::min(Duration(std::llround(ticks)), whole);
 }
 
+void requireForgetAfter(Duration forgetAfter) {
+  if (!(forgetAfter > Duration::zero())) {
+    throw std::invalid_argument("The time after which tracks are forgotten must be above zero");
+  }
+}
+
 void requireLater(Stamp stamp, const std::optional<Stamp>& last) {
   if (last && stamp <= *last) {
     throw std::invalid_argument("The stamp " + std::to_string(stamp.count()) +
                                 " ns is not later than the last one, " + std::to_string(last->count()) +
                                 " ns");
+  }
+}
+
+void Clock::requireFrame(Stamp stamp) const {
+  requireLater(stamp, lastFrame_);
+  requirePassing(stamp);
+}
+
+void Clock::requirePassing(Stamp stamp) const {
+  if (now_ && stamp < *now_) {
+    throw std::invalid_argument("The stamp " + std::to_string(stamp.count()) +
+                                " ns is earlier than the last one, " + std::to_string(now_->count()) + " ns");
   }
 }
 

@@ -12,7 +12,32 @@ Duration elapsed(Stamp from, Stamp to);
 /// The stamp at a share of the way from one stamp to a later one: 0 is the first, 1 the second.
 Stamp between(Stamp from, Stamp to, double share);
 
+/// @throws std::invalid_argument unless the time after which tracks are forgotten is above zero
+void requireForgetAfter(Duration forgetAfter);
+
 /// @throws std::invalid_argument, naming both stamps, unless the stamp is later than the last one
 void requireLater(Stamp stamp, const std::optional<Stamp>& last);
+
+/// The order of the stamps that one monitor is given. Frames come one after the other; time passes from one
+/// to the next, and may have passed up to the stamp of the next one before that is given.
+class Clock {
+ public:
+  /// @throws std::invalid_argument, naming both stamps, unless the stamp is later than the last frame's and
+  ///   time has not passed beyond it
+  void requireFrame(Stamp stamp) const;
+  /// @throws std::invalid_argument, naming both stamps, when the stamp is earlier than one before
+  void requirePassing(Stamp stamp) const;
+
+  /// Only after `requireFrame`.
+  void takeFrame(Stamp stamp) { lastFrame_ = now_ = stamp; }
+  /// Only after `requirePassing`.
+  void pass(Stamp stamp) { now_ = stamp; }
+
+  const std::optional<Stamp>& lastFrame() const { return lastFrame_; }
+
+ private:
+  std::optional<Stamp> lastFrame_;
+  std::optional<Stamp> now_;
+};
 
 }  // namespace orvantis::filter::monitor

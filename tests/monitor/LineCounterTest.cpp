@@ -98,7 +98,7 @@ TEST(LineCrossings, WaitForTheObjectToBeClear) {
 TEST(LineCrossings, BeginOnlyWithAnObjectThatWasClear) {
   const Walked walked = walkOnXAxis(upAndDownAt(4.0, {0.3, -0.3, -2}));
   EXPECT_TRUE(walked.crossings.empty());
-  EXPECT_EQ(walked.verdict, Verdict::NotOver);
+  EXPECT_EQ(walked.verdict, Verdict::BeganOnLine);
 }
 
 TEST(LineCrossings, TouchingAndGoingBackIsNone) {
@@ -209,7 +209,13 @@ TEST(LineCrossings, EachRealCrossingCountsOnceInItsDirection) {
   EXPECT_EQ(counter.tallies()[0].ids.left, (std::set<std::int32_t>{walker}));
 }
 
-TEST(LineCrossings, HalfAndQuarterOfTheRateGiveTheSameCountsAndInstants) {
+TEST(LineCrossings, DependOnTheFirstAndLastClearSightings) {
+  EXPECT_EQ(walkOnXAxis(upAndDownAt(4.0, {2, 0.2, -2})).crossings.size(), 1U);
+  EXPECT_EQ(walkOnXAxis(upAndDownAt(4.0, {0.2, -2})).crossings.size(), 0U);  // without the first
+  EXPECT_EQ(walkOnXAxis(upAndDownAt(4.0, {2, 0.2})).crossings.size(), 0U);   // without the last
+}
+
+TEST(LineCrossings, AreTheSameAtALowerRateThatLeavesClearSightingsOnEachSide) {
   // A drive over the line, back over it on a slant, and past its end.
   std::vector<PlanarPoint> drive;
   for (int i = 0; i <= 64; ++i) {
@@ -276,6 +282,32 @@ TEST(LineTracks, AreForgottenWithTheirIdsButNotTheirNumbers) {
   EXPECT_EQ(counter.tallies()[0].byClass.at("car").toRight, 1U);
   EXPECT_EQ(counter.explain("L", walker).verdict, Verdict::NotSeen);
   EXPECT_TRUE(counter.directions("L").sides.empty());
+}
+
+TEST(LineTracks, AreForgottenWhenTimePassesWithoutFrames) {
+  LineCounter counter = counterOnXAxis({ms(500)});
+  counter.update(ms(0), {box(walker, 4, 2), box(8, 6, 2)});
+  counter.update(ms(100), {box(walker, 4, -2)});
+  counter.advance(ms(499));
+  EXPECT_EQ(counter.numTracks(), 2U);
+  counter.advance(ms(500));
+  EXPECT_EQ(counter.numTracks(), 1U);
+  EXPECT_EQ(counter.explain("L", 8).verdict, Verdict::NotSeen);
+  EXPECT_EQ(counter.tallies()[0].ids.right.size(), 1U);
+  counter.advance(ms(600));
+  EXPECT_EQ(counter.numTracks(), 0U);
+  EXPECT_TRUE(counter.tallies()[0].ids.right.empty());
+  EXPECT_EQ(counter.tallies()[0].crossings.toRight, 1U);
+}
+
+TEST(LineTracks, ThatReturnInAFrameOfTheTimeThatPassedCountAsWithoutIt) {
+  LineCounter counter = counterOnXAxis({ms(500)});
+  counter.update(ms(0), {box(walker, 4, 2)});
+  counter.advance(ms(499));
+  EXPECT_EQ(counter.update(ms(499), {box(walker, 4, -2)}).size(), 1U);
+  counter.advance(ms(999));
+  EXPECT_TRUE(counter.update(ms(999), {box(walker, 4, 2)}).empty());
+  EXPECT_EQ(counter.explain("L", walker).verdict, Verdict::NotOver);
 }
 
 TEST(LineTracks, OfAnHourLeaveNothingBehind) {
@@ -450,10 +482,10 @@ TEST(LineExplanations, NameWhyThereIsNoCrossing) {
   EXPECT_EQ(verdict(), Verdict::NeverClear);
   EXPECT_EQ(counter.explain("L", walker).side, std::nullopt);
   seeAt(4, 2);
-  EXPECT_EQ(verdict(), Verdict::NotOver);
+  EXPECT_EQ(verdict(), Verdict::BeganOnLine);
   EXPECT_EQ(counter.explain("L", walker).side, Side::LEFT);
   seeAt(4, 3);
-  EXPECT_EQ(verdict(), Verdict::NotOver);
+  EXPECT_EQ(verdict(), Verdict::BeganOnLine);
   seeAt(4, 0);
   EXPECT_EQ(verdict(), Verdict::OnLine);
   EXPECT_EQ(counter.explain("L", walker).side, Side::LEFT);
@@ -476,6 +508,16 @@ TEST(LineExplanations, NameWhyThereIsNoCrossing) {
   EXPECT_EQ(counter.explain("M", walker).verdict, Verdict::NoSuchLine);
 }
 
+TEST(LineExplanations, TellATrackThatStayedClearFromOneThatBeganOrEndedOnTheLine) {
+  EXPECT_EQ(walkOnXAxis(upAndDownAt(4.0, {2, 3, 2})).verdict, Verdict::NotOver);
+  EXPECT_EQ(walkOnXAxis(upAndDownAt(4.0, {0, 2, 3})).verdict, Verdict::BeganOnLine);
+  EXPECT_EQ(walkOnXAxis(upAndDownAt(4.0, {3, 2, 0})).verdict, Verdict::OnLine);
+  EXPECT_EQ(walkOnXAxis(upAndDownAt(4.0, {0, 2, 0})).verdict, Verdict::OnLine);
+  EXPECT_EQ(walkOnXAxis(upAndDownAt(4.0, {0, 2, 0, 2})).verdict, Verdict::TurnedBack);
+  EXPECT_EQ(walkOnXAxis(upAndDownAt(4.0, {0, 0})).verdict, Verdict::NeverClear);
+  EXPECT_EQ(walkOnXAxis(upAndDownAt(4.0, {0, 2, -2})).verdict, Verdict::Counted);
+}
+
 TEST(LineExplanations, EachHasItsOwnText) {
   EXPECT_STREQ(describe(Verdict::NoSuchLine), "there is no line of that name");
   EXPECT_STREQ(describe(Verdict::NoLength),
@@ -490,6 +532,9 @@ TEST(LineExplanations, EachHasItsOwnText) {
   EXPECT_STREQ(describe(Verdict::Jumped),
                "was faster than the maximum speed, so it was taken for another object");
   EXPECT_STREQ(describe(Verdict::Counted), "went over the line");
+  EXPECT_STREQ(describe(Verdict::BeganOnLine),
+               "was not clear of the line when it was first seen, and has been clear on one side since");
+  EXPECT_STREQ(describe(static_cast<Verdict>(99)), "");
 }
 
 TEST(LineCounterStamps, OnesThatStandStillOrRunBackwardsAreRefusedWithBothNamed) {
@@ -505,6 +550,32 @@ TEST(LineCounterStamps, OnesThatStandStillOrRunBackwardsAreRefusedWithBothNamed)
     }
   }
   EXPECT_EQ(counter.update(ms(6), {box(walker, 4, -2)}).size(), 1U);
+}
+
+TEST(LineCounterStamps, TimePassesForwardsOnly) {
+  LineCounter counter = counterOnXAxis();
+  counter.advance(ms(3));
+  counter.advance(ms(3));
+  counter.update(ms(3), {box(walker, 4, 2)});
+  counter.advance(ms(3));
+  counter.advance(ms(5));
+  const auto refusal = [](const auto& act) -> std::string {
+    try {
+      act();
+    } catch (const std::invalid_argument& error) {
+      return error.what();
+    }
+    return "not refused";
+  };
+  EXPECT_EQ(refusal([&] { counter.advance(ms(4)); }),
+            "The stamp 4000000 ns is earlier than the last one, 5000000 ns");
+  EXPECT_EQ(refusal([&] { counter.update(ms(4), {}); }),
+            "The stamp 4000000 ns is earlier than the last one, 5000000 ns");
+  EXPECT_EQ(refusal([&] { counter.update(ms(3), {}); }),
+            "The stamp 3000000 ns is not later than the last one, 3000000 ns");
+  EXPECT_EQ(counter.update(ms(5), {box(walker, 4, -2)}).size(), 1U);
+  EXPECT_EQ(refusal([&] { counter.advance(ms(4)); }),
+            "The stamp 4000000 ns is earlier than the last one, 5000000 ns");
 }
 
 TEST(LineCounterStamps, TheFarthestStampsAreNoTrouble) {

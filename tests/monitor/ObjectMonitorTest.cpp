@@ -1,5 +1,6 @@
 #include <array>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <numbers>
@@ -228,6 +229,70 @@ TEST(ObjectTracks, OutOfSightStayInsideUntilTheyAreForgotten) {
   EXPECT_EQ(frame.inside[gate], 0U);
   EXPECT_EQ(monitor.numTracks(), 0U);
   EXPECT_TRUE(monitor.update(ms(5000), {}).events.empty());
+}
+
+TEST(ObjectTracks, AreLostWhenTimePassesWithoutFrames) {
+  ObjectMonitor monitor(detectorWithGate(), ms(500));
+  monitor.update(ms(0), {box(7, 5, 5, "car"), box(9, 5, 5), box(4, 5, 5)});
+  monitor.update(ms(200), {box(9, 5, 5)});
+  EXPECT_TRUE(monitor.advance(ms(499)).empty());
+  const auto events = monitor.advance(ms(500));
+  ASSERT_EQ(events.size(), 2U);
+  EXPECT_EQ(events[0].id, 4);
+  EXPECT_EQ(events[1].kind, Kind::Lost);
+  EXPECT_EQ(events[1].id, 7);
+  EXPECT_EQ(events[1].className, "car");
+  EXPECT_EQ(events[1].stamp, ms(0));
+  EXPECT_EQ(events[1].slot.zoneName, "Gate");
+  EXPECT_EQ(monitor.numTracks(), 1U);
+  EXPECT_EQ(monitor.occupants(0, 0).size(), 1U);
+  EXPECT_TRUE(monitor.advance(ms(500)).empty());  // once
+  // A frame of the same stamp goes on from there.
+  const ObjectFrame frame = monitor.update(ms(500), {box(7, 5, 5)});
+  ASSERT_EQ(frame.events.size(), 1U);
+  EXPECT_EQ(frame.events[0].kind, Kind::Entered);
+  EXPECT_EQ(frame.inside[gate], 2U);
+}
+
+TEST(ObjectTracks, ThatAreSeenInTheFrameOfTheirLastInstantAreLostFirstWhetherTimePassedOrNot) {
+  for (const bool passes : {false, true}) {
+    ObjectMonitor monitor(detectorWithGate(), ms(500));
+    monitor.update(ms(0), {box(7, 5, 5)});
+    std::vector<ObjectEvent> events = passes ? monitor.advance(ms(500)) : std::vector<ObjectEvent>();
+    const auto more = monitor.update(ms(500), {box(7, 5, 5)}).events;
+    events.insert(events.end(), more.begin(), more.end());
+    ASSERT_EQ(events.size(), 2U);
+    EXPECT_EQ(events[0].kind, Kind::Lost);
+    EXPECT_EQ(events[0].stamp, ms(0));
+    EXPECT_EQ(events[1].kind, Kind::Entered);
+    EXPECT_EQ(events[1].stamp, ms(500));
+    EXPECT_TRUE(monitor.advance(ms(500)).empty());  // after the frame of that stamp there is nothing left
+  }
+}
+
+TEST(ObjectTracks, TimePassesForwardsOnly) {
+  ObjectMonitor monitor(detectorWithGate());
+  monitor.advance(ms(5));
+  for (const auto& act : std::vector<std::function<void()>>{[&] { monitor.advance(ms(4)); },
+                                                            [&] { monitor.update(ms(4), {}); }}) {
+    try {
+      act();
+      ADD_FAILURE() << "not refused";
+    } catch (const std::invalid_argument& error) {
+      EXPECT_STREQ(error.what(), "The stamp 4000000 ns is earlier than the last one, 5000000 ns");
+    }
+  }
+  EXPECT_EQ(monitor.update(ms(5), {box(7, 5, 5)}).events.size(), 1U);
+}
+
+TEST(ObjectTracks, OutOfSightAreLostAtTheChangeOfTheirZoneWithTheLastFramesStamp) {
+  ObjectMonitor monitor(detectorWithGate());
+  monitor.update(ms(0), {box(7, 5, 5)});
+  monitor.advance(ms(900));
+  const auto events = monitor.reconfigure(ZoneDetector());
+  ASSERT_EQ(events.size(), 1U);
+  EXPECT_EQ(events[0].stamp, ms(0));
+  EXPECT_EQ(monitor.update(ms(900), {}).inside[gate], 0U);
 }
 
 TEST(ObjectTracks, ThatReturnInTimeNeverLeft) {

@@ -81,5 +81,26 @@ TEST(Orientation, TheCrossProductIsTheAreaOfTheParallelogram) {
   EXPECT_EQ(crossProduct({4, 1}, {1, 1}, {2, 3}), -6.0);
 }
 
+TEST(Distance, IsThatOfPythagorasWithoutOverflowOrUnderflow) {
+  EXPECT_EQ(distance({1.0, 2.0}, {4.0, -2.0}), 5.0);
+  EXPECT_EQ(distance({0.0, 0.0}, {-5.0, 12.0}), 13.0);
+  EXPECT_EQ(distance({1.0, 2.0}, {1.0, 2.0}), 0.0);
+  EXPECT_EQ(distance({0.0, 0.0}, {0x3p1000, 0x4p1000}), 0x5p1000);
+  EXPECT_EQ(distance({0.0, 0.0}, {0x3p-1060, 0x4p-1060}), 0x5p-1060);
+  EXPECT_EQ(distance({0.0, 0.0}, {0x1.8p1023, 0.0}), 0x1.8p1023);
+  EXPECT_EQ(distance({0.0, 0.0}, {1.0, 0x1p-1070}), 1.0);
+  // The larger half of the range: the sum of both differences is beyond it, their distance is not.
+  EXPECT_EQ(distance({0.0, 0.0}, {0x3p1021, 0x4p1021}), 0x5p1021);
+}
+
+TEST(Distance, IsNotFiniteWhereACoordinateIsNot) {
+  constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+  constexpr double inf = std::numeric_limits<double>::infinity();
+  EXPECT_TRUE(std::isnan(distance({nan, 0.0}, {1.0, 1.0})));
+  EXPECT_TRUE(std::isnan(distance({0.0, 0.0}, {1.0, nan})));
+  EXPECT_EQ(distance({0.0, 0.0}, {-inf, 1.0}), inf);
+  EXPECT_EQ(distance({0.0, 0.0}, {1.0, inf}), inf);
+}
+
 }  // namespace
 }  // namespace orvantis::filter::monitor

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -52,15 +53,18 @@ enum class CrossingVerdict : std::int32_t {
   NoIdentity,    ///< the id is below zero
   NotSeen,       ///< there is no such track: never seen, or forgotten
   NeverClear,    ///< it has not been clear of the line on any side yet
-  NotOver,       ///< it has been clear on one side, and never left it
+  NotOver,       ///< it was clear on one side when it was first seen, and never left it
   OnLine,        ///< it was clear on one side and is not clear now: not decided
   TurnedBack,    ///< it came to the line and is clear on the same side again
   PassedBeside,  ///< it changed sides, but not over the segment
   Jumped,        ///< it was faster than the maximum speed: taken for another object, which begins anew
   Counted,       ///< it went over the line
+  BeganOnLine,   ///< it was not clear when it was first seen, then on one side, and never left that: where it
+                 ///< came from is not known
 };
 
-/// The verdict as a sentence without a subject, such as "changed sides beside the line's ends".
+/// The verdict as a sentence without a subject, such as "changed sides beside the line's ends". Empty for a
+/// value that is none of these. Throws nothing.
 ORVANTIS_API const char* describe(CrossingVerdict verdict);
 
 /// Why a track did or did not count on a line.
@@ -74,7 +78,7 @@ struct CrossingExplanation {
 };
 
 struct LineCounterOptions {
-  /// A track whose last sighting is this old or older is forgotten; above zero.
+  /// A track whose last sighting is this old or older is forgotten; above zero, 2 s unless given.
   Duration forgetAfter = std::chrono::seconds(2);
   /// How far off the line an object must be to be clear of it, in the unit of the plan; 0 or more. Raise it
   /// for objects that are mere points, whose footprint gives no margin against jitter.
@@ -110,30 +114,48 @@ struct LineCounterOptions {
 /// So what touches the line and goes back, stands on it or jitters about it without getting clear counts
 /// nothing; what is seen before and after counts, however fast; what goes round the ends does not. Leaving
 /// out a sighting at which the object is not clear changes no count unless an end of the segment lies in the
-/// triangle of that reference point with the one before and the one after it. A line whose ends are the same
-/// point, or not finite, counts nothing.
+/// triangle of that reference point with the one before and the one after it. Leaving out one at which it is
+/// clear may change counts: the first and the last clear sighting on a side decide what lies between them. A
+/// line whose ends are the same point, or not finite, counts nothing.
 ///
 /// Ids below zero count nowhere. A track is forgotten when its last sighting is `forgetAfter` old or older,
-/// at the next update, even if that one sees it again; it then begins anew. Memory is bounded by the tracks
-/// of that time and the class names ever counted, however long it runs.
+/// at the next `update` or `advance`, even if that one sees it again; it then begins anew. Memory is bounded
+/// by the most tracks that were known at once and the class names ever counted, however long it runs. The
+/// time of a frame depends on the objects in it, not on the tracks that are out of sight.
 ///
-/// Lines are counted independently of each other. A value: copies go on independently. One thread at a time.
+/// Lines are counted independently of each other. A value: copies go on independently, and one that was moved
+/// from goes on as a counter without lines. One thread at a time; const calls may run concurrently. Every
+/// operation may throw std::bad_alloc; what else it throws stands there.
 class ORVANTIS_API LineCounter {
  public:
   /// @param lines as CounterLines::clone() gives them; a line goes by its key
   /// @throws std::invalid_argument for an option outside its range
   explicit LineCounter(const std::map<std::string, detection::CounterLine>& lines,
                        const LineCounterOptions& options = {});
+  LineCounter(const LineCounter& other);
+  LineCounter(LineCounter&& other) noexcept;
+  LineCounter& operator=(const LineCounter& other);
+  LineCounter& operator=(LineCounter&& other) noexcept;
+  ~LineCounter();
 
   /// Takes the next frame. An object that cannot be placed (see `referencePoint`) counts as not seen.
   /// @return the crossings that this frame completed, in the order of the objects, each in the order of the
   ///   lines' names
-  /// @throws std::invalid_argument for a stamp that is not later than the last one's, naming both, and for
-  ///   two objects of one id, naming it; nothing is changed then
+  /// @throws std::invalid_argument for a stamp that is not later than the last frame's or is earlier than
+  /// that
+  ///   of `advance`, naming both, and for two objects of one id, naming it; nothing is changed then
   std::vector<Crossing> update(Stamp stamp, const std::vector<TrackedObject>& objects);
 
-  /// One for each line, in the order of their names.
-  const std::vector<LineTally>& tallies() const { return tallies_; }
+  /// Time passes without objects being seen, up to and including the stamp: forgets the tracks that are due.
+  /// The next frame's stamp may be the same one, and its result does not depend on whether time was said to
+  /// pass before. Nothing happens where the last stamp is this one already.
+  /// @throws std::invalid_argument, naming both, for a stamp that is earlier than the last one of a frame or
+  ///   of this operation; nothing is changed then
+  void advance(Stamp stamp);
+
+  /// One for each line, in the order of their names. The reference holds until the counter is assigned to,
+  /// moved from or destroyed.
+  const std::vector<LineTally>& tallies() const;
   /// Sets all numbers back to zero; the tracks keep what is known of them.
   void resetTallies();
 
@@ -146,52 +168,15 @@ class ORVANTIS_API LineCounter {
   CrossingExplanation explain(const std::string& line, std::int32_t id) const;
 
   /// The number of tracks that are not forgotten.
-  std::size_t numTracks() const { return tracks_.size(); }
+  std::size_t numTracks() const;
 
  private:
-  struct Line {
-    std::string name;
-    core::PlanarPoint first;
-    core::PlanarPoint second;
-    bool hasSides;
-    double clearance;  // as a cross product with the line
-  };
-  // Where and when a reference point was.
-  struct Instant {
-    Stamp stamp{0};
-    core::PlanarPoint place{0.0, 0.0};
-  };
-  // What one line knows of one track.
-  struct Passage {
-    CrossingVerdict verdict = CrossingVerdict::NeverClear;
-    std::optional<detection::CounterLineDirectionType> side;  // where it was last clear
-    int balance = 0;   // passes over the segment away from that side, less those back, since then
-    Instant lastAway;  // the last pass away from that side
-    std::optional<Crossing> lastCrossing;
-  };
-  struct Track {
-    Instant last;
-    std::vector<Passage> passages;  // one for each line
-  };
+  class Impl;
 
-  static std::optional<detection::CounterLineDirectionType> clearSide(const Line& line,
-                                                                      const core::PlanarPolygon& footprint,
-                                                                      const core::PlanarPoint& reference);
-  static void takeStep(const Line& line, const Instant& from, const Instant& to, Passage& passage);
-  static Instant meeting(const Line& line, const Instant& from, int fromSign, const Instant& to, int toSign);
-  static bool takeSide(const std::optional<detection::CounterLineDirectionType>& side, Passage& passage);
+  const Impl& impl() const;
+  Impl& impl();
 
-  void forgetTracks(Stamp stamp);
-  void follow(const TrackedObject& object, const core::PlanarPolygon& footprint, const Instant& now,
-              std::vector<Crossing>& crossings);
-  bool isJump(const Instant& from, const Instant& to) const;
-  std::optional<std::size_t> indexOf(const std::string& line) const;
-
-  std::vector<Line> lines_;
-  LineCounterOptions options_;
-  std::vector<LineTally> tallies_;
-  std::map<std::int32_t, Track> tracks_;
-  std::optional<Stamp> lastStamp_;
+  std::unique_ptr<Impl> impl_;
 };
 
 }  // namespace orvantis::filter::monitor

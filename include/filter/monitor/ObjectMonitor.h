@@ -17,8 +17,6 @@
 
 namespace orvantis::filter::monitor {
 
-class ZoneTable;
-
 /// A track entered a zone or left it.
 struct ObjectEvent {
   enum class Kind : std::int32_t {
@@ -68,9 +66,13 @@ struct Occupant {
 /// it as Sector::within says; what a footprint's edge merely grazes there is decided by rounding.
 ///
 /// A track that is out of sight keeps its zones until it is forgotten: when its last sighting is
-/// `forgetAfter` old or older, at the next update, even if that one sees it again; it then begins anew. So
-/// memory is bounded by the tracks of that time, however long it runs. A value: copies go on independently.
-/// One thread at a time.
+/// `forgetAfter` old or older, at the next `update` or `advance`, even if that one sees it again; it then
+/// begins anew. So memory is bounded by the most tracks that were known at once, however long it runs, and
+/// the time of a frame depends on the objects in it, not on the tracks that are out of sight.
+///
+/// A value: copies go on independently, and one that was moved from goes on as a monitor without zones. One
+/// thread at a time; const calls may run concurrently. Every operation may throw std::bad_alloc; what else it
+/// throws stands there.
 class ORVANTIS_API ObjectMonitor {
  public:
   static constexpr Duration DEFAULT_FORGET_AFTER = std::chrono::seconds(2);
@@ -80,6 +82,11 @@ class ORVANTIS_API ObjectMonitor {
   ///   itself, naming its zone
   explicit ObjectMonitor(const detection::ZoneDetector& detector,
                          Duration forgetAfter = DEFAULT_FORGET_AFTER);
+  ObjectMonitor(const ObjectMonitor& other);
+  ObjectMonitor(ObjectMonitor&& other) noexcept;
+  ObjectMonitor& operator=(const ObjectMonitor& other);
+  ObjectMonitor& operator=(ObjectMonitor&& other) noexcept;
+  ~ObjectMonitor();
 
   /// Goes on with the zones of another detector. Tracks stay in a zone that is the same as before by the rule
   /// of ZoneMonitor::reconfigure; for any other zone every track starts outside.
@@ -88,35 +95,34 @@ class ORVANTIS_API ObjectMonitor {
   std::vector<ObjectEvent> reconfigure(const detection::ZoneDetector& detector);
 
   /// Takes the next frame. An object that cannot be placed (see `referencePoint`) counts as not seen.
-  /// @throws std::invalid_argument for a stamp that is not later than the last one's, naming both, and for
-  ///   two objects of one id, naming it; nothing is changed then
+  /// @throws std::invalid_argument for a stamp that is not later than the last frame's or is earlier than
+  /// that
+  ///   of `advance`, naming both, and for two objects of one id, naming it; nothing is changed then
   ObjectFrame update(Stamp stamp, const std::vector<TrackedObject>& objects);
+
+  /// Time passes without objects being seen, up to and including the stamp: forgets the tracks that are due.
+  /// The next frame's stamp may be the same one; taken together, events are the same whether time was said to
+  /// pass before or not, and come earlier where it was. Nothing happens where the last stamp is this one
+  /// already.
+  /// @return what was lost, in ascending order of the ids
+  /// @throws std::invalid_argument, naming both, for a stamp that is earlier than the last one of a frame or
+  ///   of this operation; nothing is changed then
+  std::vector<ObjectEvent> advance(Stamp stamp);
 
   /// The tracks in a zone, in ascending order of their ids.
   /// @throws std::out_of_range unless the field is 0 to 7 and the zone 0 to 2
   std::vector<Occupant> occupants(int field, int zone) const;
 
   /// The number of tracks that are not forgotten.
-  std::size_t numTracks() const { return tracks_.size(); }
+  std::size_t numTracks() const;
 
  private:
-  struct Track {
-    std::string className;
-    Stamp lastSeen{0};
-    std::uint32_t zones = 0;                      // a bit for each zone it is in
-    std::array<Stamp, NUM_ZONE_SLOTS> entered{};  // by slot, for the zones it is in
-  };
+  class Impl;
 
-  void forgetTracks(Stamp stamp, std::vector<ObjectEvent>& events);
-  void follow(const TrackedObject& object, std::uint32_t zones, Stamp stamp,
-              std::vector<ObjectEvent>& events);
-  void report(ObjectEvent::Kind kind, std::uint32_t zones, std::int32_t id, const Track& track, Stamp stamp,
-              std::vector<ObjectEvent>& events) const;
+  const Impl& impl() const;
+  Impl& impl();
 
-  std::shared_ptr<const ZoneTable> table_;
-  Duration forgetAfter_;
-  std::map<std::int32_t, Track> tracks_;
-  std::optional<Stamp> lastStamp_;
+  std::unique_ptr<Impl> impl_;
 };
 
 }  // namespace orvantis::filter::monitor

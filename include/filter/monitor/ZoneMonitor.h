@@ -87,6 +87,10 @@ class ORVANTIS_API ZoneMonitor {
   /// @throws std::out_of_range when that is none of the 8 fields, std::invalid_argument for more than 32
   ///   exclusion zones, and for a shape that gives no copy of itself, naming its zone
   explicit ZoneMonitor(const detection::ZoneDetector& detector);
+  // A move is a copy, which costs little: so one that was moved from goes on as well.
+  ZoneMonitor(const ZoneMonitor&) = default;
+  ZoneMonitor& operator=(const ZoneMonitor&) = default;
+  ~ZoneMonitor() = default;
 
   /// Goes on with another detector: its zones, options and evaluation field index.
   ///

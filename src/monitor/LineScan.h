@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include <core/Planar.h>
+#include <core/State.h>
+
+#include "monitor/SidedLine.h"
+
+namespace orvantis::filter::monitor {
+
+/// Puts one sighting beside many lines at once.
+///
+/// The answers are the exact ones. Nearly all of them come from one rounded product for each line, which is
+/// asked exactly only where the rounding could matter.
+class LineScan {
+ public:
+  /// One bit for each line, 64 to a word.
+  struct Bits {
+    std::vector<std::uint64_t> left;   ///< the reference point lies strictly left of the line
+    std::vector<std::uint64_t> clear;  ///< the sighting is clear of the line, on the side of that point
+  };
+
+  /// No lines.
+  LineScan() = default;
+  explicit LineScan(std::vector<SidedLine> lines);
+
+  const std::vector<SidedLine>& lines() const { return lines_; }
+  /// The bits of a word that stand for a line.
+  std::uint64_t allLines(std::size_t word) const;
+
+  /// @param reference of the footprint, see `referencePoint`
+  /// @param bits overwritten
+  void scan(const core::State& footprint, const core::PlanarPoint& reference, Bits& bits) const;
+
+ private:
+  // A line as a function of the plan, a x + b y + c: the cross product, above zero on its left.
+  struct Functions {
+    std::vector<double> a, b, c;
+    std::vector<double> clearance;
+    std::vector<double> slope;  // |a| + |b|: what an error of the coordinates is multiplied by, at most
+  };
+
+  std::size_t numWords() const { return (lines_.size() + 63) / 64; }
+
+  std::vector<SidedLine> lines_;
+  Functions functions_;
+  double largest_ = 0.0;  // of the lines' coordinates, without sign
+};
+
+}  // namespace orvantis::filter::monitor
