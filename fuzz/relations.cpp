@@ -1,7 +1,7 @@
 // The relations of two polygons, the second with a hole or without: never a crash, whatever the numbers. For
 // rings that do not touch themselves: the same answer for either winding, every start vertex and repeated
 // vertices, symmetric where they must be, consistent with each other, and `intersects` is what the edges and
-// the point test say.
+// the point test say. A spike meets what its line meets, and changes nothing else but whether it has left.
 
 #include <algorithm>
 #include <cstddef>
@@ -86,6 +86,17 @@ bool isSimple(const Ring& ring) {
   return true;
 }
 
+bool isConvex(const Ring& ring) {
+  bool left = false;
+  bool right = false;
+  for (std::size_t i = 0; i < ring.size(); ++i) {
+    const int turn = side(ring[i], ring[(i + 1) % ring.size()], ring[(i + 2) % ring.size()]);
+    left = left || turn > 0;
+    right = right || turn < 0;
+  }
+  return !left || !right;
+}
+
 bool touch(const Ring& first, const Ring& second) {
   for (std::size_t i = 0; i < first.size(); ++i) {
     for (std::size_t j = 0; j < second.size(); ++j) {
@@ -111,6 +122,13 @@ Ring repeated(const Ring& ring) {
   return result;
 }
 
+// A detour from one vertex to `tip` and back.
+Ring spiked(const Ring& ring, std::size_t at, const PlanarPoint& tip) {
+  Ring result = ring;
+  result.insert(result.begin() + static_cast<std::ptrdiff_t>(at) + 1, {tip, PlanarPoint(ring[at])});
+  return result;
+}
+
 struct Answers {
   bool within;
   bool contains;
@@ -124,6 +142,17 @@ Answers ask(const PlanarPolygon& a, const PlanarPolygon& b) {
   return {planar::within(a, b), planar::within(b, a), planar::intersects(a, b), planar::overlaps(a, b)};
 }
 
+void checkSpike(const Ring& first, std::size_t at, const PlanarPoint& tip, const PlanarPolygon& b,
+                const Answers& answers) {
+  const Answers spiky = ask(polygonOf(spiked(first, at, tip)), b);
+  ORVANTIS_FUZZ_CHECK(spiky.intersects ==
+                      (answers.intersects || planar::segmentIntersects(first[at], tip, b)));
+  ORVANTIS_FUZZ_CHECK(spiky.overlaps == answers.overlaps);
+  ORVANTIS_FUZZ_CHECK(!spiky.within || answers.within);
+  ORVANTIS_FUZZ_CHECK(spiky.within || !answers.within || !planar::contains(b, tip) || !b.inners().empty() ||
+                      !isConvex(b.outer()));
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -132,6 +161,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Ring first = takeRing(bytes, isExact);
   const Ring second = takeRing(bytes, isExact);
   const Ring hole = takeRing(bytes, isExact);
+  const double tipX = bytes.take<std::int8_t>();
+  const PlanarPoint tip(tipX, bytes.take<std::int8_t>());
   const PlanarPolygon a = polygonOf(first);
   const PlanarPolygon b = polygonOf(second, hole);
   const Answers answers = ask(a, b);
@@ -145,6 +176,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   ORVANTIS_FUZZ_CHECK(answers.overlaps == planar::overlaps(b, a));
   ORVANTIS_FUZZ_CHECK(!answers.within || answers.intersects);
   ORVANTIS_FUZZ_CHECK(!answers.overlaps || (answers.intersects && !answers.within && !answers.contains));
+  checkSpike(first, 0, tip, b, answers);
   for (std::size_t turn = 0; turn < first.size(); ++turn) {
     std::rotate(first.begin(), first.begin() + 1, first.end());
     ORVANTIS_FUZZ_CHECK(ask(polygonOf(first), b) == answers);

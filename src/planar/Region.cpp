@@ -1,25 +1,21 @@
 #include "planar/Region.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
-#include <iterator>
-#include <utility>
+#include <vector>
 
 #include <boost/geometry/algorithms/correct.hpp>
 #include <boost/geometry/algorithms/intersects.hpp>
 #include <boost/geometry/algorithms/overlaps.hpp>
 #include <boost/geometry/algorithms/relate.hpp>
-#include <boost/geometry/algorithms/remove_spikes.hpp>
 #include <boost/geometry/algorithms/within.hpp>
-#include <boost/geometry/geometries/segment.hpp>
 #include <boost/geometry/strategies/cartesian.hpp>
+
+#include "planar/CleanPolygon.h"
 
 namespace orvantis::planar {
 
 namespace {
-
-using Ring = PlanarPolygon::ring_type;
 
 // A stored ring seen as an open one, so that the edge from its last vertex to its first is always there.
 struct OpenRing {
@@ -54,52 +50,6 @@ namespace {
 
 namespace bg = boost::geometry;
 
-constexpr std::size_t smallestRing = 3;
-
-bool samePlace(const PlanarPoint& a, const PlanarPoint& b) {
-  return a.x() == b.x() && a.y() == b.y();
-}
-
-// The number of vertices without a repeated first one.
-std::size_t numVertices(const Ring& ring) {
-  const bool isClosed = ring.size() > 1 && samePlace(ring.front(), ring.back());
-  return ring.size() - (isClosed ? 1 : 0);
-}
-
-bool isFinite(const PlanarPoint& point) {
-  return std::isfinite(point.x()) && std::isfinite(point.y());
-}
-
-bool boundsRegion(const Ring& ring) {
-  return numVertices(ring) >= smallestRing && std::ranges::all_of(ring, isFinite);
-}
-
-// A spike, where the ring runs out and back along one line, encloses nothing, but the relations of
-// Boost.Geometry would see it. A ring that is nothing but spikes stays as it is: a flat footprint still meets
-// what it lies across.
-void removeSpikes(Ring& ring) {
-  Ring cleaned = ring;
-  bg::remove_spikes(cleaned);
-  if (numVertices(cleaned) >= smallestRing) {
-    ring = std::move(cleaned);
-  }
-}
-
-// The region as Boost.Geometry's relations want it: closed, without spikes, outer ring clockwise, holes
-// counterclockwise. Empty when the outer ring bounds no region.
-PlanarPolygon region(const PlanarPolygon& polygon) {
-  PlanarPolygon region;
-  if (!boundsRegion(polygon.outer())) {
-    return region;
-  }
-  region.outer() = polygon.outer();
-  std::ranges::copy_if(polygon.inners(), std::back_inserter(region.inners()), boundsRegion);
-  bg::correct(region);
-  removeSpikes(region.outer());
-  std::ranges::for_each(region.inners(), removeSpikes);
-  return region;
-}
-
 // The region of one ring alone, read as an outer one.
 PlanarPolygon filled(const Ring& ring) {
   PlanarPolygon region;
@@ -128,8 +78,15 @@ bool regionsOverlap(const PlanarPolygon& holed, const PlanarPolygon& plain) {
          (leavesPlain || !bg::within(plain, whole));
 }
 
-bool isEmpty(const PlanarPolygon& region) {
-  return region.outer().empty();
+bool regionsMeet(const PlanarPolygon& a, const PlanarPolygon& b) {
+  return !a.outer().empty() && !b.outer().empty() && bg::intersects(a, b);
+}
+
+bool anySpikeMeets(const CleanPolygon& spiky, const CleanPolygon& polygon) {
+  return std::any_of(spiky.spikes.begin(), spiky.spikes.end(), [&](const Line& spike) {
+    return meet(spike, polygon.region) || std::any_of(polygon.spikes.begin(), polygon.spikes.end(),
+                                                      [&](const Line& other) { return meet(spike, other); });
+  });
 }
 
 double signedArea(const Ring& ring) {
@@ -152,31 +109,37 @@ double signedArea(const Ring& ring) {
 bool contains(const PlanarPolygon& polygon, const PlanarPoint& point) {
   // Whether a ring bounds a region is asked last: few points come that far, and the test goes through all
   // vertices.
-  if (!isFinite(point) || polygon.outer().size() < smallestRing ||
-      !bg::within(point, OpenRing{polygon.outer()}) || !boundsRegion(polygon.outer())) {
+  const Ring& outer = polygon.outer();
+  const std::vector<Ring>& holes = polygon.inners();
+  if (!isFinite(point) || outer.size() < smallestRing || !bg::within(point, OpenRing{outer}) ||
+      !isRing(outer)) {
     return false;
   }
-  return std::ranges::none_of(polygon.inners(), [&](const Ring& hole) {
-    return bg::covered_by(point, OpenRing{hole}) && boundsRegion(hole);
+  return std::none_of(holes.begin(), holes.end(), [&](const Ring& hole) {
+    return bg::covered_by(point, OpenRing{hole}) && isRing(hole);
   });
 }
 
 bool within(const PlanarPolygon& inner, const PlanarPolygon& outer) {
-  const PlanarPolygon a = region(inner);
-  const PlanarPolygon b = region(outer);
-  return !isEmpty(a) && !isEmpty(b) && bg::within(a, b);
+  const CleanPolygon a = clean(inner);
+  const CleanPolygon b = clean(outer);
+  // The interiors have to meet, so what is spikes alone is within nothing, and nothing is within it.
+  return !a.region.outer().empty() && !b.region.outer().empty() && bg::within(a.region, b.region) &&
+         std::all_of(a.spikes.begin(), a.spikes.end(),
+                     [&](const Line& spike) { return cover(b.region, b.spikes, spike); });
 }
 
 bool intersects(const PlanarPolygon& a, const PlanarPolygon& b) {
-  const PlanarPolygon first = region(a);
-  const PlanarPolygon second = region(b);
-  return !isEmpty(first) && !isEmpty(second) && bg::intersects(first, second);
+  const CleanPolygon first = clean(a);
+  const CleanPolygon second = clean(b);
+  return regionsMeet(first.region, second.region) || anySpikeMeets(first, second) ||
+         anySpikeMeets(second, first);
 }
 
 bool overlaps(const PlanarPolygon& a, const PlanarPolygon& b) {
-  const PlanarPolygon first = region(a);
-  const PlanarPolygon second = region(b);
-  if (isEmpty(first) || isEmpty(second)) {
+  const PlanarPolygon first = clean(a).region;
+  const PlanarPolygon second = clean(b).region;
+  if (first.outer().empty() || second.outer().empty()) {
     return false;
   }
   if (second.inners().empty()) {
@@ -189,8 +152,10 @@ bool segmentIntersects(const PlanarPoint& first, const PlanarPoint& second, cons
   if (!isFinite(first) || !isFinite(second)) {
     return false;
   }
-  const PlanarPolygon area = region(polygon);
-  return !isEmpty(area) && bg::intersects(bg::model::segment<PlanarPoint>(first, second), area);
+  const Line segment{first, second};
+  const CleanPolygon area = clean(polygon);
+  return meet(segment, area.region) || std::any_of(area.spikes.begin(), area.spikes.end(),
+                                                   [&](const Line& spike) { return meet(segment, spike); });
 }
 
 double signedArea(const PlanarPolygon& polygon) {

@@ -6,10 +6,15 @@
 ///
 /// A ring is the closed curve through its vertices and stands for the region it bounds: its winding does not
 /// matter, nor whether its first vertex is repeated at the end. A ring of fewer than 3 vertices, the repeated
-/// one not counted, or with a coordinate that is not finite bounds no region. Repeated vertices and spikes
-/// change nothing; a ring of spikes alone encloses nothing, yet meets what it lies across. For a ring that
-/// touches or crosses itself, and where products of two coordinates overflow, the relations give some answer
-/// and never throw.
+/// one not counted, or with a coordinate that is not finite bounds no region: it shares no point with
+/// anything.
+///
+/// A spike, where the ring runs back over itself, belongs to the border of the polygon and encloses nothing.
+/// So does a ring that is spikes alone, such as the footprint of an object without width: it meets what it
+/// lies across, but it has no interior, so it is within nothing, contains nothing and overlaps nothing.
+///
+/// For a ring that touches or crosses itself in another way, and where products of two coordinates overflow,
+/// the relations give some answer and never throw.
 namespace orvantis::planar {
 
 using core::PlanarPoint;
@@ -18,7 +23,7 @@ using core::PlanarPolygon;
 /// Whether the point is strictly inside the outer ring and neither in nor on a hole. Allocates nothing.
 bool contains(const PlanarPolygon& polygon, const PlanarPoint& point);
 
-/// Whether `inner` has no part outside `outer` and their interiors meet.
+/// Whether `inner`, its border included, has no part outside `outer`, and their interiors meet.
 bool within(const PlanarPolygon& inner, const PlanarPolygon& outer);
 /// Whether the two share any point.
 bool intersects(const PlanarPolygon& a, const PlanarPolygon& b);

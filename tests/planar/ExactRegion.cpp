@@ -146,39 +146,44 @@ Place2d middle(const Edge& edge, const Position& a, const Position& b) {
 }
 
 struct Shares {
-  bool point = false;          // any point at all
-  bool interiors = false;      // the interiors meet
-  bool firstOutside = false;   // the first has a part outside the second
-  bool secondOutside = false;  // and the other way round
+  bool point = false;                 // any point at all
+  bool interiors = false;             // the interiors meet
+  bool firstInteriorOutside = false;  // the interior of the first has a part outside the second
+  bool firstBorderOutside = false;    // the border of the first has one
+  bool secondInteriorOutside = false;
 };
 
-// What the border of the first tells; the border of the second tells the rest.
+// Whether the interiors of the two lie to the left of the edge, next to a point on it.
+struct Sides {
+  bool first;
+  bool second;
+};
+
+// What the border of the first tells; the border of the second tells the rest. A spike has the same on both
+// of its sides, so only the two sides of a piece tell anything about interiors.
 void follow(const std::vector<Edge>& first, const std::vector<Edge>& second, Shares& shares) {
   std::vector<Edge> all = first;
   all.insert(all.end(), second.begin(), second.end());
   for (const Edge& edge : first) {
+    shares.point = shares.point || locate(second, at(edge.from)) != Place::Outside;
+    shares.firstBorderOutside = shares.firstBorderOutside || locate(second, at(edge.from)) == Place::Outside;
+    if (edge.from == edge.to) {
+      continue;
+    }
+    const Edge back = {edge.to, edge.from};
     const std::vector<Position> positions = cuts(edge, all);
-    shares.point =
-        shares.point || cuts(edge, second).size() > 2 || locate(second, at(edge.from)) != Place::Outside;
+    shares.point = shares.point || cuts(edge, second).size() > 2;
     for (std::size_t i = 0; i + 1 < positions.size(); ++i) {
       const Place2d point = middle(edge, positions[i], positions[i + 1]);
-      switch (locate(second, point)) {
-        case Place::Inside:
-          shares.point = true;
-          shares.interiors = true;
-          shares.secondOutside = true;
-          break;
-        case Place::Outside:
-          shares.firstOutside = true;
-          break;
-        case Place::Border:
-          shares.point = true;
-          if (isInsideOnTheLeft(first, edge, point) == isInsideOnTheLeft(second, edge, point)) {
-            shares.interiors = true;
-          } else {
-            shares.firstOutside = true;
-            shares.secondOutside = true;
-          }
+      const Place place = locate(second, point);
+      shares.point = shares.point || place != Place::Outside;
+      shares.firstBorderOutside = shares.firstBorderOutside || place == Place::Outside;
+      for (const Edge& along : {edge, back}) {
+        const Sides inside = {isInsideOnTheLeft(first, along, point),
+                              isInsideOnTheLeft(second, along, point)};
+        shares.interiors = shares.interiors || (inside.first && inside.second);
+        shares.firstInteriorOutside = shares.firstInteriorOutside || (inside.first && !inside.second);
+        shares.secondInteriorOutside = shares.secondInteriorOutside || (inside.second && !inside.first);
       }
     }
   }
@@ -198,9 +203,10 @@ Relation relate(const GridPolygon& argument, const GridPolygon& zone) {
   follow(argumentEdges, zoneEdges, there);
   follow(zoneEdges, argumentEdges, back);
   const bool interiors = there.interiors || back.interiors;
-  const bool argumentOutside = there.firstOutside || back.secondOutside;
-  const bool zoneOutside = there.secondOutside || back.firstOutside;
-  return {!argumentOutside, there.point || back.point, interiors && argumentOutside && zoneOutside};
+  const bool argumentOutside = there.firstInteriorOutside || back.secondInteriorOutside;
+  const bool zoneOutside = there.secondInteriorOutside || back.firstInteriorOutside;
+  return {interiors && !argumentOutside && !there.firstBorderOutside, there.point || back.point,
+          interiors && argumentOutside && zoneOutside};
 }
 
 bool segmentMeets(GridPoint first, GridPoint second, const GridPolygon& polygon) {

@@ -6,8 +6,11 @@
 #include <vector>
 
 /// An independent judge of polygons with integer coordinates, too plain to be wrong: every edge is cut
-/// wherever it meets the other polygon, and the middle of every piece is located by counting crossings, all
-/// in exact integers. Coordinates may reach 2^18 in size.
+/// wherever it meets the other polygon, and the middle of every piece and what lies to its left and right are
+/// located by counting crossings, all in exact integers. Coordinates may reach 2^18 in size.
+///
+/// Edges that run back over themselves count twice where they are crossed, so they are border without an
+/// interior.
 namespace orvantis::testing {
 
 struct GridPoint {

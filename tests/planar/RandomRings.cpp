@@ -1,6 +1,7 @@
 #include "planar/RandomRings.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace orvantis::testing {
 namespace {
@@ -60,18 +61,46 @@ GridPolygon RandomRings::withHole(std::int64_t size, int maxVertices) {
   }
 }
 
-GridRing RandomRings::withIdleVertices(GridRing ring, bool withSpikes) {
-  const std::int64_t numIdle = number(1, 3);
-  for (std::int64_t i = 0; i < numIdle; ++i) {
+GridRing RandomRings::withRepeatedVertices(GridRing ring) {
+  for (std::int64_t i = number(1, 3); i > 0; --i) {
     const auto place = ring.begin() + number(0, static_cast<std::int64_t>(ring.size()) - 1);
-    const GridPoint vertex = *place;
-    if (withSpikes) {
-      ring.insert(place, {vertex, point(9)});
-    } else {
-      ring.insert(place, vertex);
-    }
+    ring.insert(place, GridPoint(*place));
   }
   return ring;
+}
+
+GridRing RandomRings::withSpikes(GridRing ring, std::int64_t size) {
+  for (std::int64_t i = number(1, 3); i > 0; --i) {
+    const auto at = static_cast<std::size_t>(number(0, static_cast<std::int64_t>(ring.size()) - 1));
+    const GridRing detour = spike(ring[at], ring[(at + 1) % ring.size()], size);
+    ring.insert(ring.begin() + static_cast<std::ptrdiff_t>(at) + 1, detour.begin(), detour.end());
+  }
+  return ring;
+}
+
+// What comes between the two vertices.
+GridRing RandomRings::spike(GridPoint from, GridPoint to, std::int64_t size) {
+  const std::int64_t divisor = std::max<std::int64_t>(std::gcd(to.x - from.x, to.y - from.y), 1);
+  const GridPoint step = {(to.x - from.x) / divisor, (to.y - from.y) / divisor};
+  const auto along = [&](std::int64_t steps) {
+    return GridPoint{from.x + steps * step.x, from.y + steps * step.y};
+  };
+  const GridPoint tip = point(size);
+  const GridPoint onEdge = along(number(0, divisor));
+  switch (number(0, 5)) {
+    case 0:  // at a vertex, to anywhere
+      return {tip, from};
+    case 1:  // bent
+      return {tip, point(size), tip, from};
+    case 2:  // from the middle of the edge
+      return {onEdge, tip, onEdge};
+    case 3:  // the edge overshoots
+      return {along(divisor + number(1, 3))};
+    case 4:  // the edge starts backwards
+      return {along(-number(1, 3))};
+    default:  // back along the edge
+      return {to, onEdge};
+  }
 }
 
 }  // namespace orvantis::testing

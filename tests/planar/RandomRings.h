@@ -20,10 +20,14 @@ class RandomRings {
   GridRing any(std::int64_t size, int maxVertices);
   /// A simple ring with a hole in it that may touch the outer ring in single points.
   GridPolygon withHole(std::int64_t size, int maxVertices);
-  /// The same region with vertices that change nothing: repeated ones, and spikes when asked for.
-  GridRing withIdleVertices(GridRing ring, bool withSpikes);
+  /// The same region with repeated vertices, which change nothing.
+  GridRing withRepeatedVertices(GridRing ring);
+  /// The same region with one to three spikes, of any kind and within a grid of `size`.
+  GridRing withSpikes(GridRing ring, std::int64_t size);
 
  private:
+  GridRing spike(GridPoint from, GridPoint to, std::int64_t size);
+
   std::mt19937 engine_;
 };
 

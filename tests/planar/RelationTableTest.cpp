@@ -84,7 +84,7 @@ TEST_P(RelationTable, HoldsTenMillionAwayInStepsOfAThousandth) {
 
 INSTANTIATE_TEST_SUITE_P(Drawn, RelationTable,
                          ::testing::Values("corners.txt", "edges.txt", "nested.txt", "concave.txt",
-                                           "holes.txt"),
+                                           "holes.txt", "spikes.txt"),
                          [](const auto& table) {
                            const std::string name = table.param;
                            return name.substr(0, name.find('.'));
@@ -148,6 +148,14 @@ TEST(RelationRows, AreConfirmedByTheExactJudge) {
     for (std::size_t i = 1; i < row.argument.size(); ++i) {
       EXPECT_TRUE(relate({row.argument[i]}, {row.argument.front()}).within) << "hole outside: " << row.what;
     }
+    EXPECT_EQ(relate(row.argument, {row.zone}), row.expected) << row.what;
+  }
+}
+
+TEST(RelationRows, OfSpikesAreConfirmedByTheExactJudge) {
+  const std::vector<RelationRow> rows = readRelationRows("spikes.txt");
+  EXPECT_GE(rows.size(), 70U);
+  for (const RelationRow& row : rows) {
     EXPECT_EQ(relate(row.argument, {row.zone}), row.expected) << row.what;
   }
 }
