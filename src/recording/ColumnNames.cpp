@@ -11,8 +11,6 @@
 namespace orvantis::toolkit {
 namespace {
 
-constexpr std::size_t mostColumns = 1000;
-
 [[noreturn]] void refuse(std::string_view text) {
   throw std::invalid_argument("not columns: " + quoted(text) +
                               "; give how many there are, from 3 to 1000, or their names with x, y and z "

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -7,6 +8,9 @@
 #include "recording/Points.h"
 
 namespace orvantis::toolkit {
+
+/// Of a text or of records. More would be a row that lost its line ends.
+constexpr std::size_t mostColumns = 1000;
 
 /// The columns of a file that does not name them itself.
 using ColumnNames = std::vector<std::string>;

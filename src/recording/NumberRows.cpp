@@ -4,81 +4,32 @@
 #include <string>
 
 #include "recording/Decimal.h"
+#include "recording/FieldCursor.h"
 #include "recording/Quoted.h"
 #include "recording/ReadError.h"
+#include "text/Text.h"
 
 namespace orvantis::toolkit {
 namespace {
 
-bool isBlank(char c) {
-  return c == ' ' || c == '\t';
-}
-
-// Goes through the values of a row from left to right.
-template <bool areBlanksSeparators>
-class FieldCursor {
- public:
-  FieldCursor(std::string_view line, char separator)
-      : at_(line.data()), last_(line.data() + line.size()), separator_(separator) {
-    at_ = behindBlanks(at_);
-  }
-
-  const char* begin() const { return at_; }
-  const char* last() const { return last_; }
-  // With the blanks behind the value where something else parts the values.
-  const char* end() const {
-    const char* at = at_;
-    while (at != last_ && (areBlanksSeparators ? !isBlank(*at) : *at != separator_)) {
-      ++at;
-    }
-    return at;
-  }
-  // Whether a value of this field may end here.
-  bool mayEndAt(const char* at) const {
-    if (areBlanksSeparators) {
-      return at == last_ || isBlank(*at);
-    }
-    at = behindBlanks(at);
-    return at == last_ || *at == separator_;
-  }
-  // On to the next field, from a place where this one may end. @return whether there is one
-  bool nextAfter(const char* end) {
-    at_ = behindBlanks(end);
-    if (at_ == last_) {
-      return false;
-    }
-    if (!areBlanksSeparators) {
-      at_ = behindBlanks(at_ + 1);
-    }
-    return true;
-  }
-
- private:
-  const char* behindBlanks(const char* at) const {
-    while (at != last_ && isBlank(*at) && (areBlanksSeparators || *at != separator_)) {
-      ++at;
-    }
-    return at;
-  }
-
-  const char* at_;
-  const char* last_;
-  char separator_;
-};
-
-std::string values(std::size_t count) {
-  return std::to_string(count) + (count == 1 ? " value" : " values");
-}
-
 // Why a row was not read; only then is it worth the time to look again.
 [[noreturn]] void refuseRow(const LineCursor& lines, const RowLayout& layout) {
-  const std::vector<std::string_view> fields = splitRow(lines.line(), layout.separator);
-  if (fields.size() != layout.columns) {
-    throw ReadError(atLine(lines.number()),
-                    "the row has " + values(fields.size()) + "; it needs " + std::to_string(layout.columns));
+  std::uint64_t count = 0;
+  std::array<std::string_view, 3> coordinates;
+  forEachField(lines.line(), layout.separator, [&](std::string_view field) {
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      if (layout.axes[axis] == count) {
+        coordinates[axis] = field;
+      }
+    }
+    ++count;
+  });
+  if (count != layout.columns) {
+    throw ReadError(atLine(lines.number()), "the row has " + counted(count, "value") + "; it needs " +
+                                                std::to_string(layout.columns));
   }
   for (std::size_t axis = 0; axis < 3; ++axis) {
-    const std::string_view text = fields[static_cast<std::size_t>(layout.axes[axis])];
+    const std::string_view text = coordinates[axis];
     double value = 0.0;
     const auto [end, error] = readDecimal(text.data(), text.data() + text.size(), value);
     const bool isNumber = end == text.data() + text.size() && error != std::errc::invalid_argument;
@@ -190,25 +141,6 @@ Points readDeclaredRows(LineCursor& lines, const RowLayout& layout, std::uint64_
                         FrameMemory& memory) {
   return isFloat ? readDeclared(lines, layout, count, memory.floats)
                  : readDeclared(lines, layout, count, memory.doubles);
-}
-
-std::vector<std::string_view> splitRow(std::string_view line, char separator) {
-  std::vector<std::string_view> result;
-  const auto split = [&](auto fields) {
-    bool isThere = fields.begin() != fields.last();
-    while (isThere) {
-      const char* const end = fields.end();
-      const std::string_view field(fields.begin(), static_cast<std::size_t>(end - fields.begin()));
-      result.push_back(field.substr(0, field.find_last_not_of(" \t") + 1));
-      isThere = fields.nextAfter(end);
-    }
-  };
-  if (separator == ' ') {
-    split(FieldCursor<true>(line, separator));
-  } else {
-    split(FieldCursor<false>(line, separator));
-  }
-  return result;
 }
 
 bool isSkipped(std::string_view line, bool hasComments) {

@@ -48,9 +48,6 @@ extern template void readRow(const LineCursor&, const RowLayout&, std::vector<do
 Points readDeclaredRows(LineCursor& lines, const RowLayout& layout, std::uint64_t count, bool isFloat,
                         FrameMemory& memory);
 
-/// The values of one row, parted in the same way.
-std::vector<std::string_view> splitRow(std::string_view line, char separator);
-
 /// Whether a line holds nothing but blanks, or, with `hasComments`, a comment.
 bool isSkipped(std::string_view line, bool hasComments);
 

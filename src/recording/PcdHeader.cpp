@@ -7,9 +7,10 @@
 #include <string>
 #include <system_error>
 
+#include "recording/FieldCursor.h"
+#include "recording/NumberRows.h"
 #include "recording/Quoted.h"
 #include "recording/ReadError.h"
-#include "text/Words.h"
 
 namespace orvantis::toolkit {
 namespace {
@@ -18,6 +19,9 @@ using Words = std::vector<std::string_view>;
 
 constexpr std::array<std::string_view, 10> keys = {"VERSION", "FIELDS", "SIZE",      "TYPE",   "COUNT",
                                                    "WIDTH",   "HEIGHT", "VIEWPOINT", "POINTS", "DATA"};
+
+// A header is kept in memory, which a file must not fill with it.
+constexpr std::size_t mostFields = 1000;
 
 std::optional<NumberType> numberType(std::string_view type, std::uint64_t size) {
   for (int i = 0; i <= static_cast<int>(NumberType::F8); ++i) {
@@ -39,16 +43,19 @@ class HeaderLines {
  public:
   explicit HeaderLines(LineCursor& lines) : lines_(lines) {
     while (lines_.next()) {
-      const Words parts = words(lines_.line());
-      if (parts.empty() || parts[0][0] == '#') {
+      if (isSkipped(lines_.line(), true)) {
         continue;
       }
+      const Words parts = splitRow(lines_.line(), ' ', mostFields + 2);
       Entry& entry = entries_[place(parts[0])];
       if (!entry.words.empty()) {
         refuse(std::string(parts[0]) + " stands twice in the header");
       }
       if (parts.size() < 2) {
         refuse(std::string(parts[0]) + " has no value");
+      }
+      if (parts.size() > mostFields + 1) {
+        refuse(std::string(parts[0]) + " has more than " + std::to_string(mostFields) + " values");
       }
       entry = {parts, lines_.number()};
       if (parts[0] == "DATA") {

@@ -7,14 +7,22 @@
 #include <system_error>
 #include <utility>
 
+#include "recording/FieldCursor.h"
 #include "recording/Quoted.h"
 #include "recording/ReadError.h"
-#include "text/Words.h"
 
 namespace orvantis::toolkit {
 namespace {
 
 using Words = std::vector<std::string_view>;
+
+// A header is kept in memory, which a file must not fill with it.
+constexpr std::size_t mostLines = 1000;
+
+// One more than any line of a header needs.
+Words wordsOf(const LineCursor& lines) {
+  return splitRow(lines.line(), ' ', 6);
+}
 
 NumberType typeOf(std::string_view name, std::uint64_t line) {
   static constexpr std::array<std::pair<std::string_view, NumberType>, 18> types = {
@@ -111,15 +119,16 @@ std::uint64_t PlyElement::size() const {
 }
 
 PlyHeader readPlyHeader(LineCursor& lines) {
-  if (!lines.next() || words(lines.line()) != Words{"ply"}) {
+  if (!lines.next() || wordsOf(lines) != Words{"ply"}) {
     throw ReadError(atLine(1), "the first line of a PLY file is \"ply\", not " + quoted(lines.line()));
   }
   PlyHeader header;
   std::optional<PlyFormat> format;
+  std::size_t kept = 0;
   while (lines.next()) {
-    const Words parts = words(lines.line());
-    const std::string_view key = parts.empty() ? "comment" : parts[0];
-    if (key == "end_header" && parts.size() == 1) {
+    const Words words = wordsOf(lines);
+    const std::string_view key = words.empty() ? "comment" : words[0];
+    if (key == "end_header" && words.size() == 1) {
       if (!format) {
         throw ReadError(atLine(lines.number()), "the header has no line \"format\"");
       }
@@ -127,17 +136,23 @@ PlyHeader readPlyHeader(LineCursor& lines) {
       return header;
     }
     if (key == "format" && !format) {
-      format = formatOf(parts, lines.number());
+      format = formatOf(words, lines.number());
     } else if (key == "element") {
-      header.elements.push_back(elementOf(parts, lines.number()));
+      header.elements.push_back(elementOf(words, lines.number()));
+      ++kept;
     } else if (key == "property" && !header.elements.empty()) {
-      header.elements.back().properties.push_back(propertyOf(parts, lines.number()));
+      header.elements.back().properties.push_back(propertyOf(words, lines.number()));
+      ++kept;
     } else if (key == "property") {
       throw ReadError(atLine(lines.number()), "a property stands before the first element");
     } else if (key != "comment" && key != "obj_info") {
       throw ReadError(atLine(lines.number()),
                       "unexpected line in the header: " + quoted(lines.line()) +
                           "; format, comment, obj_info, element, property and end_header are read");
+    }
+    if (kept > mostLines) {
+      throw ReadError(atLine(lines.number()),
+                      "the header has more than " + std::to_string(mostLines) + " elements and properties");
     }
   }
   throw ReadError(atLine(lines.number()), "the header has no line \"end_header\"");

@@ -7,6 +7,7 @@
 #include <system_error>
 #include <vector>
 
+#include "recording/FieldCursor.h"
 #include "recording/NumberRows.h"
 #include "recording/Quoted.h"
 #include "recording/ReadError.h"
@@ -24,31 +25,40 @@ void nextRow(const PlyElement& element, std::uint64_t index, LineCursor& lines) 
   } while (isSkipped(lines.line(), false));
 }
 
+std::uint64_t lengthOf(std::string_view text, const LineCursor& lines) {
+  std::uint64_t length = 0;
+  const char* const last = text.data() + text.size();
+  const auto [end, error] = std::from_chars(text.data(), last, length);
+  if (end != last || error != std::errc()) {
+    throw ReadError(atLine(lines.number(), lines.columnOf(text.data())),
+                    "not the length of a list: " + quoted(text));
+  }
+  return length;
+}
+
 // The column at which each property of a row begins, and at the end the number of columns: lists make it
 // another one in each row.
-std::vector<std::size_t> columnsOf(const PlyElement& element, const LineCursor& lines) {
-  const std::vector<std::string_view> fields = splitRow(lines.line(), ' ');
-  std::vector<std::size_t> columns = {0};
-  for (const PlyProperty& property : element.properties) {
-    std::size_t length = 0;
-    if (property.isList && columns.back() < fields.size()) {
-      const std::string_view text = fields[columns.back()];
-      const char* const last = text.data() + text.size();
-      const auto [end, error] = std::from_chars(text.data(), last, length);
-      if (end != last || error != std::errc() || length > fields.size()) {
-        throw ReadError(atLine(lines.number(), lines.columnOf(text.data())),
-                        "not the length of a list in this row: " + quoted(text));
-      }
+std::vector<std::uint64_t> columnsOf(const PlyElement& element, const LineCursor& lines) {
+  std::vector<std::uint64_t> columns;
+  std::uint64_t column = 0;
+  std::uint64_t listLeft = 0;
+  bool isTooLong = false;
+  forEachField(lines.line(), ' ', [&](std::string_view field) {
+    if (listLeft != 0) {
+      --listLeft;
+    } else if (columns.size() < element.properties.size()) {
+      listLeft = element.properties[columns.size()].isList ? lengthOf(field, lines) : 0;
+      columns.push_back(column);
+    } else {
+      isTooLong = true;
     }
-    columns.push_back(columns.back() + 1 + length);
-    if (columns.back() > fields.size()) {
-      break;
-    }
-  }
-  if (columns.size() != element.properties.size() + 1 || columns.back() != fields.size()) {
+    ++column;
+  });
+  if (isTooLong || listLeft != 0 || columns.size() != element.properties.size()) {
     throw ReadError(atLine(lines.number()),
                     "the row does not have the values of one element " + quoted(element.name));
   }
+  columns.push_back(column);
   return columns;
 }
 
@@ -61,7 +71,7 @@ Points readWithLists(const PlyElement& vertex, const std::array<std::size_t, 3>&
   rows.reserve(static_cast<std::size_t>(3 * std::min(vertex.count, most)));
   for (std::uint64_t i = 0; i < vertex.count; ++i) {
     nextRow(vertex, i, lines);
-    const std::vector<std::size_t> columns = columnsOf(vertex, lines);
+    const std::vector<std::uint64_t> columns = columnsOf(vertex, lines);
     readRow(lines, {{columns[axes[0]], columns[axes[1]], columns[axes[2]]}, columns.back(), ' '}, rows);
   }
   return pointsOf(rows);

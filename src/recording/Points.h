@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -13,13 +14,13 @@ enum class NumberType : std::uint8_t { I1, U1, I2, U2, I4, U4, I8, U8, F4, F8 };
 
 /// In bytes. noexcept
 constexpr std::size_t sizeOf(NumberType type) noexcept {
-  constexpr std::size_t sizes[] = {1, 1, 2, 2, 4, 4, 8, 8, 4, 8};
+  constexpr std::array<std::size_t, 10> sizes = {1, 1, 2, 2, 4, 4, 8, 8, 4, 8};
   return sizes[static_cast<std::size_t>(type)];
 }
 
 /// "I1" to "F8". noexcept
 constexpr const char* nameOf(NumberType type) noexcept {
-  constexpr const char* names[] = {"I1", "U1", "I2", "U2", "I4", "U4", "I8", "U8", "F4", "F8"};
+  constexpr std::array<const char*, 10> names = {"I1", "U1", "I2", "U2", "I4", "U4", "I8", "U8", "F4", "F8"};
   return names[static_cast<std::size_t>(type)];
 }
 

@@ -91,43 +91,60 @@ double information(const Sample& sample, std::size_t width) {
   return std::max(0.0, sum - chance) / static_cast<double>(sample.kind.size());
 }
 
-// Whether x, y and z of some records can be metres.
-bool areCoordinates(std::span<const std::byte> bytes, std::size_t width) {
-  constexpr float farthest = 1e7F;
-  constexpr std::size_t mostRecords = 256;
-  const std::size_t records = bytes.size() / sizeof(float) / width;
-  const std::size_t step = (records + mostRecords - 1) / mostRecords;
-  std::size_t looked = 0;
-  std::size_t notFinite = 0;
-  for (std::size_t record = 0; record < records; record += step) {
-    bool isFinite = true;
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-      const auto value = loadLittleEndian<float>(bytes.data() + sizeof(float) * (record * width + axis));
-      isFinite = isFinite && std::isfinite(value);
-      // A whole number that is read as a float is smaller than any distance.
-      if (std::fpclassify(value) == FP_SUBNORMAL || (std::isfinite(value) && std::fabs(value) > farthest)) {
-        return false;
-      }
+// Gives some of the records of this width, evenly over the file, to `look`, which may end it with false.
+template <typename Look>
+void forSomeRecords(std::span<const std::byte> bytes, std::size_t width, Look look) {
+  constexpr std::size_t most = 256;
+  const std::size_t size = sizeof(float) * width;
+  const std::size_t step = std::max<std::size_t>(1, bytes.size() / size / most);
+  for (std::size_t begin = 0; begin + size <= bytes.size(); begin += size * step) {
+    std::array<float, mostWidth> values{};
+    for (std::size_t i = 0; i < width; ++i) {
+      values[i] = loadLittleEndian<float>(bytes.data() + begin + sizeof(float) * i);
     }
-    ++looked;
-    notFinite += isFinite ? 0 : 1;
+    if (!look(values)) {
+      return;
+    }
   }
-  return 2 * notFinite <= looked;
 }
 
-}  // namespace
-
-std::vector<std::size_t> plausibleRecordWidths(std::span<const std::byte> bytes) {
-  std::vector<std::size_t> plausible;
-  for (const std::size_t width : widths) {
-    if (bytes.size() % (sizeof(float) * width) == 0 && areCoordinates(bytes, width)) {
-      plausible.push_back(width);
+// Whether x, y and z can be metres.
+bool areCoordinates(std::span<const std::byte> bytes, std::size_t width) {
+  constexpr float farthest = 1e7F;
+  bool arePlausible = true;
+  std::size_t finite = 0;
+  std::size_t notFinite = 0;
+  forSomeRecords(bytes, width, [&](const auto& values) {
+    bool isFinite = true;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      const float value = values[axis];
+      isFinite = isFinite && std::isfinite(value);
+      // A whole number that is read as a float is smaller than any distance.
+      arePlausible = arePlausible && std::fpclassify(value) != FP_SUBNORMAL &&
+                     !(std::isfinite(value) && std::fabs(value) > farthest);
     }
-  }
-  constexpr std::size_t fewValues = 240;
-  if (plausible.empty() || bytes.size() / sizeof(float) < fewValues) {
-    return plausible;
-  }
+    ++(isFinite ? finite : notFinite);
+    return arePlausible;
+  });
+  return arePlausible && finite >= notFinite;
+}
+
+// Whether columns 4 and 5 of six often point where 1 and 2 do, as two points of beams that fire together do.
+bool areTwoPoints(std::span<const std::byte> bytes) {
+  std::size_t same = 0;
+  std::size_t other = 0;
+  forSomeRecords(bytes, 6, [&](const auto& v) {
+    const double along = static_cast<double>(v[0]) * v[3] + static_cast<double>(v[1]) * v[4];
+    const double across = static_cast<double>(v[0]) * v[4] - static_cast<double>(v[1]) * v[3];
+    ++(std::fabs(across) < 0.1 * along ? same : other);
+    return true;
+  });
+  return 2 * same > other;
+}
+
+// Those of the widths that tell much of what any period tells.
+std::vector<std::size_t> tellingWidths(std::span<const std::byte> bytes,
+                                       const std::vector<std::size_t>& fitting) {
   const Sample sample = sampleOf(bytes);
   std::array<double, mostWidth + 1> told{};
   double most = 0.0;
@@ -135,21 +152,40 @@ std::vector<std::size_t> plausibleRecordWidths(std::span<const std::byte> bytes)
     told[width] = information(sample, width);
     most = std::max(most, told[width]);
   }
-  // In real frames the right width tells 0.4 bits and more, and at least 0.9 of the most that any tells; a
-  // wrong one tells at most 0.6 of it.
+  // In real frames the right width tells 0.4 bits and more, and 0.9 of the most that any period tells; a
+  // wrong one tells 0.6 of it and less.
   constexpr double least = 0.25;
-  constexpr double share = 0.7;
+  constexpr double share = 0.75;
   if (most < least) {
-    return plausible;
+    return fitting;
   }
-  plausible.erase(std::remove_if(plausible.begin(), plausible.end(),
-                                 [&](std::size_t width) { return told[width] < share * most; }),
-                  plausible.end());
-  // Where columns 4 to 6 are like 1 to 3 they are another point.
-  if (plausible.size() == 2 && plausible[0] == 3 && plausible[1] == 6) {
-    plausible.pop_back();
+  std::vector<std::size_t> telling;
+  for (const std::size_t width : fitting) {
+    if (told[width] >= share * most) {
+      telling.push_back(width);
+    }
   }
-  return plausible;
+  if (telling == std::vector<std::size_t>{3, 6}) {
+    return {3};  // columns 4 to 6 hold what 1 to 3 do
+  }
+  if (telling == std::vector<std::size_t>{6} && fitting.front() == 3 && areTwoPoints(bytes)) {
+    return {3, 6};
+  }
+  return telling;
+}
+
+}  // namespace
+
+std::vector<std::size_t> plausibleRecordWidths(std::span<const std::byte> bytes) {
+  std::vector<std::size_t> fitting;
+  for (const std::size_t width : widths) {
+    if (bytes.size() % (sizeof(float) * width) == 0 && areCoordinates(bytes, width)) {
+      fitting.push_back(width);
+    }
+  }
+  constexpr std::size_t fewValues = 240;
+  return fitting.empty() || bytes.size() / sizeof(float) < fewValues ? fitting
+                                                                     : tellingWidths(bytes, fitting);
 }
 
 }  // namespace orvantis::toolkit

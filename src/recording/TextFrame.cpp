@@ -10,9 +10,11 @@
 
 #include "recording/CoordinateColumns.h"
 #include "recording/Decimal.h"
+#include "recording/FieldCursor.h"
 #include "recording/NumberRows.h"
 #include "recording/ReadError.h"
 #include "text/LowerCase.h"
+#include "text/Text.h"
 
 namespace orvantis::toolkit {
 namespace {
@@ -36,8 +38,9 @@ std::string_view textWithoutMark(std::span<const std::byte> bytes) {
   return text.substr(0, 3) == "\xEF\xBB\xBF" ? text.substr(3) : text;
 }
 
-char separatorOf(std::string_view line) {
-  for (const char separator : {';', ','}) {
+// @param others those that count before blanks do
+char separatorOf(std::string_view line, std::string_view others) {
+  for (const char separator : others) {
     if (line.find(separator) != std::string_view::npos) {
       return separator;
     }
@@ -59,14 +62,14 @@ std::string unquoted(std::string_view text) {
 
 ColumnNames namesIn(std::string_view line, char separator) {
   ColumnNames names;
-  for (const std::string_view field : splitRow(line, separator)) {
+  for (const std::string_view field : splitRow(line, separator, mostColumns + 1)) {
     names.push_back(unquoted(field));
   }
   return names;
 }
 
 std::optional<std::uint64_t> countIn(std::string_view line) {
-  const std::vector<std::string_view> fields = splitRow(line, ' ');
+  const std::vector<std::string_view> fields = splitRow(line, ' ', 2);
   if (fields.size() != 1) {
     return std::nullopt;
   }
@@ -92,6 +95,23 @@ bool findLine(Start& start, std::string_view& line) {
   return false;
 }
 
+// A line of words without a number among them names the columns. Names may hold blanks where tabs part them.
+void readNames(Start& start, std::string_view line) {
+  start.separator = separatorOf(line, ";,\t");
+  const std::vector<std::string_view> fields = splitRow(line, start.separator, mostColumns + 1);
+  if (!std::none_of(fields.begin(), fields.end(), isNumber)) {
+    start.separator = separatorOf(line, ";,");
+    return;
+  }
+  start.names = namesIn(line, start.separator);
+  start.rows.next();
+  start.namesLine = start.rows.number();
+  if (start.names.size() > mostColumns) {
+    throw ReadError(atLine(start.namesLine),
+                    "the header has more than " + std::to_string(mostColumns) + " names");
+  }
+}
+
 Start readStart(std::string_view text) {
   Start start{LineCursor(text), {}, 0, {}, 0, {}, ' '};
   std::string_view line;
@@ -105,17 +125,7 @@ Start readStart(std::string_view text) {
       return start;
     }
   }
-  // A line of words without a number among them names the columns.
-  const char separator = line.find('\t') == std::string_view::npos ? separatorOf(line) : '\t';
-  const std::vector<std::string_view> fields = splitRow(line, separator);
-  if (std::none_of(fields.begin(), fields.end(), isNumber)) {
-    start.names = namesIn(line, separator);
-    start.rows.next();
-    start.namesLine = start.rows.number();
-    start.separator = separator;
-  } else {
-    start.separator = separatorOf(line);
-  }
+  readNames(start, line);
   return start;
 }
 
@@ -127,7 +137,7 @@ ColumnNames namesInComment(const Start& start, std::size_t columns) {
     return {};
   }
   const std::string_view words = start.lastComment.substr(begin);
-  ColumnNames names = namesIn(words, separatorOf(words));
+  ColumnNames names = namesIn(words, separatorOf(words, ";,"));
   for (const char* axis : {"x", "y", "z"}) {
     if (std::count_if(names.begin(), names.end(),
                       [&](const std::string& name) { return lowerCase(name) == axis; }) != 1) {
@@ -145,11 +155,11 @@ ColumnNames namesOf(Start& start) {
   if (!findLine(start, line)) {
     return defaultColumnNames(3);
   }
-  const std::size_t columns = splitRow(line, start.separator).size();
-  if (columns < 3) {
-    throw ReadError(atLine(start.rows.number() + 1), "the row has " + std::to_string(columns) +
-                                                         (columns == 1 ? " value" : " values") +
-                                                         "; a point needs 3");
+  const std::size_t columns = splitRow(line, start.separator, mostColumns + 1).size();
+  if (columns < 3 || columns > mostColumns) {
+    throw ReadError(atLine(start.rows.number() + 1),
+                    columns < 3 ? "the row has " + counted(columns, "value") + "; a point needs 3"
+                                : "the row has more than " + std::to_string(mostColumns) + " values");
   }
   const ColumnNames names = namesInComment(start, columns);
   return names.empty() ? defaultColumnNames(columns) : names;

@@ -1,0 +1,131 @@
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <string>
+#include <system_error>
+
+#include <gtest/gtest.h>
+
+#include "recording/Decimal.h"
+
+namespace orvantis::toolkit {
+namespace {
+
+// The value, or a word for what else it is; what is left of the text follows.
+template <typename Real>
+std::string read(const std::string& text) {
+  Real value = 77;
+  const auto [end, error] = readDecimal(text.data(), text.data() + text.size(), value);
+  const std::string rest(end, text.data() + text.size());
+  if (error != std::errc()) {
+    return (error == std::errc::result_out_of_range ? "out of range" : "not a number") +
+           (rest.empty() ? "" : "|" + rest);
+  }
+  char buffer[40];
+  std::snprintf(buffer, sizeof(buffer), "%.17g", static_cast<double>(value));
+  return buffer + (rest.empty() ? "" : "|" + rest);
+}
+
+TEST(Decimal, NumbersAreReadUpToWhereTheyEnd) {
+  EXPECT_EQ(read<double>("12.5"), "12.5");
+  EXPECT_EQ(read<double>("-12.5 3"), "-12.5| 3");
+  EXPECT_EQ(read<double>("+1"), "1");
+  EXPECT_EQ(read<double>(".5"), "0.5");
+  EXPECT_EQ(read<double>("5.x"), "5|x");
+  EXPECT_EQ(read<double>("1e3"), "1000");
+  EXPECT_EQ(read<double>("1E+3"), "1000");
+  EXPECT_EQ(read<double>("25e-1,"), "2.5|,");
+  EXPECT_EQ(read<double>("1e"), "1|e");
+  EXPECT_EQ(read<double>("1e+"), "1|e+");
+  EXPECT_EQ(read<double>("1e00000000000000000003"), "1000");
+  EXPECT_EQ(read<double>("0x10"), "0|x10");
+  EXPECT_EQ(read<double>("-0"), "-0");
+  EXPECT_EQ(read<float>("-0.0"), "-0");
+  EXPECT_EQ(read<double>("00012"), "12");
+  EXPECT_EQ(read<double>("nan"), "nan");
+  EXPECT_EQ(read<float>("-inf"), "-inf");
+  EXPECT_EQ(read<float>("+inf"), "inf");
+}
+
+TEST(Decimal, WhatIsNotANumberIsToldApart) {
+  for (const std::string text : {"", "-", "+", ".", "-.", "x", "+-1", "--1", "++1", "e5", " 1"}) {
+    EXPECT_EQ(read<double>(text).substr(0, 12), "not a number") << text;
+    EXPECT_EQ(read<float>(text).substr(0, 12), "not a number") << text;
+  }
+}
+
+TEST(Decimal, RangesAreThoseOfTheType) {
+  EXPECT_EQ(read<double>("1e400"), "out of range");
+  EXPECT_EQ(read<float>("1e39"), "out of range");
+  EXPECT_EQ(read<float>("-1e39 1"), "out of range| 1");
+  EXPECT_EQ(read<float>("3.4028235e38"), "3.4028234663852886e+38");
+  // Too small for a float, which a writer of doubles does not care about.
+  EXPECT_EQ(read<float>("6e-50"), "0");
+  EXPECT_EQ(read<float>("-6e-50"), "-0");
+  EXPECT_EQ(read<float>("1e-42"), "1.0005271035279194e-42");
+}
+
+TEST(Decimal, ANumberBesideTheMiddleOfTwoFloatsIsRoundedOnce) {
+  // 1 + 2^-24 lies between two floats; as a double, what is a little more is no other number.
+  EXPECT_EQ(read<float>("1.000000059604644775390625"), "1");
+  EXPECT_EQ(read<float>("1.0000000596046447754"), "1.0000001192092896");
+  EXPECT_EQ(read<float>("1.0000000596046447753"), "1");
+  EXPECT_EQ(read<float>("16777217"), "16777216");
+  EXPECT_EQ(read<float>("16777219"), "16777220");
+  EXPECT_EQ(read<float>("16777217.000000001"), "16777218");
+}
+
+TEST(Decimal, LongNumbersAreRoundedOnce) {
+  EXPECT_EQ(read<double>("9007199254740993"), "9007199254740992");
+  EXPECT_EQ(read<double>("9007199254740993.0000000001"), "9007199254740994");
+  EXPECT_EQ(read<double>("18446744073709551616"), "1.8446744073709552e+19");
+  EXPECT_EQ(read<double>("0.1000000000000000055511151231257827"), "0.10000000000000001");
+  EXPECT_EQ(read<double>("1e22"), "1e+22");
+  EXPECT_EQ(read<double>("1e23"), "9.9999999999999992e+22");
+  EXPECT_EQ(read<double>("9007199254740991e-22"), "9.0071992547409914e-07");
+}
+
+// What is printed with enough digits comes back, and with fewer digits it is what the C library reads.
+TEST(Decimal, AgreesWithTheCLibrary) {
+  std::mt19937_64 random(3);
+  const char* const formats[] = {"%.*f", "%.*e", "%.*g"};
+  for (int round = 0; round < 300000; ++round) {
+    const double size = std::pow(10.0, static_cast<double>(random() % 40) - 20.0);
+    const double number = (static_cast<double>(random() % 2000001) - 1000000.0) / 1e6 * size;
+    char text[400];
+    std::snprintf(text, sizeof(text), formats[random() % 3], static_cast<int>(random() % 20), number);
+    const char* const last = text + std::strlen(text);
+    double wide = 0.0;
+    const auto [end, error] = readDecimal(text, last, wide);
+    ASSERT_TRUE(error == std::errc() && end == last) << text;
+    const double expected = std::strtod(text, nullptr);
+    ASSERT_EQ(std::memcmp(&wide, &expected, sizeof(wide)), 0) << text;
+    float narrow = 0.0F;
+    readDecimal(text, last, narrow);
+    const float narrowExpected = std::strtof(text, nullptr);
+    ASSERT_EQ(std::memcmp(&narrow, &narrowExpected, sizeof(narrow)), 0) << text;
+  }
+}
+
+TEST(Decimal, EveryFloatComesBack) {
+  std::mt19937 random(4);
+  for (int round = 0; round < 300000; ++round) {
+    const auto bits = static_cast<std::uint32_t>(random());
+    float number = 0.0F;
+    std::memcpy(&number, &bits, sizeof(number));
+    if (!std::isfinite(number)) {
+      continue;
+    }
+    char text[64];
+    std::snprintf(text, sizeof(text), "%.9g", static_cast<double>(number));
+    float back = 0.0F;
+    readDecimal(text, text + std::strlen(text), back);
+    ASSERT_EQ(std::memcmp(&back, &number, sizeof(back)), 0) << text;
+  }
+}
+
+}  // namespace
+}  // namespace orvantis::toolkit
