@@ -10,6 +10,7 @@ function(orvantis_add_library target)
     PROPERTIES EXPORT_NAME ${arg_EXPORT_NAME}
                VERSION ${PROJECT_VERSION}
                SOVERSION ${PROJECT_VERSION_MAJOR}
+               INSTALL_RPATH "$ORIGIN" # the libraries stand side by side, wherever the prefix was moved to
                LINKER_LANGUAGE CXX
                LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
   target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
