@@ -7,6 +7,7 @@
 #include "recording/Cursor.h"
 #include "recording/OpenChunk.h"
 #include "recording/ReadError.h"
+#include "text/Text.h"
 
 namespace orvantis::toolkit {
 namespace {
@@ -27,8 +28,8 @@ class Walk {
     }
     if (numChunks_ != header_.numChunks || numConnections_ != header_.numConnections) {
       throw ReadError(atByte(place), "the recording is cut off: its index has " +
-                                         std::to_string(numConnections_) + " connections and " +
-                                         std::to_string(numChunks_) + " chunks, its header counts " +
+                                         counted(numConnections_, "connection") + " and " +
+                                         counted(numChunks_, "chunk") + ", and its header counts " +
                                          std::to_string(header_.numConnections) + " and " +
                                          std::to_string(header_.numChunks));
     }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "recording/ReadError.h"
+#include "text/Text.h"
 
 namespace orvantis::toolkit {
 
@@ -104,8 +105,8 @@ void BagReader::openChunk(const BagRecord& record, std::uint64_t place) {
   const auto unfoldedSize = record.fields.number<std::uint32_t>("size");
   if (compression == "none") {
     if (unfoldedSize != record.dataSize) {
-      throw ReadError(atByte(place), "a chunk without compression is " + std::to_string(record.dataSize) +
-                                         " bytes and claims " + std::to_string(unfoldedSize));
+      throw ReadError(atByte(place), "a chunk without compression has " + counted(record.dataSize, "byte") +
+                                         " and claims " + std::to_string(unfoldedSize));
     }
     chunk_.rest = record.data;
     chunk_.place = place + record.size - record.dataSize;
@@ -131,10 +132,10 @@ void BagReader::finish() {
     index_ = readBagIndex(source_, header_).sums;
   }
   if (numChunks_ != header_.numChunks || numMessages_ != index_->messages) {
-    throw ReadError(atByte(position_), "the bag's index counts " + std::to_string(index_->messages) +
-                                           " messages in " + std::to_string(header_.numChunks) + " chunks, " +
+    throw ReadError(atByte(position_), "the bag's index counts " + counted(index_->messages, "message") +
+                                           " in " + counted(header_.numChunks, "chunk") + "; the bag has " +
                                            std::to_string(numMessages_) + " in " +
-                                           std::to_string(numChunks_) + " were found");
+                                           std::to_string(numChunks_));
   }
 }
 

@@ -5,6 +5,7 @@
 
 #include "recording/Cursor.h"
 #include "recording/ReadError.h"
+#include "text/Text.h"
 
 namespace orvantis::toolkit {
 namespace {
@@ -39,9 +40,8 @@ Number BagFields::number(std::string_view name) const {
   const std::optional<std::string_view> value = text(name);
   if (!value || value->size() != sizeof(Number)) {
     throw ReadError(atByte(place_), "the header of a record has " +
-                                        (value ? std::to_string(value->size()) + " bytes" : "no value") +
-                                        " for " + std::string(name) + "; " + std::to_string(sizeof(Number)) +
-                                        " are needed");
+                                        (value ? counted(value->size(), "byte") : "no value") + " for " +
+                                        std::string(name) + " and needs " + counted(sizeof(Number), "byte"));
   }
   return loadLittleEndian<Number>(reinterpret_cast<const std::byte*>(value->data()));
 }

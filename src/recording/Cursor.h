@@ -8,6 +8,7 @@
 
 #include "recording/Bytes.h"
 #include "recording/ReadError.h"
+#include "text/Text.h"
 
 namespace orvantis::toolkit {
 
@@ -27,9 +28,9 @@ class Cursor {
 
   std::span<const std::byte> take(std::uint64_t count) {
     if (count > remaining()) {
-      throw ReadError(atByte(place_), std::string(what_) + " is too short: " + std::to_string(count) +
-                                          " bytes are needed from its byte " + std::to_string(position_) +
-                                          " on, " + std::to_string(remaining()) + " are there");
+      throw ReadError(atByte(place_), std::string(what_) + " is too short: at its byte " +
+                                          std::to_string(position_) + " it needs " + counted(count, "byte") +
+                                          " and has " + std::to_string(remaining()));
     }
     const auto taken = bytes_.subspan(position_, static_cast<std::size_t>(count));
     position_ += taken.size();

@@ -35,6 +35,7 @@ class Walk {
       throw ReadError(atByte(position_),
                       "the recording is cut off: the bytes that end an MCAP file are missing");
     }
+    source_.bytes(position_ + mcapMagic.size(), 1);  // a compressed source says here that its end is missing
     countMessages();
     return std::move(closing_);
   }
@@ -88,13 +89,13 @@ class Walk {
   }
 
   void readStatistics(std::span<const std::byte> content, std::uint64_t place) {
-    Cursor cursor(content, place, "the statistics");
+    Cursor cursor(content, place, "the record of statistics");
     RecordingIndex index;
     index.messages = cursor.take<std::uint64_t>();
     cursor.take(sizeof(std::uint16_t) + 4 * sizeof(std::uint32_t));  // how many of each other kind of record
     index.first = mcapTime(cursor.take<std::uint64_t>(), place);
     index.last = mcapTime(cursor.take<std::uint64_t>(), place);
-    Cursor counts(cursor.take(cursor.take<std::uint32_t>()), place, "the statistics");
+    Cursor counts(cursor.take(cursor.take<std::uint32_t>()), place, "the record of statistics");
     while (counts.remaining() != 0) {
       const auto channel = counts.take<std::uint16_t>();
       counts_[channel] = counts.take<std::uint64_t>();
@@ -102,16 +103,13 @@ class Walk {
     closing_.index = index;
   }
 
-  // The channels may stand behind the statistics.
+  // The channels may stand behind the statistics, or be left away.
   void countMessages() {
-    if (counts_.empty()) {
-      return;  // they are not asked for
-    }
-    for (std::size_t i = 0; i < closing_.topics.topics().size(); ++i) {
-      closing_.topics[i].messages = 0;
-    }
     for (const auto& [channel, count] : counts_) {
-      *closing_.topics[closing_.vocabulary.topicOf(channel, closing_.begin)].messages += count;
+      if (const std::optional<std::size_t> topic = closing_.vocabulary.find(channel)) {
+        std::optional<std::uint64_t>& messages = closing_.topics[*topic].messages;
+        messages = messages.value_or(0) + count;
+      }
     }
   }
 

@@ -8,6 +8,7 @@
 #include "recording/Cursor.h"
 #include "recording/OpenChunk.h"
 #include "recording/ReadError.h"
+#include "text/Text.h"
 
 namespace orvantis::toolkit {
 namespace {
@@ -79,7 +80,7 @@ std::optional<RecordedMessage> McapReader::nextInChunk() {
       addDeclaration(header.opcode, content, place);
       continue;
     }
-    RecordedMessage message = counted(McapMessageHeader(content, place), place);
+    RecordedMessage message = noted(McapMessageHeader(content, place), place);
     message.data = content.subspan(McapMessageHeader::size);
     return message;
   }
@@ -137,12 +138,12 @@ RecordedMessage McapReader::readMessage(std::uint64_t length, std::uint64_t plac
   } else {
     data = take(length, place, "a message").subspan(McapMessageHeader::size);
   }
-  RecordedMessage message = counted(header, place);
+  RecordedMessage message = noted(header, place);
   message.data = data;
   return message;
 }
 
-RecordedMessage McapReader::counted(const McapMessageHeader& header, std::uint64_t place) {
+RecordedMessage McapReader::noted(const McapMessageHeader& header, std::uint64_t place) {
   const std::size_t topic = vocabulary_.topicOf(header.channel, place);
   topics_.count(topic, header.logged);
   ++numMessages_;
@@ -168,9 +169,8 @@ void McapReader::openChunk(std::uint64_t length, std::uint64_t place) {
   }
   const McapChunkHeader header(content, place);
   if (header.recordsSize > content.size() - header.size && !chunk_.cut) {
-    throw ReadError(atByte(place), "a chunk claims " + std::to_string(header.recordsSize) +
-                                       " bytes of records and has " +
-                                       std::to_string(content.size() - header.size));
+    throw ReadError(atByte(place), "a chunk claims " + counted(header.recordsSize, "byte") +
+                                       " of records and has " + std::to_string(content.size() - header.size));
   }
   if (header.compression.empty()) {
     openPlainChunk(header, content, place);
@@ -187,7 +187,7 @@ void McapReader::openPlainChunk(const McapChunkHeader& header, std::span<const s
       rest.first(static_cast<std::size_t>(std::min<std::uint64_t>(header.recordsSize, rest.size())));
   if (header.unfoldedSize != header.recordsSize) {
     throw ReadError(atByte(place), "a chunk without compression claims " +
-                                       std::to_string(header.recordsSize) + " bytes, and " +
+                                       counted(header.recordsSize, "byte") + ", and " +
                                        std::to_string(header.unfoldedSize) + " unfolded");
   }
   if (!chunk_.cut && (header.crc != 0 || isDataCrcWanted_)) {
@@ -240,8 +240,8 @@ void McapReader::finish(std::uint64_t length, std::uint64_t place) {
   }
   if (closing_->index && closing_->index->messages != numMessages_) {
     throw ReadError(atByte(place), "the recording's index counts " +
-                                       std::to_string(closing_->index->messages) + " messages, " +
-                                       std::to_string(numMessages_) + " were found");
+                                       counted(closing_->index->messages, "message") +
+                                       "; the recording has " + std::to_string(numMessages_));
   }
 }
 

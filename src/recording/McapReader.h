@@ -28,7 +28,7 @@ class McapReader final : public MessageReader {
   std::optional<RecordedMessage> nextInChunk();
   std::optional<RecordedMessage> readRecord();
   RecordedMessage readMessage(std::uint64_t length, std::uint64_t place);
-  RecordedMessage counted(const McapMessageHeader& header, std::uint64_t place);
+  RecordedMessage noted(const McapMessageHeader& header, std::uint64_t place);
   void addDeclaration(McapOpcode opcode, std::span<const std::byte> content, std::uint64_t place);
   void openChunk(std::uint64_t length, std::uint64_t place);
   void openPlainChunk(const McapChunkHeader& header, std::span<const std::byte> content, std::uint64_t place);

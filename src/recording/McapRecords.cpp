@@ -67,13 +67,18 @@ void McapVocabulary::addChannel(std::span<const std::byte> content, std::uint64_
   }
 }
 
-std::size_t McapVocabulary::topicOf(std::uint16_t channel, std::uint64_t place) const {
+std::optional<std::size_t> McapVocabulary::find(std::uint16_t channel) const {
   const auto at = topics_.find(channel);
-  if (at == topics_.end()) {
+  return at == topics_.end() ? std::nullopt : std::optional(at->second);
+}
+
+std::size_t McapVocabulary::topicOf(std::uint16_t channel, std::uint64_t place) const {
+  const std::optional<std::size_t> topic = find(channel);
+  if (!topic) {
     throw ReadError(atByte(place), "a message is of channel " + std::to_string(channel) +
                                        ", which is not declared before it");
   }
-  return at->second;
+  return *topic;
 }
 
 }  // namespace orvantis::toolkit

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -74,7 +75,10 @@ class McapVocabulary {
   void addSchema(std::span<const std::byte> content, std::uint64_t place);
   void addChannel(std::span<const std::byte> content, std::uint64_t place, TopicTable& topics);
 
-  /// The number of the topic of a channel.
+  /// The number of the topic of a channel; nothing for one that was not declared.
+  std::optional<std::size_t> find(std::uint16_t channel) const;
+
+  /// The same.
   /// @throws ReadError for a channel that was not declared
   std::size_t topicOf(std::uint16_t channel, std::uint64_t place) const;
 

@@ -4,8 +4,10 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 
 #include "recording/ReadError.h"
+#include "text/Text.h"
 
 namespace orvantis::toolkit {
 
@@ -26,7 +28,7 @@ struct OpenChunk {
 /// The words for a record that the file ends in.
 inline ReadError cutOff(std::uint64_t place, const char* what, std::uint64_t needed, std::uint64_t there) {
   return {atByte(place), "the recording is cut off: " + std::string(what) + " needs " +
-                             std::to_string(needed) + " bytes, " + std::to_string(there) + " are there"};
+                             counted(needed, "byte") + " and has " + std::to_string(there)};
 }
 
 }  // namespace orvantis::toolkit

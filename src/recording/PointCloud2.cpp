@@ -96,6 +96,18 @@ void readFields(Parts& parts, std::uint64_t place, PointCloud2& cloud) {
   }
 }
 
+std::string othersInWords(const PointCloud2& cloud) {
+  constexpr std::size_t most = 20;
+  if (cloud.fields.size() > most) {
+    return "; it has " + std::to_string(cloud.fields.size()) + " columns";
+  }
+  std::string names;
+  for (const PointCloud2::Field& field : cloud.fields) {
+    names += (names.empty() ? "; it has " : ", ") + printable(field.name);
+  }
+  return names;
+}
+
 Coordinate coordinate(const PointCloud2& cloud, const char* name, std::uint64_t place) {
   const PointCloud2::Field* found = nullptr;
   for (const PointCloud2::Field& field : cloud.fields) {
@@ -108,12 +120,7 @@ Coordinate coordinate(const PointCloud2& cloud, const char* name, std::uint64_t 
     found = &field;
   }
   if (found == nullptr) {
-    std::string names;
-    for (const PointCloud2::Field& field : cloud.fields) {
-      names += (names.empty() ? "" : ", ") + printable(field.name);
-    }
-    throw ReadError(atByte(place), "a point cloud has no column " + std::string(name) +
-                                       (names.empty() ? "" : "; it has " + names));
+    throw ReadError(atByte(place), "a point cloud has no column " + std::string(name) + othersInWords(cloud));
   }
   const std::optional<NumberType> type = numberType(found->datatype);
   if (!type || found->count > 1) {
@@ -134,17 +141,16 @@ Coordinate coordinate(const PointCloud2& cloud, const char* name, std::uint64_t 
 void checkSizes(const PointCloud2& cloud, std::uint64_t place) {
   const std::uint64_t row = std::uint64_t{cloud.width} * cloud.pointStep;
   if (cloud.height > 1 && cloud.rowStep < row) {
-    throw ReadError(atByte(place), "a row of a point cloud is " + std::to_string(cloud.rowStep) +
-                                       " bytes; its " + std::to_string(cloud.width) + " points of " +
-                                       std::to_string(cloud.pointStep) + " bytes need " +
-                                       std::to_string(row));
+    throw ReadError(atByte(place), "a row of a point cloud has " + counted(cloud.rowStep, "byte") + "; " +
+                                       counted(cloud.width, "point") + " of " +
+                                       counted(cloud.pointStep, "byte") + " need " + std::to_string(row));
   }
   const std::uint64_t needed = std::uint64_t{cloud.height - 1} * cloud.rowStep + row;
   if (needed > cloud.data.size()) {
     throw ReadError(atByte(place), "a point cloud message is torn: its " + std::to_string(cloud.height) +
                                        " x " + std::to_string(cloud.width) + " points need " +
-                                       std::to_string(needed) + " bytes, " +
-                                       std::to_string(cloud.data.size()) + " are there");
+                                       counted(needed, "byte") + ", and it has " +
+                                       std::to_string(cloud.data.size()));
   }
 }
 

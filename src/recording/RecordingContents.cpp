@@ -35,7 +35,8 @@ RecordingContents fromIndex(const MessageReader& reader) {
   contents.first = reader.index()->first;
   contents.last = reader.index()->last;
   for (const Topic& topic : reader.topics()) {
-    contents.topics.push_back({topic, *topic.messages, rate(*topic.messages, contents.first, contents.last)});
+    const std::uint64_t messages = topic.messages.value_or(0);
+    contents.topics.push_back({topic, messages, rate(messages, contents.first, contents.last)});
   }
   return contents;
 }
@@ -70,8 +71,11 @@ std::string inWords(const TopicContents& contents) {
 }  // namespace
 
 bool isIndexed(const MessageReader& reader) {
-  return reader.index() && std::all_of(reader.topics().begin(), reader.topics().end(),
-                                       [](const Topic& topic) { return topic.messages.has_value(); });
+  std::uint64_t messages = 0;
+  for (const Topic& topic : reader.topics()) {
+    messages += topic.messages.value_or(0);
+  }
+  return reader.index() && reader.index()->messages == messages;
 }
 
 RecordingContents contentsOf(const MessageReader& reader) {

@@ -38,7 +38,7 @@ struct RecordingContents {
   std::optional<Damage> damage;  ///< known only when all was read
 };
 
-/// Whether an index counts the messages of each topic. @throws nothing
+/// Whether an index says of every message which topic it belongs to. @throws nothing
 bool isIndexed(const MessageReader& reader);
 
 /// From the index; without one, of what was read so far. @throws std::bad_alloc

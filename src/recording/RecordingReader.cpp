@@ -122,7 +122,8 @@ void RecordingReader::noteStamp(std::size_t topic, filter::monitor::Stamp stamp)
 void RecordingReader::finish() {
   isAtEnd_ = true;
   if (damage_ && numClouds_ == 0) {
-    throw ReadError(atByte(damage_->byte), damage_->reason + "; no whole point cloud comes before");
+    const Damage damage = *std::exchange(damage_, std::nullopt);
+    throw ReadError(atByte(damage.byte), damage.reason + "; no whole point cloud comes before");
   }
   if (!damage_) {
     checkChoice(contentsOf(*opened_.messages).topics);

@@ -39,11 +39,17 @@ class ZstdSource::Stream {
                                          "; zstd says: " + ZSTD_getErrorName(hint));
     }
     taken += in.pos;
+    if (in.pos != 0 || out.pos != 0) {
+      isFrameOver_ = hint == 0;
+    }
     return out.pos;
   }
 
+  bool isFrameOver() const { return isFrameOver_; }
+
  private:
   ZSTD_DCtx* context_;
+  bool isFrameOver_ = false;
 };
 
 ZstdSource::ZstdSource(ByteSource& compressed)
@@ -57,6 +63,10 @@ std::span<const std::byte> ZstdSource::bytes(std::uint64_t offset, std::uint64_t
     first_ += static_cast<std::size_t>(dropped);
     const std::size_t held = begin_ == offset ? end_ - first_ : 0;
     if (held >= count || !grow()) {
+      if (held == 0 && count != 0 && !stream_->isFrameOver()) {
+        throw ReadError(atByte(offset),
+                        "the compressed file is cut off at its byte " + std::to_string(taken_));
+      }
       return std::span<const std::byte>(buffer_).subspan(
           first_, static_cast<std::size_t>(std::min<std::uint64_t>(count, held)));
     }
@@ -75,7 +85,7 @@ bool ZstdSource::grow() {
   }
   if (buffer_.size() - end_ < step) {
     const std::uint64_t limit = unfoldedLimit(compressed_.size().value_or(0));
-    if (end_ > limit) {
+    if (end_ >= limit) {
       throw ReadError(atByte(begin_), "a record is longer than the " + std::to_string(limit) +
                                           " bytes that are allowed in a file compressed as a whole");
     }

@@ -25,7 +25,8 @@ class ZstdSource final : public ByteSource {
   std::optional<std::uint64_t> size() const override { return std::nullopt; }
 
   /// @throws ReadError when the compressed bytes are damaged, or more is asked for at once than
-  ///         `unfoldedLimit` of them. Where they are cut off, this source ends.
+  ///         `unfoldedLimit` of them. Where they are cut off, this source ends, and throws when asked for
+  ///         more.
   std::span<const std::byte> bytes(std::uint64_t offset, std::uint64_t count) override;
 
  private:

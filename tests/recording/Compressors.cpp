@@ -12,7 +12,7 @@ std::string bzip2Of(const std::string& bytes) {
   std::string out(bytes.size() + bytes.size() / 100 + 700, '\0');
   auto size = static_cast<unsigned>(out.size());
   std::string in = bytes;
-  if (BZ2_bzBuffToBuffCompress(out.data(), &size, in.data(), static_cast<unsigned>(in.size()), 9, 0, 0) !=
+  if (BZ2_bzBuffToBuffCompress(out.data(), &size, in.data(), static_cast<unsigned>(in.size()), 1, 0, 0) !=
       BZ_OK) {
     std::abort();
   }
