@@ -3,14 +3,14 @@
 #include "Console.h"
 #include "SummaryText.h"
 #include "session/EventText.h"
-#include "session/SummaryJson.h"
-#include "text/JsonText.h"
+#include "session/SummaryRecords.h"
+#include "text/Record.h"
 
 namespace orvantis::app {
 
 void EventLines::add(const Moment&, const SessionFrame& frame) {
   for (const Event& event : frame.events) {
-    console_.out << (asJson_ ? toJson(toObject(frame.stamp, event)) : toLine(frame.stamp, event)) << '\n';
+    console_.out << (asJson_ ? toJson(recordOf(frame.stamp, event)) : toLine(frame.stamp, event)) << '\n';
   }
   if (!frame.events.empty()) {
     console_.flush();
@@ -19,8 +19,8 @@ void EventLines::add(const Moment&, const SessionFrame& frame) {
 
 void EventLines::finish(const SessionResult& result) {
   if (asJson_) {
-    for (const auto& object : toObjects(result.summary, result.session, result.zones, result.inputs)) {
-      console_.out << toJson(object) << '\n';
+    for (const Record& record : recordsOf(result.summary, result.session, result.zones, result.inputs)) {
+      console_.out << toJson(record) << '\n';
     }
   } else {
     printSummary(result.summary, result.session, result.zones, result.inputs, console_);

@@ -1,18 +1,13 @@
 #include "session/EventText.h"
 
-#include <utility>
+#include <cstdint>
+#include <string_view>
 
-#include <boost/json/array.hpp>
-
-#include "text/Number.h"
 #include "text/StampText.h"
-#include "text/Text.h"
 
 namespace orvantis::toolkit {
 namespace {
 
-using boost::json::array;
-using boost::json::object;
 using filter::detection::CounterLineDirectionType;
 using filter::monitor::Crossing;
 using filter::monitor::ObjectEvent;
@@ -21,11 +16,11 @@ using filter::monitor::Stamp;
 using filter::monitor::ZoneEvent;
 using filter::monitor::ZoneSlot;
 
-const char* levelName(PointFrame::Level level) {
+std::string levelName(PointFrame::Level level) {
   return level == PointFrame::Level::LOW ? "low" : "high";
 }
 
-const char* kindName(ObjectEvent::Kind kind) {
+std::string kindName(ObjectEvent::Kind kind) {
   switch (kind) {
     case ObjectEvent::Kind::Entered:
       return "entered";
@@ -36,167 +31,89 @@ const char* kindName(ObjectEvent::Kind kind) {
   }
 }
 
-const char* stateName(const ZoneEvent& event) {
-  return event.isOccupied ? "occupied" : "cleared";
+void append(Record& record, const ZoneSlot& slot) {
+  record.push_back({"field", "field", std::int64_t{slot.field}});
+  record.push_back({"fieldName", "", slot.fieldName});
+  record.push_back({"zone", "zone", std::int64_t{slot.zone}});
+  record.push_back({"name", "zone_name", slot.zoneName});
 }
 
-std::string nameOf(const ZoneSlot& slot) {
-  return "zone " + std::to_string(slot.field) + "/" + std::to_string(slot.zone) + " \"" +
-         printable(slot.zoneName) + "\"";
+void append(Record& record, std::int32_t id, const std::string& className) {
+  record.push_back({"track", "track", std::int64_t{id}});
+  record.push_back({"class", "class", className});
 }
 
-std::string nameOf(const std::string& className, std::int32_t id) {
-  return (className.empty() ? "track" : printable(className)) + " " + std::to_string(id);
+void describe(Record& record, const ZoneEvent& event) {
+  record.push_back({"event", "event", event.isOccupied ? "occupied" : "cleared"});
+  append(record, event.slot);
+  record.push_back({"began", "began", event.began});
 }
 
-std::string sentence(const ZoneEvent& event) {
-  return nameOf(event.slot) + " " + stateName(event) + ", since " + toMilliseconds(event.began) + " s";
-}
-
-std::string sentence(const OutputEvent& event) {
-  std::string text = "outputs of field " + std::to_string(event.field) + ":";
-  for (const PointFrame::Level level : event.levels) {
-    text += std::string(" ") + levelName(level);
-  }
-  return text;
-}
-
-std::string sentence(const ObjectEvent& event) {
-  const std::string object = nameOf(event.className, event.id);
-  const std::string dwell = toMilliseconds(event.dwell) + " s";
-  switch (event.kind) {
-    case ObjectEvent::Kind::Entered:
-      return object + " entered " + nameOf(event.slot);
-    case ObjectEvent::Kind::Left:
-      return object + " left " + nameOf(event.slot) + " after " + dwell;
-    default:
-      return object + " lost in " + nameOf(event.slot) + " after " + dwell + ", last seen at " +
-             toMilliseconds(event.stamp) + " s";
-  }
-}
-
-std::string sentence(const Crossing& event) {
-  return nameOf(event.className, event.id) + " crossed line \"" + printable(event.line) + "\" from " +
-         sideName(event.from) + " to " + sideName(event.to) + " at " + toMilliseconds(event.met) + " s, (" +
-         toText(event.where.x(), 3) + ", " + toText(event.where.y(), 3) + ")";
-}
-
-object begun(const char* type, Stamp stamp) {
-  return {{"type", type}, {"stamp", toSeconds(stamp)}};
-}
-
-void append(object& target, const ZoneSlot& slot) {
-  target["field"] = slot.field;
-  target["fieldName"] = slot.fieldName;
-  target["zone"] = slot.zone;
-  target["name"] = slot.zoneName;
-}
-
-object described(Stamp stamp, const ZoneEvent& event) {
-  object result = begun("zone", stamp);
-  result["event"] = stateName(event);
-  append(result, event.slot);
-  result["began"] = toSeconds(event.began);
-  return result;
-}
-
-object described(Stamp stamp, const OutputEvent& event) {
-  object result = begun("outputs", stamp);
-  result["field"] = event.field;
-  array levels;
+void describe(Record& record, const OutputEvent& event) {
+  record.push_back({"field", "field", std::int64_t{event.field}});
+  std::vector<std::string> levels;
   for (const PointFrame::Level level : event.levels) {
     levels.push_back(levelName(level));
   }
-  result["levels"] = std::move(levels);
-  return result;
+  record.push_back({"levels", "event", levels});
 }
 
-object described(Stamp stamp, const ObjectEvent& event) {
-  object result = begun("object", stamp);
-  result["event"] = kindName(event.kind);
-  append(result, event.slot);
-  result["track"] = event.id;
-  result["class"] = event.className;
+void describe(Record& record, const ObjectEvent& event) {
+  record.push_back({"event", "event", kindName(event.kind)});
+  append(record, event.slot);
+  append(record, event.id, event.className);
   if (event.kind != ObjectEvent::Kind::Entered) {
-    result["dwell"] = toSeconds(event.dwell);
+    record.push_back({"dwell", "dwell", event.dwell});
   }
   if (event.kind == ObjectEvent::Kind::Lost) {
-    result["lastSeen"] = toSeconds(event.stamp);
+    record.push_back({"lastSeen", "", event.stamp});
   }
-  return result;
 }
 
-object described(Stamp stamp, const Crossing& event) {
-  object result = begun("crossing", stamp);
-  result["line"] = event.line;
-  result["from"] = sideName(event.from);
-  result["to"] = sideName(event.to);
-  result["track"] = event.id;
-  result["class"] = event.className;
-  result["met"] = toSeconds(event.met);
-  result["x"] = event.where.x();
-  result["y"] = event.where.y();
-  return result;
+void describe(Record& record, const Crossing& event) {
+  record.push_back({"", "event", std::string("to ") + sideName(event.to)});
+  record.push_back({"line", "line", event.line});
+  record.push_back({"from", "", sideName(event.from)});
+  record.push_back({"to", "", sideName(event.to)});
+  append(record, event.id, event.className);
+  record.push_back({"met", "met", event.met});
+  record.push_back({"x", "x", event.where.x()});
+  record.push_back({"y", "y", event.where.y()});
 }
 
-using Cells = std::vector<std::string>;
+struct TypeName {
+  const char* operator()(const ZoneEvent&) const { return "zone"; }
+  const char* operator()(const OutputEvent&) const { return "outputs"; }
+  const char* operator()(const ObjectEvent&) const { return "object"; }
+  const char* operator()(const Crossing&) const { return "crossing"; }
+};
 
-Cells cells(const ZoneEvent& e) {
-  return {"zone",
-          stateName(e),
-          std::to_string(e.slot.field),
-          std::to_string(e.slot.zone),
-          e.slot.zoneName,
-          "",
-          "",
-          "",
-          toText(e.began),
-          "",
-          "",
-          "",
-          ""};
-}
-
-Cells cells(const OutputEvent& e) {
-  std::string levels;
-  for (const PointFrame::Level level : e.levels) {
-    levels += (levels.empty() ? "" : " ") + std::string(levelName(level));
+// What an event is in words; a track without a class is called a track.
+struct Pattern {
+  std::string operator()(const ZoneEvent&) const {
+    return R"(zone {field}/{zone} "{name}" {event}, since {began} s)";
   }
-  return {"outputs", levels, std::to_string(e.field), "", "", "", "", "", "", "", "", "", ""};
-}
+  std::string operator()(const OutputEvent&) const { return "outputs of field {field}: {levels}"; }
+  std::string operator()(const ObjectEvent& event) const {
+    const std::string track = object(event.className);
+    switch (event.kind) {
+      case ObjectEvent::Kind::Entered:
+        return track + R"( entered zone {field}/{zone} "{name}")";
+      case ObjectEvent::Kind::Left:
+        return track + R"( left zone {field}/{zone} "{name}" after {dwell} s)";
+      default:
+        return track + R"( lost in zone {field}/{zone} "{name}" after {dwell} s, last seen at {lastSeen} s)";
+    }
+  }
+  std::string operator()(const Crossing& event) const {
+    return object(event.className) + R"( crossed line "{line}" from {from} to {to} at {met} s, ({x}, {y}))";
+  }
 
-Cells cells(const ObjectEvent& e) {
-  const bool isOver = e.kind != ObjectEvent::Kind::Entered;
-  return {"object",
-          kindName(e.kind),
-          std::to_string(e.slot.field),
-          std::to_string(e.slot.zone),
-          e.slot.zoneName,
-          "",
-          std::to_string(e.id),
-          e.className,
-          "",
-          isOver ? toText(e.dwell) : "",
-          "",
-          "",
-          ""};
-}
-
-Cells cells(const Crossing& e) {
-  return {"crossing",
-          std::string("to ") + sideName(e.to),
-          "",
-          "",
-          "",
-          e.line,
-          std::to_string(e.id),
-          e.className,
-          "",
-          "",
-          toText(e.met),
-          toText(e.where.x()),
-          toText(e.where.y())};
-}
+ private:
+  static std::string object(const std::string& className) {
+    return std::string(className.empty() ? "track" : "{class}") + " {track}";
+  }
+};
 
 }  // namespace
 
@@ -204,27 +121,24 @@ const char* sideName(CounterLineDirectionType side) {
   return side == CounterLineDirectionType::LEFT ? "left" : "right";
 }
 
+Record recordOf(Stamp stamp, const Event& event) {
+  Record record = {{"type", "type", std::visit(TypeName(), event)}, {"stamp", "stamp", stamp}};
+  std::visit([&record](const auto& what) { describe(record, what); }, event);
+  return record;
+}
+
 std::string toLine(Stamp stamp, const Event& event) {
   const std::string time = toMilliseconds(stamp) + " s";
   constexpr std::size_t width = 12;
   return std::string(time.size() < width ? width - time.size() : 0, ' ') + time + "  " +
-         std::visit([](const auto& what) { return sentence(what); }, event);
-}
-
-object toObject(Stamp stamp, const Event& event) {
-  return std::visit([stamp](const auto& what) { return described(stamp, what); }, event);
+         toSentence(recordOf(stamp, event), std::visit(Pattern(), event));
 }
 
 const std::vector<std::string>& eventColumns() {
-  static const Cells columns = {"stamp", "type",  "event", "field", "zone", "zone_name", "line",
-                                "track", "class", "began", "dwell", "met",  "x",         "y"};
+  static const std::vector<std::string> columns = {"stamp",     "type", "event", "field", "zone",
+                                                   "zone_name", "line", "track", "class", "began",
+                                                   "dwell",     "met",  "x",     "y"};
   return columns;
-}
-
-Cells toCells(Stamp stamp, const Event& event) {
-  Cells result = std::visit([](const auto& what) { return cells(what); }, event);
-  result.insert(result.begin(), toText(stamp));
-  return result;
 }
 
 }  // namespace orvantis::toolkit

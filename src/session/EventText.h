@@ -3,23 +3,22 @@
 #include <string>
 #include <vector>
 
-#include <boost/json/object.hpp>
-
 #include "session/Session.h"
+#include "text/Record.h"
 
 namespace orvantis::toolkit {
 
 /// "left" or "right".
 const char* sideName(filter::detection::CounterLineDirectionType side);
 
+/// What an event is, key by key, as docs/command.md describes it. Everything that is written of an event is
+/// made from this.
+Record recordOf(filter::monitor::Stamp stamp, const Event& event);
+
 /// The event as a line for people, without the end of the line.
 std::string toLine(filter::monitor::Stamp stamp, const Event& event);
 
-/// The event with the keys that docs/command.md describes.
-boost::json::object toObject(filter::monitor::Stamp stamp, const Event& event);
-
-/// The columns of an event in tables, and the event in them.
+/// The columns of events in tables.
 const std::vector<std::string>& eventColumns();
-std::vector<std::string> toCells(filter::monitor::Stamp stamp, const Event& event);
 
 }  // namespace orvantis::toolkit

@@ -36,6 +36,10 @@ SessionFrame Session::take(filter::monitor::Stamp stamp, const std::optional<Poi
   if (objects != nullptr) {
     frame.objects = objects_.update(stamp, *objects);
     crossings = lines_.update(stamp, *objects);
+  } else {
+    // Who is out of sight while points go on is lost in time and not with the next sighting of somebody.
+    frame.lost = objects_.advance(stamp);
+    lines_.advance(stamp);
   }
   frame.taken = std::chrono::steady_clock::now() - begin;
 
@@ -48,6 +52,7 @@ SessionFrame Session::take(filter::monitor::Stamp stamp, const std::optional<Poi
     }
     lastOutputs_ = outputs;
   }
+  frame.events.insert(frame.events.end(), frame.lost.begin(), frame.lost.end());
   if (frame.objects) {
     frame.objectCount = objects->size();
     frame.events.insert(frame.events.end(), frame.objects->events.begin(), frame.objects->events.end());

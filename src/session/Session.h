@@ -33,6 +33,7 @@ struct SessionFrame {
   std::optional<filter::monitor::PointFrame> points;
   std::optional<filter::monitor::ObjectFrame> objects;
   std::size_t objectCount = 0;
+  std::vector<filter::monitor::ObjectEvent> lost;  ///< without a frame of objects: by the time alone
   std::vector<Event> events;
   filter::monitor::Duration taken{0};  ///< by the monitors; reading the files is no part of it
 };

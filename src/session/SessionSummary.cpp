@@ -25,6 +25,7 @@ void SessionSummary::add(const SessionFrame& frame) {
   if (frame.objects) {
     addObjects(*frame.objects);
   }
+  addVisits(frame.lost);
 }
 
 void SessionSummary::addPoints(const PointFrame& frame) {
@@ -48,7 +49,11 @@ void SessionSummary::addObjects(const ObjectFrame& frame) {
     ZoneSummary& summary = zones_[i].summary;
     summary.peakObjects = std::max<std::uint64_t>(summary.peakObjects, frame.inside[i]);
   }
-  for (const ObjectEvent& event : frame.events) {
+  addVisits(frame.events);
+}
+
+void SessionSummary::addVisits(const std::vector<ObjectEvent>& events) {
+  for (const ObjectEvent& event : events) {
     ZoneRecord& record = zones_[zoneSlotIndex(event.slot.field, event.slot.zone)];
     if (event.kind == ObjectEvent::Kind::Entered) {
       ++record.summary.visits;

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "document/FieldZones.h"
 #include "session/Durations.h"
@@ -54,6 +55,7 @@ class SessionSummary {
 
   void addPoints(const filter::monitor::PointFrame& frame);
   void addObjects(const filter::monitor::ObjectFrame& frame);
+  void addVisits(const std::vector<filter::monitor::ObjectEvent>& events);
 
   std::array<ZoneRecord, filter::monitor::NUM_ZONE_SLOTS> zones_;
   std::uint64_t pointFrames_ = 0;

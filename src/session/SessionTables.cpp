@@ -32,7 +32,7 @@ std::string SessionTables::eventHeader() const {
 std::string SessionTables::eventRows(const SessionFrame& frame) const {
   std::string rows;
   for (const Event& event : frame.events) {
-    rows += csvRow(toCells(frame.stamp, event));
+    rows += toRow(recordOf(frame.stamp, event), eventColumns());
   }
   return rows;
 }

@@ -11,10 +11,6 @@
 namespace orvantis::toolkit {
 namespace {
 
-std::string quoted(std::string_view raw) {
-  return boost::json::serialize(boost::json::string(toUtf8(raw)));
-}
-
 // Boost's own writer gives 1.5 as 1.5E0, which reads badly.
 void append(std::string& text, const boost::json::value& value) {
   if (const auto* number = value.if_double()) {
@@ -32,19 +28,23 @@ void append(std::string& text, const boost::json::value& value) {
     for (const auto& [key, member] : *object) {
       text += first ? "" : ",";
       first = false;
-      text += quoted(key);
+      text += jsonQuoted(key);
       text += ':';
       append(text, member);
     }
     text += '}';
   } else if (const auto* raw = value.if_string()) {
-    text += quoted(*raw);
+    text += jsonQuoted(*raw);
   } else {
     text += boost::json::serialize(value);
   }
 }
 
 }  // namespace
+
+std::string jsonQuoted(std::string_view text) {
+  return boost::json::serialize(boost::json::string(toUtf8(text)));
+}
 
 std::string toJson(const boost::json::value& value) {
   std::string text;

@@ -1,0 +1,135 @@
+#include <chrono>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "document/Configuration.h"
+#include "session/EventText.h"
+#include "session/Session.h"
+#include "session/SessionSummary.h"
+
+namespace orvantis::toolkit {
+namespace {
+
+using filter::monitor::Duration;
+using filter::monitor::Stamp;
+using filter::monitor::TrackedObject;
+using namespace std::chrono_literals;
+
+// A box from (0, 0) to (10, 10) and a line along y = 5 through it.
+const std::string site = R"({"ZoneDetector":{"sensitivity":10,"EvaluationField":[
+    {"name":"Yard","index":0,"Zone":[{"name":"Box","index":0,"zMin":0,"zMax":2,
+      "shape":"rectangle","Rectangle":{"rotation":0,"Point":[{"x":0,"y":0},{"x":10,"y":10}]}}]},
+    {"name":"Gate","index":3,"Zone":[{"name":"Disc","index":2,"zMin":0,"zMax":2,
+      "shape":"sector","Sector":{"minAngle":0,"maxAngle":0,"radius":1}}]}]},
+    "CounterLines":{"CounterLine":[{"name":"Door","first":{"x":0,"y":5},"second":{"x":10,"y":5}}]}})";
+
+TrackedObject person(std::int32_t id, double x, double y) {
+  return {id, core::State(x, y, 0.5, 0.5, 0.0), 0.0, 1.8, "person"};
+}
+
+std::vector<std::string> linesOf(const SessionFrame& frame) {
+  std::vector<std::string> lines;
+  for (const Event& event : frame.events) {
+    lines.push_back(toLine(frame.stamp, event));
+  }
+  return lines;
+}
+
+using Lines = std::vector<std::string>;
+const Points noPoints = filter::classify::PointsView<float>();
+
+TEST(Session, WhoIsOutOfSightIsLostInTimeWhilePointsGoOn) {
+  Session session(loadConfiguration(site));
+  SessionSummary summary;
+  const std::vector<TrackedObject> seen = {person(7, 5.0, 5.0)};
+  summary.add(session.take(0s, std::nullopt, &seen));
+  summary.add(session.take(1900ms, noPoints, nullptr));
+  const SessionFrame frame = session.take(2s, noPoints, nullptr);
+  summary.add(frame);
+  EXPECT_EQ(linesOf(frame),
+            Lines{R"(     2.000 s  person 7 lost in zone 0/0 "Box" after 0.000 s, last seen at 0.000 s)"});
+  const FieldZone box = zonesOf(loadConfiguration(site).detector)[0];
+  EXPECT_EQ(summary.of(box, session.objects()).visits, 1U);
+  EXPECT_EQ(summary.of(box, session.objects()).longestDwell, Duration(0));
+}
+
+TEST(Session, AFrameOfObjectsAtTheSameStampLosesOnlyOnce) {
+  Session session(loadConfiguration(site));
+  const std::vector<TrackedObject> seen = {person(7, 5.0, 5.0)};
+  session.take(0s, std::nullopt, &seen);
+  const std::vector<TrackedObject> none;
+  EXPECT_EQ(session.take(2s, noPoints, &none).events.size(), 2U);  // outputs, lost
+  EXPECT_EQ(session.take(3s, noPoints, nullptr).events.size(), 0U);
+}
+
+TEST(Session, ForgetsAfterTheGivenTime) {
+  SessionOptions options;
+  options.forgetAfter = 500ms;
+  Session session(loadConfiguration(site), options);
+  const std::vector<TrackedObject> seen = {person(7, 5.0, 5.0)};
+  session.take(0s, std::nullopt, &seen);
+  EXPECT_EQ(session.take(500ms, noPoints, nullptr).lost.size(), 1U);
+  EXPECT_EQ(session.lines().explain("Door", 7).verdict, filter::monitor::CrossingVerdict::NotSeen);
+}
+
+TEST(Session, TakesTheClearanceAndTheLargestSpeed) {
+  const std::vector<TrackedObject> before = {person(7, 5.0, 4.0)};
+  const std::vector<TrackedObject> after = {person(7, 5.0, 6.0)};
+  const auto crossings = [&](const SessionOptions& options) {
+    Session session(loadConfiguration(site), options);
+    session.take(0s, std::nullopt, &before);
+    return session.take(1s, std::nullopt, &after).events.size();
+  };
+  SessionOptions options;
+  EXPECT_EQ(crossings(options), 1U);
+  options.lines.clearance = 0.8;  // the boxes reach to 0.75 m off the line
+  EXPECT_EQ(crossings(options), 0U);
+  options.lines.clearance = 0.75;
+  EXPECT_EQ(crossings(options), 1U);
+  options.lines.maxSpeed = 1.9;
+  EXPECT_EQ(crossings(options), 0U);
+}
+
+TEST(Session, TheActiveFieldDrivesTheOutputs) {
+  const std::vector<float> point = {0.5F, 0.1F, 1.0F};
+  const Points points = filter::classify::PointsView<float>::interleaved(point.data(), 12, 1);
+  SessionOptions options;
+  options.activeField = 3;
+  Session session(loadConfiguration(site), options);
+  const SessionFrame frame = session.take(0s, points, nullptr);
+  EXPECT_EQ(linesOf(frame).back(), "     0.000 s  outputs of field 3: low low high");
+  options.activeField = 8;
+  EXPECT_THROW(Session(loadConfiguration(site), options), std::out_of_range);
+}
+
+TEST(Session, AFrameOfDoublesIsCountedAsOneOfFloats) {
+  const std::vector<double> point = {5.0, 5.0, 1.0};
+  Session session(loadConfiguration(site));
+  const SessionFrame frame =
+      session.take(0s, filter::classify::PointsView<double>::interleaved(point.data(), 24, 1), nullptr);
+  EXPECT_EQ(frame.pointCount, 1U);
+  EXPECT_EQ(frame.points->counts[0], 1U);
+}
+
+TEST(Events, AreWrittenWithEveryNanosecond) {
+  const filter::monitor::ZoneEvent event{{0, 1, "f", "z"}, true, Stamp(1'700'000'000'000'000'001), Stamp(0)};
+  const Stamp stamp(1'700'000'000'200'000'003);
+  EXPECT_EQ(toJson(recordOf(stamp, event)),
+            R"({"type":"zone","stamp":1700000000.200000003,"event":"occupied","field":0,"fieldName":"f",)"
+            R"("zone":1,"name":"z","began":1700000000.000000001})");
+  EXPECT_EQ(toRow(recordOf(stamp, event), eventColumns()),
+            "1700000000.200000003,zone,occupied,0,1,z,,,,1700000000.000000001,,,,\n");
+}
+
+TEST(Events, ATrackWithoutClassIsCalledATrack) {
+  const filter::monitor::ObjectEvent event{
+      filter::monitor::ObjectEvent::Kind::Entered, {0, 1, "f", "z"}, 5, "", Stamp(0), Duration(0)};
+  EXPECT_EQ(toLine(Stamp(0), event), R"(     0.000 s  track 5 entered zone 0/1 "z")");
+}
+
+}  // namespace
+}  // namespace orvantis::toolkit
