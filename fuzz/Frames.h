@@ -1,0 +1,80 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "Check.h"
+#include "LiveMemory.h"
+#include "recording/FrameReader.h"
+#include "recording/ReadError.h"
+
+namespace orvantis::fuzz {
+
+using Point = std::array<double, 3>;
+
+/// Every byte of a view, so that a sanitizer sees one that is not there.
+inline std::vector<Point> pointsOf(const toolkit::Points& points) {
+  std::vector<Point> result;
+  std::visit(
+      [&]<typename Real>(const filter::classify::PointsView<Real>& view) {
+        const auto value = [&](const void* first, std::size_t i) {
+          Real number{};
+          std::memcpy(&number, static_cast<const char*>(first) + i * view.stride, sizeof(Real));
+          return static_cast<double>(number);
+        };
+        for (std::size_t i = 0; i < view.size; ++i) {
+          result.push_back({value(view.x, i), value(view.y, i), value(view.z, i)});
+        }
+      },
+      points);
+  return result;
+}
+
+inline void checkMemory(std::size_t size, std::size_t compressed) {
+  constexpr std::size_t header = 1 << 20;
+  ORVANTIS_FUZZ_CHECK(peakOfMemory() <= 4 * size + compressed + header);
+}
+
+/// Any bytes are a frame, or a refusal with a place inside of them and a reason that fits a terminal. The
+/// reader takes no more memory than four times the bytes, what is compressed in them, and a header.
+/// @return nothing: refused
+inline std::optional<std::vector<Point>> checkFrame(std::span<const std::byte> bytes, toolkit::FrameKind kind,
+                                                    const toolkit::ColumnNames& names = {},
+                                                    std::size_t compressed = 0) {
+  std::optional<std::vector<Point>> points;
+  forgetPeak();
+  toolkit::FrameReader reader;
+  try {
+    const toolkit::Frame frame = reader.read(bytes, kind, names);
+    checkMemory(bytes.size(), compressed);
+    ORVANTIS_FUZZ_CHECK(frame.columns.size() >= 3);
+    points = pointsOf(frame.points);
+  } catch (const toolkit::ReadError& error) {
+    checkMemory(bytes.size(), compressed);
+    const std::string reason = error.what();
+    const auto lines = static_cast<std::uint64_t>(std::count(bytes.begin(), bytes.end(), std::byte{'\n'}));
+    ORVANTIS_FUZZ_CHECK(!reason.empty() && error.place().line <= lines + 1);
+    ORVANTIS_FUZZ_CHECK(error.place().byte <= bytes.size() && error.place().column <= bytes.size() + 1);
+    ORVANTIS_FUZZ_CHECK(
+        std::none_of(reason.begin(), reason.end(), [](unsigned char c) { return c < 0x20U || c == 0x7FU; }));
+  }
+  return points;
+}
+
+inline std::span<const std::byte> bytesOf(const std::uint8_t* data, std::size_t size) {
+  return {reinterpret_cast<const std::byte*>(data), size};
+}
+
+/// Whether two numbers are the same, or both are none.
+inline bool isSame(double a, double b) {
+  return a == b || (a != a && b != b);
+}
+
+}  // namespace orvantis::fuzz

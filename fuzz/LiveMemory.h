@@ -1,0 +1,12 @@
+#pragma once
+
+#include <cstddef>
+
+namespace orvantis::fuzz {
+
+/// The most bytes from `operator new` that were in use at once since the last `forgetPeak`, less those that
+/// were in use then.
+std::size_t peakOfMemory();
+void forgetPeak();
+
+}  // namespace orvantis::fuzz
