@@ -4,11 +4,13 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
+#include <chrono>
 #include <cmath>
 #include <utility>
 
 #include "files/Failure.h"
 #include "text/Number.h"
+#include "text/StampText.h"
 #include "text/Text.h"
 #include "text/Words.h"
 
@@ -65,22 +67,20 @@ void RowReader::refuse(const Field& field, const std::string& reason) const {
   throw Failure(path_, std::max<std::size_t>(lineNumber_, 1), field.column, reason);
 }
 
-template <typename Number>
-Number RowReader::parsed(const Field& field, const std::string& name, const char* kind) const {
-  Number value{};
-  const char* const last = field.text.data() + field.text.size();
-  const auto [end, error] = std::from_chars(field.text.data(), last, value);
-  if (error == std::errc::invalid_argument || end != last) {
+void RowReader::refuseUnless(const std::from_chars_result& result, const Field& field,
+                             const std::string& name, const char* kind) const {
+  if (result.ec == std::errc::invalid_argument || result.ptr != field.text.data() + field.text.size()) {
     refuse(field, name + " is " + kind + ": \"" + printable(field.text.substr(0, 40)) + "\"");
   }
-  if (error == std::errc::result_out_of_range) {
+  if (result.ec == std::errc::result_out_of_range) {
     refuse(field, name + " is out of range: " + printable(field.text.substr(0, 40)));
   }
-  return value;
 }
 
 double RowReader::number(const Field& field, const std::string& name) const {
-  const auto value = parsed<double>(field, name, "no number");
+  double value = 0.0;
+  refuseUnless(readNumber(field.text.data(), field.text.data() + field.text.size(), value), field, name,
+               "no number");
   if (!std::isfinite(value)) {
     refuse(field, name + " is not finite");
   }
@@ -96,20 +96,20 @@ double RowReader::extent(const Field& field, const std::string& name) const {
 }
 
 std::int32_t RowReader::wholeNumber(const Field& field, const std::string& name) const {
-  return parsed<std::int32_t>(field, name, "no whole number");
+  std::int32_t value = 0;
+  refuseUnless(std::from_chars(field.text.data(), field.text.data() + field.text.size(), value), field, name,
+               "no whole number");
+  return value;
 }
 
 std::int64_t RowReader::nanoseconds(const Field& field, const std::string& name) const {
-  // More digits than a double has: seconds since 1970 keep their nanoseconds.
-  const auto seconds = parsed<long double>(field, name, "no number");
-  constexpr long double limit = 4.6e9L;
-  if (!std::isfinite(seconds)) {
-    refuse(field, name + " is not finite");
+  std::chrono::nanoseconds value{0};
+  const auto result = readSeconds(field.text.data(), field.text.data() + field.text.size(), value);
+  if (result.ec == std::errc::invalid_argument) {
+    number(field, name);  // knows the words for what is not finite
   }
-  if (!(std::fabs(seconds) < limit)) {
-    refuse(field, name + " is out of range: " + printable(field.text.substr(0, 40)));
-  }
-  return std::llround(seconds * 1e9L);
+  refuseUnless(result, field, name, "no number");
+  return value.count();
 }
 
 }  // namespace orvantis::toolkit

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <istream>
@@ -47,8 +48,8 @@ class RowReader {
   std::int64_t nanoseconds(const Field& field, const std::string& name) const;
 
  private:
-  template <typename Number>
-  Number parsed(const Field& field, const std::string& name, const char* kind) const;
+  void refuseUnless(const std::from_chars_result& result, const Field& field, const std::string& name,
+                    const char* kind) const;
 
   std::unique_ptr<std::istream> in_;
   std::string path_;
