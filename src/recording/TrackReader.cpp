@@ -16,10 +16,29 @@ using filter::monitor::TrackedObject;
 
 constexpr std::string_view csvHeader = "stamp,id,class,x,y,length,width,heading,zmin,zmax";
 
+// What a row says about an object, in the frame of the sensor.
+struct Box {
+  double x;
+  double y;
+  double length;
+  double width;
+  double heading;
+  double zMin;
+  double zMax;
+};
+
+TrackedObject objectOf(std::int32_t id, const Box& box, std::string_view className, const Pose& pose) {
+  const double middle = 0.5 * box.zMin + 0.5 * box.zMax;
+  const auto [x, y, z] = pose(box.x, box.y, middle);
+  return {id, State(x, y, box.length, box.width, pose.heading(box.heading)), box.zMin + (z - middle),
+          box.zMax + (z - middle), std::string(className)};
+}
+
 }  // namespace
 
-TrackReader::TrackReader(std::unique_ptr<std::istream> in, const std::string& path, TracksFormat format)
-    : rows_(std::move(in), path), format_(format) {
+TrackReader::TrackReader(std::unique_ptr<std::istream> in, const std::string& path, TracksFormat format,
+                         const Pose& pose)
+    : rows_(std::move(in), path), format_(format), pose_(pose) {
   if (format == TracksFormat::Csv && (!rows_.next() || rows_.line() != csvHeader)) {
     rows_.refuse({}, "the header must be " + std::string(csvHeader));
   }
@@ -69,8 +88,7 @@ TrackReader::Row TrackReader::csvRow() const {
   if (zMin > zMax) {
     rows_.refuse(f[9], "zmax is below zmin");
   }
-  return {stamp, TrackedObject{id, State(x, y, length, width, heading), zMin, zMax, std::string(f[2].text)},
-          f[1]};
+  return {stamp, objectOf(id, {x, y, length, width, heading, zMin, zMax}, f[2].text, pose_), f[1]};
 }
 
 TrackReader::Row TrackReader::kittiRow() const {
@@ -100,9 +118,9 @@ TrackReader::Row TrackReader::kittiRow() const {
   const double down = rows_.number(f[14], "y");
   const double forward = rows_.number(f[15], "z");
   const double rotation = rows_.number(f[16], "rotation_y");
+  const double heading = -rotation - std::numbers::pi / 2.0;
   return {stamp,
-          TrackedObject{id, State(forward, -right, length, width, -rotation - std::numbers::pi / 2.0), -down,
-                        height - down, std::string(f[2].text)},
+          objectOf(id, {forward, -right, length, width, heading, -down, height - down}, f[2].text, pose_),
           f[1]};
 }
 

@@ -11,6 +11,7 @@
 #include <filter/monitor/Stamp.h>
 #include <filter/monitor/TrackedObject.h>
 
+#include "recording/Pose.h"
 #include "recording/RowReader.h"
 
 namespace orvantis::toolkit {
@@ -31,8 +32,11 @@ struct TrackFrame {
 class TrackReader {
  public:
   /// @param path names the text in messages
+  /// @param pose of the sensor that the rows are in the frame of: the objects come out in that of the site. A
+  ///   box is moved by its centre and turned on the plane; it keeps its extents, and stands upright
   /// @throws Failure when the text has a wrong header
-  TrackReader(std::unique_ptr<std::istream> in, const std::string& path, TracksFormat format);
+  TrackReader(std::unique_ptr<std::istream> in, const std::string& path, TracksFormat format,
+              const Pose& pose = {});
 
   /// The rows of the next stamp; nothing at the end of the file.
   /// @throws Failure at a bad row, with file, line, column and reason
@@ -52,6 +56,7 @@ class TrackReader {
 
   RowReader rows_;
   TracksFormat format_;
+  Pose pose_;
   std::optional<TrackFrame> frame_;  // of the row that was read ahead
   std::set<std::int32_t> ids_;       // of its tracks
 };

@@ -1,0 +1,102 @@
+#include "recording/PointFilter.h"
+
+#include <type_traits>
+
+#include "recording/PointAt.h"
+
+namespace orvantis::toolkit {
+namespace {
+
+using filter::classify::PointsView;
+
+enum class Verdict { Stays, AtOrigin, TooNear, TooFar };
+
+class Judge {
+ public:
+  explicit Judge(const PointLimits& limits)
+      : dropsOrigin_(limits.dropsOrigin),
+        least_(limits.minRange > 0.0 ? limits.minRange * limits.minRange : 0.0),
+        greatest_(limits.maxRange * limits.maxRange) {}
+
+  template <typename Real>
+  Verdict operator()(const std::array<Real, 3>& point) const {
+    if (dropsOrigin_ && isAtOrigin(point)) {
+      return Verdict::AtOrigin;
+    }
+    const auto x = static_cast<double>(point[0]);
+    const auto y = static_cast<double>(point[1]);
+    const auto z = static_cast<double>(point[2]);
+    const double square = x * x + y * y + z * z;
+    if (square < least_) {
+      return Verdict::TooNear;
+    }
+    return square > greatest_ && isFinite(point) ? Verdict::TooFar : Verdict::Stays;
+  }
+
+ private:
+  bool dropsOrigin_;
+  double least_;
+  double greatest_;
+};
+
+void note(Verdict verdict, DroppedPoints& dropped) {
+  dropped.atOrigin += verdict == Verdict::AtOrigin ? 1 : 0;
+  dropped.tooNear += verdict == Verdict::TooNear ? 1 : 0;
+  dropped.tooFar += verdict == Verdict::TooFar ? 1 : 0;
+}
+
+template <typename Real>
+Points kept(const PointsView<Real>& points, const Judge& judge, DroppedPoints& dropped,
+            std::vector<Real>& buffer) {
+  std::size_t first = 0;
+  while (first < points.size && judge(pointAt(points, first)) == Verdict::Stays) {
+    ++first;
+  }
+  if (first == points.size) {
+    return points;
+  }
+  buffer.clear();
+  buffer.reserve(3 * points.size);
+  for (std::size_t i = 0; i < points.size; ++i) {
+    const std::array<Real, 3> point = pointAt(points, i);
+    const Verdict verdict = i < first ? Verdict::Stays : judge(point);
+    if (verdict == Verdict::Stays) {
+      buffer.insert(buffer.end(), point.begin(), point.end());
+    } else {
+      note(verdict, dropped);
+    }
+  }
+  return PointsView<Real>::interleaved(buffer.data(), 3 * sizeof(Real), buffer.size() / 3);
+}
+
+}  // namespace
+
+std::uint64_t countAtOrigin(const Points& points) noexcept {
+  return std::visit(
+      [](const auto& view) {
+        std::uint64_t count = 0;
+        for (std::size_t i = 0; i < view.size; ++i) {
+          count += isAtOrigin(pointAt(view, i)) ? 1 : 0;
+        }
+        return count;
+      },
+      points);
+}
+
+Points PointFilter::keep(const Points& points, DroppedPoints& dropped) {
+  if (limits_.dropsNothing()) {
+    return points;
+  }
+  const Judge judge(limits_);
+  return std::visit(
+      [&]<typename Real>(const PointsView<Real>& view) {
+        if constexpr (std::is_same_v<Real, float>) {
+          return kept(view, judge, dropped, floats_);
+        } else {
+          return kept(view, judge, dropped, doubles_);
+        }
+      },
+      points);
+}
+
+}  // namespace orvantis::toolkit
