@@ -33,13 +33,16 @@ std::optional<BagRecord> bagRecord(ByteSource& source, std::uint64_t place) {
 
 BagHeader readBagHeader(ByteSource& source) {
   const std::uint64_t place = bagMagic.size();
-  const std::optional<BagRecord> record = bagRecordHead(source, place);
+  const std::optional<BagRecord> record = bagRecord(source, place);
   if (!record || record->fields.op() != BagOp::bagHeader) {
     throw ReadError(atByte(place), "the header of the bag is missing");
   }
   const std::optional<std::string_view> encryptor = record->fields.text("encryptor");
   if (encryptor && !encryptor->empty()) {
     throw ReadError(atByte(place), "the bag is encrypted by " + printable(*encryptor));
+  }
+  if (!record->isWhole()) {
+    throw cutOff(place, "the header of the bag", record->size, record->availableSize());
   }
   BagHeader header;
   header.end = place + record->size;

@@ -20,8 +20,7 @@ class Walk {
     std::uint64_t place = header_.indexPos;
     while (const std::optional<BagRecord> record = bagRecord(source_, place)) {
       if (!record->isWhole()) {
-        throw cutOff(place, "a record of the index", record->size,
-                     record->size - record->dataSize + record->data.size());
+        throw cutOff(place, "a record of the index", record->size, record->availableSize());
       }
       add(*record, place);
       place += record->size;
@@ -33,8 +32,8 @@ class Walk {
                                          std::to_string(header_.numConnections) + " and " +
                                          std::to_string(header_.numChunks));
     }
-    for (const auto& [connection, count] : counts_) {
-      *index_.topics[index_.connections.topicOf(connection, place)].messages += count;
+    for (const auto& [topic, count] : counts_) {
+      *index_.topics[topic].messages += count;
     }
     return std::move(index_);
   }
@@ -61,7 +60,7 @@ class Walk {
     for (auto left = record.fields.number<std::uint32_t>("count"); left != 0; --left) {
       const auto connection = cursor.take<std::uint32_t>();
       const auto count = cursor.take<std::uint32_t>();
-      counts_[connection] += count;
+      counts_[index_.connections.topicOf(connection, place)] += count;
       index_.sums.messages += count;
     }
     const filter::monitor::Stamp first = record.fields.time("start_time");
@@ -75,7 +74,7 @@ class Walk {
   BagHeader header_;
   std::uint32_t numConnections_ = 0;
   std::uint32_t numChunks_ = 0;
-  std::map<std::uint32_t, std::uint64_t> counts_;
+  std::map<std::size_t, std::uint64_t> counts_;  // of each topic
   BagIndex index_;
 };
 

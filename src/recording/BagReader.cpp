@@ -78,8 +78,7 @@ std::optional<RecordedMessage> BagReader::readRecord() {
   if (op == BagOp::chunk) {
     openChunk(record, place);
   } else if (!record.isWhole()) {
-    throw cutOff(place, "an index of messages", record.size,
-                 record.size - record.dataSize + record.data.size());
+    throw cutOff(place, "an index of messages", record.size, record.availableSize());
   }
   position_ += record.size;
   return std::nullopt;
@@ -99,7 +98,7 @@ RecordedMessage BagReader::message(const BagRecord& record, std::uint64_t place)
 void BagReader::openChunk(const BagRecord& record, std::uint64_t place) {
   chunk_ = {};
   if (!record.isWhole()) {
-    chunk_.cut = cutOff(place, "a chunk", record.size, record.size - record.dataSize + record.data.size());
+    chunk_.cut = cutOff(place, "a chunk", record.size, record.availableSize());
   }
   const std::string_view compression = record.fields.text("compression").value_or("none");
   const auto unfoldedSize = record.fields.number<std::uint32_t>("size");

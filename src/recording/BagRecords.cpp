@@ -12,6 +12,9 @@ namespace {
 
 constexpr const char* headerName = "the header of a record";
 
+// A compressed chunk of a few kilobytes may unfold to a million of them.
+constexpr std::size_t mostConnections = 100'000;
+
 }  // namespace
 
 BagFields::BagFields(std::span<const std::byte> bytes, std::uint64_t place) : bytes_(bytes), place_(place) {
@@ -82,6 +85,10 @@ void BagConnections::add(const BagRecord& record, std::uint64_t place, TopicTabl
   }
   const std::size_t topic = topics.add(*name, *type, "ros1", place);
   const auto [at, isNew] = topics_.try_emplace(connection, topic);
+  if (topics_.size() > mostConnections) {
+    throw ReadError(atByte(place),
+                    "the bag has more than " + std::to_string(mostConnections) + " connections");
+  }
   if (!isNew && at->second != topic) {
     throw ReadError(atByte(place),
                     "connection " + std::to_string(connection) + " is declared twice, differently");

@@ -58,6 +58,7 @@ struct BagRecord {
   std::uint64_t size = 0;           ///< of the whole record, likewise
 
   bool isWhole() const { return data.size() == dataSize; }
+  std::uint64_t availableSize() const { return size - dataSize + data.size(); }
 
   /// The record at the begin of `bytes`; nothing when its header is not wholly there.
   /// @throws ReadError when the header is damaged

@@ -9,6 +9,7 @@
 namespace orvantis::toolkit {
 namespace {
 
+constexpr std::size_t leastRoom = 64;  // more than none, so that it can grow
 constexpr std::uint64_t MIB = 1024 * 1024;
 
 const Decoder& decoderFor(const Decoders& decoders, const CompressedChunk& chunk) {
@@ -79,7 +80,7 @@ std::span<const std::byte> ChunkBuffer::unfold(const CompressedChunk& chunk) {
     return {};
   }
   // One byte more than it may, so that a chunk which holds more is told from one that fills its room.
-  std::size_t size = std::min(most + 1, std::max(room_.size(), 4 * chunk.bytes.size()));
+  std::size_t size = std::min(most + 1, std::max({room_.size(), 4 * chunk.bytes.size(), leastRoom}));
   while (true) {
     if (room_.size() < size) {
       room_.clear();  // what is in it need not be moved along

@@ -42,6 +42,11 @@ void McapVocabulary::addSchema(std::span<const std::byte> content, std::uint64_t
   const auto id = cursor.take<std::uint16_t>();
   const std::string_view name = cursor.takeText();
   const auto [at, isNew] = types_.try_emplace(id, name);
+  bytes_ += isNew ? name.size() : 0;
+  if (bytes_ > mostBytesOfNames) {
+    throw ReadError(atByte(place), "the names of the recording's schemas take more than " +
+                                       std::to_string(mostBytesOfNames) + " bytes");
+  }
   if (!isNew && at->second != name) {
     throw ReadError(atByte(place),
                     "schema " + std::to_string(id) + " is declared twice with different names");

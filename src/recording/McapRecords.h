@@ -84,6 +84,7 @@ class McapVocabulary {
 
  private:
   std::map<std::uint16_t, std::string> types_;
+  std::size_t bytes_ = 0;  ///< of these names
   std::map<std::uint16_t, std::size_t> topics_;
 };
 

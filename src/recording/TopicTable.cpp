@@ -7,9 +7,6 @@
 namespace orvantis::toolkit {
 namespace {
 
-// A compressed chunk of a few kilobytes may unfold to a million topics.
-constexpr std::size_t mostBytes = std::size_t{16} * 1024 * 1024;
-
 CloudEncoding cloudEncoding(std::string_view type, std::string_view encoding) {
   if (type == "sensor_msgs/msg/PointCloud2" && encoding == "cdr") {
     return CloudEncoding::cdr;
@@ -32,9 +29,9 @@ std::size_t TopicTable::add(std::string_view name, std::string_view type, std::s
     return at->second;
   }
   bytes_ += 2 * at->first.size() + sizeof(Topic);
-  if (bytes_ > mostBytes) {
+  if (bytes_ > mostBytesOfNames) {
     throw ReadError(atByte(place), "the names of the recording's topics take more than " +
-                                       std::to_string(mostBytes) + " bytes");
+                                       std::to_string(mostBytesOfNames) + " bytes");
   }
   Topic& topic = topics_.emplace_back();
   topic.name = name;

@@ -12,6 +12,10 @@
 
 namespace orvantis::toolkit {
 
+/// The memory that names in a recording may take: a compressed chunk of a few kilobytes may unfold to a
+/// million of them.
+inline constexpr std::size_t mostBytesOfNames = std::size_t{16} * 1024 * 1024;
+
 /// How the bytes of a message are to be read.
 enum class CloudEncoding : std::uint8_t { none, ros1, cdr };
 

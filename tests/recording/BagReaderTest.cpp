@@ -167,9 +167,23 @@ TEST(BagReader, SaysWhatIsWrongWithinAChunk) {
 TEST(BagReader, RefusesABagWithoutItsHeader) {
   EXPECT_EQ(outcomeOf("#ROSBAG V2.0\n"), "0 clouds; byte 13: the header of the bag is missing");
   EXPECT_EQ(outcomeOf("#ROSBAG V2.0\n" + chunk), "0 clouds; byte 13: the header of the bag is missing");
+  EXPECT_EQ(outcomeOf(open.substr(0, open.size() - 1)),
+            "0 clouds; byte 13: the recording is cut off: the header of the bag needs " +
+                std::to_string(open.size() - 13) + " bytes and has " + std::to_string(open.size() - 14));
   EXPECT_EQ(outcomeOf(header(0, 0, 0, "encryptor=rosbag/AesCbcEncryptor")),
             "0 clouds; byte 13: the bag is encrypted by rosbag/AesCbcEncryptor");
   EXPECT_EQ(outcomeOf(header(0, 0, 0, "encryptor=") + chunk).substr(0, 8), "1 clouds");
+}
+
+TEST(BagReader, HoldsNoMoreConnectionsThanARecordingNeeds) {
+  std::string records;
+  for (std::uint32_t i = 0; i <= 100'000; ++i) {
+    records += connection(i);
+  }
+  const std::string outcome = outcomeOf(open + chunkOf(records));
+  EXPECT_TRUE(outcome.ends_with(": the bag has more than 100000 connections" + nothing)) << outcome;
+  records.resize(records.size() - connection(0).size());
+  EXPECT_TRUE(outcomeOf(open + chunkOf(records + message(0))).starts_with("1 clouds; "));
 }
 
 TEST(BagReader, BelievesNoLength) {

@@ -133,6 +133,15 @@ TEST(ChunkBuffer, GivesWhatIsThereOfAChunkThatIsCutOff) {
   EXPECT_EQ(buffer.unfold(chunk).size(), part.size());
 }
 
+TEST(ChunkBuffer, MayHaveNoBytesAtAll) {
+  for (const char* compression : {"lz4", "zstd", "bz2"}) {
+    ChunkBuffer buffer(builtInDecoders());
+    EXPECT_EQ(refusal(buffer, chunkOf("", 300, compression)),
+              std::string("byte 123: a chunk is damaged: its ") + compression + " data end too early");
+    EXPECT_EQ(refusal(buffer, chunkOf("", 0, compression)), "");
+  }
+}
+
 TEST(ChunkBuffer, SaysWhyAChunkCannotBeRead) {
   ChunkBuffer buffer(builtInDecoders());
   EXPECT_EQ(refusal(buffer, chunkOf("x", 1, "brotli\x1b")),

@@ -254,6 +254,14 @@ TEST(McapReader, HoldsNoMoreNamesThanARecordingNeeds) {
             "0 clouds; " + at(0) +
                 "the names of the recording's topics take more than 16777216 bytes; no whole point cloud "
                 "comes before");
+  records.clear();
+  for (std::uint16_t i = 1; i <= 20; ++i) {
+    records += schema(i, std::string(1'000'000, 'n'));
+  }
+  EXPECT_EQ(outcome(records),
+            "0 clouds; " + at(16 * schema(1, std::string(1'000'000, 'n')).size()) +
+                "the names of the recording's schemas take more than 16777216 bytes; no whole "
+                "point cloud comes before");
 }
 
 }  // namespace

@@ -40,14 +40,17 @@ ReadRecording readRecording(toolkit::ByteSource& source, const toolkit::Recordin
       }
     } catch (const toolkit::ReadError& error) {
       result.refusal = toText(error.place()) + ": " + error.what();
+      result.place = error.place().byte;
     }
     result.stampsBack = reader.stampsBack();
     result.topics = reader.topics();
     if (reader.damage()) {
+      result.place = reader.damage()->byte;
       result.damage = "byte " + std::to_string(reader.damage()->byte) + ": " + reader.damage()->reason;
     }
   } catch (const toolkit::ReadError& error) {
     result.refusal = toText(error.place()) + ": " + error.what();
+    result.place = error.place().byte;
   }
   return result;
 }

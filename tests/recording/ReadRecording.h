@@ -25,8 +25,9 @@ struct ReadCloud {
 /// What became of a recording.
 struct ReadRecording {
   std::vector<ReadCloud> clouds;
-  std::string refusal;  ///< "byte 5: reason"
-  std::string damage;   ///< likewise
+  std::string refusal;      ///< "byte 5: reason"
+  std::string damage;       ///< likewise
+  std::uint64_t place = 0;  ///< the byte of either
   toolkit::StampsBack stampsBack;
   std::vector<toolkit::Topic> topics;
 };

@@ -62,6 +62,7 @@ TEST_P(RecordingForms, CutAnywhereGiveTheWholeCloudsBeforeIt) {
     ASSERT_NE(result.refusal.empty(), result.damage.empty())
         << size << ' ' << result.refusal << result.damage;
     ASSERT_EQ(result.refusal.empty(), most != 0) << size << ' ' << result.refusal;
+    ASSERT_TRUE(result.place <= size || GetParam().name == "mcap in zstd") << size << ' ' << result.place;
   }
   EXPECT_EQ(most, clouds_.size());
 }
@@ -71,9 +72,6 @@ TEST_P(RecordingForms, CutAnywhereGiveTheWholeCloudsBeforeIt) {
 TEST_P(RecordingForms, SpoiledAnywhereGiveNothingElse) {
   std::string bytes = GetParam().bytes;
   for (std::size_t at = 0; at < bytes.size(); ++at) {
-    if (bytes[at] == ' ' && bytes[at + 1] == ' ') {
-      continue;  // a bag's header is filled up with thousands of them
-    }
     for (const int change : {0x01, 0x80, 0xFF}) {
       bytes[at] = static_cast<char>(bytes[at] ^ change);
       const ReadRecording result = readRecording(bytes, options_);

@@ -104,6 +104,7 @@ std::vector<Sample> bagSamples() {
   std::vector<Sample> samples;
   for (const char* compression : {"none", "bz2", "lz4"}) {
     BagForm form;
+    form.headerSize = 100;
     form.compression = compression;
     const bool hasCrcs = form.compression != "none";
     samples.push_back({"bag " + form.compression, asBag(bagSample(), form), hasCrcs, form.isClosed});

@@ -38,7 +38,7 @@ class Writer {
     for (std::size_t i = 0; i < recording_.messages.size(); i += form_.messagesInChunk) {
       putChunk(chunks, i, std::min(i + form_.messagesInChunk, recording_.messages.size()));
     }
-    std::string bytes = begin(form_.isClosed ? headerSize + chunks.size() : 0) + chunks;
+    std::string bytes = begin(form_.isClosed ? headerSize_ + chunks.size() : 0) + chunks;
     if (form_.isClosed) {
       for (const auto& [connection, isKnown] : declared_) {
         bytes += declaration(connection);
@@ -51,8 +51,6 @@ class Writer {
   }
 
  private:
-  static constexpr std::size_t headerSize = 13 + 4096;
-
   // The first record is filled up with blanks, so that it can be written again when the bag is closed.
   std::string begin(std::uint64_t indexPos) const {
     const auto numConnections = form_.isClosed ? declared_.size() : 0;
@@ -61,7 +59,7 @@ class Writer {
                                              number("conn_count", numConnections),
                                              number("chunk_count", numChunks)};
     const std::size_t size = bagRecord(fields, "").size();
-    return "#ROSBAG V2.0\n" + bagRecord(fields, std::string(4096 - size, ' '));
+    return "#ROSBAG V2.0\n" + bagRecord(fields, std::string(form_.headerSize - size, ' '));
   }
 
   std::string declaration(std::size_t connection) const {
@@ -74,7 +72,7 @@ class Writer {
 
   void putChunk(std::string& bytes, std::size_t begin, std::size_t end) {
     Chunk chunk;
-    chunk.place = headerSize + bytes.size();
+    chunk.place = headerSize_ + bytes.size();
     chunk.first = recording_.messages[begin].logTime;
     std::string records;
     std::map<std::size_t, std::string> indexes;
@@ -117,6 +115,7 @@ class Writer {
 
   const WrittenRecording& recording_;
   const BagForm& form_;
+  std::size_t headerSize_ = 13 + form_.headerSize;
   std::map<std::size_t, bool> declared_;
   std::vector<Chunk> chunks_;
 };

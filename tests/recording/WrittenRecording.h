@@ -43,6 +43,7 @@ struct BagForm {
   std::size_t messagesInChunk = 2;
   std::string compression = "none";  ///< "none", "bz2", "lz4"
   bool isClosed = true;              ///< has an index
+  std::size_t headerSize = 4096;     ///< what the first record is filled up to
 };
 std::string asBag(const WrittenRecording& recording, const BagForm& form = {});
 
