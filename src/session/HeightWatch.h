@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <limits>
 #include <vector>
 
 #include "document/FieldZones.h"
@@ -7,19 +9,32 @@
 
 namespace orvantis::toolkit {
 
-/// Notes between the heights of which zones there were points: points in one frame of reference and zones in
-/// another look like an empty scene.
+/// Notes whether there are points between the heights of each zone: points in one frame of reference and
+/// zones in another look like an empty scene.
 class HeightWatch {
  public:
-  explicit HeightWatch(const std::vector<FieldZone>& zones) : unseen_(zones) {}
+  struct ZoneHeights {
+    FieldZone zone;
+    bool isSeen = false;  ///< whether any finite point at all was between its heights
+    // Of some thousand points of each frame, evenly taken, those inside the outline.
+    std::uint64_t inside = 0;
+    std::uint64_t between = 0;                                ///< and the heights
+    double lowest = std::numeric_limits<double>::infinity();  ///< of those outside the heights
+    double highest = -std::numeric_limits<double>::infinity();
+
+    /// Under 1 % of the points inside the outline are between the heights.
+    bool isNearlyUnseen() const { return isSeen && inside > 100 * between; }
+  };
+
+  explicit HeightWatch(const std::vector<FieldZone>& zones);
 
   void add(const Points& points);
 
-  /// The zones between whose heights there was no finite point yet.
-  const std::vector<FieldZone>& unseen() const { return unseen_; }
+  /// In the order of the zones.
+  const std::vector<ZoneHeights>& zones() const { return zones_; }
 
  private:
-  std::vector<FieldZone> unseen_;
+  std::vector<ZoneHeights> zones_;
 };
 
 }  // namespace orvantis::toolkit

@@ -133,6 +133,24 @@ TEST(Command, RunWarnsOfZonesThatNoPointsHeightReaches) {
       "-1; are its heights in the frame of the points?\n");
 }
 
+TEST(Command, RunWarnsOfAZoneWithNearlyNoPointBetweenItsHeightsUnlessItIsToBeQuiet) {
+  const TemporaryFolder folder;
+  folder.write("site.json", R"({"ZoneDetector":{"EvaluationField":[{"name":"f","index":3,"Zone":[
+      {"name":"z","index":0,"zMin":0.5,"zMax":2,"shape":"sector","Sector":{"minAngle":0,"maxAngle":0,"radius":9}}
+      ]}]}})");
+  std::string points = "1 1 1\n";
+  for (int i = 0; i < 100; ++i) {
+    points += "1 1 -0.25\n";
+  }
+  folder.write("a.xyz", points);
+  EXPECT_EQ(
+      zoneDetector({"run", "site.json", "a.xyz"}, folder.path()).err,
+      "zone-detector: warning: zone \"z\" (field 3): under 1 % of the points inside its outline are between "
+      "its heights, 0.5 to 2; the others are between -0.25 and -0.25. Is it empty, or are its heights in "
+      "another frame than the points?\n");
+  EXPECT_EQ(zoneDetector({"run", "--quiet", "site.json", "a.xyz"}, folder.path()).err, "");
+}
+
 TEST(Command, PointsThatAreNotFiniteAreDroppedAndCounted) {
   const TemporaryFolder folder;
   folder.write("a.xyz", "11 7 1\nnan 7 1\n11 inf 1\n11 7 -inf\n11 7 1\n");

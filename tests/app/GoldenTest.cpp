@@ -83,22 +83,25 @@ TEST(Golden, ShowAsJson) {
 }
 
 TEST(Golden, Run) {
-  expectOutput("run.txt", {"run", site, "frame_00.pcd", "frame_10.pcd", "frame_19.pcd"}, recording().path());
+  expectOutput("run.txt", {"run", "--quiet", site, "frame_00.pcd", "frame_10.pcd", "frame_19.pcd"},
+               recording().path());
 }
 
 TEST(Golden, RunAsJsonLines) {
-  expectOutput("run.jsonl", {"run", "--json", site, "frame_00.pcd", "frame_10.pcd", "frame_19.pcd"},
+  expectOutput("run.jsonl",
+               {"run", "--quiet", "--json", site, "frame_00.pcd", "frame_10.pcd", "frame_19.pcd"},
                recording().path());
 }
 
 TEST(Golden, RunByReferencePrintsTheSame) {
-  expectOutput("run.txt", {"run", "--reference", site, "frame_00.pcd", "frame_10.pcd", "frame_19.pcd"},
+  expectOutput("run.txt",
+               {"run", "--quiet", "--reference", site, "frame_00.pcd", "frame_10.pcd", "frame_19.pcd"},
                recording().path());
 }
 
 // The frames and tracks of the whole example; the time taken stands on the error stream.
 Outcome runExample(std::vector<std::string> options) {
-  std::vector<std::string> arguments = {"run", site};
+  std::vector<std::string> arguments = {"run", "--quiet", site};
   for (int i = 0; i < 20; ++i) {
     arguments.push_back("frame_" + std::string(i < 10 ? "0" : "") + std::to_string(i) + ".pcd");
   }

@@ -337,11 +337,9 @@ TEST_F(Session, WrongUsageIsRefused) {
       {"run", "site.json", "f0.xyz", "--tracks-format", "kitti"},
       {"run", "site.json", "--tracks", "tracks.csv", "--tracks-format", "xml"},
       {"run", "site.json", "f0.xyz", "--rate", "10", "--reference"},
-      {"explain", "site.json", "f0.xyz"},
       {"explain", "site.json", "--at", "0"},
       {"explain", "site.json", "f0.xyz", "--at", "soon"},
       {"explain", "site.json", "--at", "0", "--tracks", "tracks.csv"},
-      {"explain", "site.json", "--at", "0", "--tracks", "tracks.csv", "--line", "Door"},
       {"explain", "site.json", "--at", "0", "--tracks", "tracks.csv", "--track", "1"},
       {"explain", "site.json", "f0.xyz", "--at", "0", "--line", "Door", "--track", "1"},
   };
@@ -354,24 +352,59 @@ TEST_F(Session, WrongUsageIsRefused) {
 
 TEST_F(Session, ExplainTellsWhatCountsWhatIsTakenAndWhatIsMissing) {
   writeFrames({0, 2, 2, 2, 1});
-  const std::string headings =
-      "  FIELD   ZONE   POINTS  ≥ 2  TAKEN  BY EXCLUSION ZONE  STATE     WILL CHANGE\n";
   const auto at = [this](const std::string& stamp) { return runFrames("explain", {"--at", stamp}).out; };
+  const std::string headings =
+      "  FIELD   ZONE   POINTS  ≥ 2  TAKEN  BY EXCLUSION ZONE  BELOW  ABOVE  FROM z  TO z  NEAREST m  STATE";
   // Without a change in sight nothing stands at the end of the row.
   EXPECT_EQ(at("0"),
-            "f0.xyz at 0 s\n  FIELD   ZONE   POINTS  ≥ 2  TAKEN  BY EXCLUSION ZONE  STATE    WILL CHANGE\n"
-            "  0 Yard  1 Box       0  no       1  Tree 1             cleared\n");
+            "f0.xyz at 0 s\n" + headings +
+                "    WILL CHANGE\n"
+                "  0 Yard  1 Box       0  no       1  Tree 1                 0      0                      "
+                "     cleared\n");
   EXPECT_EQ(at("0.15"),
-            "f1.xyz at 0.1 s\n  FIELD   ZONE   POINTS  ≥ 2  TAKEN  BY EXCLUSION ZONE  STATE    WILL CHANGE\n"
-            "  0 Yard  1 Box       2  yes      1  Tree 1             cleared  trips in 0.2 s\n");
-  EXPECT_EQ(at("0.3"), "f3.xyz at 0.3 s\n" + headings +
-                           "  0 Yard  1 Box       2  yes      1  Tree 1             occupied\n");
+            "f1.xyz at 0.1 s\n" + headings +
+                "    WILL CHANGE\n"
+                "  0 Yard  1 Box       2  yes      1  Tree 1                 0      0                   "
+                "        cleared  trips in 0.2 s\n");
+  EXPECT_EQ(at("0.3"),
+            "f3.xyz at 0.3 s\n" + headings +
+                "     WILL CHANGE\n"
+                "  0 Yard  1 Box       2  yes      1  Tree 1                 0      0                    "
+                "       occupied\n");
   EXPECT_EQ(at("99"),
             "f4.xyz at 0.4 s\n" + headings +
-                "  0 Yard  1 Box       1  no       1  Tree 1             occupied  clears in 0.2 s\n");
+                "     WILL CHANGE\n"
+                "  0 Yard  1 Box       1  no       1  Tree 1                 0      0                     "
+                "      occupied  clears in 0.2 s\n");
   const Outcome early = runFrames("explain", {"--at", "-0.1"});
   EXPECT_EQ(early.code, 1);
   EXPECT_EQ(early.err, "zone-detector: there are no points at or before -0.1 s\n");
+}
+
+TEST_F(Session, ExplainOfAWholeRecordingTellsTheBestFrameOfEachZone) {
+  writeFrames({0, 2, 3, 3, 1});
+  EXPECT_EQ(
+      runFrames("explain", {}).out,
+      "  FIELD   ZONE   POINTS  ≥ 2  TAKEN  BY EXCLUSION ZONE  BELOW  ABOVE  FROM z  TO z  NEAREST m  AT s  "
+      "FRAME\n"
+      "  0 Yard  1 Box       3  yes      1  Tree 1                 0      0                            0.2  "
+      "f2.xyz\n");
+}
+
+TEST_F(Session, ExplainOfALineTellsOfEveryTrackAlsoOfForgottenOnes) {
+  folder_.write("tracks.csv", header + "0,1,a,5,1,1,1,0,0,1\n2,1,a,5,9,1,1,0,0,1\n5,2,,5,5,1,1,0,0,1\n");
+  const Outcome outcome = run({"explain", "site.json", "--tracks", "tracks.csv", "--line", "Door"});
+  EXPECT_EQ(outcome.out,
+            "line \"Door\": 3 tracks\n"
+            "  TRACK  CLASS  FIRST SEEN s  LAST SEEN s  COUNTED  DECIDED FROM s  TO s  VERDICT\n"
+            "      1  a                 0            0        0                     0  has stayed clear of "
+            "the line on "
+            "one side\n"
+            "      1  a                 2            2        0                     2  has stayed clear of "
+            "the line on "
+            "one side\n"
+            "      2                    5            5        0                     5  has not been clear of "
+            "the line yet\n");
 }
 
 TEST_F(Session, ExplainTellsWhyATrackDidOrDidNotCount) {
@@ -381,17 +414,23 @@ TEST_F(Session, ExplainTellsWhyATrackDidOrDidNotCount) {
                 track})
         .out;
   };
+  const std::string headings = "\n  SEEN AT s  SIDE   CLEAR  OFF THE LINE m  x  y\n";
+  const std::string first = "          0  right  yes            -4.000  5  1\n";
+  const std::string second = "          1  on     no              0.000  5  5\n";
   EXPECT_EQ(at("0", "1"),
             "track 1 and line \"Door\" at 0 s\n  has stayed clear of the line on one side\n"
-            "  last clear of the line on its right side\n");
+            "  last clear of the line on its right side\n" +
+                headings + first);
   EXPECT_EQ(at("1.9", "1"),
             "track 1 and line \"Door\" at 1 s\n  is not clear of the line now\n"
-            "  last clear of the line on its right side\n");
+            "  last clear of the line on its right side\n" +
+                headings + first + second);
   EXPECT_EQ(
       at("2", "1"),
       "track 1 and line \"Door\" at 2 s\n  went over the line\n"
       "  last clear of the line on its left side\n"
-      "  last crossing from right to left: met the line at 1.000 s, (5, 5), found clear of it at 2.000 s\n");
+      "  last crossing from right to left: met the line at 1.000 s, (5, 5), found clear of it at 2.000 s\n" +
+          headings + first + second + "          2  left   yes             4.000  5  9\n");
   EXPECT_EQ(at("2", "9"), "track 9 and line \"Door\" at 2 s\n  was not seen, or is forgotten\n");
   const Outcome unknown =
       run({"explain", "site.json", "--tracks", "tracks.csv", "--at", "1", "--line", "Gate", "--track", "1"});

@@ -1,0 +1,200 @@
+#include "Explanation.h"
+
+#include <cmath>
+#include <utility>
+#include <vector>
+
+#include "CloudReader.h"
+#include "Console.h"
+#include "DocumentFile.h"
+#include "ExplanationTables.h"
+#include "Progress.h"
+#include "session/ExplanationRecords.h"
+#include "session/Session.h"
+#include "text/Record.h"
+#include "text/StampText.h"
+#include "text/Text.h"
+
+namespace orvantis::app {
+namespace {
+
+using filter::monitor::Crossing;
+using filter::monitor::Stamp;
+
+// What a recording came to, up to the wanted stamp or to its end.
+struct Account {
+  std::vector<ZoneMoment> last;  // at the last points
+  BestFrames best;
+  std::optional<Stamp> objects;  // the last ones
+  std::optional<LineHistory> line;
+};
+
+std::vector<Crossing> crossingsOf(const SessionFrame& frame) {
+  std::vector<Crossing> crossings;
+  for (const Event& event : frame.events) {
+    if (const auto* crossing = std::get_if<Crossing>(&event)) {
+      crossings.push_back(*crossing);
+    }
+  }
+  return crossings;
+}
+
+// The last points up to the stamp are found only when something later comes, or nothing does; so each frame
+// is kept until then.
+class Explainer {
+ public:
+  Explainer(const Configuration& configuration, const ExplainOptions& options)
+      : zones_(zonesOf(configuration.detector)),
+        session_(configuration, options.session),
+        isWhole_(!options.at) {
+    if (!options.line.empty()) {
+      account_.line.emplace(configuration.lines.at(options.line), options.session.lines.clearance,
+                            options.session.forgetAfter, options.track);
+    }
+  }
+
+  void take(const Moment& moment) {
+    std::optional<Points> points;
+    if (moment.cloud) {
+      cloud_ = readCloud(*moment.cloud);
+      points = viewOf(cloud_);
+      file_ = *moment.cloud;
+      stamp_ = moment.stamp;
+    }
+    const SessionFrame frame = session_.take(moment.stamp, points, moment.objectsOrNull());
+    if (moment.objects) {
+      account_.objects = moment.stamp;
+      if (account_.line) {
+        account_.line->add(moment.stamp, *moment.objects, crossingsOf(frame), session_.lines());
+      }
+    }
+    if (points && isWhole_) {
+      account_.best.add(moments());
+    }
+  }
+
+  Account finish() {
+    if (stamp_ && !isWhole_) {
+      account_.last = moments();
+    }
+    return std::move(account_);
+  }
+
+ private:
+  std::vector<ZoneMoment> moments() const {
+    const Points points = viewOf(cloud_);
+    return momentsOf(*stamp_, file_, zones_, session_.explainZones(points), points);
+  }
+
+  std::vector<FieldZone> zones_;
+  Session session_;
+  bool isWhole_;
+  Account account_;
+  Cloud cloud_;  // the last points
+  std::string file_;
+  std::optional<Stamp> stamp_;
+};
+
+Account run(const Configuration& configuration, const ExplainOptions& options, const Console& console) {
+  const Stamp end = options.at ? Stamp(std::llround(*options.at * 1e9L)) : Stamp::max();
+  TimeLine timeLine(options.recording);
+  Progress progress(console, timeLine.cloudCount());
+  Explainer explainer(configuration, options);
+  std::size_t done = 0;
+  for (auto moment = timeLine.next(); moment && moment->stamp <= end; moment = timeLine.next()) {
+    if (moment->cloud) {
+      progress.show(done++, *moment->cloud);
+    }
+    explainer.take(*moment);
+  }
+  return explainer.finish();
+}
+
+// The last of the lives of a track; one that was never seen has a story without sightings.
+TrackStory storyOf(std::int32_t track, const LineHistory& history) {
+  TrackStory story;
+  story.track = track;
+  if (track < 0) {
+    story.explanation.verdict = filter::monitor::CrossingVerdict::NoIdentity;
+  }
+  for (const TrackStory& candidate : history.stories()) {
+    if (candidate.track == track) {
+      story = candidate;
+    }
+  }
+  return story;
+}
+
+void writeJson(const Account& account, const ExplainOptions& options, const Console& console) {
+  const auto write = [&console](const Record& record) { console.out << toJson(record) << '\n'; };
+  for (const ZoneMoment& moment : options.at ? account.last : account.best.moments()) {
+    write(recordOf(moment));
+  }
+  if (!account.line) {
+    return;
+  }
+  if (options.track) {
+    write(recordOf(options.line, storyOf(*options.track, *account.line)));
+    for (const StampedSighting& sighting : account.line->sightings()) {
+      write(recordOf(sighting));
+    }
+  } else {
+    for (const TrackStory& story : account.line->stories()) {
+      write(recordOf(options.line, story));
+    }
+  }
+}
+
+void print(const Account& account, const ExplainOptions& options, int minPoints, const Console& console) {
+  if (!account.last.empty()) {
+    console.out << console.bold(printable(account.last[0].file) + " at " + toText(account.last[0].stamp) +
+                                " s")
+                << '\n';
+    printZones(account.last, minPoints, console);
+  } else if (!account.best.moments().empty()) {
+    printBestFrames(account.best.moments(), minPoints, console);
+  }
+  if (!account.line) {
+    return;
+  }
+  console.out << (options.recording.hasClouds() ? "\n" : "");
+  if (options.track) {
+    printTrack(options.line, *account.objects, storyOf(*options.track, *account.line),
+               account.line->sightings(), console);
+  } else {
+    printTracks(options.line, account.line->stories(), console);
+  }
+}
+
+void require(bool isThere, const char* what, const std::optional<long double>& at) {
+  if (!isThere) {
+    const std::string until = at ? " at or before " + toText(Stamp(std::llround(*at * 1e9L))) + " s" : "";
+    throw Failure(std::string("there are no ") + what + until);
+  }
+}
+
+}  // namespace
+
+int explain(const ExplainOptions& options, const Console& console) {
+  const Configuration configuration = readConfiguration(options.document);
+  if (!options.line.empty() && configuration.lines.count(options.line) == 0) {
+    throw Failure(options.document, "has no counter line \"" + printable(options.line) + "\"");
+  }
+  const Account account = run(configuration, options, console);
+  if (options.recording.hasClouds()) {
+    const bool hasZones = !zonesOf(configuration.detector).empty();
+    require(!hasZones || !account.last.empty() || !account.best.moments().empty(), "points", options.at);
+  }
+  if (account.line) {
+    require(account.objects.has_value(), "tracked objects", options.at);
+  }
+  if (options.json) {
+    writeJson(account, options, console);
+  } else {
+    print(account, options, configuration.detector.getMinPoints(), console);
+  }
+  console.flush();
+  return 0;
+}
+
+}  // namespace orvantis::app
