@@ -137,15 +137,24 @@ double surelyNotZero(double reach) {
   return ulp * (std::max(1.0, reach) + 16.0 * reach * reach);
 }
 
+// The marks at the ends of an arc reach almost four cells beyond it.
+constexpr double cellsBeyond = 5.0;
+
 }  // namespace
 
-Margins::Margins(const Bounds& site, const Lattice& lattice, double scale)
+Margins::Margins(const Bounds& zone, const Lattice& lattice, double scale)
     : lattice_(lattice),
+      centreX_(static_cast<float>(0.5 * (zone.minX + zone.maxX))),
+      centreY_(static_cast<float>(0.5 * (zone.minY + zone.maxY))),
+      farthestX_(0.5 * (zone.maxX - zone.minX) + cellsBeyond * lattice.cell +
+                 std::abs(static_cast<double>(centreX_) - 0.5 * (zone.minX + zone.maxX))),
+      farthestY_(0.5 * (zone.maxY - zone.minY) + cellsBeyond * lattice.cell +
+                 std::abs(static_cast<double>(centreY_) - 0.5 * (zone.minY + zone.maxY))),
       scale_(scale),
       slack_(scale * lattice.slack()),
-      reach_(2.0 * (site.longSide() + 4.0 * lattice.cell)),
+      reach_(2.0 * (zone.longSide() + cellsBeyond * lattice.cell)),
       determinant_(surelyNotZero(reach_)),
-      tolerance_(ulp * std::max(1.0, site.largestCoordinate() + reach_)) {
+      tolerance_(ulp * std::max(1.0, zone.largestCoordinate() + reach_)) {
   // A point in a decided cell is at least half the slack above or below the edge. Points that were moved onto
   // the lattice's rim may be as far away as Lattice::farthest; the determinant grows with that distance.
   const double far = Lattice::farthest;
@@ -154,8 +163,8 @@ Margins::Margins(const Bounds& site, const Lattice& lattice, double scale)
 }
 
 Curve Margins::curveOf(const Border& border) const {
-  const double x = border.x1 - lattice_.middleX();
-  const double y = border.y1 - lattice_.middleY();
+  const double x = border.x1 - static_cast<double>(centreX_);
+  const double y = border.y1 - static_cast<double>(centreY_);
   if (border.kind == Border::Kind::Arc) {
     const double square = border.radius * border.radius;
     return scaled(1.0, -2.0 * x, -2.0 * y, x * x + y * y - square, 64.0 * ulp * square);
@@ -172,13 +181,16 @@ Curve Margins::curveOf(const Border& border) const {
 
 // The curve with these coefficients, whose value decides nothing within the band and where floats may be off.
 Curve Margins::scaled(double q, double a, double b, double c, double band) const {
-  // No point that the curve decides is farther from the middle: it is in a cell of the lattice.
-  const double u = (0.5 * lattice_.columns + 1.0) * lattice_.cell;
-  const double v = (0.5 * lattice_.rows + 1.0) * lattice_.cell;
+  const double u = farthestX_;
+  const double v = farthestY_;
   const double terms = q * (u * u + v * v) + std::abs(a) * u + std::abs(b) * v + std::abs(c);
   const double scale = 1.0 / (scale_ * (band + floatError * terms) + smallestBand);
-  return {static_cast<float>(q * scale), static_cast<float>(a * scale), static_cast<float>(b * scale),
-          static_cast<float>(c * scale)};
+  return {static_cast<float>(q * scale),
+          static_cast<float>(a * scale),
+          static_cast<float>(b * scale),
+          static_cast<float>(c * scale),
+          centreX_,
+          centreY_};
 }
 
 bool Margins::isSteep(const Border& border) const {

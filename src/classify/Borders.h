@@ -36,14 +36,16 @@ struct Outline {
 /// No outline for a shape whose border is not known, or not safe to reason about: its zone is always asked.
 std::optional<Outline> outlineOf(const detection::Zone& shape);
 
-/// A line or a circle as the sign of q (u^2 + v^2) + a u + b v + c, with (u, v) the point less the middle of
-/// the lattice, in floats. Scaled so that a value between -1 and 1 is too close to zero for its sign to be
-/// the zone's verdict.
+/// A line or a circle as the sign of q (u^2 + v^2) + a u + b v + c, with (u, v) the point less (x, y), in
+/// floats. Scaled so that a value between -1 and 1 is too close to zero for its sign to be the zone's
+/// verdict.
 struct Curve {
   float q;
   float a;
   float b;
   float c;
+  float x;
+  float y;
 
   float operator()(float u, float v) const { return (u * (q * u + a) + v * (q * v + b)) + c; }
 };
@@ -59,8 +61,9 @@ struct Span {
 /// is in docs/classifier.md.
 class Margins {
  public:
+  /// @param zone bounds the border of the zone
   /// @param scale one, but for the test that shows that the margins are needed
-  Margins(const Bounds& site, const Lattice& lattice, double scale);
+  Margins(const Bounds& zone, const Lattice& lattice, double scale);
 
   Curve curveOf(const Border& border) const;
 
@@ -78,6 +81,10 @@ class Margins {
   void coverArcRows(const Border& arc, const Span& span, std::vector<Span>& spans) const;
 
   Lattice lattice_;
+  float centreX_;  // of the zone: curves count coordinates from there
+  float centreY_;
+  double farthestX_;  // no point that a curve decides is farther from the centre
+  double farthestY_;
   double scale_;
   double slack_;        // more than the distance by which a point may lie outside the cell it is put into
   double reach_;        // bounds the coordinate differences between points of the lattice and vertices

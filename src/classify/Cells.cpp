@@ -123,18 +123,18 @@ class CellMaker {
   // The cell of the last decisions.
   PlanCell addCell(std::uint32_t firstDecision, std::uint64_t decided) {
     std::vector<Decision>& all = result_.decisions;
-    const std::optional<CrossedCell> crossed =
-        combined(std::span(all).subspan(firstDecision), decided, plan_.curves, result_.palette);
+    const auto decisions = std::span(all).subspan(firstDecision);
+    if (const std::optional<CrossedCell> crossed = combined(decisions, decided, result_.palette)) {
+      all.resize(firstDecision);
+      result_.crossedCells.push_back(*crossed);
+      return {static_cast<std::uint32_t>(result_.crossedCells.size() - 1), Kind::Crossed};
+    }
     if (all.size() % 2 != 0) {
       all.emplace_back(all.back());
     }
     const std::size_t numPairs = (all.size() - firstDecision) / 2;
-    std::vector<CellDecisions>& cells = crossed ? result_.crossedDecisions : result_.tangledDecisions;
-    cells.push_back({firstDecision, static_cast<std::uint16_t>(numPairs), codeOfSet(decided)});
-    if (crossed) {
-      result_.crossedCells.push_back(*crossed);
-    }
-    return {static_cast<std::uint32_t>(cells.size() - 1), crossed ? Kind::Crossed : Kind::Tangled};
+    result_.tangledCells.push_back({firstDecision, static_cast<std::uint16_t>(numPairs), codeOfSet(decided)});
+    return {static_cast<std::uint32_t>(result_.tangledCells.size() - 1), Kind::Tangled};
   }
 
   Decision decision(int column, int row, const Mark& mark, const std::array<std::uint32_t, 2>& curves) const {

@@ -25,8 +25,7 @@ struct PlanCells {
   Palette palette;
   std::vector<CutCell> cutCells;
   std::vector<CrossedCell> crossedCells;
-  std::vector<CellDecisions> crossedDecisions;
-  std::vector<CellDecisions> tangledDecisions;
+  std::vector<TangledCell> tangledCells;
   std::vector<Decision> decisions;
 };
 

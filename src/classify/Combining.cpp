@@ -35,19 +35,17 @@ std::optional<CurveNumbers> curvesOf(std::span<const Decision> decisions) {
 }  // namespace
 
 std::optional<CrossedCell> combined(std::span<const Decision> decisions, std::uint64_t decided,
-                                    const std::vector<Curve>& allCurves, Palette& palette) {
+                                    Palette& palette) {
   const std::optional<CurveNumbers> curves = curvesOf(decisions);
   if (!curves) {
     return std::nullopt;
   }
   CrossedCell cell;
   cell.zonesOn.fill(CrossedCell::noSet);
-  for (std::size_t k = 0; k < curves->size(); ++k) {
-    const Curve& curve = allCurves[(*curves)[k]];
-    cell.q[k] = curve.q;
-    cell.a[k] = curve.a;
-    cell.b[k] = curve.b;
-    cell.c[k] = curve.c;
+  cell.curves = *curves;
+  cell.decided = static_cast<std::uint16_t>(palette.codeOf(decided));
+  for (const Decision& decision : decisions) {
+    cell.asked |= std::uint64_t{1} << decision.bit;
   }
   for (unsigned sides = 0; sides < cell.zonesOn.size(); ++sides) {
     const auto sideOf = [&](std::uint16_t curve) {

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <optional>
 #include <span>
-#include <vector>
 
 #include "classify/Grid.h"
 #include "classify/Palette.h"
@@ -14,6 +13,6 @@ namespace orvantis::filter::classify {
 /// @param decided the zones that hold all of the cell
 /// @return nothing when the decisions have more curves than a crossed cell, or one of them none
 std::optional<CrossedCell> combined(std::span<const Decision> decisions, std::uint64_t decided,
-                                    const std::vector<Curve>& curves, Palette& palette);
+                                    Palette& palette);
 
 }  // namespace orvantis::filter::classify

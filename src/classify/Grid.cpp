@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "classify/Cells.h"
+#include "classify/Flags.h"
 #include "classify/Marking.h"
 
 namespace orvantis::filter::classify {
@@ -29,43 +30,71 @@ PlannedZones plannedZones(const std::vector<FrozenZone>& zones) {
   return planned;
 }
 
+Folding folded(double origin, double cell, int count) {
+  Folding folding;
+  folding.origin = static_cast<float>(origin + 0.5 * cell);
+  folding.stepsPerUnit = static_cast<float>(1.0 / cell);
+  folding.counts[0] = static_cast<float>(count - 1);
+  return folding;
+}
+
+// The zones that some point in a cell of each code may have.
+std::vector<std::uint64_t> paletteOf(const PlanCells& cells) {
+  std::vector<std::uint64_t> palette = cells.palette.sets();
+  const auto add = [&palette](std::uint64_t zones) { palette.push_back(zones | openCell); };
+  for (const CutCell& cell : cells.cutCells) {
+    add(palette[cell.zones[0]] | palette[cell.zones[1]]);
+  }
+  for (const CrossedCell& cell : cells.crossedCells) {
+    add(palette[cell.decided] | cell.asked);
+  }
+  for (const TangledCell& cell : cells.tangledCells) {
+    std::uint64_t zones = palette[cell.decided];
+    for (std::size_t i = 0; i < std::size_t{2} * cell.numPairs; ++i) {
+      zones |= std::uint64_t{1} << cells.decisions[cell.first + i].bit;
+    }
+    add(zones);
+  }
+  for (std::uint64_t& zones : palette) {
+    zones |= openHeight;
+  }
+  return palette;
+}
+
 // The last phase: gives each cell its code. @return nothing when the grid is larger than it may be
 std::optional<Grid> codedGrid(MarkedPlan plan, PlanCells cells, std::uint64_t alwaysAsked) {
   const std::size_t numCodes = cells.palette.sets().size() + cells.cutCells.size() +
-                               cells.crossedDecisions.size() + cells.tangledDecisions.size();
+                               cells.crossedCells.size() + cells.tangledCells.size();
   if (numCodes > mostCodes) {
     return std::nullopt;
   }
   Grid grid;
   grid.lattice = plan.lattice;
+  grid.columns = folded(plan.lattice.x0, plan.lattice.cell, plan.lattice.columns);
+  grid.rows = folded(plan.lattice.y0, plan.lattice.cell, plan.lattice.rows);
   grid.alwaysAsked = alwaysAsked;
-  grid.palette = cells.palette.sets();
-  grid.firstCut = static_cast<std::uint32_t>(grid.palette.size());
-  grid.palette.push_back(~std::uint64_t{0});
+  grid.palette = paletteOf(cells);
+  grid.firstCut = static_cast<std::uint32_t>(cells.palette.sets().size());
   grid.firstCrossed = grid.firstCut + static_cast<std::uint32_t>(cells.cutCells.size());
-  const std::uint32_t firstTangled =
-      grid.firstCrossed + static_cast<std::uint32_t>(cells.crossedDecisions.size());
+  grid.firstTangled = grid.firstCrossed + static_cast<std::uint32_t>(cells.crossedCells.size());
   const auto codeOf = [&](const PlanCell& cell) {
     using Kind = PlanCell::Kind;
     const std::uint32_t first = cell.kind == Kind::Decided   ? 0
                                 : cell.kind == Kind::Cut     ? grid.firstCut
                                 : cell.kind == Kind::Crossed ? grid.firstCrossed
-                                                             : firstTangled;
+                                                             : grid.firstTangled;
     return static_cast<std::uint16_t>(first + cell.number);
   };
-  grid.codeOfNaN = codeOf(cells.ofNaN);
-  grid.codeOfFarAway = codeOf(cells.farAway);
   grid.codes.reserve(cells.cells.size() + 2);
   for (const PlanCell& cell : cells.cells) {
     grid.codes.push_back(codeOf(cell));
   }
-  grid.codes.resize(grid.codes.size() + 2, 0);
+  grid.codes.push_back(codeOf(cells.ofNaN));
+  grid.codes.push_back(codeOf(cells.farAway));
   grid.curves = std::move(plan.curves);
   grid.cutCells = std::move(cells.cutCells);
   grid.crossedCells = std::move(cells.crossedCells);
-  grid.cellDecisions = std::move(cells.crossedDecisions);
-  grid.cellDecisions.insert(grid.cellDecisions.end(), cells.tangledDecisions.begin(),
-                            cells.tangledDecisions.end());
+  grid.tangledCells = std::move(cells.tangledCells);
   grid.decisions = std::move(cells.decisions);
   if (grid.bytes() > Grid::mostBytes + bytesOf(grid.curves)) {
     return std::nullopt;
@@ -77,7 +106,7 @@ std::optional<Grid> codedGrid(MarkedPlan plan, PlanCells cells, std::uint64_t al
 
 std::size_t Grid::bytes() const {
   return bytesOf(codes) + bytesOf(palette) + bytesOf(cutCells) + bytesOf(crossedCells) +
-         bytesOf(cellDecisions) + bytesOf(decisions) + bytesOf(curves);
+         bytesOf(tangledCells) + bytesOf(decisions) + bytesOf(curves);
 }
 
 Grid gridOf(const std::vector<FrozenZone>& zones, double safety) {

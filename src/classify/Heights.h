@@ -1,43 +1,49 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <vector>
 
+#include "classify/Folding.h"
 #include "classify/FrozenZones.h"
 
 namespace orvantis::filter::classify {
 
-/// Floats near this are one apart: adding it rounds to whole numbers.
-inline constexpr float wholeNumbers = 0x1.8p23F;
-
 /// Which zones have a height between their bounds: a table of the slabs between the bounds of all zones.
 ///
 /// A bound that belongs to the slab below it is replaced by the next double, so that every slab begins with
-/// the height that starts it. Heights are put into buckets by a monotone function, and in a bucket that one
-/// slab starts in, one comparison tells the slab.
+/// the height that starts it. Heights are put into narrow buckets by a function that keeps their order. A
+/// bucket in which no slab starts lies in one slab.
 struct Heights {
+  static constexpr std::uint8_t openBucket = 0x80;  ///< with the number of the slab below the first start
+  static constexpr std::uint8_t noSlab = 0x7F;      ///< of what is not a number
+
   /// No zone has a height below or above, rounded to float.
   float lowestInside = std::numeric_limits<float>::infinity();
   float highestInside = -std::numeric_limits<float>::infinity();
 
-  float origin{};
-  float bucketsPerMetre{};
-  std::int32_t lastBucket{};
+  Folding buckets;
+  std::vector<std::uint8_t> slabs;  ///< by bucket; then those of NaN and of what is infinite
 
-  // By bucket; after the last one comes the bucket of NaN, which no zone holds.
-  std::vector<double> starts;        ///< where a slab starts; NaN where several do
-  std::vector<float> startsAsFloat;  ///< rounded up: they divide the floats in the same way
-  std::vector<std::uint64_t> masks;  ///< below the start, and from it on; all bits where several slabs start
+  /// By entry of `slabs`, with the flags: openCell where there is a zone, and all bits for open buckets.
+  std::array<std::uint64_t, 256> masks{};
 
-  std::vector<std::uint16_t> firstSlabs;  ///< by bucket, the first slab that starts there, and one more
-  std::vector<double> slabStarts;
-  std::vector<std::uint64_t> slabMasks;  ///< one more: below the first start
+  std::vector<double> slabStarts;        ///< then twice NaN, which nothing is above
+  std::vector<std::uint64_t> slabMasks;  ///< one more than there are starts: below the first one
 
-  /// The zones at a height, whatever its bucket.
-  std::uint64_t zonesAt(double height) const;
-  std::int32_t bucket(float height) const;
+  /// The zones at a height in an open bucket.
+  std::uint64_t zonesAt(double height, std::uint32_t bucket) const {
+    std::size_t slab = slabs[bucket] & (openBucket - 1U);
+    // Mostly one slab starts in the bucket. Whether below or above the height, nobody can guess.
+    slab += height >= slabStarts[slab] ? 1U : 0U;
+    slab += height >= slabStarts[slab] ? 1U : 0U;
+    while (height >= slabStarts[slab]) {
+      ++slab;
+    }
+    return slabMasks[slab];
+  }
   std::size_t bytes() const;
 };
 

@@ -48,11 +48,6 @@ struct Lattice {
   /// marks of a border are widened by.
   double slack() const { return std::ldexp(cell, -8) + 1.0e-6; }
 
-  /// A corner of cells near the middle, from which curves count coordinates: as floats, these are then as
-  /// exact as the size of the site allows.
-  double middleX() const { return x0 + std::floor(columns / 2.0) * cell; }
-  double middleY() const { return y0 + std::floor(rows / 2.0) * cell; }
-
   int column(double x) const { return index(x - x0, columns); }
   int row(double y) const { return index(y - y0, rows); }
 

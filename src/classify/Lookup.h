@@ -1,24 +1,21 @@
 #pragma once
 
-#include <cstddef>
-
 #include "classify/Block.h"
 #include "classify/Grid.h"
 #include "classify/Heights.h"
 #include "classify/Pending.h"
+#include "classify/Places.h"
 
 namespace orvantis::filter::classify {
 
-/// Which coordinates are fetched before they are needed. All of them where the masks stay in the cache. Where
-/// masks go to memory, frames with much ground take a tenth longer with it.
-enum class Fetching { Heights, All };
+/// What the masks are for: with counts, points with a coordinate that is not finite are counted too.
+enum class Purpose { Masks, Counts };
 
-/// Looks the points of a block up: their cells' zones and their heights' zones become the masks, and those of
-/// undecided cells become pending. Runs on the best instructions that the processor has.
-/// @return the number of points with a coordinate that is not finite
-std::size_t lookUp(const Grid& grid, const Heights& heights, const Block<float>& block, Fetching fetching,
-                   Pending& pending);
-std::size_t lookUp(const Grid& grid, const Heights& heights, const Block<double>& block, Fetching fetching,
-                   Pending& pending);
+/// Looks the points of a block up: their cells' zones and their heights' zones become the masks, and those
+/// that the tables do not decide become pending. Runs on the best instructions that the processor has.
+NoReturns lookUp(const Grid& grid, const Heights& heights, const Block<float>& block, Purpose purpose,
+                 Pending& pending);
+NoReturns lookUp(const Grid& grid, const Heights& heights, const Block<double>& block, Purpose purpose,
+                 Pending& pending);
 
 }  // namespace orvantis::filter::classify

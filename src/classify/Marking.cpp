@@ -23,17 +23,18 @@ struct Run {
 
 class Marker {
  public:
-  Marker(MarkedPlan& plan, const Margins& margins) : plan_(plan), lattice_(plan.lattice), margins_(margins) {}
+  Marker(MarkedPlan& plan, double safety) : plan_(plan), lattice_(plan.lattice), safety_(safety) {}
 
   void mark(const OutlinedZone& zone) {
+    const Margins margins(zone.outline.bounds, lattice_, safety_);
     for (const Border& border : zone.outline.pieces) {
       std::uint32_t curve = Grid::curveOfZero;  // of a steep border: its zone is asked
-      if (!margins_.isSteep(border)) {
+      if (!margins.isSteep(border)) {
         curve = static_cast<std::uint32_t>(plan_.curves.size());
-        plan_.curves.push_back(margins_.curveOf(border));
+        plan_.curves.push_back(margins.curveOf(border));
       }
       spans_.clear();
-      margins_.cover(border, spans_);
+      margins.cover(border, spans_);
       for (const Span& span : spans_) {
         for (int row = span.first; row <= span.last; ++row) {
           std::uint32_t& first = plan_.firstMark[plan_.index(span.column, row)];
@@ -111,8 +112,8 @@ class Marker {
     const Curve& curve = plan_.curves[number];
     const Point below = centre(column, run.first - 1);
     const Point above = centre(column, run.last + 1);
-    const float valueBelow = valueOf(curve, lattice_, below.x(), below.y());
-    const float valueAbove = valueOf(curve, lattice_, above.x(), above.y());
+    const float valueBelow = valueOf(curve, below.x(), below.y());
+    const float valueAbove = valueOf(curve, above.x(), above.y());
     Sides sides;
     if (valueBelow < -1.0F && valueAbove > 1.0F) {
       sides = {Sides::both, (isInsideBelow ? Sides::negative : 0U) | (isInsideAbove ? Sides::positive : 0U)};
@@ -126,7 +127,7 @@ class Marker {
 
   MarkedPlan& plan_;
   const Lattice& lattice_;
-  const Margins& margins_;
+  double safety_;
   std::vector<Span> spans_;
   std::vector<Run> runs_;
 };
@@ -143,8 +144,7 @@ std::optional<MarkedPlan> markPlan(const PlannedZones& zones, double cell, doubl
   plan.decided.assign(numCells, zones.alwaysAsked);
   plan.firstMark.assign(numCells, MarkedPlan::noMark);
   plan.curves.push_back({});  // the one of zero
-  const Margins margins(zones.site, plan.lattice, safety);
-  Marker marker(plan, margins);
+  Marker marker(plan, safety);
   for (const OutlinedZone& zone : zones.outlined) {
     marker.mark(zone);
     if (plan.marks.size() > mostMarks + marksPerBorder * zone.outline.pieces.size()) {

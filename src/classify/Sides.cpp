@@ -6,8 +6,9 @@
 
 namespace orvantis::filter::classify {
 
-float valueOf(const Curve& curve, const Lattice& lattice, double x, double y) {
-  return curve(static_cast<float>(x - lattice.middleX()), static_cast<float>(y - lattice.middleY()));
+float valueOf(const Curve& curve, double x, double y) {
+  return curve(static_cast<float>(x - static_cast<double>(curve.x)),
+               static_cast<float>(y - static_cast<double>(curve.y)));
 }
 
 Sides askSides(const detection::Zone& shape, const Lattice& lattice, int column, int row,
@@ -18,8 +19,8 @@ Sides askSides(const detection::Zone& shape, const Lattice& lattice, int column,
     for (int j = 0; j <= steps; ++j) {
       const double x = lattice.x0 + (column + static_cast<double>(i) / steps) * lattice.cell;
       const double y = lattice.y0 + (row + static_cast<double>(j) / steps) * lattice.cell;
-      const float first = valueOf(curves[0], lattice, x, y);
-      const float second = valueOf(curves[1], lattice, x, y);
+      const float first = valueOf(curves[0], x, y);
+      const float second = valueOf(curves[1], x, y);
       const bool isClear = std::abs(first) > 1.0F && std::abs(second) > 1.0F;
       const unsigned combination = 1U << ((first > 0.0F ? 1U : 0U) | (second > 0.0F ? 2U : 0U));
       if (isClear && (sides.known & combination) == 0) {

@@ -21,7 +21,7 @@ struct Sides {
 };
 
 /// The value of a curve at a point of the plan.
-float valueOf(const Curve& curve, const Lattice& lattice, double x, double y);
+float valueOf(const Curve& curve, double x, double y);
 
 /// Asks a shape for one point of each combination of sides that a sample of the cell shows.
 Sides askSides(const detection::Zone& shape, const Lattice& lattice, int column, int row,

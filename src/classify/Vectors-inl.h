@@ -34,14 +34,11 @@ namespace hn = hwy::HWY_NAMESPACE;
 constexpr hn::ScalableTag<float> floats;
 constexpr hn::RebindToSigned<decltype(floats)> ints;
 constexpr hn::RebindToUnsigned<decltype(floats)> words;
-constexpr hn::ScalableTag<std::int64_t> longs;
 constexpr hn::ScalableTag<std::uint64_t> masks;
-constexpr hn::Half<decltype(ints)> halfInts;
 
 using Floats = hn::Vec<decltype(floats)>;
 using Ints = hn::Vec<decltype(ints)>;
 using Words = hn::Vec<decltype(words)>;
-using Longs = hn::Vec<decltype(longs)>;
 using Masks = hn::Vec<decltype(masks)>;
 using Lanes = hn::Mask<decltype(floats)>;
 
@@ -65,30 +62,17 @@ constexpr CompressOrders makeCompressOrders() {
   return orders;
 }
 alignas(64) constexpr CompressOrders compressOrders = makeCompressOrders();
-#endif
 
-HWY_INLINE Longs lowLongs(Ints values) {
-  return hn::PromoteTo(longs, hn::LowerHalf(halfInts, values));
-}
-HWY_INLINE Longs highLongs(Ints values) {
-  return hn::PromoteTo(longs, hn::UpperHalf(halfInts, values));
-}
-
-// The entries of a table at the lower and at the upper half of the indices.
-#if HWY_TARGET <= HWY_AVX3 && HWY_ARCH_X86
-// Highway's own way needs indices as wide as the entries.
-HWY_INLINE Masks atLow(const std::uint64_t* table, Ints indices) {
-  return Masks{_mm512_i32gather_epi64(_mm512_castsi512_si256(indices.raw), table, 8)};
-}
-HWY_INLINE Masks atHigh(const std::uint64_t* table, Ints indices) {
-  return Masks{_mm512_i32gather_epi64(_mm512_extracti64x4_epi64(indices.raw, 1), table, 8)};
-}
+// Not Highway's own ways: of one g++ makes a copy of a whole table on the stack for every vector, and on
+// WebAssembly they go through memory.
+HWY_INLINE unsigned bitsOf(hn::Mask<decltype(words)> where) {
+#if HWY_TARGET == HWY_WASM
+  return wasm_i32x4_bitmask(where.raw);
 #else
-HWY_INLINE Masks atLow(const std::uint64_t* table, Ints indices) {
-  return hn::GatherIndex(masks, table, lowLongs(indices));
-}
-HWY_INLINE Masks atHigh(const std::uint64_t* table, Ints indices) {
-  return hn::GatherIndex(masks, table, highLongs(indices));
+  std::array<std::uint8_t, 8> bits;
+  hn::StoreMaskBits(words, where, bits.data());
+  return bits[0];
+#endif
 }
 #endif
 
@@ -99,12 +83,10 @@ HWY_INLINE void append(std::uint32_t*& list, hn::Vec<decltype(words)> entries,
   hn::StoreU(hn::Compress(entries, where), words, list);
   list += hn::CountTrue(words, where);
 #else
-  // Not Highway's own way, which g++ makes into a copy of the whole table on the stack for every vector.
-  std::array<std::uint8_t, 8> bits;
-  hn::StoreMaskBits(words, where, bits.data());
-  const std::uint32_t* order = compressOrders[bits[0]].data();
+  const unsigned bits = bitsOf(where);
+  const std::uint32_t* order = compressOrders[bits].data();
   hn::StoreU(hn::TableLookupLanes(entries, hn::SetTableIndices(words, order)), words, list);
-  list += std::popcount(bits[0]);
+  list += std::popcount(bits);
 #endif
 }
 

@@ -3,59 +3,17 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cmath>
 #include <cstdint>
 
 #include <filter/detection/Point.h>
 
-#include "classify/Block.h"
-#include "classify/Copying.h"
+#include "classify/Blocks.h"
 #include "classify/Counting.h"
+#include "classify/Flags.h"
 #include "classify/Lookup.h"
 #include "classify/Pending.h"
 
 namespace orvantis::filter::classify {
-namespace {
-
-constexpr std::size_t blockSize = Block<float>::capacity;
-
-// Makes blocks of points: of the caller's own arrays, where they are arrays, or of copies.
-template <typename Real>
-class Blocks {
- public:
-  Block<Real> of(const PointsView<Real>& points, std::size_t first, std::size_t size, std::uint64_t* masks) {
-    const PointsView<Real> part{at(points.x, first * points.stride), at(points.y, first * points.stride),
-                                at(points.z, first * points.stride), points.stride, size};
-    if (points.stride == sizeof(Real) && isAligned(part.x) && isAligned(part.y) && isAligned(part.z)) {
-      return {static_cast<const Real*>(part.x), static_cast<const Real*>(part.y),
-              static_cast<const Real*>(part.z), size, masks};
-    }
-    copyColumns(part, {x_.data(), y_.data(), z_.data()});
-    return {x_.data(), y_.data(), z_.data(), size, masks};
-  }
-
- private:
-  using Copy = std::array<Real, blockSize>;
-
-  static const void* at(const void* values, std::size_t offset) {
-    return static_cast<const unsigned char*>(values) + offset;
-  }
-  static bool isAligned(const void* values) {
-    return reinterpret_cast<std::uintptr_t>(values) % alignof(Real) == 0;
-  }
-
-  alignas(64) Copy x_;
-  alignas(64) Copy y_;
-  alignas(64) Copy z_;
-};
-
-template <typename Real>
-bool isFinite(const Block<Real>& block, std::size_t point) {
-  return std::isfinite(block.x[point]) && std::isfinite(block.y[point]) && std::isfinite(block.z[point]);
-}
-
-}  // namespace
-
 ZoneIndex::ZoneIndex(const detection::ZoneDetector& detector, double safety)
     : zones_(freeze(detector)), grid_(gridOf(zones_, safety)), heights_(heightsOf(zones_)) {
   for (const FrozenZone& zone : zones_) {
@@ -65,10 +23,10 @@ ZoneIndex::ZoneIndex(const detection::ZoneDetector& detector, double safety)
 
 template <typename Real>
 void ZoneIndex::classify(const PointsView<Real>& points, std::uint64_t* masks) const {
-  Blocks<Real> blocks;
-  for (std::size_t first = 0; first < points.size; first += blockSize) {
-    const std::size_t size = std::min(blockSize, points.size - first);
-    classifyBlock(blocks.of(points, first, size, masks + first), Fetching::Heights);
+  Blocks<Real> blocks(points, masks);
+  while (blocks.next()) {
+    classifyBlock(blocks.block(), Purpose::Masks);
+    blocks.finish();
   }
 }
 
@@ -76,23 +34,22 @@ template <typename Real>
 ZoneCounts ZoneIndex::count(const PointsView<Real>& points, std::uint64_t* masks) const {
   ZoneCounts counts;
   BitCounts bits;
-  Blocks<Real> blocks;
-  const Fetching fetching = masks == nullptr ? Fetching::All : Fetching::Heights;
-  alignas(64) std::array<std::uint64_t, blockSize> ownMasks;
-  for (std::size_t first = 0; first < points.size; first += blockSize) {
-    const std::size_t size = std::min(blockSize, points.size - first);
-    const Block<Real> block =
-        blocks.of(points, first, size, masks != nullptr ? masks + first : ownMasks.data());
-    const std::size_t noReturns = classifyBlock(block, fetching);
+  Blocks<Real> blocks(points, masks);
+  const bool haveNaNsZones = (grid_.palette[grid_.codes[grid_.cellOfNaN()]] & zoneBits) != 0;
+  alignas(64) std::array<std::uint64_t, Block<Real>::capacity> returns;
+  while (blocks.next()) {
+    const Block<Real>& block = blocks.block();
+    const NoReturns noReturns = classifyBlock(block, Purpose::Counts);
     const std::uint64_t* counted = block.masks;
-    if (noReturns != 0) {
-      for (std::size_t i = 0; i < size; ++i) {
-        ownMasks[i] = isFinite(block, i) ? block.masks[i] : 0;
+    if (noReturns.count != 0 && (noReturns.haveInfinite || haveNaNsZones)) {
+      for (std::size_t i = 0; i < blocks.size(); ++i) {
+        returns[i] = isReturn(block.points, i) ? block.masks[i] : 0;
       }
-      counted = ownMasks.data();
+      counted = returns.data();
     }
-    countZones(counted, size, bits);
-    counts.noReturns += noReturns;
+    countZones(counted, blocks.size(), bits);
+    counts.noReturns += noReturns.count;
+    blocks.finish();
   }
   const std::array<std::uint64_t, BitCounts::numCounts> sums = bits.sums();
   std::copy_n(sums.begin(), counts.inside.size(), counts.inside.begin());
@@ -101,9 +58,9 @@ ZoneCounts ZoneIndex::count(const PointsView<Real>& points, std::uint64_t* masks
 }
 
 template <typename Real>
-std::size_t ZoneIndex::classifyBlock(const Block<Real>& block, Fetching fetching) const {
+NoReturns ZoneIndex::classifyBlock(const Block<Real>& block, Purpose purpose) const {
   Pending pending;
-  const std::size_t noReturns = lookUp(grid_, heights_, block, fetching, pending);
+  const NoReturns noReturns = lookUp(grid_, heights_, block, purpose, pending);
   decide(grid_, heights_, shapes_, block, pending);
   if (grid_.alwaysAsked != 0) {
     askAlways(block);
@@ -113,11 +70,14 @@ std::size_t ZoneIndex::classifyBlock(const Block<Real>& block, Fetching fetching
 
 template <typename Real>
 void ZoneIndex::askAlways(const Block<Real>& block) const {
-  for (std::size_t i = 0; i < block.size; ++i) {
+  for (std::size_t i = 0; i < block.points.size; ++i) {
     std::uint64_t& mask = block.masks[i];
+    const std::size_t offset = i * block.points.stride;
     for (std::uint64_t rest = mask & grid_.alwaysAsked; rest != 0; rest &= rest - 1) {
       const auto zone = static_cast<std::size_t>(std::countr_zero(rest));
-      if (!shapes_[zone]->within(detection::Point(block.x[i], block.y[i]))) {
+      const detection::Point point(valueAt<Real>(block.points.x, offset),
+                                   valueAt<Real>(block.points.y, offset));
+      if (!shapes_[zone]->within(point)) {
         mask &= ~(std::uint64_t{1} << zone);
       }
     }

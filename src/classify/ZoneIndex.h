@@ -32,7 +32,7 @@ class ZoneIndex {
 
  private:
   template <typename Real>
-  std::size_t classifyBlock(const Block<Real>& block, Fetching fetching) const;
+  NoReturns classifyBlock(const Block<Real>& block, Purpose purpose) const;
   template <typename Real>
   void askAlways(const Block<Real>& block) const;
 

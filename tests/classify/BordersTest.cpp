@@ -21,33 +21,40 @@ using filter::classify::Outline;
 using filter::classify::outlineOf;
 using namespace filter::detection;
 
-// A site of 100 m x 60 m, whose lattice has its middle in the origin.
+// A zone that is 100 m x 60 m large about the origin.
 class Bands : public ::testing::Test {
  protected:
-  static Bounds makeSite() {
-    Bounds site;
-    site.include(-50.0, -30.0);
-    site.include(50.0, 30.0);
-    return site;
+  static Bounds makeZone() {
+    Bounds zone;
+    zone.include(-50.0, -30.0);
+    zone.include(50.0, 30.0);
+    return zone;
   }
 
   Curve curveOf(const Zone& shape, std::size_t piece, double scale = 1.0) const {
     const std::optional<Outline> outline = outlineOf(shape);
-    return Margins(site_, lattice_, scale).curveOf(outline->pieces.at(piece));
+    return Margins(zone_, lattice_, scale).curveOf(outline->pieces.at(piece));
   }
 
   // What rounding to float may take from a sum of terms as large as these.
   static double lost(double terms) { return 1.0625 * 0x1p-21 * terms; }
 
-  const Bounds site_ = makeSite();
-  const Lattice lattice_ = latticeOver(site_, 0.25);
-  const double u_ = 0.125 * lattice_.columns + 0.25;  // no point of a cell is farther from the middle
-  const double v_ = 0.125 * lattice_.rows + 0.25;
+  const Bounds zone_ = makeZone();
+  const Lattice lattice_ = latticeOver(zone_, 0.25);
+  const double u_ = 50.0 + 5.0 * 0.25;  // no point of a marked cell is farther from the middle
+  const double v_ = 30.0 + 5.0 * 0.25;
 };
 
-TEST_F(Bands, MiddleOfTheLatticeIsACornerOfCells) {
-  EXPECT_EQ(lattice_.middleX(), 0.0);
-  EXPECT_EQ(lattice_.middleY(), 0.0);
+TEST_F(Bands, AreCountedFromTheMiddleOfTheZone) {
+  Bounds far;
+  far.include(4.5e5 - 1.0, 5.0e6 - 3.0);
+  far.include(4.5e5 + 1.0, 5.0e6 + 3.0);
+  const Margins margins(far, latticeOver(far, 2.0), 1.0);
+  const Curve curve =
+      margins.curveOf({.kind = Border::Kind::Edge, .x1 = 4.5e5, .y1 = 5.0e6, .x2 = 4.5e5 + 1.0, .y2 = 5.0e6});
+  EXPECT_EQ(curve.x, 4.5e5F);
+  EXPECT_EQ(curve.y, 5.0e6F);
+  EXPECT_EQ(curve.c, 0.0F);
 }
 
 TEST_F(Bands, OfAnEdgeIsWhatFloatsMayLose) {
@@ -92,7 +99,7 @@ TEST_F(Bands, OfAShortEdgeIsWiderByItsDeterminant) {
     const Polygon sliver("p", {{0.0, 0.0}, {length, 0.0}, {0.0, 1.0}});
     return 1.0 / static_cast<double>(curveOf(sliver, 0).b);
   };
-  const double reach = 2.0 * (100.0 + 4.0 * 0.25);
+  const double reach = 2.0 * (100.0 + 5.0 * 0.25);
   const double determinant = 0x1p-52 * (reach + 16.0 * reach * reach);
   for (const double length : {1.0e-6, 1.0e-8, 1.0e-10}) {
     EXPECT_NEAR(bandOf(length) / (lost(v_) + 2.0 * determinant / length), 1.0, 1.0e-5) << length;

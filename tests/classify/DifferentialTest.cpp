@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -10,6 +9,7 @@
 #include <hwy/highway.h>
 
 #include "classify/CriticalCases.h"
+#include "classify/Layouts.h"
 #include "classify/Reference.h"
 #include "classify/ZoneIndex.h"
 
@@ -52,46 +52,6 @@ std::vector<std::int64_t> everyTarget() {
   return targets;
 }
 
-// The same points in one of the layouts that a host may hold them in.
-template <typename Real>
-class Layout {
- public:
-  static constexpr std::size_t count = 6;
-
-  Layout(const std::vector<Point3>& points, std::size_t number) : size_(points.size()) {
-    constexpr std::size_t strides[] = {0, 3 * sizeof(Real), 4 * sizeof(Real), 32, 3 * sizeof(Real) + 5, 0};
-    stride_ = strides[number];
-    // The first byte of an odd layout stands at an odd address.
-    offset_ = number >= 4 ? 1 : 0;
-    isSeparate_ = stride_ == 0;
-    const std::size_t step = isSeparate_ ? sizeof(Real) : stride_;
-    bytes_.resize(offset_ + (isSeparate_ ? 3 : 1) * step * size_);
-    for (std::size_t i = 0; i < size_; ++i) {
-      const Real values[] = {static_cast<Real>(points[i].x), static_cast<Real>(points[i].y),
-                             static_cast<Real>(points[i].z)};
-      for (std::size_t k = 0; k < 3; ++k) {
-        const std::size_t at = isSeparate_ ? (k * size_ + i) * step : i * step + k * sizeof(Real);
-        std::memcpy(bytes_.data() + offset_ + at, &values[k], sizeof(Real));
-      }
-    }
-  }
-
-  PointsView<Real> view() const {
-    const unsigned char* first = bytes_.data() + offset_;
-    if (!isSeparate_) {
-      return PointsView<Real>::interleaved(first, stride_, size_);
-    }
-    return {first, first + size_ * sizeof(Real), first + 2 * size_ * sizeof(Real), sizeof(Real), size_};
-  }
-
- private:
-  std::size_t size_;
-  std::size_t stride_;
-  std::size_t offset_;
-  bool isSeparate_;
-  std::vector<unsigned char> bytes_;
-};
-
 struct Tally {
   std::size_t compared = 0;
   std::size_t different = 0;
@@ -125,30 +85,49 @@ class Comparison {
     for (const Point3& point : points) {
       expected.push_back(maskByZones(detector, point.x, point.y, point.z));
     }
-    std::vector<std::uint64_t> masks(points.size());
+    const std::vector<LayoutKind> layouts = everyLayout<Real>();
     for (const std::int64_t target : targets_) {
       const OnlyTarget only(target);
-      const Layout<Real> layout(points, number++ % Layout<Real>::count);
-      std::ranges::fill(masks, ~std::uint64_t{0});
-      index.classify(layout.view(), masks.data());
-      for (std::size_t i = 0; i < points.size(); ++i) {
-        if (masks[i] != expected[i]) {
-          ++tally_.different;
-          report<Real>(points[i], masks[i], expected[i], target);
-        }
+      // Frames of all sizes, whose last points do not fill a group.
+      for (const std::size_t size : {points.size(), number * 7 % 67}) {
+        const LayoutKind& kind = layouts[number++ % layouts.size()];
+        // Records that are far apart take too much memory for many.
+        const std::size_t most = kind.stride > 1000 ? 40 : size;
+        compare<Real>(index,
+                      {points.begin(), points.begin() + static_cast<std::ptrdiff_t>(std::min(size, most))},
+                      expected, kind, target);
       }
-      const ZoneCounts counts = index.count(layout.view(), nullptr);
-      EXPECT_EQ(countsOf(points, masks), textOf(counts)) << where_ << ", " << hwy::TargetName(target);
     }
     tally_.compared += points.size();
   }
 
   template <typename Real>
-  void report(const Point3& point, std::uint64_t got, std::uint64_t expected, std::int64_t target) const {
+  void compare(const ZoneIndex& index, const std::vector<Point3>& points,
+               const std::vector<std::uint64_t>& expected, const LayoutKind& kind, std::int64_t target) {
+    const Layout<Real> layout(points, kind);
+    std::vector<std::uint64_t> masks(points.size(), ~std::uint64_t{0});
+    index.classify(layout.view(), masks.data());
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      if (masks[i] != expected[i]) {
+        ++tally_.different;
+        report<Real>(points[i], masks[i], expected[i], kind, target);
+      }
+    }
+    const ZoneCounts counts = index.count(layout.view(), nullptr);
+    EXPECT_EQ(countsOf(points, masks), textOf(counts))
+        << where_ << ", " << kind.name << ", " << hwy::TargetName(target);
+    std::vector<std::uint64_t> counted(points.size(), ~std::uint64_t{0});
+    EXPECT_EQ(textOf(index.count(layout.view(), counted.data())), textOf(counts));
+    EXPECT_EQ(counted, masks) << where_ << ", " << kind.name << ", " << hwy::TargetName(target);
+  }
+
+  template <typename Real>
+  void report(const Point3& point, std::uint64_t got, std::uint64_t expected, const LayoutKind& kind,
+              std::int64_t target) const {
     if (safety_ == 1.0) {
-      ADD_FAILURE() << where_ << ", " << hwy::TargetName(target) << ", " << sizeof(Real) << " bytes: point ("
-                    << std::hexfloat << point.x << ", " << point.y << ", " << point.z << ") has mask "
-                    << std::hex << got << ", its zones say " << expected;
+      ADD_FAILURE() << where_ << ", " << hwy::TargetName(target) << ", " << sizeof(Real) << " bytes, "
+                    << kind.name << ": point (" << std::hexfloat << point.x << ", " << point.y << ", "
+                    << point.z << ") has mask " << std::hex << got << ", its zones say " << expected;
     }
   }
 

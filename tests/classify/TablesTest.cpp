@@ -38,7 +38,7 @@ struct Decided {
   std::size_t setCells = 0;      // cells that one set of zones holds
   std::size_t cutCells = 0;      // cells that one border crosses
   std::size_t crossedCells = 0;  // cells that several borders cross
-  std::size_t knownSides = 0;    // in the decisions, combinations of sides with a verdict
+  std::size_t knownSides = 0;    // in the tangled cells, combinations of sides with a verdict
   std::size_t insideSides = 0;   // and of these, inside
   std::size_t knownSets = 0;     // in the crossed cells, combinations of sides with a set of zones
   std::size_t curves = 0;
@@ -97,21 +97,21 @@ std::shared_ptr<Zone> polygon(const std::vector<Point>& vertices) {
 TEST(Tables, LeaveNoMoreOpenThanTheyDid) {
   const std::vector<Point> corners{{0.0, 0.0}, {10.0, 6.0}};
   EXPECT_EQ(decidedBy({std::make_shared<Rectangle>("r", corners, 0.3)}),
-            (Decided{258216, 2066, 10, 52, 12, 26, 5}));
+            (Decided{258216, 2066, 10, 0, 0, 26, 5}));
   EXPECT_EQ(decidedBy({std::make_shared<Rectangle>("r", corners, 0.0)}),
-            (Decided{253049, 2552, 1544, 3088, 1536, 1544, 5}));
-  EXPECT_EQ(decidedBy({sector(-0.4, 1.1, 5.0)}), (Decided{137870, 1470, 11, 46, 10, 23, 4}));
-  EXPECT_EQ(decidedBy({sector(1.0, -1.0, 5.0)}), (Decided{83741, 1316, 10, 40, 16, 20, 4}));
-  EXPECT_EQ(decidedBy({sector(0.7, 0.7, 5.0)}), (Decided{108261, 1292, 8, 16, 0, 8, 2}));
+            (Decided{253049, 2552, 1544, 0, 0, 1544, 5}));
+  EXPECT_EQ(decidedBy({sector(-0.4, 1.1, 5.0)}), (Decided{137870, 1470, 11, 0, 0, 23, 4}));
+  EXPECT_EQ(decidedBy({sector(1.0, -1.0, 5.0)}), (Decided{83741, 1316, 10, 0, 0, 20, 4}));
+  EXPECT_EQ(decidedBy({sector(0.7, 0.7, 5.0)}), (Decided{108261, 1292, 8, 0, 0, 8, 2}));
   EXPECT_EQ(decidedBy({polygon({{0.0, 0.0}, {4.0, 9.0}, {9.0, 1.0}}),
                        polygon({{1.0, 8.0}, {9.0, 7.0}, {3.0, -1.0}})}),
-            (Decided{96517, 2416, 36, 144, 44, 96, 7}));
+            (Decided{96517, 2416, 36, 0, 0, 96, 7}));
   // Four zones that meet in a vertex, and one that crosses itself.
   EXPECT_EQ(decidedBy({polygon({{0.0, 0.0}, {4.0, 1.0}, {1.0, 4.0}}),
                        polygon({{0.0, 0.0}, {-4.0, 1.0}, {-1.0, 4.0}}),
                        polygon({{0.0, 0.0}, {-3.0, -1.0}, {-1.0, -4.0}}), sector(0.1, 1.4, 3.0),
                        polygon({{-3.0, -3.0}, {3.0, 2.0}, {3.0, -3.0}, {-3.0, 2.0}})}),
-            (Decided{67691, 2868, 730, 1660, 778, 914, 17}));
+            (Decided{67691, 2868, 730, 32, 4, 914, 17}));
 }
 
 std::uint64_t alwaysAsked(const std::shared_ptr<Zone>& shape) {
@@ -147,10 +147,9 @@ TEST(Tables, SizeIsThatOfThePlanAndTheHeights) {
   const Heights heights = heightsOf(filter::classify::freeze(detector));
   const auto size = [](const auto& values) { return values.size() * sizeof(values[0]); };
   EXPECT_EQ(index.bytes(), size(grid.codes) + size(grid.palette) + size(grid.cutCells) +
-                               size(grid.crossedCells) + size(grid.cellDecisions) + size(grid.decisions) +
-                               size(grid.curves) + size(heights.starts) + size(heights.startsAsFloat) +
-                               size(heights.masks) + size(heights.firstSlabs) + size(heights.slabStarts) +
-                               size(heights.slabMasks));
+                               size(grid.crossedCells) + size(grid.tangledCells) + size(grid.decisions) +
+                               size(grid.curves) + size(heights.slabs) + size(heights.masks) +
+                               size(heights.slabStarts) + size(heights.slabMasks));
 }
 
 Heights heightsOfZones(const std::vector<std::pair<double, double>>& bounds) {
@@ -161,48 +160,65 @@ Heights heightsOfZones(const std::vector<std::pair<double, double>>& bounds) {
   return filter::classify::heightsOf(filter::classify::freeze(detector));
 }
 
-// As few buckets as keep the slabs apart: the table shares the cache with the plan's.
-TEST(Tables, OfHeightsHaveAsFewBucketsAsKeepTheSlabsApart) {
-  EXPECT_EQ(heightsOfZones({}).lastBucket, 0);
-  EXPECT_EQ(heightsOfZones({}).bucketsPerMetre, 1.0F);
-  EXPECT_EQ(heightsOfZones({{0.0, 2.0}}).lastBucket, 3);
-  EXPECT_EQ(heightsOfZones({{0.0, 2.0}}).origin, -2.0F);
-  EXPECT_EQ(heightsOfZones({{0.0, 2.0}}).bucketsPerMetre, 0.5F);
-  EXPECT_EQ(heightsOfZones({{0.0, 2.0}, {-1.0, 1.0}, {0.5, 3.0}}).lastBucket, 15);
-  EXPECT_EQ(heightsOfZones({{0.0, 2.0}, {-1.0, 1.0}, {0.5, 3.0}}).bucketsPerMetre, 3.25F);
-  EXPECT_EQ(heightsOfZones({{0.0, 2.0}, {0.01, 2.01}}).lastBucket, 255);
+// A point in a bucket in which a slab starts is looked at by itself.
+std::ptrdiff_t numOpen(const Heights& heights) {
+  return std::count_if(heights.slabs.begin(), heights.slabs.end() - 2,
+                       [](std::uint8_t slab) { return slab >= Heights::openBucket; });
 }
 
-std::ptrdiff_t numCrowded(const Heights& heights) {
-  return std::ranges::count_if(heights.starts, [](double start) { return std::isnan(start); });
+double bucketSize(const Heights& heights) {
+  return 1.0 / static_cast<double>(heights.buckets.stepsPerUnit);
+}
+
+TEST(Tables, OfHeightsHaveAnOpenBucketForEachBound) {
+  EXPECT_EQ(numOpen(heightsOfZones({})), 0);
+  EXPECT_EQ(numOpen(heightsOfZones({{0.0, 2.0}})), 2);
+  EXPECT_EQ(numOpen(heightsOfZones({{0.0, 2.0}, {-1.0, 1.0}, {0.5, 3.0}})), 6);
+  EXPECT_EQ(numOpen(heightsOfZones({{0.0, 2.0}, {0.01, 2.01}})), 4);
+  EXPECT_EQ(numOpen(heightsOfZones({{0.0, 2.0}, {0.0, 2.0}})), 2);
+  EXPECT_NEAR(bucketSize(heightsOfZones({{0.0, 2.0}})), 0.0005, 0.00001);
 }
 
 // Otherwise all heights where zones begin and end would share a bucket, and every point's would be searched
 // for.
 TEST(Tables, OfHeightsAreNotStretchedByBoundsThatStandForNone) {
   for (const double none : {10.0, 1.0e2, 1.0e3, 1.0e9, 1.0e300}) {
-    EXPECT_EQ(numCrowded(heightsOfZones({{0.0, 2.0}, {0.5, none}})), 0) << none;
-    EXPECT_EQ(numCrowded(heightsOfZones({{0.0, 2.0}, {-none, 1.0}})), 0) << none;
-    EXPECT_EQ(numCrowded(heightsOfZones({{-none, 2.0}, {0.25, none}, {0.5, 1.0}})), 0) << none;
+    EXPECT_LT(bucketSize(heightsOfZones({{0.0, 2.0}, {0.5, none}})), 0.005) << none;
+    EXPECT_LT(bucketSize(heightsOfZones({{0.0, 2.0}, {-none, 1.0}})), 0.005) << none;
+    EXPECT_LT(bucketSize(heightsOfZones({{-none, 2.0}, {0.25, none}, {0.5, 1.0}})), 0.008) << none;
+    EXPECT_LE(numOpen(heightsOfZones({{-none, 2.0}, {0.25, none}, {0.5, 1.0}})), 6) << none;
   }
-  // Two at one end share the last bucket, but leave the others alone.
-  const Heights heights = heightsOfZones({{0.0, 2.0}, {0.25, 1.0e8}, {0.5, 1.0e9}, {1.0, 1.5}});
-  EXPECT_EQ(numCrowded(heights), 1);
-  EXPECT_TRUE(std::isnan(heights.starts[static_cast<std::size_t>(heights.lastBucket)]));
-  // Where they can be kept apart, too, they are.
-  EXPECT_EQ(numCrowded(heightsOfZones({{0.0, 2.0}, {0.25, 50.0}, {0.5, 100.0}})), 0);
+  EXPECT_LT(bucketSize(heightsOfZones({{0.0, 2.0}, {0.25, 1.0e8}, {0.5, 1.0e9}, {1.0, 1.5}})), 0.005);
 }
 
-// One more than buckets: heights that are not a number are looked up after the last one.
-TEST(Tables, OfHeightsHaveAnEntryForWhatIsNotANumber) {
-  const Heights heights = heightsOfZones({{0.0, 2.0}, {-1.0, 1.0}, {0.5, 3.0}});
-  const auto numBuckets = static_cast<std::size_t>(heights.lastBucket) + 1;
-  EXPECT_EQ(heights.starts.size(), numBuckets + 1);
-  EXPECT_EQ(heights.startsAsFloat.size(), numBuckets + 1);
-  EXPECT_EQ(heights.masks.size(), 2 * (numBuckets + 1));
-  EXPECT_EQ(heights.starts.back(), std::numeric_limits<double>::infinity());
-  EXPECT_EQ(heights.masks.back(), 0U);
-  EXPECT_EQ(heights.masks[2 * numBuckets], 0U);
+TEST(Tables, OfHeightsHaveAtMost4096BucketsAndTwo) {
+  for (const double step : {1.0e-6, 1.0e-3, 1.0, 1.0e3, 1.0e6}) {
+    std::vector<std::pair<double, double>> bounds;
+    for (int i = 0; i < 24; ++i) {
+      bounds.emplace_back(step * i * i, step * (i * i + 7.5));
+      EXPECT_LE(heightsOfZones(bounds).slabs.size(), 4098U) << step << ", " << i;
+    }
+  }
+}
+
+// A larger height has no smaller bucket, and those after the last one are for what is not an ordinary number.
+TEST(Tables, OfHeightsKeepTheOrderOfHeights) {
+  const Heights heights = heightsOfZones({{-1000.0, 2.0}, {-1.0, 1.0}, {0.5, 3.0e8}});
+  EXPECT_GT(heights.buckets.numPieces, 1U);
+  int last = 0;
+  for (const float sign : {-1.0F, 1.0F}) {
+    for (int i = 0; i <= 4000; ++i) {
+      const float magnitude = std::exp2(static_cast<float>(sign < 0.0F ? 2000 - i : i - 2000) / 16.0F);
+      const int bucket = heights.buckets.number(sign * magnitude);
+      EXPECT_GE(bucket, last) << sign * magnitude;
+      last = bucket;
+    }
+  }
+  EXPECT_EQ(last, heights.buckets.last());
+  ASSERT_EQ(heights.slabs.size(), static_cast<std::size_t>(last) + 3);
+  EXPECT_EQ(heights.slabs[heights.slabs.size() - 2], Heights::noSlab);
+  EXPECT_EQ(heights.slabs.back(), Heights::openBucket);
+  EXPECT_EQ(heights.masks[Heights::noSlab], 0U);
 }
 
 TEST(Tables, OfHeightsKnowBetweenWhichThereAreZones) {
@@ -218,9 +234,6 @@ TEST(Tables, OfHeightsKnowBetweenWhichThereAreZones) {
 
 // Of points that are looked up many at a time, none below or above all zones is decided by itself afterwards.
 TEST(Tables, NoPointOutsideOfAllHeightsIsLeftOpen) {
-  if ((hwy::SupportedTargets() & HWY_TARGETS & ~(HWY_SCALAR | HWY_EMU128)) == 0) {
-    GTEST_SKIP() << "a processor without vectors takes one point at a time";
-  }
   ZoneDetector detector;
   add(detector, 0, polygon({{0.0, 0.0}, {4.0, 9.0}, {9.0, 1.0}}), 0.5, 2.0);
   const ZoneIndex index(detector);
@@ -230,9 +243,11 @@ TEST(Tables, NoPointOutsideOfAllHeightsIsLeftOpen) {
     const std::vector<float> y(z.size(), 0.0F);
     std::vector<std::uint64_t> masks(z.size());
     filter::classify::Pending pending;
-    const filter::classify::Block<float> block{x.data(), y.data(), z.data(), z.size(), masks.data()};
-    filter::classify::lookUp(index.grid(), heights, block, filter::classify::Fetching::Heights, pending);
-    return pending.cut.size + pending.crossed.size;
+    const filter::classify::Block<float> block{
+        filter::classify::PointsView<float>::separate(x.data(), y.data(), z.data(), z.size()),
+        filter::classify::Layout::Arrays, masks.data()};
+    filter::classify::lookUp(index.grid(), heights, block, filter::classify::Purpose::Masks, pending);
+    return pending.cell.size;
   };
   EXPECT_EQ(cutPoints(std::vector<float>(64, 1.0F)), 64U);
   EXPECT_EQ(cutPoints(std::vector<float>(64, 0.25F)), 0U);

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "classify/Block.h"
+
+namespace orvantis::filter::classify {
+
+/// Points with a coordinate that is not finite.
+struct NoReturns {
+  std::size_t count = 0;
+  bool haveInfinite = false;
+};
+
+/// The groups of a block that have some point between the lowest and the highest zone.
+struct Places {
+  static constexpr std::size_t capacity = Block<float>::capacity;
+
+  /// Where they begin. Not initialised: what is read was written.
+  std::array<std::uint32_t, capacity / Block<float>::groupSize> groups;
+  std::size_t numGroups = 0;
+  NoReturns noReturns;  ///< where these are counted
+};
+
+}  // namespace orvantis::filter::classify
