@@ -1,18 +1,57 @@
 #include "DocumentFile.h"
 
+#include <utility>
+
 #include "Console.h"
 #include "Input.h"
 #include "text/Text.h"
 
 namespace orvantis::app {
+namespace {
 
-Configuration readConfiguration(const std::string& path) {
-  const std::string text = readInput(path, documentSizeLimit);
-  try {
-    return loadConfiguration(text);
-  } catch (const std::exception& error) {
-    throw Failure(path, printable(error.what()) + " (zone-detector validate shows where)");
+// What is wrong, one error a line; a document that is no document has thousands.
+std::string refusal(const std::string& path, const CheckedDocument& document) {
+  constexpr std::size_t shown = 20;
+  std::string text = counted(document.errors(), "error");
+  std::size_t count = 0;
+  for (const Finding& finding : document.findings) {
+    if (finding.severity() == Severity::Error && ++count <= shown) {
+      text += "\n" + textOf(path, finding, "error");
+    }
   }
+  if (count > shown) {
+    text += "\n" + counted(count - shown, "more error") + "; \"zone-detector validate\" shows all";
+  }
+  return text;
+}
+
+}  // namespace
+
+CheckedDocument checkFile(const std::string& path) {
+  return check(readInput(path, documentSizeLimit));
+}
+
+std::string textOf(const std::string& path, const Finding& finding, const std::string& severity) {
+  std::string text = path + ":" + std::to_string(finding.at.line) + ":" + std::to_string(finding.at.column) +
+                     ": " + severity + ": ";
+  if (!finding.path.empty()) {
+    text += printable(finding.path) + ": ";
+  }
+  text += printable(finding.text);
+  return finding.excerpt.empty() ? text : text + "\n" + finding.excerpt;
+}
+
+Configuration readConfiguration(const std::string& path, const Console& console) {
+  CheckedDocument document = checkFile(path);
+  if (!document.configuration) {
+    throw Failure(path, refusal(path, document));
+  }
+  if (!console.quiet) {
+    for (const Finding& finding : document.findings) {
+      console.err << textOf(path, finding, "warning") << '\n';
+    }
+  }
+  return std::move(*document.configuration);
 }
 
 }  // namespace orvantis::app

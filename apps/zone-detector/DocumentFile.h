@@ -2,12 +2,22 @@
 
 #include <string>
 
-#include "document/Configuration.h"
+#include "document/Check.h"
 
 namespace orvantis::app {
 
-/// Checks and loads a zone document.
-/// @throws Failure with the path and what is wrong with the document
-toolkit::Configuration readConfiguration(const std::string& path);
+struct Console;
+
+/// Reads and checks a zone document, which may be anything.
+/// @throws Failure when the file cannot be read
+toolkit::CheckedDocument checkFile(const std::string& path);
+
+/// A finding as it is printed: "path:line:column: error: place: text", without the colour, and for a fault of
+/// the JSON the line itself.
+std::string textOf(const std::string& path, const toolkit::Finding& finding, const std::string& severity);
+
+/// Reads, checks and loads a zone document. Its warnings go to the error stream.
+/// @throws Failure with the path and every error, when there are any
+toolkit::Configuration readConfiguration(const std::string& path, const Console& console);
 
 }  // namespace orvantis::app

@@ -176,7 +176,7 @@ void require(bool isThere, const char* what, const std::optional<long double>& a
 }  // namespace
 
 int explain(const ExplainOptions& options, const Console& console) {
-  const Configuration configuration = readConfiguration(options.document);
+  const Configuration configuration = readConfiguration(options.document, console);
   if (!options.line.empty() && configuration.lines.count(options.line) == 0) {
     throw Failure(options.document, "has no counter line \"" + printable(options.line) + "\"");
   }

@@ -37,7 +37,7 @@ void addCloud(const std::string& path, const filter::detection::ZoneDetector& de
 }  // namespace
 
 int plot(const PlotOptions& options, const Console& console) {
-  const Configuration configuration = readConfiguration(options.document);
+  const Configuration configuration = readConfiguration(options.document, console);
   PlanContent plan = planOf(configuration);
   plan.title = std::filesystem::path(options.document).filename().string();
   if (!options.cloud.empty()) {

@@ -30,7 +30,7 @@ occupied and cleared, tracked objects that enter, leave and cross lines, and a s
 
 // Counts the points of each frame; where frames have a time, tells what happens instead.
 int run(const RunOptions& options, const Console& console) {
-  const Configuration configuration = readConfiguration(options.document);
+  const Configuration configuration = readConfiguration(options.document, console);
   return (options.hasTime() ? runSession : countFrames)(configuration, options, console);
 }
 

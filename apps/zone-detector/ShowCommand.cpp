@@ -1,5 +1,3 @@
-#include "ShowCommand.h"
-
 #include <array>
 #include <cmath>
 #include <memory>
@@ -118,10 +116,8 @@ void printCounterLines(const Configuration& configuration, const Console& consol
   table.print(console);
 }
 
-}  // namespace
-
 int show(const std::string& path, bool json, const Console& console) {
-  const Configuration configuration = readConfiguration(path);
+  const Configuration configuration = readConfiguration(path, console);
   if (json) {
     console.out << toJson(toObject(configuration)) << '\n';
   } else {
@@ -136,6 +132,8 @@ int show(const std::string& path, bool json, const Console& console) {
   console.flush();
   return 0;
 }
+
+}  // namespace
 
 void addShowCommand(CLI::App& program, Task& task) {
   struct Options {

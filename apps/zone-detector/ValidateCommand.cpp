@@ -1,99 +1,130 @@
-#include "ValidateCommand.h"
-
+#include <algorithm>
 #include <memory>
-#include <sstream>
+#include <tuple>
+#include <utility>
 
 #include <CLI/CLI.hpp>
-
-#include <filter/detection/ZoneDetector.h>
+#include <boost/json/array.hpp>
+#include <boost/json/object.hpp>
 
 #include "Command.h"
 #include "Console.h"
-#include "document/Configuration.h"
-#include "document/Lint.h"
-#include "document/LocatedJson.h"
-#include "files/File.h"
+#include "DocumentFile.h"
+#include "text/JsonText.h"
 #include "text/Text.h"
 
 namespace orvantis::app {
 namespace {
 
-// The library's complaint; empty for a good document.
-std::string fixedCheck(const std::string& text) {
-  std::istringstream in(text);
-  try {
-    filter::detection::ZoneDetector::validate(in);
-  } catch (const std::exception& error) {
-    return error.what();
-  }
-  return {};
+struct ValidateOptions {
+  std::vector<std::string> documents;
+  bool strict = false;  // whether warnings count as errors
+  bool json = false;
+};
+
+bool isGood(const CheckedDocument& document, bool strict) {
+  return document.configuration.has_value() && (document.findings.empty() || !strict);
 }
 
-// The library's text keeps its line break; anything else that steers a terminal is written out.
-std::string printableLines(const std::string& message) {
-  std::string text;
-  std::istringstream lines(message);
-  for (std::string line; std::getline(lines, line);) {
-    text += (text.empty() ? "" : "\n") + printable(line);
+std::string verdict(const CheckedDocument& document, const Console& console) {
+  std::string text = document.configuration ? console.coloured(2, "ok") : "";
+  for (const auto& [count, word, colour] :
+       {std::tuple(document.errors(), "error", 1), std::tuple(document.warnings(), "warning", 3)}) {
+    if (count > 0) {
+      text += (text.empty() ? "" : ", ") + console.coloured(colour, counted(count, word));
+    }
   }
   return text;
 }
 
-bool validateOne(const std::string& path, bool strict, const Console& console) {
-  std::string text;
-  try {
-    text = readFile(path, documentSizeLimit);
-  } catch (const Failure& failure) {
-    console.out << console.coloured(1, failure.what()) << '\n';
-    return false;
-  }
-  const std::string complaint = fixedCheck(text);
-  console.out << path << ": "
-              << (complaint.empty() ? console.coloured(2, "ok")
-                                    : console.coloured(1, printableLines(complaint)))
-              << '\n';
-  const auto document = text.size() < documentSizeLimit ? parseLocated(text) : std::nullopt;
-  const std::vector<Finding> findings = document ? lint(*document) : std::vector<Finding>();
-  for (const Finding& finding : findings) {
-    console.out << path << ':' << finding.line << ": " << console.coloured(3, "warning") << ": "
-                << printable(finding.path) << (finding.path.empty() ? "" : ": ") << printable(finding.text)
-                << '\n';
-  }
-  return complaint.empty() && (findings.empty() || !strict);
+// The library's complaints stand on one line, as everything else here.
+std::string onOneLine(std::string text) {
+  std::replace(text.begin(), text.end(), '\n', ' ');
+  return printable(text);
 }
 
-}  // namespace
+void print(const std::string& path, const CheckedDocument& document, const Console& console) {
+  console.out << path << ": " << verdict(document, console) << '\n';
+  for (const Finding& finding : document.findings) {
+    const int colour = finding.severity() == Severity::Error ? 1 : 3;
+    console.out << textOf(path, finding, console.coloured(colour, std::string(wordOf(finding.severity()))))
+                << '\n';
+  }
+  if (!document.complaint.empty()) {
+    console.out << path << ": note: a host is told: " << onOneLine(document.complaint) << '\n';
+  }
+}
 
-int validate(const std::vector<std::string>& paths, bool strict, const Console& console) {
+boost::json::object toObject(const Finding& finding) {
+  return {{"kind", idOf(finding.kind)}, {"severity", wordOf(finding.severity())},
+          {"line", finding.at.line},    {"column", finding.at.column},
+          {"path", finding.path},       {"text", finding.text}};
+}
+
+void printJson(const std::string& path, const CheckedDocument& document, bool good, const Console& console) {
+  boost::json::array findings;
+  for (const Finding& finding : document.findings) {
+    findings.push_back(toObject(finding));
+  }
+  console.out << toJson(boost::json::object{{"file", path}, {"ok", good}, {"findings", std::move(findings)}})
+              << '\n';
+}
+
+void printUnreadable(const std::string& path, const Failure& failure, bool json, const Console& console) {
+  if (!json) {
+    console.out << console.coloured(1, failure.what()) << '\n';
+    return;
+  }
+  const boost::json::object finding{
+      {"kind", "unreadable"}, {"severity", "error"}, {"line", 0},
+      {"column", 0},          {"path", ""},          {"text", failure.reason()}};
+  console.out << toJson(boost::json::object{{"file", path}, {"ok", false}, {"findings", {finding}}}) << '\n';
+}
+
+bool validateOne(const std::string& path, const ValidateOptions& options, const Console& console) {
+  try {
+    const CheckedDocument document = checkFile(path);
+    const bool good = isGood(document, options.strict);
+    if (options.json) {
+      printJson(path, document, good, console);
+    } else {
+      print(path, document, console);
+    }
+    return good;
+  } catch (const Failure& failure) {
+    printUnreadable(path, failure, options.json, console);
+    return false;
+  }
+}
+
+// Checks zone documents. Gives 0 when every one can be loaded without loss, else 1.
+int validate(const ValidateOptions& options, const Console& console) {
   bool good = true;
-  for (const std::string& path : paths) {
-    good = validateOne(path, strict, console) && good;
+  for (const std::string& path : options.documents) {
+    good = validateOne(path, options, console) && good;
   }
   console.flush();
   return good ? 0 : 1;
 }
 
+}  // namespace
+
 void addValidateCommand(CLI::App& program, Task& task) {
-  struct Options {
-    std::vector<std::string> documents;
-    bool strict = false;
-  };
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<ValidateOptions>();
   CLI::App& command =
       addCommand(program, {"validate", "check zone documents, and say where they are wrong or doubtful",
                            R"(Examples:
   zone-detector validate site.json
   zone-detector validate --strict sites/*.json     what is doubtful is wrong too
 
-Checks zone documents. The fixed check decides; what it leaves out follows as warnings, each with its line
-and its place in the document.)"});
+Checks zone documents and loads them. What cannot be loaded, or would be lost without a word, is an error;
+what is loaded but hardly meant is a warning. Each comes with its line, its column and its place in the
+document.)"});
   command.add_option("FILE", options->documents, "zone documents")->required();
   command.add_flag("--strict", options->strict, "warnings make the exit code 1 too");
-  command.final_callback([options, &task] {
-    task = [options](const Console& console) {
-      return validate(options->documents, options->strict, console);
-    };
-  });
+  command.add_flag("--json", options->json, "one JSON object a file");
+  command.final_callback(
+      [options, &task] { task = [options](const Console& console) { return validate(*options, console); }; });
 }
 
 }  // namespace orvantis::app

@@ -1,21 +1,33 @@
 #include "document/Configuration.h"
 
-#include <sstream>
-#include <stdexcept>
-
 #include <filter/detection/CounterLines.h>
 #include <settings/SettingsManager.h>
 
-namespace orvantis::toolkit {
+#include "document/LocatedJson.h"
 
-Configuration loadConfiguration(const std::string& text) {
-  std::istringstream in(text);
-  filter::detection::ZoneDetector::validate(in);
-  in.clear();
-  in.seekg(0);
+namespace orvantis::toolkit {
+namespace {
+
+using Tree = SettingsManager::Tree;
+
+// Fills a node as the settings store would have from the text. A document has a bounded depth.
+void fill(Tree& tree, const LocatedNode& node) {
+  tree.data() = node.text;
+  for (const LocatedNode& child : node.children) {
+    fill(tree.push_back({child.name, Tree()})->second, child);
+  }
+}
+
+}  // namespace
+
+Configuration load(const LocatedNode& document) {
   SettingsManager settings;
-  if (!settings.loadStream(in, SettingsManager::JSON)) {
-    throw std::runtime_error(settings.getLoadError());
+  for (const std::string name : {"ZoneDetector", "CounterLines"}) {
+    if (const LocatedNode* node = document.find(name)) {
+      Tree tree;
+      fill(tree, *node);
+      settings.putChild(name, tree);
+    }
   }
   Configuration configuration;
   configuration.detector.load(settings);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <map>
 #include <string>
 
@@ -9,17 +8,16 @@
 
 namespace orvantis::toolkit {
 
+struct LocatedNode;
+
 /// What a zone document holds.
 struct Configuration {
   filter::detection::ZoneDetector detector;
   std::map<std::string, filter::detection::CounterLine> lines;
 };
 
-/// The library refuses documents of so many bytes, and larger ones, so no more need be read.
-constexpr std::size_t documentSizeLimit = 102400;
-
-/// Checks and loads the text of a zone document.
-/// @throws std::runtime_error with what is wrong with it
-Configuration loadConfiguration(const std::string& text);
+/// Loads a document that was checked. What it was checked as is what is loaded: its text is not read again.
+/// @throws whatever the library's load throws
+Configuration load(const LocatedNode& document);
 
 }  // namespace orvantis::toolkit

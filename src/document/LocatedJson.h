@@ -7,28 +7,61 @@
 #include <string_view>
 #include <vector>
 
+#include "document/Finding.h"
+
 namespace orvantis::toolkit {
 
-/// A value of a JSON document and the line it begins on, as the settings store sees it: the elements of an
-/// array are repeated children of one name.
+/// A value of a JSON document and where it begins, as the settings store sees it: the elements of an array
+/// are repeated children of one name.
 struct LocatedNode {
-  enum class Kind { Object, String, Literal };
+  enum class Kind {
+    Object,
+    Array,  ///< only the document itself or an array in an array: its elements have no name
+    Text,
+    Literal,  ///< a number, true, false or null
+  };
+  /// An array without elements, of which the store keeps nothing.
+  struct EmptyArray {
+    std::string name;
+    Position key;
+  };
 
   std::string name;
-  std::size_t line = 1;
+  Position key;    ///< where its key, or that of its array, begins; without one, as `value`
+  Position value;  ///< where the value begins
   Kind kind = Kind::Object;
-  std::string text;                    ///< of a string or literal, as the store holds it
+  std::string text;                    ///< of a text or literal, as the store holds it
   std::deque<LocatedNode> children{};  ///< in the order of the document
-  bool isElement = false;              ///< whether it stood in an array
+  std::vector<EmptyArray> emptyArrays{};
+  bool isElement = false;  ///< whether it stood in an array
 
   /// The children of that name, in order.
   std::vector<const LocatedNode*> all(std::string_view childName) const;
   /// The first child of that name, the one that the library reads; null when there is none.
   const LocatedNode* find(std::string_view childName) const;
+  /// The array without elements under that name; null when there is none.
+  const EmptyArray* findEmptyArray(std::string_view arrayName) const;
 };
 
-/// Reads a document.
-/// @return none for a text that is not JSON
-std::optional<LocatedNode> parseLocated(std::string_view json);
+/// Why a text is not JSON.
+struct SyntaxFault {
+  enum class Reason { Syntax, CutOff, TextAfterwards, TooDeep };
+
+  Reason reason = Reason::Syntax;
+  std::size_t offset = 0;        ///< of the first byte that cannot stand where it does
+  Position at;                   ///< of the same byte
+  bool inObject = false;         ///< whether the innermost open bracket is a brace
+  std::optional<Position> open;  ///< where the innermost bracket that is still open stands
+};
+
+/// What reading a text gives: either of the two.
+struct LocatedDocument {
+  std::optional<LocatedNode> root;
+  SyntaxFault fault;
+};
+
+/// Reads a document as the settings store does: RFC 8259, at most SettingsManager::MAX_DEPTH levels, with or
+/// without a byte order mark.
+LocatedDocument parseLocated(std::string_view json);
 
 }  // namespace orvantis::toolkit

@@ -31,6 +31,21 @@ std::string toUtf8(std::string_view text) {
   return result;
 }
 
+std::size_t validUtf8(std::string_view text) {
+  namespace utf = boost::locale::utf;
+  const char* at = text.data();
+  const char* const end = text.data() + text.size();
+  while (at != end) {
+    const char* next = at;
+    const utf::code_point code = utf::utf_traits<char>::decode(next, end);
+    if (code == utf::illegal || code == utf::incomplete) {
+      break;
+    }
+    at = next;
+  }
+  return static_cast<std::size_t>(at - text.data());
+}
+
 std::string printable(std::string_view raw) {
   const std::string text = toUtf8(raw);
   static constexpr std::string_view hex = "0123456789abcdef";

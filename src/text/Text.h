@@ -11,6 +11,9 @@ namespace orvantis::toolkit {
 /// be.
 std::string toUtf8(std::string_view text);
 
+/// How many bytes at the beginning of the text are UTF-8.
+std::size_t validUtf8(std::string_view text);
+
 /// The text as UTF-8 with control characters written out (\x1b), so that a name from a file cannot steer a
 /// terminal.
 std::string printable(std::string_view raw);

@@ -56,41 +56,112 @@ TEST(Command, ADocumentThatCannotBeReadIsOneForEverySubcommand) {
   }
 }
 
-TEST(Command, ARefusedDocumentIsNotLoaded) {
-  const Outcome outcome = zoneDetector({"show", documents + "no_index.json"});
-  EXPECT_EQ(outcome.code, 1);
-  EXPECT_EQ(outcome.err, "zone-detector: " + documents +
-                             "no_index.json: No such node (index) (zone-detector validate shows where)\n");
+TEST(Command, ADocumentWithErrorsIsNotLoadedAndEachIsNamed) {
+  const std::string path = documents + "no_index.json";
+  const std::string place = path + ":3:5: error: ";
+  const TemporaryFolder folder;
+  folder.write("a.xyz", "11 7 1\n");
+  for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
+           {"show", path}, {"run", path, "a.xyz"}, {"explain", path, "a.xyz", "--at", "0"}, {"plot", path}}) {
+    const Outcome outcome = zoneDetector(arguments, folder.path());
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err,
+              "zone-detector: " + path + ": 2 errors\n" + path +
+                  ":2:3: error: \"ZoneDetector\" is missing, without which no option is read; put "
+                  "\"EvaluationField\" and what belongs to it into \"ZoneDetector\"\n" +
+                  place + "EvaluationField[0]: \"index\" is missing; give a whole number from 0 to 7\n");
+  }
 }
 
-TEST(Command, AnIndexOutOfRangeIsRefusedOnLoading) {
+TEST(Command, OfManyErrorsTheFirstTwentyAreNamed) {
   const TemporaryFolder folder;
-  folder.write("site.json", R"({"EvaluationField":[{"name":"f","index":8,"Zone":[{"name":"z","index":0,
-      "shape":"sector","Sector":{"minAngle":0,"maxAngle":1,"radius":1}}]}]})");
-  EXPECT_EQ(zoneDetector({"validate", "site.json"}, folder.path()).code, 0);
-  EXPECT_EQ(zoneDetector({"validate", "--strict", "site.json"}, folder.path()).code, 1);
+  std::string lines;
+  for (int i = 0; i < 22; ++i) {
+    lines += (i == 0 ? "" : ",") + std::string("{\"name\":\"l") + std::to_string(i) +
+             "\",\"first\":{\"x\":0,\"y\":0}}\n";
+  }
+  folder.write("site.json", "{\"CounterLines\":{\"CounterLine\":[" + lines + "]}}");
   const Outcome outcome = zoneDetector({"show", "site.json"}, folder.path());
-  EXPECT_EQ(outcome.code, 1);
-  EXPECT_NE(outcome.err.find("8"), std::string::npos) << outcome.err;
+  EXPECT_EQ(outcome.err.find("zone-detector: site.json: 22 errors\nsite.json:1:33: error: "), 0U)
+      << outcome.err;
+  EXPECT_NE(outcome.err.find("site.json:20:2: error"), std::string::npos) << outcome.err;
+  EXPECT_EQ(outcome.err.find("site.json:21:2: error"), std::string::npos) << outcome.err;
+  EXPECT_NE(outcome.err.find("\n2 more errors; \"zone-detector validate\" shows all\n"), std::string::npos);
+}
+
+// A document that is loaded but doubtful.
+const std::string doubtful =
+    R"({"ZoneDetector":{"EvaluationField":{"name":"f","index":0,"Zone":{"name":"z","index":0,
+    "shape":"sector","zMin":3,"zMax":2,"Sector":{"minAngle":0,"maxAngle":1,"radius":1}}}}})";
+
+TEST(Command, WarningsGoToTheErrorStreamOnceAndQuietKeepsThem) {
+  const TemporaryFolder folder;
+  folder.write("site.json", doubtful);
+  folder.write("a.xyz", "11 7 2.5\n");
+  const std::string warning =
+      "site.json:2:29: warning: ZoneDetector/EvaluationField[0]/Zone[0]/zMin: zMin 3 is above zMax 2; the "
+      "zone "
+      "contains nothing\n";
+  for (const std::vector<std::string>& arguments :
+       std::vector<std::vector<std::string>>{{"show", "site.json"}, {"plot", "site.json"}}) {
+    const Outcome outcome = zoneDetector(arguments, folder.path());
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.err, warning);
+  }
+  const Outcome run = zoneDetector({"run", "site.json", "a.xyz"}, folder.path());
+  EXPECT_EQ(run.code, 0);
+  EXPECT_EQ(run.err.find(warning), 0U) << run.err;
+  EXPECT_EQ(run.err.find(warning, 1), std::string::npos) << run.err;
+  EXPECT_EQ(zoneDetector({"show", "--quiet", "site.json"}, folder.path()).err, "");
 }
 
 TEST(Command, StrictMakesWarningsCount) {
-  EXPECT_EQ(zoneDetector({"validate", documents + "doubtful.json"}).code, 0);
-  EXPECT_EQ(zoneDetector({"validate", "--strict", documents + "doubtful.json"}).code, 1);
+  const TemporaryFolder folder;
+  folder.write("site.json", doubtful);
+  EXPECT_EQ(zoneDetector({"validate", "site.json"}, folder.path()).code, 0);
+  EXPECT_EQ(zoneDetector({"validate", "--strict", "site.json"}, folder.path()).code, 1);
   EXPECT_EQ(zoneDetector({"validate", "--strict", site}).code, 0);
   EXPECT_EQ(zoneDetector({"validate", site, documents + "no_index.json"}).code, 1);
   EXPECT_EQ(zoneDetector({"validate", documents + "no_index.json", site}).code, 1);
 }
 
-TEST(Command, AFileOverTheLimitGetsTheLibrarysMessage) {
+TEST(Command, ValidateAsJsonIsAnObjectForEachFile) {
   const TemporaryFolder folder;
-  folder.write("below.json", "{}" + std::string(102397, ' '));
-  folder.write("at.json", "{}" + std::string(102398, ' '));
-  folder.write("above.json", "{}" + std::string(1000000, ' '));
+  folder.write("site.json", doubtful);
+  folder.write("bad.json", "{\"a\" 1}");
+  const std::string finding =
+      R"({"kind":"empty-heights","severity":"warning","line":2,"column":29,)"
+      R"("path":"ZoneDetector/EvaluationField[0]/Zone[0]/zMin","text":"zMin 3 is above zMax 2; the zone contains nothing"})";
+  const Outcome outcome =
+      zoneDetector({"validate", "--json", "site.json", "bad.json", "none.json"}, folder.path());
+  EXPECT_EQ(outcome.code, 1);
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(
+      outcome.out,
+      R"({"file":"site.json","ok":true,"findings":[)" + finding + "]}\n" +
+          R"({"file":"bad.json","ok":false,"findings":[{"kind":"json-fault","severity":"error","line":1,)"
+          R"("column":6,"path":"","text":"a colon is missing before \"1\""}]})" +
+          "\n" +
+          R"({"file":"none.json","ok":false,"findings":[{"kind":"unreadable","severity":"error","line":0,)"
+          R"("column":0,"path":"","text":"cannot be read: No such file or directory"}]})" +
+          "\n");
+  EXPECT_EQ(zoneDetector({"validate", "--strict", "--json", "site.json"}, folder.path()).out,
+            R"({"file":"site.json","ok":false,"findings":[)" + finding + "]}\n");
+}
+
+TEST(Command, AFileOverTheLimitIsRefused) {
+  const TemporaryFolder folder;
+  folder.write("below.json", doubtful + std::string(102399 - doubtful.size(), ' '));
+  folder.write("at.json", doubtful + std::string(102400 - doubtful.size(), ' '));
+  folder.write("above.json", doubtful + std::string(1000000, ' '));
   EXPECT_EQ(zoneDetector({"validate", "below.json"}, folder.path()).code, 0);
   for (const std::string name : {"at.json", "above.json"}) {
-    EXPECT_EQ(zoneDetector({"validate", name}, folder.path()).out,
-              name + ": Input file size exceeds maximum allowable size of 102400 bytes.\n");
+    EXPECT_EQ(
+        zoneDetector({"validate", name}, folder.path()).out,
+        name + ": 1 error\n" + name +
+            ":1:1: error: the document is too large; give it fewer than 102400 bytes\n" + name +
+            ": note: a host is told: Input file size exceeds maximum allowable size of 102400 bytes.\n");
   }
 }
 
@@ -119,10 +190,10 @@ TEST(Command, FramesBeforeOneThatCannotBeReadStand) {
 
 TEST(Command, RunWarnsOfZonesThatNoPointsHeightReaches) {
   const TemporaryFolder folder;
-  folder.write("site.json", R"({"EvaluationField":[{"name":"f","index":3,"Zone":[
+  folder.write("site.json", R"({"ZoneDetector":{"EvaluationField":[{"name":"f","index":3,"Zone":[
       {"name":"low","index":0,"zMin":-2,"zMax":-1,"shape":"sector","Sector":{"minAngle":0,"maxAngle":1,"radius":1}},
       {"name":"mid","index":1,"zMin":0,"zMax":2.5,"shape":"sector","Sector":{"minAngle":0,"maxAngle":1,"radius":1}}
-      ]}]})");
+      ]}]}})");
   folder.write("a.xyz", "50 50 2.5\n");
   folder.write("b.xyz", "50 50 -2.5\nnan 50 -1.5\n");
   const Outcome outcome = zoneDetector({"run", "--json", "site.json", "a.xyz", "b.xyz"}, folder.path());
@@ -216,8 +287,8 @@ TEST(Command, APictureThatCannotBeWrittenLeavesTheOldOne) {
 
 TEST(Command, NamesFromAFileCannotSteerTheTerminal) {
   const TemporaryFolder folder;
-  folder.write("site.json", R"({"EvaluationField":[{"name":"\u001b[31mred","index":0,"Zone":[
-      {"name":"\u009b2J","index":0,"shape":"sector","Sector":{"minAngle":0,"maxAngle":1,"radius":1}}]}]})");
+  folder.write("site.json", R"({"ZoneDetector":{"EvaluationField":[{"name":"\u001b[31mred","index":0,"Zone":[
+      {"name":"\u009b2J","index":0,"shape":"sector","Sector":{"minAngle":0,"maxAngle":1,"radius":1}}]}]}})");
   folder.write("a.xyz", "1 1 1\n");
   for (const std::vector<std::string>& arguments :
        std::vector<std::vector<std::string>>{{"validate", "site.json"},

@@ -65,10 +65,10 @@ TEST(Golden, ValidateOfAGoodDocumentSaysOkAndNoMore) {
 }
 
 TEST(Golden, ValidateNamesPlaceAndLineOfEveryFinding) {
-  expectOutput("validate_doubtful.txt", {"validate", "doubtful.json"}, here + "documents");
+  expectOutput("validate_doubtful.txt", {"validate", "doubtful.json"}, here + "documents", 1);
 }
 
-TEST(Golden, ValidateShowsWhereTheFixedCheckComplains) {
+TEST(Golden, ValidateSaysWhatAHostIsTold) {
   expectOutput("validate_refused.txt",
                {"validate", "too_many_vertices.json", "no_index.json", "not_json.json", "long_name.json"},
                here + "documents", 1);

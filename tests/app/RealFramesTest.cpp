@@ -18,9 +18,10 @@ namespace {
 const std::filesystem::path data = std::filesystem::path(ORVANTIS_SOURCE_DIR) / "../shared/data";
 
 // One box-shaped zone; its count is decided by comparisons alone.
-constexpr const char* document = R"({"EvaluationField":[{"name":"f","index":0,"Zone":[{"name":"box","index":0,
+constexpr const char* document =
+    R"({"ZoneDetector":{"EvaluationField":[{"name":"f","index":0,"Zone":[{"name":"box","index":0,
     "shape":"rectangle","Rectangle":{"rotation":0,"Point":[{"x":2.0625,"y":-8.0625},{"x":30.0625,"y":8.0625}]},
-    "zMin":-1.0625,"zMax":1.5625}]}]})";
+    "zMin":-1.0625,"zMax":1.5625}]}]}})";
 
 // Counts in records of four floats, apart from everything that the command uses.
 std::uint64_t bruteForce(const std::string& bytes, std::size_t from, std::size_t points) {

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "document/Finding.h"
+#include "document/KeyTable.h"
+#include "document/LocatedJson.h"
+
+namespace orvantis::toolkit {
+
+/// An object of a document: what it is and where it stands.
+struct Entry {
+  const LocatedNode& node;
+  ObjectKind kind;
+  std::string path;
+};
+
+/// Collects findings.
+class Report {
+ public:
+  void add(FindingKind kind, const Position& at, std::string path, std::string text) {
+    kinds_.insert(kind);
+    findings_.push_back({kind, at, std::move(path), std::move(text), {}});
+  }
+  void add(FindingKind kind, const Entry& entry, std::string text) {
+    add(kind, entry.node.value, entry.path, std::move(text));
+  }
+
+  bool has(FindingKind kind) const { return kinds_.count(kind) != 0; }
+
+  /// All of them in the order of the document.
+  std::vector<Finding> inOrder() &&;
+
+ private:
+  std::vector<Finding> findings_;
+  std::set<FindingKind> kinds_;
+};
+
+/// The path of the child with that key; of an entry of a list or array, with its number.
+std::string pathOf(const Entry& parent, std::string_view key);
+std::string pathOf(const Entry& parent, std::string_view key, std::size_t index);
+
+/// The text in quotes, printable and shortened, since it comes from the document.
+std::string quoted(std::string_view text);
+
+}  // namespace orvantis::toolkit

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <vector>
+
+#include "document/Finding.h"
+
+namespace orvantis::toolkit {
+
+struct LocatedNode;
+
+/// All that is wrong or doubtful in a document that is JSON, in the order of the document.
+std::vector<Finding> findingsOf(const LocatedNode& root);
+
+}  // namespace orvantis::toolkit
