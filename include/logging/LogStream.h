@@ -21,7 +21,9 @@ class ORVANTIS_API LogStream {
  public:
   /// A stream that is off.
   LogStream() noexcept = default;
+  /// A stream that is on; null gives one that is off.
   explicit LogStream(std::unique_ptr<detail::LogRecord> record) noexcept;
+  /// Takes the record over; the other stream is off afterwards and emits nothing.
   LogStream(LogStream&& other) noexcept
       : record_(std::exchange(other.record_, nullptr)), stream_(std::exchange(other.stream_, nullptr)) {}
   LogStream& operator=(LogStream&&) = delete;
@@ -37,7 +39,8 @@ class ORVANTIS_API LogStream {
   /// The stream to write to, owned by this object; null when the level is off.
   std::ostream* stream() const noexcept { return stream_; }
 
-  /// Writes the pieces one after another, or does not touch them when the level is off.
+  /// Writes the pieces one after another, or does not touch them when the level is off. Throws what writing a
+  /// piece of the host's own type throws; the stream itself keeps its failures to itself, std::bad_alloc too.
   template <typename... Pieces>
   void write(const Pieces&... pieces) const {
     if (stream_ != nullptr) {

@@ -6,7 +6,7 @@
 namespace orvantis {
 
 /// Base of everything that logs: holds one Logger, a default one at first, which copies and assignments take
-/// along.
+/// along, moves too. Nothing in it throws.
 class ORVANTIS_API LoggedComponent {
  public:
   LoggedComponent() = default;

@@ -15,12 +15,15 @@ class LogChannel;
 ORVANTIS_API extern std::atomic<LogLevel> currentLogLevel;
 }  // namespace detail
 
-/// Writes records under one name. A small value: copies write under the same name. Safe to use from many
-/// threads.
+/// Writes records under one name. A small value: copies write under the same name, and copying throws
+/// nothing. Safe to use from many threads.
 class ORVANTIS_API Logger {
  public:
   /// A logger without a name; it writes to the same sinks as the named ones.
   Logger() noexcept;
+
+  // Each opens one record, or gives a stream that is off when its level is. When the level is off they throw
+  // nothing, else what LoggingManager::getLogger throws.
 
   LogStream errorStream() const { return openIfOn(LogLevel::Error); }
   LogStream warnStream() const { return openIfOn(LogLevel::Warning); }

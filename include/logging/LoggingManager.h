@@ -14,6 +14,8 @@ class sink;
 namespace orvantis {
 
 /// The process-wide owner of loggers, level and sinks. Every operation is safe to call from many threads.
+/// Where an operation is not noexcept, it throws std::bad_alloc, or std::system_error when a mutex cannot be
+/// locked, and nothing else.
 class ORVANTIS_API LoggingManager {
  public:
   /// The one manager. It is never destroyed, so loggers may be used until the process ends.
@@ -27,14 +29,20 @@ class ORVANTIS_API LoggingManager {
   Logger& getLogger(const std::string& name);
 
   /// Sets the level of every logger at once, existing ones too. The default is LogLevel::Warning.
-  void setLevel(LogLevel level);
-  LogLevel getLevel() const;
+  void setLevel(LogLevel level) noexcept;
+  LogLevel getLevel() const noexcept;
 
   /// Adds a sink beside the default one, which writes to stderr. Shared ownership; the sink is called under a
-  /// lock, one record at a time, so it must not log itself.
+  /// lock, one record at a time, so it must not log itself. Null is ignored.
   void addSink(std::shared_ptr<spdlog::sinks::sink> sink);
-  /// Removes a sink added before; an unknown one is ignored.
+  /// Removes a sink added before; an unknown one is ignored. No record reaches it after that.
   void removeSink(const std::shared_ptr<spdlog::sinks::sink>& sink);
+
+  /// Removes the default sink, for a host whose standard error is not the place for records: the sinks that
+  /// it adds, if any, are then the only ones. Does nothing when it is removed already.
+  void removeDefaultSink();
+  /// Puts the default sink back. Does nothing when it is there.
+  void addDefaultSink();
 
  private:
   LoggingManager();

@@ -4,6 +4,7 @@
 #include <iosfwd>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include <boost/optional/optional.hpp>
@@ -22,9 +23,11 @@ namespace orvantis {
 /// names of the path and the key, joined by ".".
 ///
 /// A parameter called `key` is a dotted path: "a.b" is the child b of the child a. A parameter called `name`
-/// is the literal name of a child, dots included.
+/// is the literal name of a child, dots included. Both may be texts of the store itself, such as the path
+/// text that a push returned.
 ///
-/// Belongs to one thread at a time. Neither copied nor moved, since the path refers into the tree.
+/// Where an operation does not say what it throws, that is std::bad_alloc alone. Belongs to one thread at a
+/// time. Neither copied nor moved, since the path refers into the tree.
 class ORVANTIS_API SettingsManager : public LoggedComponent {
  public:
   using Tree = boost::property_tree::ptree;
@@ -34,6 +37,7 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
   /// Deepest nesting of a JSON document that is read or written.
   static constexpr int MAX_DEPTH = 64;
 
+  /// An empty document, with the root entered.
   SettingsManager();
   SettingsManager(const SettingsManager&) = delete;
   SettingsManager& operator=(const SettingsManager&) = delete;
@@ -51,7 +55,7 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
   bool loadStream(std::istream& in, const std::string& format);
 
   /// Why the last `loadStream` failed; empty after a good one.
-  const std::string& getLoadError() const;
+  const std::string& getLoadError() const noexcept;
 
   /// Writes the whole document, whatever the current path.
   ///
@@ -62,15 +66,16 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
   /// @return false when the format is unknown, when the document could not be read again since a node holds
   ///   both a value and children, a text is not UTF-8 or the nesting, lists included, exceeds MAX_DEPTH
   ///   (nothing is written then), or when the stream fails.
+  /// @throws std::ios_base::failure when the stream fails and is set to throw
   bool saveStream(std::ostream& out, const std::string& format) const;
 
   /// The document's root. Valid as long as the store.
-  const Tree& getTree() const;
+  const Tree& getTree() const noexcept;
 
-  /// Whether the current node has a child of that name.
+  /// Whether the current node has a child of that name. Throws nothing.
   bool exists(const std::string& name) const;
   /// How many children of that name the current node has. Asked again after each step of a list it costs a
-  /// look-up, not a walk.
+  /// look-up, not a walk, except inside a subtree that `putChild` stored.
   int getChildCount(const std::string& name) const;
 
   /// Enters the first child of that name, creating an empty one when there is none (on a read too).
@@ -84,14 +89,16 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
   /// @throws std::out_of_range for any other index, std::invalid_argument for a node; the path is then
   ///   unchanged
   const std::string& pathPush(const std::string& name, int index, Tree* node);
-  /// Leaves the node entered last; at the root it changes nothing.
+  /// Leaves the node entered last; at the root it changes nothing. Throws nothing.
   /// @return the new path text
   const std::string& pathPop();
 
-  /// The first child of that name, or none. Valid until the tree changes.
+  /// The first child of that name, or none. Valid until the tree changes. Throws nothing.
   boost::optional<const Tree&> getChildOptional(const std::string& name) const;
   /// Stores a copy of a subtree as the first child of that name, in place of what was there or at the end.
-  /// @return the stored node, valid until the tree changes; do not change it while the path is inside it
+  /// @return the stored node, valid until `putChild` or `loadStream` replaces it. A change made through it is
+  ///   seen by every later call, so nothing is remembered of lists inside it: walking one of n entries by
+  ///   position costs n * n / 4 short steps there. The nodes that the path has entered must not be erased.
   Tree& putChild(const std::string& name, const Tree& child);
 
   /// Required read; T is std::string, double, int or bool (these four are built into the library).
@@ -108,7 +115,7 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
   /// Appends a child of that key, also when there are some already.
   void add(const std::string& key, const std::string& value);
   /// The value of child number `index`, in document order, among the current node's children of that name.
-  /// @throws boost::property_tree::ptree_error when there is no such child
+  /// @throws boost::property_tree::ptree_error when there is no such child, a negative index included
   std::string getIndexedValue(const std::string& name, int index) const;
 
  private:
@@ -121,10 +128,14 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
   struct PathEntry {
     Tree* node;
     std::size_t outerPathLength;
+    bool
+        isLent;  // inside a subtree whose reference `putChild` gave away, so that its lists can change unseen
     ChildList list;
   };
 
   Tree& current() const { return *path_.back().node; }
+  Tree* firstChild(const std::string& name) const;
+  Tree* childAt(const std::string& name, int index) const;
   const std::vector<Tree*>& childrenNamed(const std::string& name) const;
   const std::string& enter(Tree* node, const std::string& name);
   Tree* append(const std::string& name);
@@ -137,6 +148,7 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
   std::string loadError_;
   // What text and children alone do not say about how a node is written; most nodes need no entry.
   std::unordered_map<const Tree*, unsigned char> notation_;
+  std::unordered_set<const Tree*> lent_;  // the roots of such subtrees
 };
 
 }  // namespace orvantis

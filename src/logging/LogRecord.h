@@ -28,7 +28,7 @@ class LogRecord {
   }
 
   std::ostream& stream() { return text_; }
-  void emit() { logger_.log(level_, text_.view()); }
+  void emit() { logger_.log(level_, text_.str()); }
 
  private:
   spdlog::logger& logger_;

@@ -21,11 +21,16 @@ struct LoggingManager::Registry {
     Logger logger;
   };
 
+  const spdlog::sink_ptr defaultSink = std::make_shared<spdlog::sinks::stderr_sink_mt>();
   // The sinks that all loggers share; the sink of sinks brings the lock.
-  std::shared_ptr<spdlog::sinks::dist_sink_mt> sinks = std::make_shared<spdlog::sinks::dist_sink_mt>(
-      std::vector<spdlog::sink_ptr>{std::make_shared<spdlog::sinks::stderr_sink_mt>()});
+  std::shared_ptr<spdlog::sinks::dist_sink_mt> sinks =
+      std::make_shared<spdlog::sinks::dist_sink_mt>(std::vector<spdlog::sink_ptr>{defaultSink});
   std::mutex mutex;
   std::map<std::string, std::unique_ptr<Entry>> entries;
+  // Guards the flag alone. A sink may ask for a logger, so the lock of the sinks is not taken inside the
+  // mutex above.
+  std::mutex defaultSinkMutex;
+  bool hasDefaultSink = true;
 };
 
 LoggingManager& LoggingManager::getInstance() {
@@ -51,11 +56,11 @@ Logger& LoggingManager::getLogger(const std::string& name) {
   return entry->logger;
 }
 
-void LoggingManager::setLevel(LogLevel level) {
+void LoggingManager::setLevel(LogLevel level) noexcept {
   detail::currentLogLevel.store(level, std::memory_order_relaxed);
 }
 
-LogLevel LoggingManager::getLevel() const {
+LogLevel LoggingManager::getLevel() const noexcept {
   return detail::currentLogLevel.load(std::memory_order_relaxed);
 }
 
@@ -67,6 +72,20 @@ void LoggingManager::addSink(std::shared_ptr<spdlog::sinks::sink> sink) {
 
 void LoggingManager::removeSink(const std::shared_ptr<spdlog::sinks::sink>& sink) {
   registry_->sinks->remove_sink(sink);
+}
+
+void LoggingManager::removeDefaultSink() {
+  const std::lock_guard lock(registry_->defaultSinkMutex);
+  registry_->sinks->remove_sink(registry_->defaultSink);
+  registry_->hasDefaultSink = false;
+}
+
+void LoggingManager::addDefaultSink() {
+  const std::lock_guard lock(registry_->defaultSinkMutex);
+  if (!registry_->hasDefaultSink) {
+    registry_->sinks->add_sink(registry_->defaultSink);
+    registry_->hasDefaultSink = true;
+  }
 }
 
 }  // namespace orvantis

@@ -60,7 +60,7 @@ bool needsQuotedFlag(std::string_view text) {
 bool isListName(std::string_view name) {
   static constexpr std::array<std::string_view, 7> names = {
       "Point", "ExclusionZone", "EvaluationField", "Zone", "lidar", "Zone3d", "CounterLine"};
-  return std::ranges::find(names, name) != names.end();
+  return std::find(names.begin(), names.end(), name) != names.end();
 }
 
 }  // namespace orvantis::json

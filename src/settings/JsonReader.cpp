@@ -15,6 +15,8 @@
 
 #include <settings/SettingsManager.h>
 
+#include "settings/JsonExponent.h"
+
 namespace orvantis::json {
 namespace {
 
@@ -25,8 +27,9 @@ using boost::property_tree::ptree;
 // What a handler answers to an event: that the parser shall read on. Only the parser itself refuses a text.
 using ReadOn = std::true_type;
 
-// Receives the parser's events and lets them pass, which is enough to check a text. The names are the
-// parser's. Sets no limits of its own: sizes are the caller's business and the depth is the parser's.
+// Receives the parser's events and lets them pass, which is enough to check a text. Notes when the parser
+// stops inside a number. The names are the parser's. Sets no limits of its own: sizes are the caller's
+// business and the depth is the parser's.
 struct Checker {
   static constexpr std::size_t max_array_size = std::numeric_limits<std::size_t>::max();
   static constexpr std::size_t max_object_size = std::numeric_limits<std::size_t>::max();
@@ -43,7 +46,10 @@ struct Checker {
   ReadOn on_key(string_view, std::size_t, error_code&) { return {}; }
   ReadOn on_string_part(string_view, std::size_t, error_code&) { return {}; }
   ReadOn on_string(string_view, std::size_t, error_code&) { return {}; }
-  ReadOn on_number_part(string_view, error_code&) { return {}; }
+  ReadOn on_number_part(string_view, error_code&) {
+    isInNumber = true;
+    return {};
+  }
   ReadOn on_int64(std::int64_t, string_view, error_code&) { return {}; }
   ReadOn on_uint64(std::uint64_t, string_view, error_code&) { return {}; }
   ReadOn on_double(double, string_view, error_code&) { return {}; }
@@ -52,6 +58,8 @@ struct Checker {
   // Comments are not JSON, so the parser never reports one.
   ReadOn on_comment_part(string_view, error_code&) { return {}; }
   ReadOn on_comment(string_view, error_code&) { return {}; }
+
+  bool isInNumber = false;
 };
 
 // Grows the tree from the events that carry something.
@@ -111,7 +119,10 @@ class TreeBuilder : public Checker {
     return {};
   }
 
-  ReadOn on_number_part(string_view part, error_code&) { return addText(part); }
+  ReadOn on_number_part(string_view part, error_code& error) {
+    Checker::on_number_part(part, error);
+    return addText(part);
+  }
   ReadOn on_int64(std::int64_t, string_view rest, error_code&) { return addNumber(rest); }
   ReadOn on_uint64(std::uint64_t, string_view rest, error_code&) { return addNumber(rest); }
   ReadOn on_double(double, string_view rest, error_code&) { return addNumber(rest); }
@@ -192,6 +203,28 @@ boost::json::parse_options strictOptions() {
   return options;
 }
 
+// Gives the parser a text, and of an exponent that it would refuse the first digits only: the others, of
+// which the value that it makes is not used, go to its handler alone. Returns how much of the text was read.
+template <typename Handler>
+std::size_t feed(boost::json::basic_parser<Handler>& parser, std::string_view text, bool more,
+                 error_code& error) {
+  std::size_t used = 0;
+  Part digits = findLongExponent(text, 0);
+  while (digits.begin < text.size()) {
+    parser.handler().isInNumber = false;
+    used += parser.write_some(true, text.data() + used, digits.begin - used, error);
+    if (error || used < digits.begin) {
+      return used;
+    }
+    if (parser.handler().isInNumber) {  // and not in a string
+      parser.handler().on_number_part(text.substr(digits.begin, digits.end - digits.begin), error);
+      used = digits.end;
+    }
+    digits = findLongExponent(text, digits.end);
+  }
+  return used + parser.write_some(more, text.data() + used, text.size() - used, error);
+}
+
 // Line and column of the next character.
 struct Position {
   std::size_t line = 1;
@@ -246,15 +279,19 @@ std::string read(std::istream& in, Document& document) {
   // Not on the stack beside the parser: the parser returns its own address for "stopped early", and the end
   // of the block must not be that address.
   std::vector<char> block(16384);
+  std::size_t held = 0;  // bytes at the start of the block that the parser has not got yet
   Position at;
   bool first = true;
   while (in) {
+    if (held == block.size()) {
+      block.resize(2 * block.size());
+    }
     try {
-      in.read(block.data(), static_cast<std::streamsize>(block.size()));
+      in.read(block.data() + held, static_cast<std::streamsize>(block.size() - held));
     } catch (const std::ios_base::failure&) {
       // A host may have asked its stream to throw, also at the end; the state says what happened.
     }
-    std::string_view text(block.data(), static_cast<std::size_t>(in.gcount()));
+    std::string_view text(block.data(), held + static_cast<std::size_t>(in.gcount()));
     if (first) {
       text = withoutByteOrderMark(text);
       first = false;
@@ -262,15 +299,18 @@ std::string read(std::istream& in, Document& document) {
     if (text.empty()) {
       break;
     }
+    const std::string_view ready = in ? text.substr(0, endOfLastToken(text)) : text;
     error_code error;
-    const std::size_t used = parser.write_some(true, text.data(), text.size(), error);
-    at.advance(text.substr(0, used));
-    if (!error && used < text.size()) {
+    const std::size_t used = feed(parser, ready, true, error);
+    at.advance(ready.substr(0, used));
+    if (!error && used < ready.size()) {
       error = boost::json::error::extra_data;
     }
     if (error) {
       return describe(error, at);
     }
+    held = text.size() - ready.size();
+    std::memmove(block.data(), ready.data() + ready.size(), held);
   }
   if (!in.eof()) {
     return "the stream cannot be read";
@@ -283,7 +323,7 @@ std::string read(std::istream& in, Document& document) {
 bool isReadable(std::string_view text) {
   boost::json::basic_parser<Checker> parser(strictOptions());
   error_code error;
-  return parser.write_some(false, text.data(), text.size(), error) == text.size() && !error;
+  return feed(parser, text, false, error) == text.size() && !error;
 }
 
 void copy(const ptree& from, ptree& to) {

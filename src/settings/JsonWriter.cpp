@@ -1,7 +1,11 @@
 #include "settings/JsonWriter.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include <settings/SettingsManager.h>
 
@@ -9,6 +13,31 @@ namespace orvantis::json {
 namespace {
 
 using boost::property_tree::ptree;
+
+using Nodes = std::vector<const ptree*>;
+// The children of each name that stands more than once, by the one that the search by name finds first.
+using Lists = std::unordered_map<const ptree*, Nodes>;
+
+// In document order, which the search by name does not keep when a host has sorted the children or put one in
+// front.
+Lists repeatedIn(const ptree& node) {
+  Lists lists;
+  for (const auto& [name, child] : node) {
+    const auto [begin, end] = node.equal_range(name);
+    if (std::next(begin) != end) {
+      lists[&begin->second].push_back(&child);
+    }
+  }
+  return lists;
+}
+
+Nodes childrenOf(const ptree& node) {
+  Nodes children;
+  for (const ptree::value_type& child : node) {
+    children.push_back(&child.second);
+  }
+  return children;
+}
 
 class TreeWriter {
  public:
@@ -38,8 +67,9 @@ class TreeWriter {
       return false;
     }
     const bool isArray = (flags(node) & Array) != 0 &&
-                         std::ranges::all_of(node, [](const auto& child) { return child.first.empty(); });
-    return isArray ? writeElements(node.begin(), node.end(), depth + 1) : writeMembers(node, depth + 1);
+                         std::all_of(node.begin(), node.end(),
+                                     [](const ptree::value_type& child) { return child.first.empty(); });
+    return isArray ? writeElements(childrenOf(node), depth + 1) : writeMembers(node, depth + 1);
   }
 
   void writeLeaf(const std::string& value, bool bare) {
@@ -54,21 +84,29 @@ class TreeWriter {
     const bool oneLine = isShort(node);
     text_ += '{';
     bool first = true;
-    for (auto child = node.begin(); child != node.end(); ++child) {
-      const auto [begin, end] = node.equal_range(child->first);
-      if (node.to_iterator(begin) != ptree::const_iterator(child)) {
-        continue;  // written with the first of its name
+    Lists lists;
+    for (const auto& [name, child] : node) {
+      const auto [begin, end] = node.equal_range(name);
+      Nodes list;
+      if (std::next(begin) != end) {
+        if (lists.empty()) {
+          lists = repeatedIn(node);
+        }
+        list = std::move(lists[&begin->second]);
+        if (list.empty()) {
+          continue;  // written with the first of its name
+        }
+      } else if (isListName(name) || (flags(child) & OneElementList) != 0) {
+        list = {&child};
       }
       separate(first, oneLine, depth);
-      writeString(child->first);
+      writeString(name);
       text_ += ": ";
-      const std::size_t count = node.count(child->first);
-      const bool isList =
-          count > 1 || isListName(child->first) || (flags(child->second) & OneElementList) != 0;
+      const bool isList = !list.empty();
       if (isList && depth >= SettingsManager::MAX_DEPTH) {
         return false;
       }
-      if (!(isList ? writeElements(begin, end, depth + 1) : writeValue(child->second, depth))) {
+      if (!(isList ? writeElements(list, depth + 1) : writeValue(child, depth))) {
         return false;
       }
     }
@@ -76,13 +114,12 @@ class TreeWriter {
     return true;
   }
 
-  template <typename Iterator>
-  bool writeElements(Iterator begin, Iterator end, int depth) {
+  bool writeElements(const Nodes& elements, int depth) {
     text_ += '[';
     bool first = true;
-    for (Iterator element = begin; element != end; ++element) {
+    for (const ptree* element : elements) {
       separate(first, false, depth);
-      if (!writeValue(element->second, depth)) {
+      if (!writeValue(*element, depth)) {
         return false;
       }
     }
@@ -92,7 +129,8 @@ class TreeWriter {
 
   // A point and its like read best on one line.
   bool isShort(const ptree& node) const {
-    return node.size() <= 2 && std::ranges::all_of(node, [this, &node](const auto& child) {
+    return node.size() <= 2 &&
+           std::all_of(node.begin(), node.end(), [this, &node](const ptree::value_type& child) {
              return child.second.empty() && flags(child.second) == 0 && !isListName(child.first) &&
                     node.count(child.first) == 1;
            });

@@ -8,6 +8,7 @@
 #include <logging/LoggingManager.h>
 #include <settings/SettingsManager.h>
 
+#include "settings/ChildSearch.h"
 #include "settings/JsonNotation.h"
 #include "settings/JsonReader.h"
 #include "settings/JsonWriter.h"
@@ -99,7 +100,7 @@ void forEachNode(const ptree& root, const Visit& visit) {
 
 const std::string SettingsManager::JSON = "json";
 
-SettingsManager::SettingsManager() : path_{{&root_, 0, {}}} {
+SettingsManager::SettingsManager() : path_{{&root_, 0, false, {}}} {
   logger_ = LoggingManager::getInstance().getLogger("SettingsManager");
 }
 
@@ -117,6 +118,7 @@ bool SettingsManager::loadStream(std::istream& in, const std::string& format) {
   if (loadError_.empty()) {
     document.moveRootTo(root_);
     notation_.swap(document.notation);
+    lent_.clear();
     path_.erase(path_.begin() + 1, path_.end());
     path_.front().list.known = false;
     pathText_.clear();
@@ -124,7 +126,7 @@ bool SettingsManager::loadStream(std::istream& in, const std::string& format) {
   return loadError_.empty();
 }
 
-const std::string& SettingsManager::getLoadError() const {
+const std::string& SettingsManager::getLoadError() const noexcept {
   return loadError_;
 }
 
@@ -138,7 +140,7 @@ bool SettingsManager::saveStream(std::ostream& out, const std::string& format) c
   return out.good();
 }
 
-const ptree& SettingsManager::getTree() const {
+const ptree& SettingsManager::getTree() const noexcept {
   return root_;
 }
 
@@ -147,12 +149,13 @@ bool SettingsManager::exists(const std::string& name) const {
 }
 
 int SettingsManager::getChildCount(const std::string& name) const {
-  return static_cast<int>(childrenNamed(name).size());
+  return static_cast<int>(path_.back().isLent ? json::countNamed(current(), name)
+                                              : childrenNamed(name).size());
 }
 
 const std::string& SettingsManager::pathPush(const std::string& name) {
-  const auto child = current().find(name);
-  return enter(child != current().not_found() ? &child->second : append(name), name);
+  ptree* const child = firstChild(name);
+  return enter(child != nullptr ? child : append(name), name);
 }
 
 const std::string& SettingsManager::pathPush(const std::string& name, int index, ptree* node) {
@@ -162,13 +165,15 @@ const std::string& SettingsManager::pathPush(const std::string& name, int index,
   if (index == -1) {
     return pathPush(name);
   }
-  const std::vector<ptree*>& children = childrenNamed(name);
-  if (index < 0 || static_cast<std::size_t>(index) > children.size()) {
-    throw std::out_of_range("index " + std::to_string(index) + " of " + name + " is outside 0.." +
-                            std::to_string(children.size()));
+  ptree* const child = childAt(name, index);
+  if (child != nullptr) {
+    return enter(child, name);
   }
-  const auto position = static_cast<std::size_t>(index);
-  return enter(position < children.size() ? children[position] : append(name), name);
+  if (const int count = getChildCount(name); index != count) {
+    throw std::out_of_range("index " + std::to_string(index) + " of " + name + " is outside 0.." +
+                            std::to_string(count));
+  }
+  return enter(append(name), name);
 }
 
 const std::string& SettingsManager::pathPop() {
@@ -180,11 +185,8 @@ const std::string& SettingsManager::pathPop() {
 }
 
 boost::optional<const ptree&> SettingsManager::getChildOptional(const std::string& name) const {
-  const auto child = std::as_const(current()).find(name);
-  if (child == std::as_const(current()).not_found()) {
-    return boost::none;
-  }
-  return child->second;
+  const ptree* const child = firstChild(name);
+  return child != nullptr ? boost::optional<const ptree&>(*child) : boost::none;
 }
 
 ptree& SettingsManager::putChild(const std::string& name, const ptree& child) {
@@ -198,11 +200,14 @@ ptree& SettingsManager::putChild(const std::string& name, const ptree& child) {
       copy.notation[&node] = json::Quoted;
     }
   });
-  const auto existing = current().find(name);
-  ptree& stored = existing != current().not_found() ? existing->second : *append(name);
+  ptree* const existing = firstChild(name);
+  ptree& stored = existing != nullptr ? *existing : *append(name);
   std::vector<const ptree*> replaced;
   forEachNode(stored, [&](const ptree& node) { replaced.push_back(&node); });
   notation_.reserve(notation_.size() + copy.notation.size());
+  if (!path_.back().isLent) {
+    lent_.insert(&stored);
+  }
 
   for (const ptree* node : replaced) {
     notation_.erase(node);
@@ -255,12 +260,33 @@ void SettingsManager::add(const std::string& key, const std::string& value) {
 }
 
 std::string SettingsManager::getIndexedValue(const std::string& name, int index) const {
-  const std::vector<ptree*>& children = childrenNamed(name);
-  if (index < 0 || static_cast<std::size_t>(index) >= children.size()) {
+  const ptree* const child = childAt(name, index);
+  if (child == nullptr) {
     throw boost::property_tree::ptree_error("Cannot access " + std::to_string(index) + " with node named " +
                                             name);
   }
-  return children[static_cast<std::size_t>(index)]->data();
+  return child->data();
+}
+
+ptree* SettingsManager::firstChild(const std::string& name) const {
+  if (path_.back().isLent) {
+    return json::findNamed(current(), name, 0);
+  }
+  const auto child = current().find(name);
+  return child != current().not_found() ? &child->second : nullptr;
+}
+
+// Null when there is none.
+ptree* SettingsManager::childAt(const std::string& name, int index) const {
+  if (index < 0) {
+    return nullptr;
+  }
+  const auto position = static_cast<std::size_t>(index);
+  if (path_.back().isLent) {
+    return json::findNamed(current(), name, position);
+  }
+  const std::vector<ptree*>& children = childrenNamed(name);
+  return position < children.size() ? children[position] : nullptr;
 }
 
 const std::vector<ptree*>& SettingsManager::childrenNamed(const std::string& name) const {
@@ -280,13 +306,15 @@ const std::vector<ptree*>& SettingsManager::childrenNamed(const std::string& nam
 
 const std::string& SettingsManager::enter(ptree* node, const std::string& name) {
   const std::size_t outerPathLength = pathText_.size();
+  const std::size_t nameLength = name.size();  // the name may be the path text itself, which grows here
   const bool isBelowRoot = path_.size() == 1;
-  path_.push_back({node, outerPathLength, {}});
+  const bool isLent = path_.back().isLent || lent_.find(node) != lent_.end();
+  path_.push_back({node, outerPathLength, isLent, {}});
   try {
     if (!isBelowRoot) {
       pathText_ += '.';
     }
-    pathText_ += name;
+    pathText_.append(name, 0, nameLength);
   } catch (...) {
     pathText_.resize(outerPathLength);
     path_.pop_back();
@@ -300,6 +328,8 @@ ptree* SettingsManager::append(const std::string& name) {
   const bool extendsList = list.known && list.name == name;
   list.known = list.known && !extendsList;
   ptree* node = &appendTo(current(), name);
+  // A node that was erased through a reference may have had this address, and left its notation.
+  notation_.erase(node);
   if (extendsList) {
     list.children.push_back(node);
     list.known = true;

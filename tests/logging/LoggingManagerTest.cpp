@@ -162,6 +162,48 @@ TEST(LoggingManager, TheDefaultSinkWritesToStandardError) {
   EXPECT_NE(written.find("limit of 18 bytes\n"), std::string::npos) << written;
 }
 
+// What a record writes to standard error.
+std::string errorOutputOf(const std::string& text) {
+  ::testing::internal::CaptureStderr();
+  Logger().errorStream().write(text);
+  return ::testing::internal::GetCapturedStderr();
+}
+
+// Puts the default sink back, whatever the test did.
+class DefaultSink : public ::testing::Test {
+ protected:
+  void TearDown() override { manager().addDefaultSink(); }
+};
+
+TEST_F(DefaultSink, WritesNothingWhileItIsRemovedAndTheOthersGoOn) {
+  const LogCapture log;
+  manager().removeDefaultSink();
+  EXPECT_EQ(errorOutputOf("1"), "");
+  manager().removeDefaultSink();
+  EXPECT_EQ(errorOutputOf("2"), "");
+  EXPECT_EQ(log.texts(LogLevel::Error), (Texts{"1", "2"}));
+}
+
+TEST_F(DefaultSink, WritesEachRecordOnceWhenItIsBackHoweverOftenThatWasAskedFor) {
+  const LogCapture log;
+  manager().addDefaultSink();
+  manager().removeDefaultSink();
+  EXPECT_EQ(errorOutputOf("removed"), "");
+  manager().addDefaultSink();
+  manager().addDefaultSink();
+  const std::string written = errorOutputOf("back");
+  EXPECT_NE(written.find("back\n"), std::string::npos) << written;
+  EXPECT_EQ(written.find("back"), written.rfind("back")) << written;
+  EXPECT_EQ(log.texts(LogLevel::Error), (Texts{"removed", "back"}));
+}
+
+TEST_F(DefaultSink, MayBeRemovedWithNoOtherSinkThere) {
+  manager().removeDefaultSink();
+  EXPECT_EQ(errorOutputOf("to nobody"), "");
+  manager().addDefaultSink();
+  EXPECT_NE(errorOutputOf("heard"), "");
+}
+
 TEST(LoggingManager, AFailingSinkDoesNotReachTheOneWhoLogs) {
   for (const bool throwsNumber : {false, true}) {
     const auto sink = std::make_shared<FailingSink>(throwsNumber);

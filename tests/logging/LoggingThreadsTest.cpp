@@ -1,4 +1,5 @@
 #include <atomic>
+#include <barrier>
 #include <memory>
 #include <set>
 #include <sstream>
@@ -23,7 +24,10 @@ using testing::Record;
 class LoggingThreads : public ::testing::Test {
  protected:
   void SetUp() override { ::testing::internal::CaptureStderr(); }
-  void TearDown() override { ::testing::internal::GetCapturedStderr(); }
+  void TearDown() override {
+    LoggingManager::getInstance().addDefaultSink();
+    ::testing::internal::GetCapturedStderr();
+  }
 };
 
 std::string loggerName(int writer) {
@@ -55,6 +59,14 @@ TEST_F(LoggingThreads, RecordsOfManyThreadsArriveWholeWhileSinksComeAndGo) {
       manager.removeSink(sink);
     }
   });
+  for (int i = 0; i < 2; ++i) {
+    threads.emplace_back([&manager, &running] {
+      while (running > 0) {
+        manager.removeDefaultSink();
+        manager.addDefaultSink();
+      }
+    });
+  }
   threads.emplace_back([&manager, &running] {
     while (running > 0) {
       manager.setLevel(LogLevel::Trace);
@@ -76,6 +88,40 @@ TEST_F(LoggingThreads, RecordsOfManyThreadsArriveWholeWhileSinksComeAndGo) {
     EXPECT_EQ(record.logger, i % 2 == 0 ? loggerName(writer) : "");
   }
   EXPECT_EQ(next, std::vector<int>(writers, recordsEach));
+}
+
+TEST_F(LoggingThreads, TheDefaultSinkIsThereOnceAfterManyPutItBack) {
+  constexpr int rounds = 2000;
+  constexpr int count = 3;
+  LoggingManager& manager = LoggingManager::getInstance();
+  std::barrier start(count + 1);
+  std::barrier done(count + 1);
+  std::vector<std::thread> threads;
+  for (int i = 0; i < count; ++i) {
+    threads.emplace_back([&] {
+      for (int round = 0; round < rounds; ++round) {
+        start.arrive_and_wait();
+        manager.addDefaultSink();
+        done.arrive_and_wait();
+      }
+    });
+  }
+  for (int round = 0; round < rounds; ++round) {
+    manager.removeDefaultSink();
+    start.arrive_and_wait();
+    done.arrive_and_wait();
+    Logger().errorStream().write("once");
+  }
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
+  const std::string written = ::testing::internal::GetCapturedStderr();
+  ::testing::internal::CaptureStderr();
+  int records = 0;
+  for (auto at = written.find("once"); at != std::string::npos; at = written.find("once", at + 1)) {
+    ++records;
+  }
+  EXPECT_EQ(records, rounds);
 }
 
 TEST_F(LoggingThreads, ManyThreadsGetTheSameLoggerForOneName) {

@@ -18,9 +18,8 @@ namespace {
 using testing::loadText;
 using testing::saveText;
 
-// RFC 8259 as a recogniser of one function for each rule; nothing in it is shared with the reader. Two things
-// the RFC leaves open: escapes of lone surrogates are refused, and `hasHugeExponent` tells of exponents that
-// a reader may refuse.
+// RFC 8259 as a recogniser of one function for each rule; nothing in it is shared with the reader. One thing
+// the RFC leaves open: escapes of lone surrogates are refused.
 class Recogniser {
  public:
   explicit Recogniser(std::string_view text) : text_(text) {}
@@ -31,8 +30,6 @@ class Recogniser {
     }
     return value(0) && at_ == text_.size();
   }
-
-  bool hasHugeExponent() const { return hasHugeExponent_; }
 
  private:
   static constexpr int maxDepth = 64;
@@ -80,10 +77,7 @@ class Recogniser {
     }
     if (takeAny("eE")) {
       takeAny("+-");
-      const std::size_t exponent = at_;
-      const bool isWhole = digits();
-      hasHugeExponent_ = hasHugeExponent_ || at_ - exponent > 8;
-      return isWhole;
+      return digits();
     }
     return true;
   }
@@ -231,7 +225,6 @@ class Recogniser {
 
   std::string_view text_;
   std::size_t at_ = 0;
-  bool hasHugeExponent_ = false;
 };
 
 using Random = std::mt19937_64;
@@ -240,6 +233,7 @@ std::string randomString(Random& random) {
   static constexpr std::array pieces = {"a",
                                         "zone",
                                         "7",
+                                        "1e12345678901",
                                         "-1.5",
                                         "true",
                                         "\\n",
@@ -261,8 +255,10 @@ std::string randomString(Random& random) {
 
 // A valid document.
 std::string randomValue(Random& random, int depth) {
-  static constexpr std::array numbers = {"0",   "-0",  "7",        "-12",
-                                         "0.5", "1e5", "-1.25E-3", "123456789012345678901234567890"};
+  static constexpr std::array numbers = {
+      "0",        "-0",           "7",           "-12",           "0.5",
+      "1e5",      "-1.25E-3",     "1e999999999", "1E+2147483648", "-0e-99999999999999999999",
+      "0e123456", "1e0000000001", "1.5e1234567", "123456789e123", "123456789012345678901234567890"};
   static constexpr std::array keys = {"\"a\"", "\"b\"", "\"Zone\"", "\"Point\"", "\"\"", "\"a.b\"", "\"1\""};
   static constexpr std::array spaces = {"", " ", "\n", "\t\r\n "};
   const auto space = [&random] { return std::string(spaces[random() % spaces.size()]); };
@@ -355,11 +351,7 @@ TEST(JsonRandom, DamagedDocumentsAreReadExactlyWhenTheyAreStillJson) {
   for (int i = 0; i < 40000; ++i) {
     std::string text = randomValue(random, 3);
     damage(text, random);
-    Recogniser recogniser(text);
-    const bool expected = recogniser.isDocument();
-    if (recogniser.hasHugeExponent()) {
-      continue;
-    }
+    const bool expected = Recogniser(text).isDocument();
     (expected ? stillValid : broken) += 1;
     ASSERT_EQ(reads(text), expected) << '\'' << text << '\'';
   }

@@ -106,6 +106,29 @@ TEST(Path, APushOfAMissingChildCreatesAnEmptyOneAtTheEndAndLogsNothing) {
   EXPECT_EQ(settings.get<int>("z"), 1);
 }
 
+TEST(Path, ATextOfTheStoreMayBeTheNameToPush) {
+  SettingsManager settings;
+  const std::string& path = settings.pathPush("a");
+  EXPECT_EQ(settings.pathPush(path), "a.a");
+  EXPECT_EQ(settings.pathPush(path), "a.a.a.a") << "the name is the one that the text was before the push";
+  EXPECT_EQ(settings.pathPush(path, 0, nullptr), "a.a.a.a.a.a.a.a");
+  settings.put<int>("x", 1);
+  settings.pathPop();
+  EXPECT_EQ(settings.pathPop(), "a.a");
+  EXPECT_TRUE(settings.exists("a.a")) << "one name of three characters";
+  EXPECT_EQ(settings.pathPop(), "a");
+  EXPECT_EQ(settings.pathPop(), "");
+  EXPECT_EQ(settings.pathPush(settings.getTree().front().first), "a");
+}
+
+TEST(Path, TheTextOfTheRootIsTheEmptyName) {
+  SettingsManager settings;
+  const std::string& path = settings.pathPop();
+  EXPECT_EQ(settings.pathPush(path), "");
+  EXPECT_EQ(settings.pathPush("x"), ".x");
+  EXPECT_TRUE(settings.getTree().front().first.empty());
+}
+
 TEST(IndexedPush, EntersTheChildOfThatNumberInDocumentOrder) {
   SettingsManager settings;
   loadText(settings, R"({"a": {"x": 0}, "b": {"x": 10}, "a": {"x": 1}, "b": {"x": 11}, "a": {"x": 2}})");
@@ -149,6 +172,22 @@ TEST(IndexedPush, MinusOneEntersAsThePlainPushDoes) {
   EXPECT_EQ(settings.get<int>("x"), 1);
   settings.pathPop();
   EXPECT_EQ(settings.getChildCount("a"), 2);
+}
+
+TEST(IndexedPush, MinusOneEntersTheFirstOfSeveralAndCountsNothing) {
+  SettingsManager settings;
+  loadText(settings, R"({"a": [{"x": 1}, {"x": 2}, {"x": 3}]})");
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(settings.pathPush("a", -1, nullptr), "a");
+    EXPECT_EQ(settings.get<int>("x"), 1);
+    settings.pathPop();
+    EXPECT_EQ(settings.getChildCount("a"), 3);
+  }
+  EXPECT_EQ(settings.pathPush("b", -1, nullptr), "b");
+  settings.pathPop();
+  EXPECT_EQ(settings.pathPush("b", -1, nullptr), "b");
+  settings.pathPop();
+  EXPECT_EQ(settings.getChildCount("b"), 1) << "a missing child is made once";
 }
 
 TEST(IndexedPush, AnyOtherIndexNamesItselfAndTheRangeAndChangesNothing) {
