@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "document/Configuration.h"
+#include "document/Check.h"
 #include "session/EventText.h"
 #include "session/Session.h"
 #include "session/SessionSummary.h"
@@ -43,7 +43,7 @@ using Lines = std::vector<std::string>;
 const Points noPoints = filter::classify::PointsView<float>();
 
 TEST(Session, WhoIsOutOfSightIsLostInTimeWhilePointsGoOn) {
-  Session session(loadConfiguration(site));
+  Session session(check(site).configuration.value());
   SessionSummary summary;
   const std::vector<TrackedObject> seen = {person(7, 5.0, 5.0)};
   summary.add(session.take(0s, std::nullopt, &seen));
@@ -52,13 +52,13 @@ TEST(Session, WhoIsOutOfSightIsLostInTimeWhilePointsGoOn) {
   summary.add(frame);
   EXPECT_EQ(linesOf(frame),
             Lines{R"(     2.000 s  person 7 lost in zone 0/0 "Box" after 0.000 s, last seen at 0.000 s)"});
-  const FieldZone box = zonesOf(loadConfiguration(site).detector)[0];
+  const FieldZone box = zonesOf(check(site).configuration.value().detector)[0];
   EXPECT_EQ(summary.of(box, session.objects()).visits, 1U);
   EXPECT_EQ(summary.of(box, session.objects()).longestDwell, Duration(0));
 }
 
 TEST(Session, AFrameOfObjectsAtTheSameStampLosesOnlyOnce) {
-  Session session(loadConfiguration(site));
+  Session session(check(site).configuration.value());
   const std::vector<TrackedObject> seen = {person(7, 5.0, 5.0)};
   session.take(0s, std::nullopt, &seen);
   const std::vector<TrackedObject> none;
@@ -69,7 +69,7 @@ TEST(Session, AFrameOfObjectsAtTheSameStampLosesOnlyOnce) {
 TEST(Session, ForgetsAfterTheGivenTime) {
   SessionOptions options;
   options.forgetAfter = 500ms;
-  Session session(loadConfiguration(site), options);
+  Session session(check(site).configuration.value(), options);
   const std::vector<TrackedObject> seen = {person(7, 5.0, 5.0)};
   session.take(0s, std::nullopt, &seen);
   EXPECT_EQ(session.take(500ms, noPoints, nullptr).lost.size(), 1U);
@@ -80,7 +80,7 @@ TEST(Session, TakesTheClearanceAndTheLargestSpeed) {
   const std::vector<TrackedObject> before = {person(7, 5.0, 4.0)};
   const std::vector<TrackedObject> after = {person(7, 5.0, 6.0)};
   const auto crossings = [&](const SessionOptions& options) {
-    Session session(loadConfiguration(site), options);
+    Session session(check(site).configuration.value(), options);
     session.take(0s, std::nullopt, &before);
     return session.take(1s, std::nullopt, &after).events.size();
   };
@@ -99,16 +99,16 @@ TEST(Session, TheActiveFieldDrivesTheOutputs) {
   const Points points = filter::classify::PointsView<float>::interleaved(point.data(), 12, 1);
   SessionOptions options;
   options.activeField = 3;
-  Session session(loadConfiguration(site), options);
+  Session session(check(site).configuration.value(), options);
   const SessionFrame frame = session.take(0s, points, nullptr);
   EXPECT_EQ(linesOf(frame).back(), "     0.000 s  outputs of field 3: low low high");
   options.activeField = 8;
-  EXPECT_THROW(Session(loadConfiguration(site), options), std::out_of_range);
+  EXPECT_THROW(Session(check(site).configuration.value(), options), std::out_of_range);
 }
 
 TEST(Session, AFrameOfDoublesIsCountedAsOneOfFloats) {
   const std::vector<double> point = {5.0, 5.0, 1.0};
-  Session session(loadConfiguration(site));
+  Session session(check(site).configuration.value());
   const SessionFrame frame =
       session.take(0s, filter::classify::PointsView<double>::interleaved(point.data(), 24, 1), nullptr);
   EXPECT_EQ(frame.pointCount, 1U);
