@@ -5,7 +5,7 @@ packages=(
   libboost1.81-dev libeigen3-dev libspdlog-dev  # the libraries
   libhwy-dev                           # the batch classifier and check sums
   libbz2-dev liblz4-dev libzstd-dev    # the compressions of recordings
-  libcli11-dev libopen3d-dev           # the zone-detector command
+  libcli11-dev                         # the zone-detector command
   libgtest-dev                         # the tests
 )
 

@@ -1,22 +1,22 @@
 #pragma once
 
+#include <array>
 #include <string>
 #include <vector>
 
-#include <Eigen/Core>
-
-#include "session/Coordinates.h"
+#include "FrameInput.h"
 
 namespace orvantis::app {
 
-/// The points of one frame; a coordinate that is not finite marks a no return.
-using Cloud = std::vector<Eigen::Vector3d>;
+/// The points of one frame, in memory of their own; a coordinate that is not finite marks a no return.
+using Cloud = std::vector<std::array<double, 3>>;
 
 toolkit::Points viewOf(const Cloud& cloud);
 
-/// Reads a frame. The kind of file is told by its ending: .pcd, .ply, .xyz, or .bin for records of four
-/// little-endian float32 x, y, z, intensity. Bytes after the last point of a PCD file are legal.
-/// @throws Failure with the path and the reason
-Cloud readCloud(const std::string& path);
+Cloud copyOf(const toolkit::Points& points);
+
+/// The points of a file that is one frame, or of the first frame of a recording.
+/// @throws Failure with the path, the place and the reason
+Cloud readCloud(const std::string& path, const FrameOptions& options = {});
 
 }  // namespace orvantis::app

@@ -8,6 +8,7 @@
 #include "Console.h"
 #include "DocumentFile.h"
 #include "ExplanationTables.h"
+#include "InputWarnings.h"
 #include "Progress.h"
 #include "session/ExplanationRecords.h"
 #include "session/Session.h"
@@ -55,10 +56,11 @@ class Explainer {
 
   void take(const Moment& moment) {
     std::optional<Points> points;
-    if (moment.cloud) {
-      cloud_ = readCloud(*moment.cloud);
+    if (moment.frame) {
+      cloud_ = copyOf(
+          moment.frame->points);  // the next moment may read another frame before this one is asked for
       points = viewOf(cloud_);
-      file_ = *moment.cloud;
+      file_ = moment.frame->file;
       stamp_ = moment.stamp;
     }
     const SessionFrame frame = session_.take(moment.stamp, points, moment.objectsOrNull());
@@ -95,18 +97,25 @@ class Explainer {
   std::optional<Stamp> stamp_;
 };
 
-Account run(const Configuration& configuration, const ExplainOptions& options, const Console& console) {
+Account run(const Configuration& configuration, const ExplainOptions& options, const Console& console,
+            int& exitCode) {
   const Stamp end = options.at ? Stamp(std::llround(*options.at * 1e9L)) : Stamp::max();
   TimeLine timeLine(options.recording);
   Progress progress(console, timeLine.cloudCount());
   Explainer explainer(configuration, options);
+  InputWarnings warnings;
   std::size_t done = 0;
   for (auto moment = timeLine.next(); moment && moment->stamp <= end; moment = timeLine.next()) {
-    if (moment->cloud) {
-      progress.show(done++, *moment->cloud);
+    if (moment->frame) {
+      progress.show(done++, timeLine.input(), moment->frame->file);
+    }
+    if (moment->frame) {
+      warnings.add(*moment->frame);
     }
     explainer.take(*moment);
   }
+  warnings.tell(timeLine.input(), console);
+  exitCode = exitCodeOf(timeLine.input());
   return explainer.finish();
 }
 
@@ -180,7 +189,8 @@ int explain(const ExplainOptions& options, const Console& console) {
   if (!options.line.empty() && configuration.lines.count(options.line) == 0) {
     throw Failure(options.document, "has no counter line \"" + printable(options.line) + "\"");
   }
-  const Account account = run(configuration, options, console);
+  int exitCode = 0;
+  const Account account = run(configuration, options, console, exitCode);
   if (options.recording.hasClouds()) {
     const bool hasZones = !zonesOf(configuration.detector).empty();
     require(!hasZones || !account.last.empty() || !account.best.moments().empty(), "points", options.at);
@@ -194,7 +204,7 @@ int explain(const ExplainOptions& options, const Console& console) {
     print(account, options, configuration.detector.getMinPoints(), console);
   }
   console.flush();
-  return 0;
+  return exitCode;
 }
 
 }  // namespace orvantis::app

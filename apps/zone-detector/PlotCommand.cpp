@@ -1,5 +1,6 @@
 #include "PlotCommand.h"
 
+#include <cmath>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -27,9 +28,10 @@ void addCloud(const std::string& path, const filter::detection::ZoneDetector& de
   const filter::classify::PointClassifier classifier(detector);
   std::visit([&](const auto& view) { classifier.classify(view, masks.data()); }, viewOf(cloud));
   for (std::size_t i = 0; i < cloud.size(); ++i) {
-    if (cloud[i].allFinite()) {
+    const auto& [x, y, z] = cloud[i];
+    if (std::isfinite(x) && std::isfinite(y) && std::isfinite(z)) {
       const bool isCounted = masks[i] <= fieldZones && masks[i] != 0;
-      plan.dots.push_back({Point(cloud[i].x(), cloud[i].y()), isCounted});
+      plan.dots.push_back({Point(x, y), isCounted});
     }
   }
 }

@@ -4,6 +4,8 @@
 #include <unistd.h>
 
 #include "Console.h"
+#include "FrameInput.h"
+#include "text/Number.h"
 #include "text/Text.h"
 
 namespace orvantis::app {
@@ -16,15 +18,22 @@ std::size_t terminalWidth() {
 
 }  // namespace
 
-void Progress::show(std::size_t done, const std::string& what) {
-  if (console_.progress) {
-    const std::string total = total_ ? "/" + std::to_string(*total_) : "";
-    // Some terminals wrap when the last column is written.
-    const std::string line =
-        endOf(std::to_string(done + 1) + total + " ", printable(what), terminalWidth() - 1);
-    console_.err << "\r\033[K" << line << std::flush;
-    shown_ = true;
+void Progress::show(std::size_t done, const FrameInput& input, const std::string& what) {
+  const auto now = std::chrono::steady_clock::now();
+  constexpr std::chrono::milliseconds pause(50);  // more often nobody sees
+  if (!console_.progress || (done > 0 && now - last_ < pause)) {
+    return;
   }
+  last_ = now;
+  std::string head = std::to_string(done + 1) + (total_ ? "/" + std::to_string(*total_) : "");
+  const double seconds = std::chrono::duration<double>(now - begin_).count();
+  if (seconds > 1.0) {
+    head += ", " + toText(static_cast<double>(done) / seconds, 0) + " frames/s, " +
+            toText(static_cast<double>(input.bytes()) / seconds / 1e6, 1) + " MB/s";
+  }
+  // Some terminals wrap when the last column is written.
+  console_.err << "\r\033[K" << endOf(head + " ", printable(what), terminalWidth() - 1) << std::flush;
+  shown_ = true;
 }
 
 void Progress::erase() {

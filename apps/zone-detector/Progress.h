@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -7,6 +8,7 @@
 namespace orvantis::app {
 
 struct Console;
+class FrameInput;
 
 /// A line on the error stream that says how far the work is, while somebody watches; erased before anything
 /// else is written and at the end. It is never wider than the terminal: a wrapped line could not be erased.
@@ -18,13 +20,16 @@ class Progress {
   Progress& operator=(const Progress&) = delete;
   ~Progress() { erase(); }
 
-  void show(std::size_t done, const std::string& what);
+  /// @param input whose frame is worked on
+  void show(std::size_t done, const FrameInput& input, const std::string& what);
   void erase();
 
  private:
   const Console& console_;
   std::optional<std::size_t> total_;
   bool shown_ = false;
+  std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
+  std::chrono::steady_clock::time_point last_;
 };
 
 }  // namespace orvantis::app

@@ -13,8 +13,12 @@ namespace orvantis::app {
 void addRecordingOptions(CLI::App& command, Recording& recording) {
   static const std::map<std::string, toolkit::TracksFormat> formats = {
       {"csv", toolkit::TracksFormat::Csv}, {"kitti", toolkit::TracksFormat::Kitti}};
+  FrameOptions& frames = recording.frames;
   CLI::Option* const clouds =
-      command.add_option("CLOUD", recording.clouds, "frames, in order")->option_text("...");
+      command
+          .add_option("CLOUD", recording.clouds,
+                      "frames and recordings, in order; folders of them; - for a list of them")
+          ->option_text("...");
   CLI::Option* const rate = command.add_option("--rate", recording.rate, "frames a second; 10 unless given")
                                 ->option_text("HZ")
                                 ->check(aboveZero());
@@ -27,6 +31,37 @@ void addRecordingOptions(CLI::App& command, Recording& recording) {
   CLI::Option* const tracks =
       command.add_option("--tracks", recording.tracks, "tracked objects; - is the standard input")
           ->option_text("TRACKS");
+  command
+      .add_option(
+          "--columns",
+          "of .bin and text files: how many (x, y, z first), a letter each (xyzi), or names (t,x,y,z)")
+      ->option_text("LIST")
+      ->check(parsedBy(toolkit::parseColumnNames))
+      ->each([&frames](const std::string& text) { frames.columns = toolkit::parseColumnNames(text); });
+  command.add_option("--topic", frames.topics, "of recordings, the point clouds to take; may be given again")
+      ->option_text("NAME")
+      ->expected(1)
+      ->take_all();
+  command.add_option("--stamp-from", "stamps of recordings: the messages' own, or when they were logged")
+      ->option_text("header|log")
+      ->check(oneOf({"header", "log"}))
+      ->each([&frames](const std::string& name) {
+        frames.stampFrom = name == "log" ? toolkit::StampFrom::log : toolkit::StampFrom::header;
+      });
+  command.add_flag("--drop-origin", frames.limits.dropsOrigin,
+                   "leave out points at exactly (0, 0, 0), as drivers write \"no return\"");
+  command.add_option("--min-range", frames.limits.minRange, "leave out points nearer to the sensor")
+      ->option_text("M")
+      ->check(notBelowZero());
+  command.add_option("--max-range", frames.limits.maxRange, "leave out points farther from the sensor")
+      ->option_text("M")
+      ->check(notBelowZero());
+  command
+      .add_option("--pose",
+                  "x,y,z,roll,pitch,yaw of the sensor in the frame of the zones; metres and degrees")
+      ->option_text("POSE")
+      ->check(parsedBy(toolkit::Pose::parse))
+      ->each([&frames](const std::string& text) { frames.pose = toolkit::Pose::parse(text); });
   command.add_option("--tracks-format", "csv unless given")
       ->option_text("csv|kitti")
       ->check(oneOf({"csv", "kitti"}))
@@ -40,6 +75,9 @@ void checkRecording(const Recording& recording, const std::string& document) {
   }
   int standardInputs = 0;
   for (const std::string& path : {document, recording.stamps, recording.tracks}) {
+    standardInputs += path == standardInput ? 1 : 0;
+  }
+  for (const std::string& path : recording.clouds) {
     standardInputs += path == standardInput ? 1 : 0;
   }
   if (standardInputs > 1) {

@@ -22,11 +22,12 @@ const CommandText text = {"run", "count points in zones, or tell what happens in
   zone-detector run site.json frames/*.pcd --rate 10 --tracks tracks.csv
   zone-detector run site.json --stamps frames.txt --csv tables --plot run.svg
 
-Counts, for each frame, the points inside each zone and outside every exclusion zone. Frames are PCD, PLY
-or XYZ files, or .bin files of float32 x, y, z, intensity. Stops at the first frame that cannot be read.
+Counts, for each frame, the points inside each zone and outside every exclusion zone. Frames are PCD, PLY,
+LAS, text and .bin files and the point clouds of MCAP files and ROS bags. Stops at the first frame that cannot
+be read; a recording that was cut is read to its last whole frame, with a warning and exit code 4.
 
-With --tracks, --rate, --stamps, --csv or --plot the frames have a time; what happens is told instead: zones
-occupied and cleared, tracked objects that enter, leave and cross lines, and a summary at the end.)"};
+With --events, --tracks, --rate, --stamps, --csv or --plot the frames have a time; what happens is told
+instead: zones occupied and cleared, tracked objects that enter, leave and cross lines, and a summary.)"};
 
 // Counts the points of each frame; where frames have a time, tells what happens instead.
 int run(const RunOptions& options, const Console& console) {
@@ -42,13 +43,15 @@ void addRunCommand(CLI::App& program, Task& task) {
   command.add_option("FILE", options->document, "zone document; - is the standard input")->required();
   addRecordingOptions(command, options->recording);
   command.add_flag("--json", options->json, "one JSON object a line");
+  command.add_flag("--events", options->events, "tell what happens, by the stamps of a recording")
+      ->option_text(" ");
   command.add_option("--csv", options->csvFolder, "folder to write tables into")->option_text("DIR");
   command.add_option("--plot", options->picture, "picture to write")->option_text("FILE");
   addSessionOptions(command, options->session);
   CLI::Option* const reference =
       command.add_flag("--reference", options->reference, "ask every zone for every point, slowly")
           ->option_text(" ");
-  for (const char* const ofSession : {"--rate", "--stamps", "--tracks", "--csv", "--plot"}) {
+  for (const char* const ofSession : {"--events", "--rate", "--stamps", "--tracks", "--csv", "--plot"}) {
     reference->excludes(command.get_option(ofSession));
   }
   command.final_callback([options, &task] {

@@ -6,10 +6,10 @@
 #include <utility>
 #include <vector>
 
-#include "CloudReader.h"
 #include "Console.h"
 #include "EventLines.h"
 #include "HeightWarning.h"
+#include "InputWarnings.h"
 #include "Interrupt.h"
 #include "PictureFile.h"
 #include "Progress.h"
@@ -80,16 +80,16 @@ int runSession(const Configuration& configuration, const RunOptions& options, co
   const std::vector<FieldZone> zones = zonesOf(configuration.detector);
   const SessionInputs inputs{options.recording.hasClouds(), options.recording.hasTracks()};
   HeightWatch heights(zones);
+  InputWarnings warnings;
   const auto outputs = outputsOf(options, configuration, inputs, console);
   Progress progress(console, timeLine.cloudCount());
   while (const std::optional<Moment> moment = nextOf(timeLine)) {
-    Cloud cloud;
     std::optional<Points> points;
-    if (moment->cloud) {
-      progress.show(summary.pointFrames(), *moment->cloud);
-      cloud = readCloud(*moment->cloud);
-      points = viewOf(cloud);
+    if (moment->frame) {
+      progress.show(summary.pointFrames(), timeLine.input(), moment->frame->file);
+      points = moment->frame->points;
       heights.add(*points);
+      warnings.add(*moment->frame);
     }
     const SessionFrame frame = session.take(moment->stamp, points, moment->objectsOrNull());
     summary.add(frame);
@@ -105,10 +105,14 @@ int runSession(const Configuration& configuration, const RunOptions& options, co
     output->finish({summary, session, zones, inputs});
   }
   printTaken(summary.taken(), console);
+  warnings.tell(timeLine.input(), console);
+  if (timeLine.numLate() > 0) {
+    console.warn(counted(timeLine.numLate(), "frame") + " left out: not later than the frame before");
+  }
   if (inputs.points && Interrupt::signal() == 0) {
     warnOfHeights(heights, console);
   }
-  return Interrupt::exitCode();
+  return exitCodeOf(timeLine.input());
 }
 
 }  // namespace orvantis::app

@@ -31,7 +31,7 @@ TableFiles::TableFiles(const std::string& folder, SessionTables tables)
 
 void TableFiles::add(const Moment& moment, const SessionFrame& frame) {
   events_.append(tables_.eventRows(frame));
-  frames_.append(tables_.frameRow(frame, moment.cloud.value_or("")));
+  frames_.append(tables_.frameRow(frame, moment.frame ? moment.frame->file : std::string()));
 }
 
 void TableFiles::finish(const SessionResult& result) {

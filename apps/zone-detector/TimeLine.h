@@ -8,6 +8,7 @@
 
 #include <filter/monitor/Stamp.h>
 
+#include "FrameInput.h"
 #include "recording/StampList.h"
 #include "recording/TrackReader.h"
 
@@ -15,7 +16,8 @@ namespace orvantis::app {
 
 /// Where the frames of a recording come from.
 struct Recording {
-  std::vector<std::string> clouds;
+  std::vector<std::string> clouds;  ///< files, folders, or - for a list from the standard input
+  FrameOptions frames;
   std::optional<double> rate;  ///< of the clouds in Hz; none: 10
   std::string stamps;          ///< a list of clouds and their stamps, in place of `clouds`; empty: none
   std::string tracks;          ///< empty: none
@@ -28,7 +30,7 @@ struct Recording {
 /// What a recording has for one stamp: points, objects or both.
 struct Moment {
   filter::monitor::Stamp stamp{0};
-  std::optional<std::string> cloud;  ///< its path
+  std::optional<InputFrame> frame;  ///< valid until the next moment
   std::optional<std::vector<filter::monitor::TrackedObject>> objects;
 
   const std::vector<filter::monitor::TrackedObject>* objectsOrNull() const {
@@ -50,14 +52,27 @@ class TimeLine {
   /// @throws Failure at a bad row of the list or the tracks
   std::optional<Moment> next();
 
- private:
-  static std::deque<toolkit::StampedPath> atRate(const std::vector<std::string>& paths, double rate);
-  void readList(const std::string& path);
-  void fetch();
+  /// The frames as they were read so far.
+  const FrameInput& input() const { return input_; }
+  /// Frames that were left out, because their stamps are not later than that of a frame before.
+  std::uint64_t numLate() const { return numLate_; }
 
-  std::optional<toolkit::StampList> list_;   // of clouds still to be read
-  std::deque<toolkit::StampedPath> clouds_;  // those to come, as far as they were read
+ private:
+  void readList(const std::string& path);
+  void fetchFrame();
+  void fetchTracks();
+  filter::monitor::Stamp stampOf(const InputFrame& frame);
+
+  std::optional<double> rate_;
+  bool isListed_;
+  std::uint64_t numFrames_ = 0;              // without stamps of their own
+  std::optional<toolkit::StampList> list_;   // from the standard input, to its end
+  std::deque<toolkit::StampedPath> listed_;  // those to come, as far as they were read
+  FrameInput input_;
   std::optional<std::size_t> cloudCount_;
+  std::optional<InputFrame> frame_;  // the one to come, with its stamp
+  std::optional<filter::monitor::Stamp> lastFrame_;
+  std::uint64_t numLate_ = 0;
   std::optional<toolkit::TrackReader> tracks_;     // until its end
   std::optional<toolkit::TrackFrame> trackFrame_;  // the one to come
 };

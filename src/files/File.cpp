@@ -5,6 +5,9 @@
 #include <fstream>
 #include <system_error>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include "files/Failure.h"
 #include "text/Text.h"
 
@@ -38,6 +41,34 @@ std::string readFile(const std::string& path, std::size_t limit) {
   }
   text.resize(static_cast<std::size_t>(in.gcount()));
   return text;
+}
+
+std::vector<std::byte> readBytes(const std::string& path, std::vector<std::byte> room) {
+  const std::size_t size = fileSize(path);
+  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (file < 0) {
+    fail(path, errorText(errno));
+  }
+  room.resize(size);
+  std::size_t done = 0;
+  int reason = 0;
+  while (done < size) {
+    const ssize_t count = ::read(file, room.data() + done, size - done);
+    if (count > 0) {
+      done += static_cast<std::size_t>(count);
+    } else if (count == 0 || errno != EINTR) {
+      reason = count == 0 ? 0 : errno;
+      break;
+    }
+  }
+  ::close(file);
+  if (reason != 0) {
+    fail(path, errorText(reason));
+  }
+  if (done < size) {
+    fail(path, "it ended after " + std::to_string(done) + " of its " + std::to_string(size) + " bytes");
+  }
+  return room;
 }
 
 std::size_t fileSize(const std::string& path) {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <fstream>
 #include <string>
+#include <vector>
 
 namespace orvantis::toolkit {
 
@@ -13,6 +14,11 @@ std::string readFile(const std::string& path, std::size_t limit);
 
 /// The file, open for reading. @throws Failure with the path and the reason, also for a folder
 std::ifstream openFile(const std::string& path);
+
+/// All bytes of a file.
+/// @param room its memory is used again
+/// @throws Failure with the path and the reason; not a file with bytes to read is one
+std::vector<std::byte> readBytes(const std::string& path, std::vector<std::byte> room = {});
 
 /// @throws Failure when the path cannot be opened for reading or is not a file with bytes to read
 std::size_t fileSize(const std::string& path);

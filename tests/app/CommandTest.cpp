@@ -184,8 +184,9 @@ TEST(Command, FramesBeforeOneThatCannotBeReadStand) {
   EXPECT_EQ(outcome.out, alone.out);
   EXPECT_EQ(
       outcome.err,
-      "zone-detector: b.bin: cannot be read: ends inside point 0: 9 bytes are no whole number of 16-byte "
-      "records (float32 x, y, z, intensity)\n");
+      "zone-detector: b.bin: cannot be read: byte 9: 9 bytes are not a whole number of plausible records of "
+      "3, 4, 5 or 6 float32 columns that begin with x, y, z; if the file is whole, say what a record holds "
+      "with --columns, such as --columns 7 or --columns t,x,y,z\n");
 }
 
 TEST(Command, RunWarnsOfZonesThatNoPointsHeightReaches) {

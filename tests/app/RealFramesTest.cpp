@@ -81,13 +81,14 @@ TEST(RealFrames, FaultyFilesAreNamedWithTheReason) {
   const auto expectFailure = [&](const std::string& name, const std::string& reason) {
     const Outcome outcome = run(name);
     EXPECT_EQ(outcome.code, 1);
-    EXPECT_EQ(outcome.err,
-              "zone-detector: " + (folder / name).string() + ": cannot be read: " + reason + "\n");
+    const std::string begin = "zone-detector: " + (folder / name).string() + reason;
+    EXPECT_EQ(outcome.err.substr(0, begin.size()), begin);
   };
-  expectFailure("missingheader.pcd", "it has no PCD header with a DATA line");
-  expectFailure("utm17_space.pcd", "it has no field \"x\"");
-  expectFailure("no_vertex.ply", "it holds no vertices");
-  expectFailure("sized_dims.ply", "its vertices have no property \"z\"");
+  expectFailure("missingheader.pcd", ":1: cannot be read: not a line of a PCD header: \"289814.15 ");
+  expectFailure("no_vertex.ply", ":3: cannot be read: the header has no element \"vertex\"\n");
+  expectFailure("sized_dims.ply", ":4: cannot be read: no column is named \"z\"; there are \"x\", \"y\", ");
+  EXPECT_NE(run("utm17_space.pcd").out.find(": 10 points, 0 no returns"), std::string::npos)
+      << run("utm17_space.pcd").out;
   EXPECT_NE(run("simple_text.ply").out.find(": 3 points, 0 no returns"), std::string::npos);
   EXPECT_NE(run("text_extradim.ply").out.find(": 1 point, 0 no returns"), std::string::npos);
 }

@@ -1,0 +1,151 @@
+#include "FrameInput.h"
+
+#include <array>
+#include <thread>
+#include <utility>
+
+#include "Console.h"
+#include "files/File.h"
+#include "recording/OpenRecording.h"
+#include "recording/ReadError.h"
+#include "text/StampText.h"
+#include "text/Text.h"
+
+namespace orvantis::app {
+namespace {
+
+Failure failureOf(const std::string& path, const ReadError& error) {
+  const Place& place = error.place();
+  const std::string reason = printable(error.what());
+  if (place.line != 0) {
+    return {path, place.line, place.column, "cannot be read: " + reason};
+  }
+  // At the first byte it is the file as a whole that is at fault.
+  const std::string where = place.byte == 0 ? "" : "byte " + std::to_string(place.byte) + ": ";
+  return {path, "cannot be read: " + where + reason};
+}
+
+// What is thrown while a file is read names the file.
+template <typename Read>
+auto named(const std::string& path, Read read) {
+  try {
+    return read();
+  } catch (const ReadError& error) {
+    throw failureOf(path, error);
+  } catch (const std::bad_alloc&) {
+    throw Failure(path, "cannot be read: not enough memory");
+  }
+}
+
+bool isRecordingFile(const std::string& path) {
+  FileSource source(path);
+  return isRecording(source.bytes(0, 16));
+}
+
+}  // namespace
+
+FrameInput::OpenRecording::OpenRecording(const std::string& file, const FrameOptions& options)
+    : path(file), source(file), reader(source, {options.topics, options.stampFrom, builtInDecoders()}) {}
+
+FrameInput::FrameInput(std::deque<std::string> paths, FrameOptions options)
+    : paths_(std::move(paths)), options_(std::move(options)), filter_(options_.limits) {}
+
+FrameInput::Bytes FrameInput::bytesOf(const std::string& path) {
+  if (coming_.valid()) {
+    const bool isIt = comingPath_ == path;
+    Bytes bytes = coming_.get();
+    if (isIt) {
+      return bytes;
+    }
+  }
+  return readBytes(path, std::move(spare_));
+}
+
+// The next file while this one is worked on, where a second processor can do it.
+void FrameInput::readAhead() {
+  if (paths_.empty() || std::thread::hardware_concurrency() < 2 || !frameKindOf(paths_.front())) {
+    return;
+  }
+  comingPath_ = paths_.front();
+  coming_ = std::async(std::launch::async, [path = comingPath_, room = std::move(spare_)]() mutable {
+    return readBytes(path, std::move(room));
+  });
+}
+
+Points FrameInput::placed(Points points, InputFrame& frame) {
+  frame.atOrigin = countAtOrigin(points);
+  if (!options_.limits.dropsNothing()) {
+    points = filter_.keep(points, frame.dropped);
+  }
+  return options_.pose ? mover_.move(points, *options_.pose) : points;
+}
+
+InputFrame FrameInput::frameOf(const std::string& path) {
+  const auto kind = frameKindOf(path);
+  if (!kind) {
+    throw Failure(path,
+                  "cannot be read: unknown kind of file; frames are .pcd, .ply, .las, .bin, .xyz, .txt, .csv "
+                  "and .pts, recordings MCAP files and ROS bags");
+  }
+  spare_ = std::exchange(current_, bytesOf(path));
+  bytes_ += current_.size();
+  readAhead();
+  InputFrame frame;
+  frame.file = path;
+  Frame read = named(path, [&] { return reader_.read(current_, *kind, options_.columns); });
+  frame.columns = std::move(read.columns);
+  frame.points = placed(read.points, frame);
+  return frame;
+}
+
+void FrameInput::finish(const OpenRecording& recording) {
+  bytes_ += recording.source.size().value_or(0);
+  if (const auto& damage = recording.reader.damage()) {
+    isDamaged_ = true;
+    warnings_.push_back(recording.path + ": byte " + std::to_string(damage->byte) + ": " +
+                        printable(damage->reason) + "; what comes before it was read");
+  }
+  const StampsBack& back = recording.reader.stampsBack();
+  if (back.count > 0) {
+    warnings_.push_back(recording.path + ": stamps go back " + counted(back.count, "time") + ", by at most " +
+                        toText(back.most) + " s");
+  }
+}
+
+std::optional<InputFrame> FrameInput::nextOfRecording() {
+  const auto cloud = named(recording_->path, [this] { return recording_->reader.next(); });
+  if (!cloud) {
+    finish(*recording_);
+    recording_.reset();
+    return std::nullopt;
+  }
+  InputFrame frame;
+  frame.file = recording_->path;
+  frame.topic = cloud->topic;
+  frame.stamp = cloud->stamp;
+  frame.columns.assign(cloud->columns.begin(), cloud->columns.end());
+  frame.points = placed(cloud->points, frame);
+  return frame;
+}
+
+std::optional<InputFrame> FrameInput::next() {
+  for (;;) {
+    if (recording_) {
+      if (auto frame = nextOfRecording()) {
+        return frame;
+      }
+    } else if (paths_.empty()) {
+      return std::nullopt;
+    } else {
+      const std::string path = std::move(paths_.front());
+      paths_.pop_front();
+      const bool isComing = coming_.valid() && comingPath_ == path;
+      if (isComing || !isRecordingFile(path)) {
+        return frameOf(path);
+      }
+      recording_ = named(path, [&] { return std::make_unique<OpenRecording>(path, options_); });
+    }
+  }
+}
+
+}  // namespace orvantis::app

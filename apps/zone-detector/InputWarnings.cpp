@@ -1,0 +1,37 @@
+#include "InputWarnings.h"
+
+#include "Console.h"
+#include "FrameInput.h"
+#include "Interrupt.h"
+#include "text/Text.h"
+
+namespace orvantis::app {
+
+void InputWarnings::add(const InputFrame& frame) {
+  const std::uint64_t kept = frame.atOrigin - frame.dropped.atOrigin;
+  if (kept * 100 > sizeOf(frame.points)) {
+    firstAtOrigin_ = framesAtOrigin_ == 0 ? frame.file : firstAtOrigin_;
+    ++framesAtOrigin_;
+  }
+}
+
+void InputWarnings::tell(const FrameInput& input, const Console& console) const {
+  if (framesAtOrigin_ > 0) {
+    console.warn("in " + counted(framesAtOrigin_, "frame") + ", first in " + printable(firstAtOrigin_) +
+                 ", more than 1 % of the points are at (0, 0, 0), as many drivers write \"no return\"; "
+                 "--drop-origin leaves them out");
+  }
+  for (const std::string& warning : input.warnings()) {
+    console.warn(warning);
+  }
+}
+
+int exitCodeOf(const FrameInput& input) {
+  constexpr int cutRecording = 4;
+  if (Interrupt::signal() != 0) {
+    return Interrupt::exitCode();
+  }
+  return input.isDamaged() ? cutRecording : 0;
+}
+
+}  // namespace orvantis::app
