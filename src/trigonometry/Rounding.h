@@ -1,0 +1,40 @@
+#pragma once
+
+#include <algorithm>
+
+#include "trigonometry/Binary.h"
+
+namespace orvantis::trigonometry {
+
+/// A positive number that is known up to an error: mantissa * 2^exponent, and at most `error` * 2^exponent
+/// more or less.
+struct Estimate {
+  Wide mantissa;
+  int exponent;
+  Wide error;
+};
+
+/// The double nearest to the number. Where the error leaves open which of two doubles that is,
+/// `exceeds(middle)` has to tell whether the number is greater than the middle between them; it never is the
+/// middle itself. The mantissa must be at least 2^100, and the error below that.
+template <typename Exceeds>
+double nearest(const Estimate& estimate, const Exceeds& exceeds) {
+  const int shift = leadingZeros(estimate.mantissa);
+  const Wide mantissa = estimate.mantissa << shift;
+  const int exponent = estimate.exponent - shift;
+  // How many bits the double has no place for: more of them where it is so small that its exponent cannot go
+  // down further.
+  const int drop = std::max(128 - mantissaBits, leastExponent - exponent);
+  if (drop > 128) {
+    return 0.0;
+  }
+  const Wide kept = shiftedRight(mantissa, drop);
+  const Wide half = Wide{1} << (drop - 1);
+  const Wide rest = drop < 128 ? mantissa & (2 * half - 1) : mantissa;
+  const Wide fromHalf = rest > half ? rest - half : half - rest;
+  const bool isUp =
+      fromHalf > estimate.error << shift ? rest > half : exceeds(Binary{2 * kept + 1, exponent + drop - 1});
+  return doubleOf(lowHalf(kept) + (isUp ? 1 : 0), exponent + drop);
+}
+
+}  // namespace orvantis::trigonometry
