@@ -18,7 +18,7 @@ constexpr std::uint64_t ahead = 4096;
 
 }  // namespace
 
-FileSource::FileSource(const std::string& path) : path_(path), file_(-1), size_(fileSize(path)) {
+FileSource::FileSource(const std::string& path) : path_(path), size_(fileSize(path)) {
   file_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);  // NOLINT(*-vararg): the system's own
   if (file_ < 0) {
     throw Failure(path, "cannot be read: " + errorText(errno));

@@ -30,7 +30,7 @@ class FileSource final : public ByteSource {
   void fill(std::uint64_t offset, std::size_t count);
 
   std::string path_;
-  int file_;
+  int file_ = -1;
   std::uint64_t size_;
   std::vector<std::byte> buffer_;
   std::uint64_t begin_ = 0;  ///< the offset of the buffer's first byte

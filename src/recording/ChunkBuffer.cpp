@@ -10,7 +10,7 @@ namespace orvantis::toolkit {
 namespace {
 
 constexpr std::size_t leastRoom = 64;  // more than none, so that it can grow
-constexpr std::uint64_t MIB = 1024 * 1024;
+constexpr std::uint64_t MIB = 1U << 20U;
 
 const Decoder& decoderFor(const Decoders& decoders, const CompressedChunk& chunk) {
   const Decoder* decoder = nullptr;

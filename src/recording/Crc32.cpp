@@ -7,6 +7,7 @@
 // The folding below is compiled for each kind of processor that can multiply polynomials, and chosen when the
 // program runs.
 #undef HWY_TARGET_INCLUDE
+#define HWY_WANT_AVX3_DL  // which has vectors of several blocks
 #define HWY_TARGET_INCLUDE "recording/Crc32.cpp"
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
@@ -67,52 +68,63 @@ inline std::uint32_t plainCrc(const std::byte* at, std::size_t count, std::uint3
 #endif
 
 HWY_BEFORE_NAMESPACE();
+// NOLINTNEXTLINE(modernize-concat-nested-namespaces): each target's own, by Highway's rules
 namespace orvantis::toolkit {
 namespace HWY_NAMESPACE {
 
 #if HWY_ARCH_X86 && HWY_TARGET <= HWY_SSE4 && !defined(HWY_DISABLE_PCLMUL_AES)
 
 namespace hn = hwy::HWY_NAMESPACE;
-using Words = hn::FixedTag<std::uint64_t, 2>;
-using Block = hn::Vec<Words>;
 
-HWY_INLINE Block blockAt(const std::byte* at) {
-  const hn::FixedTag<std::uint8_t, 16> bytes;
+// Vectors of 128 bits, or of several such blocks where they can be multiplied at once.
+#if HWY_TARGET == HWY_AVX3_DL
+using Words = hn::ScalableTag<std::uint64_t>;
+#else
+using Words = hn::FixedTag<std::uint64_t, 2>;
+#endif
+using Blocks = hn::Vec<Words>;
+constexpr std::size_t size = hn::MaxLanes(Words()) * sizeof(std::uint64_t);
+constexpr std::size_t numVectors = 4;  // so that one multiplication need not wait for the other
+
+HWY_INLINE Blocks blocksAt(const std::byte* at) {
+  const hn::Repartition<std::uint8_t, Words> bytes;
   return hn::BitCast(Words(), hn::LoadU(bytes, reinterpret_cast<const std::uint8_t*>(at)));
 }
 
-// Multiplies a block of 128 bits by x^bits, modulo the CRC's polynomial: the first 64 bits stand 64 places
+// Multiplies each block of 128 bits by x^bits, modulo the CRC's polynomial: its first 64 bits stand 64 places
 // above the others. A product of reflected numbers comes out times x, hence the exponents less one.
 template <unsigned bits>
-HWY_INLINE Block moved(Block block) {
-  constexpr std::uint64_t lower = std::uint64_t{powerOfX(bits + 63)} << 32U;
-  constexpr std::uint64_t upper = std::uint64_t{powerOfX(bits - 1)} << 32U;
-  alignas(16) constexpr std::uint64_t factors[2] = {lower, upper};
-  const Block factor = hn::Load(Words(), factors);
-  return hn::Xor(hn::CLMulLower(block, factor), hn::CLMulUpper(block, factor));
+HWY_INLINE Blocks moved(Blocks blocks) {
+  alignas(16) constexpr std::uint64_t factors[2] = {std::uint64_t{powerOfX(bits + 63)} << 32U,
+                                                    std::uint64_t{powerOfX(bits - 1)} << 32U};
+  const Blocks factor = hn::LoadDup128(Words(), factors);
+  return hn::Xor(hn::CLMulLower(blocks, factor), hn::CLMulUpper(blocks, factor));
 }
 
-// Folds as V. Gopal and others, "Fast CRC computation for generic polynomials using PCLMULQDQ", 2009.
+// Folds as V. Gopal and others, "Fast CRC computation for generic polynomials using PCLMULQDQ", 2009: blocks
+// are moved to where the next ones stand, and added to them. What is left at the end has the same CRC.
 std::uint32_t foldedCrc(const std::byte* at, std::size_t count, std::uint32_t crc) {
-  if (count < 64) {
+  constexpr std::size_t step = numVectors * size;
+  if (count < 2 * step) {
     return plainCrc(at, count, crc);
   }
-  alignas(16) const std::uint64_t start[2] = {crc, 0};
-  Block a = hn::Xor(blockAt(at), hn::Load(Words(), start));
-  Block b = blockAt(at + 16);
-  Block c = blockAt(at + 32);
-  Block d = blockAt(at + 48);
-  for (at += 64, count -= 64; count >= 64; at += 64, count -= 64) {
-    a = hn::Xor(moved<512>(a), blockAt(at));
-    b = hn::Xor(moved<512>(b), blockAt(at + 16));
-    c = hn::Xor(moved<512>(c), blockAt(at + 32));
-    d = hn::Xor(moved<512>(d), blockAt(at + 48));
+  alignas(64) std::uint64_t start[size / sizeof(std::uint64_t)] = {crc};
+  Blocks a = hn::Xor(blocksAt(at), hn::Load(Words(), start));
+  Blocks b = blocksAt(at + size);
+  Blocks c = blocksAt(at + 2 * size);
+  Blocks d = blocksAt(at + 3 * size);
+  for (at += step, count -= step; count >= step; at += step, count -= step) {
+    a = hn::Xor(moved<8 * step>(a), blocksAt(at));
+    b = hn::Xor(moved<8 * step>(b), blocksAt(at + size));
+    c = hn::Xor(moved<8 * step>(c), blocksAt(at + 2 * size));
+    d = hn::Xor(moved<8 * step>(d), blocksAt(at + 3 * size));
   }
-  b = hn::Xor(moved<128>(a), b);
-  c = hn::Xor(moved<128>(b), c);
-  d = hn::Xor(moved<128>(c), d);
-  alignas(16) std::uint64_t rest[2];
-  hn::Store(d, Words(), rest);
+  alignas(64) std::uint64_t rest[step / sizeof(std::uint64_t)];
+  constexpr std::size_t lanes = hn::MaxLanes(Words());
+  hn::Store(a, Words(), rest);
+  hn::Store(b, Words(), rest + lanes);
+  hn::Store(c, Words(), rest + 2 * lanes);
+  hn::Store(d, Words(), rest + 3 * lanes);
   return plainCrc(at, count, plainCrc(reinterpret_cast<const std::byte*>(rest), sizeof(rest), 0));
 }
 

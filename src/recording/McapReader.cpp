@@ -264,7 +264,7 @@ void McapReader::skip(std::uint64_t count, std::uint64_t place, const char* what
     position_ += count;
     return;
   }
-  constexpr std::uint64_t slice = 256 * 1024;
+  constexpr std::uint64_t slice = 1U << 18U;
   for (std::uint64_t left = count; left != 0;) {
     const auto bytes = source_.bytes(position_, std::min(left, slice));
     addToDataCrc(bytes);

@@ -1,5 +1,6 @@
 #include "recording/PointCloud2.h"
 
+#include <array>
 #include <optional>
 
 #include "recording/Cursor.h"
@@ -15,9 +16,9 @@ constexpr const char* cloudName = "a point cloud message";
 constexpr std::uint32_t mostFields = 1024;
 
 std::optional<NumberType> numberType(std::uint8_t datatype) {
-  constexpr NumberType types[] = {NumberType::I1, NumberType::U1, NumberType::I2, NumberType::U2,
-                                  NumberType::I4, NumberType::U4, NumberType::F4, NumberType::F8};
-  return datatype >= 1 && datatype <= 8 ? std::optional(types[datatype - 1]) : std::nullopt;
+  constexpr std::array types = {NumberType::I1, NumberType::U1, NumberType::I2, NumberType::U2,
+                                NumberType::I4, NumberType::U4, NumberType::F4, NumberType::F8};
+  return datatype >= 1 && datatype <= types.size() ? std::optional(types[datatype - 1U]) : std::nullopt;
 }
 
 // Takes the parts of a message: texts end with a zero in CDR, and numbers stand at multiples of their size.

@@ -90,7 +90,7 @@ class RecordingReader {
   std::optional<RecordedMessage> nextMessage();
   std::optional<RecordedCloud> cloudOf(const RecordedMessage& message);
   Points pointsOf(const PointLayout& layout);
-  bool isWanted(std::size_t topic);
+  bool isWanted(std::size_t number);
   void checkChoice(const std::vector<TopicContents>& topics) const;
   void noteDamage(const ReadError& error);
   void noteStamp(std::size_t topic, filter::monitor::Stamp stamp);

@@ -43,10 +43,10 @@ class TopicTable {
                   std::uint64_t place);
 
   /// Counts a message of a topic.
-  void count(std::size_t topic, filter::monitor::Stamp logged);
+  void count(std::size_t number, filter::monitor::Stamp logged);
 
   const std::vector<Topic>& topics() const { return topics_; }
-  Topic& operator[](std::size_t topic) { return topics_[topic]; }
+  Topic& operator[](std::size_t number) { return topics_[number]; }
 
  private:
   std::vector<Topic> topics_;

@@ -13,7 +13,7 @@
 namespace orvantis::toolkit {
 namespace {
 
-constexpr std::size_t step = 128 * 1024;
+constexpr std::size_t step = 1U << 17U;
 
 }  // namespace
 
