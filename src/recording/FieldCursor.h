@@ -30,14 +30,6 @@ class FieldCursor {
     }
     return at;
   }
-  /// Whether a value of this field may end here.
-  bool mayEndAt(const char* at) const {
-    if (areBlanksSeparators) {
-      return at == last_ || isBlank(*at);
-    }
-    at = behindBlanks(at);
-    return at == last_ || *at == separator_;
-  }
   /// On to the next field, from a place where this one may end. @return whether there is one
   bool nextAfter(const char* end) {
     at_ = behindBlanks(end);

@@ -37,11 +37,21 @@ class LineCursor {
     return true;
   }
 
+  /// Goes on to the next line without looking at it; `end` is where the one after it begins.
+  void pass(const char* end) {
+    end_ = static_cast<std::size_t>(end - text_.data());
+    ++number_;
+    line_ = {};
+  }
+  const char* nextLine() const { return text_.data() + end_; }  ///< where it begins
+
   /// Without its end.
   std::string_view line() const { return line_; }
   std::uint64_t number() const { return number_; }          ///< from 1; 0 before the first line
   std::size_t end() const { return end_; }                  ///< the byte after the line and its end
   std::size_t left() const { return text_.size() - end_; }  ///< bytes after it
+
+  const char* last() const { return text_.data() + text_.size(); }  ///< where the text ends
 
   /// The column of a place in the line, in bytes from 1.
   std::uint64_t columnOf(const char* place) const {

@@ -42,6 +42,18 @@ namespace {
   throw ReadError(atLine(lines.number()), "a coordinate is out of the range of a 4-byte float");
 }
 
+// Past the end of a line that ends here, else nothing.
+const char* pastLineEnd(const char* at, const char* last) {
+  if (at == last || *at == '\n') {
+    return at == last ? at : at + 1;
+  }
+  if (*at == '\r' && (at + 1 == last || at[1] == '\n')) {
+    return at + 1 == last ? last : at + 2;
+  }
+  return nullptr;
+}
+
+// Reads rows as they should be, without looking for the end of the line first.
 template <bool areBlanksSeparators, typename Real>
 class RowParser {
  public:
@@ -50,31 +62,63 @@ class RowParser {
               [&](std::size_t a, std::size_t b) { return layout.axes[a] < layout.axes[b]; });
   }
 
-  // Whether the row is one of these, and nothing else.
-  bool parse(std::string_view line, std::array<Real, 3>& point) const {
-    FieldCursor<areBlanksSeparators> fields(line, layout_.separator);
+  // The point of the row that begins here. @return where the next line begins; nothing: the line is not a row
+  const char* parse(const char* at, const char* last, std::array<Real, 3>& point) const {
+    at = behindBlanks(at, last);
     std::uint64_t column = 0;
-    bool isThere = true;
+    After after = After::Field;
     for (const std::size_t axis : order_) {
-      for (; column < layout_.axes[axis]; ++column) {
-        if (!fields.nextAfter(fields.end())) {
-          return false;
-        }
+      for (; column < layout_.axes[axis] && after == After::Field; ++column) {
+        at = endOfField(at, last);
+        after = next(at, last);
       }
-      const auto [end, error] = readDecimal(fields.begin(), fields.last(), point[axis]);
-      if (error != std::errc() || !fields.mayEndAt(end)) {
-        return false;
+      const auto [end, error] = readDecimal(at, last, point[axis]);
+      if (error != std::errc() || after != After::Field) {
+        return nullptr;
       }
+      at = end;
+      after = next(at, last);
       ++column;
-      isThere = fields.nextAfter(end);
     }
-    for (; isThere; ++column) {
-      isThere = fields.nextAfter(fields.end());
+    for (; after == After::Field; ++column) {
+      at = endOfField(at, last);
+      after = next(at, last);
     }
-    return column == layout_.columns;
+    return after == After::Row && column == layout_.columns ? pastLineEnd(at, last) : nullptr;
   }
 
  private:
+  enum class After { Field, Row, Other };
+
+  const char* behindBlanks(const char* at, const char* last) const {
+    while (at != last && isBlank(*at) && (areBlanksSeparators || *at != layout_.separator)) {
+      ++at;
+    }
+    return at;
+  }
+  const char* endOfField(const char* at, const char* last) const {
+    while (at != last && *at != '\n' && (areBlanksSeparators ? !isBlank(*at) : *at != layout_.separator)) {
+      ++at;
+    }
+    return at;
+  }
+  // From the end of a value on to the next one, or to the end of the line.
+  After next(const char*& at, const char* last) const {
+    const char* const end = at;
+    at = behindBlanks(at, last);
+    if (pastLineEnd(at, last) != nullptr) {
+      return After::Row;
+    }
+    if (areBlanksSeparators) {
+      return at == end ? After::Other : After::Field;
+    }
+    if (*at != layout_.separator) {
+      return After::Other;
+    }
+    at = behindBlanks(at + 1, last);
+    return After::Field;
+  }
+
   RowLayout layout_;
   std::array<std::size_t, 3> order_ = {0, 1, 2};
 };
@@ -85,11 +129,14 @@ std::uint64_t readRowsParted(LineCursor& lines, const RowLayout& layout, std::ui
   const RowParser<areBlanksSeparators, Real> parser(layout);
   std::array<Real, 3> point{};
   std::uint64_t count = 0;
-  while (count < most && lines.next()) {
-    if (parser.parse(lines.line(), point)) {
-      out.insert(out.end(), point.begin(), point.end());
+  while (count < most && lines.left() != 0) {
+    if (const char* const next = parser.parse(lines.nextLine(), lines.last(), point)) {
+      lines.pass(next);
+      for (const Real value : point) {  // three of them: a call to copy them takes longer
+        out.push_back(value);
+      }
       ++count;
-    } else if (!isSkipped(lines.line(), hasComments)) {
+    } else if (lines.next() && !isSkipped(lines.line(), hasComments)) {
       refuseRow(lines, layout);
     }
   }
@@ -99,10 +146,8 @@ std::uint64_t readRowsParted(LineCursor& lines, const RowLayout& layout, std::ui
 template <typename Real>
 Points readDeclared(LineCursor& lines, const RowLayout& layout, std::uint64_t count,
                     std::vector<Real>& rows) {
-  // A value takes a digit and what parts it from the next one.
-  const std::uint64_t most = (lines.left() + 1) / (2 * layout.columns);
   rows.clear();
-  rows.reserve(static_cast<std::size_t>(3 * std::min(count, most)));
+  rows.reserve(static_cast<std::size_t>(3 * std::min(count, mostRows(lines, layout))));
   const std::uint64_t found = readRows(lines, layout, count, false, rows);
   if (found != count) {
     throw ReadError(atLine(lines.number()), "the file ends after " + std::to_string(found) + " of the " +
@@ -112,6 +157,10 @@ Points readDeclared(LineCursor& lines, const RowLayout& layout, std::uint64_t co
 }
 
 }  // namespace
+
+std::uint64_t mostRows(const LineCursor& lines, const RowLayout& layout) {
+  return (lines.left() + 1) / (2 * layout.columns);
+}
 
 template <typename Real>
 std::uint64_t readRows(LineCursor& lines, const RowLayout& layout, std::uint64_t most, bool hasComments,
@@ -125,10 +174,12 @@ template std::uint64_t readRows(LineCursor&, const RowLayout&, std::uint64_t, bo
 
 template <typename Real>
 void readRow(const LineCursor& lines, const RowLayout& layout, std::vector<Real>& out) {
+  const char* const begin = lines.line().data();
+  const char* const last = begin + lines.line().size();
   std::array<Real, 3> point{};
-  const bool isRead = layout.separator == ' ' ? RowParser<true, Real>(layout).parse(lines.line(), point)
-                                              : RowParser<false, Real>(layout).parse(lines.line(), point);
-  if (!isRead) {
+  const char* const end = layout.separator == ' ' ? RowParser<true, Real>(layout).parse(begin, last, point)
+                                                  : RowParser<false, Real>(layout).parse(begin, last, point);
+  if (end == nullptr) {
     refuseRow(lines, layout);
   }
   out.insert(out.end(), point.begin(), point.end());

@@ -20,6 +20,11 @@ struct RowLayout {
   char separator = ' ';
 };
 
+/// How many rows there can be at most in what is left of a text: each value takes a digit and what parts it
+/// from the next one. Room for so many is never more than four times the text, and takes no memory until it
+/// is used.
+std::uint64_t mostRows(const LineCursor& lines, const RowLayout& layout);
+
 /// Reads the rows of numbers that a text goes on with: x, y and z of each one after the other. Empty lines
 /// are skipped, and with `hasComments` those that begin with "#" or "//". Other columns are not looked at.
 /// @param most no more rows than these

@@ -31,30 +31,31 @@ std::size_t kindOf(std::uint32_t bits) {
   return static_cast<std::size_t>(size) + ((bits >> 31U) != 0 ? 8 : 0);
 }
 
-// What the sample says: the kind of some values, and which values they are.
-struct Sample {
-  std::vector<std::size_t> index;
-  std::vector<std::size_t> kind;
+// Some values that follow one another: the number of the first one in the file, and the kind of each.
+struct Part {
+  std::size_t begin = 0;
+  std::vector<std::uint8_t> kinds;
 };
 
 // All of a small file, else parts of it from begin to end.
-Sample sampleOf(std::span<const std::byte> bytes) {
-  constexpr std::size_t parts = 4;
+std::vector<Part> sampleOf(std::span<const std::byte> bytes) {
+  constexpr std::size_t numParts = 4;
   constexpr std::size_t partSize = 256;
   const std::size_t size = bytes.size() / sizeof(float);
-  Sample sample;
+  std::vector<Part> sample;
   const auto take = [&](std::size_t begin, std::size_t end) {
+    Part& part = sample.emplace_back();
+    part.begin = begin;
     for (std::size_t i = begin; i < end; ++i) {
-      sample.index.push_back(i);
-      sample.kind.push_back(kindOf(bitsAt(bytes, i)));
+      part.kinds.push_back(static_cast<std::uint8_t>(kindOf(bitsAt(bytes, i))));
     }
   };
-  if (size <= parts * partSize) {
+  if (size <= numParts * partSize) {
     take(0, size);
     return sample;
   }
-  for (std::size_t part = 0; part < parts; ++part) {
-    const std::size_t begin = (size - partSize) / (parts - 1) * part;
+  for (std::size_t i = 0; i < numParts; ++i) {
+    const std::size_t begin = (size - partSize) / (numParts - 1) * i;
     take(begin, begin + partSize);
   }
   return sample;
@@ -65,13 +66,19 @@ double timesLog(std::size_t count) {
 }
 
 // In bits, what the place in a record of `width` values tells about the kind of a value.
-double information(const Sample& sample, std::size_t width) {
-  std::array<std::array<std::size_t, numKinds>, mostWidth> counts{};
-  for (std::size_t i = 0; i < sample.kind.size(); ++i) {
-    ++counts[sample.index[i] % width][sample.kind[i]];
+double information(const std::vector<Part>& sample, std::size_t width) {
+  std::array<std::array<std::uint32_t, numKinds>, mostWidth> counts{};
+  std::size_t size = 0;
+  for (const Part& part : sample) {
+    std::size_t place = part.begin % width;
+    for (const std::uint8_t kind : part.kinds) {
+      ++counts[place][kind];
+      place = place + 1 == width ? 0 : place + 1;
+    }
+    size += part.kinds.size();
   }
   std::array<std::size_t, numKinds> ofKind{};
-  double sum = timesLog(sample.kind.size());
+  double sum = timesLog(size);
   for (std::size_t place = 0; place < width; ++place) {
     std::size_t ofPlace = 0;
     for (std::size_t kind = 0; kind < numKinds; ++kind) {
@@ -88,7 +95,7 @@ double information(const Sample& sample, std::size_t width) {
   }
   // Chance alone gives this much, on average (Miller and Madow).
   const double chance = static_cast<double>((kinds - 1) * (width - 1)) / (2.0 * std::log(2.0));
-  return std::max(0.0, sum - chance) / static_cast<double>(sample.kind.size());
+  return std::max(0.0, sum - chance) / static_cast<double>(size);
 }
 
 // Gives some of the records of this width, evenly over the file, to `look`, which may end it with false.
@@ -145,7 +152,7 @@ bool areTwoPoints(std::span<const std::byte> bytes) {
 // Those of the widths that tell much of what any period tells.
 std::vector<std::size_t> tellingWidths(std::span<const std::byte> bytes,
                                        const std::vector<std::size_t>& fitting) {
-  const Sample sample = sampleOf(bytes);
+  const std::vector<Part> sample = sampleOf(bytes);
   std::array<double, mostWidth + 1> told{};
   double most = 0.0;
   for (std::size_t width = 2; width <= mostWidth; ++width) {

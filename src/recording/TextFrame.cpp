@@ -165,12 +165,6 @@ ColumnNames namesOf(Start& start) {
   return names.empty() ? defaultColumnNames(columns) : names;
 }
 
-std::uint64_t mostRows(const LineCursor& lines, std::string_view text, std::uint64_t columns) {
-  const std::string_view rest = text.substr(lines.end());
-  const auto ends = static_cast<std::uint64_t>(std::count(rest.begin(), rest.end(), '\n'));
-  return std::min<std::uint64_t>(ends + 1, (rest.size() + 1) / (2 * columns));
-}
-
 }  // namespace
 
 Frame readText(std::span<const std::byte> bytes, const ColumnNames& names, FrameMemory& memory) {
@@ -181,7 +175,7 @@ Frame readText(std::span<const std::byte> bytes, const ColumnNames& names, Frame
   const RowLayout layout = {{axes[0], axes[1], axes[2]}, columns.size(), start.separator};
   std::vector<double>& rows = memory.doubles;
   rows.clear();
-  rows.reserve(static_cast<std::size_t>(3 * mostRows(start.rows, text, columns.size())));
+  rows.reserve(static_cast<std::size_t>(3 * mostRows(start.rows, layout)));
   const std::uint64_t found =
       readRows(start.rows, layout, std::numeric_limits<std::uint64_t>::max(), true, rows);
   if (start.count && *start.count != found) {

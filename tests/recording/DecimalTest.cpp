@@ -110,6 +110,49 @@ TEST(Decimal, AgreesWithTheCLibrary) {
   }
 }
 
+// The digits of doubles, and of what lies in the middle of two, cut or rounded to 16 to 19: as near to a
+// change of the result as so many digits can be.
+TEST(Decimal, LongNumbersAgreeWithTheCLibrary) {
+  std::mt19937_64 random(7);
+  for (int round = 0; round < 400000; ++round) {
+    const double number =
+        std::ldexp(static_cast<double>(random() | 1U), static_cast<int>(random() % 100) - 110);
+    const double beside = std::nextafter(number, 1e300);
+    const long double middle = (static_cast<long double>(number) + static_cast<long double>(beside)) / 2;
+    char text[100];
+    std::snprintf(text, sizeof(text), round % 2 == 0 ? "%.*Le" : "%.*Lf", 15 + static_cast<int>(random() % 4),
+                  round % 3 == 0 ? static_cast<long double>(number) : middle);
+    const char* const last = text + std::strlen(text);
+    double value = 0.0;
+    const auto [end, error] = readDecimal(text, last, value);
+    ASSERT_TRUE(error == std::errc() && end == last) << text;
+    ASSERT_EQ(value, std::strtod(text, nullptr)) << text;
+  }
+}
+
+// Every number of digits before and after the point, at the end of the text and before more of it.
+TEST(Decimal, NumbersOfEverySizeAreRead) {
+  for (std::size_t whole = 0; whole <= 20; ++whole) {
+    for (std::size_t fraction = 0; fraction <= 20; ++fraction) {
+      for (const std::string sign : {"", "-"}) {
+        for (const std::string rest : {"", " 987654321.123456789", ",", "\n-1.5\n"}) {
+          const std::string number = sign + std::string("98765432109876543210").substr(0, whole) +
+                                     (fraction == 0 ? "" : ".") +
+                                     std::string("12345678901234567890").substr(0, fraction);
+          if (whole + fraction == 0) {
+            continue;
+          }
+          const std::string text = number + rest;
+          double value = 0.0;
+          const auto [end, error] = readDecimal(text.data(), text.data() + text.size(), value);
+          ASSERT_EQ(std::string(end, text.data() + text.size()), rest) << text;
+          ASSERT_EQ(value, std::strtod(number.c_str(), nullptr)) << text;
+        }
+      }
+    }
+  }
+}
+
 TEST(Decimal, EveryFloatComesBack) {
   std::mt19937 random(4);
   for (int round = 0; round < 300000; ++round) {
