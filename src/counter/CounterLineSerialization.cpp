@@ -1,34 +1,28 @@
-#include <locale>
-
 #include <boost/property_tree/ptree.hpp>
 
 #include <filter/detection/CounterLine.h>
 
 #include "counter/EndPoints.h"
+#include "text/ValueText.h"
 
 namespace orvantis::filter::detection {
 namespace {
 
 using boost::property_tree::ptree;
 
-// property_tree's own conversion, but the same in every process locale.
-const auto& numbers() {
-  static const boost::property_tree::stream_translator<char, std::char_traits<char>, std::allocator<char>,
-                                                       double>
-      translator(std::locale::classic());
-  return translator;
-}
+// property_tree's own conversion, but the same in every process locale and on every system.
+constexpr toolkit::ValueText<double> numbers;
 
 ptree toTree(const core::PlanarPoint& point) {
   ptree tree;
-  tree.add("x", point.x(), numbers());
-  tree.add("y", point.y(), numbers());
+  tree.add("x", point.x(), numbers);
+  tree.add("y", point.y(), numbers);
   return tree;
 }
 
 core::PlanarPoint toPoint(const ptree& tree) {
-  const auto x = tree.get<double>("x", numbers());
-  const auto y = tree.get<double>("y", numbers());
+  const auto x = tree.get<double>("x", numbers);
+  const auto y = tree.get<double>("y", numbers);
   return {x, y};
 }
 

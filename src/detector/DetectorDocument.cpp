@@ -4,7 +4,7 @@
 #include <settings/SettingsManager.h>
 
 #include "detector/Slots.h"
-#include "zones/LowerCase.h"
+#include "text/LowerCase.h"
 
 namespace orvantis::filter::detection {
 namespace {
@@ -33,7 +33,7 @@ void ZoneDetector::loadOptions(SettingsManager& settings) {
   version_ = currentAPIVersion();
   debounceTime_ = Milliseconds(settings.get<int>("debounceTimeMs", debounceTime_.count()));
   minPoints_ = getMinPointsFromSensitivity(settings.get<int>("sensitivity", 10));
-  const std::string level = toLower(settings.get<std::string>("triggerActiveLevel", "high"));
+  const std::string level = toolkit::lowerCase(settings.get<std::string>("triggerActiveLevel", "high"));
   if (level == "low") {
     triggerZone_ = TriggerZoneValue::LOW;
   } else if (level == "high") {

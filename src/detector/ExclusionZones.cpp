@@ -55,14 +55,14 @@ void ZoneDetector::updateExclusionZone(const std::string& name, const std::share
     logger_.warnStream().write("Cannot update exclusion zone with empty name");
     return;
   }
-  const auto found = std::ranges::find_if(exclusionZones_, hasName(name));
+  const auto found = std::find_if(exclusionZones_.begin(), exclusionZones_.end(), hasName(name));
   if (found != exclusionZones_.end()) {
     *found = zone;
   }
 }
 
 void ZoneDetector::eraseExclusionZone(const std::string& name) {
-  const auto found = std::ranges::find_if(exclusionZones_, hasName(name));
+  const auto found = std::find_if(exclusionZones_.begin(), exclusionZones_.end(), hasName(name));
   if (found != exclusionZones_.end()) {
     exclusionZones_.erase(found);
   }
@@ -71,7 +71,7 @@ void ZoneDetector::eraseExclusionZone(const std::string& name) {
 // Hosts are compiled against the parameter by value.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool ZoneDetector::validateExclusionZoneName(std::string name) {
-  if (std::ranges::any_of(exclusionZones_, hasName(name))) {
+  if (std::any_of(exclusionZones_.begin(), exclusionZones_.end(), hasName(name))) {
     logger_.warnStream().write("Duplicate Zone Name Entered");
     return false;
   }

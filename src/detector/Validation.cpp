@@ -11,7 +11,7 @@
 #include <settings/SettingsManager.h>
 #include <settings/SettingsPathManager.h>
 
-#include "zones/LowerCase.h"
+#include "text/LowerCase.h"
 
 namespace orvantis::filter::detection {
 namespace {
@@ -55,7 +55,7 @@ void parse(const std::string& bytes, SettingsManager& settings) {
 // Checks the vertices of the zone entry at the current path, when it is a polygon. `zone` is how the fault
 // names it.
 void checkVertices(SettingsManager& settings, const std::string& zone) {
-  if (toLower(settings.get<std::string>("shape")) != Polygon::TYPE_NAME) {
+  if (toolkit::lowerCase(settings.get<std::string>("shape")) != Polygon::TYPE_NAME) {
     return;
   }
   const SettingsPathManager polygon(settings, "Polygon", -1);

@@ -12,7 +12,7 @@
 #include "settings/JsonNotation.h"
 #include "settings/JsonReader.h"
 #include "settings/JsonWriter.h"
-#include "settings/ValueText.h"
+#include "text/ValueText.h"
 
 namespace orvantis {
 namespace {
@@ -20,7 +20,7 @@ namespace {
 using boost::property_tree::ptree;
 
 template <typename T>
-struct Translator : detail::ValueText<T> {};
+struct Translator : toolkit::ValueText<T> {};
 template <>
 struct Translator<std::string> : boost::property_tree::id_translator<std::string> {};
 

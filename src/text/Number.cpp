@@ -31,6 +31,13 @@ std::string toText(double value) {
   return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr};
 }
 
+std::string toDigits(double value, int digits) {
+  Buffer buffer;
+  return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                       std::chars_format::general, digits)
+                             .ptr};
+}
+
 std::string toFixed(double value, int decimals) {
   Buffer buffer;
   std::string text(buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
@@ -54,6 +61,12 @@ std::from_chars_result readNumber(const char* first, const char* last, float& va
 
 std::string toText(double value) {
   return plain::shortest(value);
+}
+
+std::string toDigits(double value, int digits) {
+  Buffer buffer;
+  const int size = std::snprintf(buffer.data(), buffer.size(), "%.*g", digits, value);
+  return {buffer.data(), static_cast<std::size_t>(size)};
 }
 
 std::string toFixed(double value, int decimals) {

@@ -16,6 +16,10 @@ std::from_chars_result readNumber(const char* first, const char* last, float& va
 /// The shortest decimal text that reads back as the same double.
 std::string toText(double value);
 
+/// The value with so many significant digits, without trailing zeros, and with an exponent where that is
+/// shorter: what a stream of that precision writes. At most 17 digits.
+std::string toDigits(double value, int digits);
+
 /// The value with at most that many decimals, without trailing zeros and without "-0".
 std::string toText(double value, int decimals);
 

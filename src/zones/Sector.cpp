@@ -54,7 +54,8 @@ std::shared_ptr<Zone> Sector::makeCopy() const {
 }
 
 bool Sector::within(const polygon& area) const {
-  return std::ranges::all_of(area.outer(), [this](const core::PlanarPoint& vertex) {
+  const auto& ring = area.outer();
+  return std::all_of(ring.begin(), ring.end(), [this](const core::PlanarPoint& vertex) {
     return within(Point(vertex.x(), vertex.y()));
   });
 }

@@ -7,7 +7,7 @@
 #include <logging/LoggingManager.h>
 #include <settings/SettingsManager.h>
 
-#include "zones/LowerCase.h"
+#include "text/LowerCase.h"
 
 namespace orvantis::filter::detection {
 
@@ -75,7 +75,7 @@ void Zone3dBase::save(SettingsManager& settings) {
 
 void Zone3dBase::loadShape(SettingsManager& settings) {
   const auto name = settings.get<std::string>("name");
-  const std::string shape = toLower(settings.get<std::string>("shape"));
+  const std::string shape = toolkit::lowerCase(settings.get<std::string>("shape"));
   if (shape == Polygon::TYPE_NAME) {
     zone2d_ = std::make_shared<Polygon>(name, settings);
   } else if (shape == Sector::TYPE_NAME) {

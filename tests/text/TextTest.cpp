@@ -24,6 +24,15 @@ TEST(Text, NumbersAreShort) {
   EXPECT_EQ(toFixed(-0.001, 2), "0.00");
 }
 
+TEST(Text, NumbersHaveAsManyDigitsAsAskedFor) {
+  EXPECT_EQ(toDigits(0.1, 17), "0.10000000000000001");
+  EXPECT_EQ(toDigits(0.5, 17), "0.5");
+  EXPECT_EQ(toDigits(-1e300, 17), "-1.0000000000000001e+300");
+  EXPECT_EQ(toDigits(1e-7, 17), "9.9999999999999995e-08");
+  EXPECT_EQ(toDigits(123456.0, 3), "1.23e+05");
+  EXPECT_EQ(toDigits(-0.0, 17), "-0");
+}
+
 TEST(Text, TheLargestNumberFits) {
   EXPECT_EQ(toFixed(-std::numeric_limits<double>::max(), 6).size(), 317U);
 }
