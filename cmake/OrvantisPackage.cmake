@@ -16,6 +16,9 @@ configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/orvantis_zone_detector
 write_basic_package_version_file(orvantis_zone_detector-config-version.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/orvantis_zone_detector-config.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/orvantis_zone_detector-config-version.cmake DESTINATION ${package_dir})
+# For editors; docs/document.md says how.
+install(FILES ${PROJECT_SOURCE_DIR}/share/zone-detector.schema.json
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/orvantis_zone_detector)
 
 # orvantis_add_pkg_config(<library> "<description>" "<required modules>")
 function(orvantis_add_pkg_config library description requires)

@@ -6,7 +6,7 @@ packages=(
   libhwy-dev                           # the batch classifier and check sums
   libbz2-dev liblz4-dev libzstd-dev    # the compressions of recordings
   libcli11-dev                         # the zone-detector command
-  libgtest-dev libmpfr-dev             # the tests
+  libgtest-dev libmpfr-dev python3-jsonschema  # the tests
 )
 
 # What only check.sh, coverage.sh and mutate.sh need besides.

@@ -32,5 +32,6 @@ void addShowCommand(CLI::App& program, Task& task);
 void addRunCommand(CLI::App& program, Task& task);
 void addExplainCommand(CLI::App& program, Task& task);
 void addPlotCommand(CLI::App& program, Task& task);
+void addNewCommand(CLI::App& program, Task& task);
 
 }  // namespace orvantis::app

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <memory>
@@ -7,12 +8,14 @@
 #include <CLI/CLI.hpp>
 
 #include <filter/detection/Rectangle.h>
+#include <filter/detection/Sector.h>
 
 #include "Command.h"
 #include "Console.h"
 #include "DocumentFile.h"
 #include "Table.h"
 #include "document/DocumentJson.h"
+#include "document/FieldZones.h"
 #include "document/Shapes.h"
 #include "text/JsonText.h"
 #include "text/Number.h"
@@ -23,6 +26,8 @@ namespace {
 
 using filter::detection::CounterLine;
 using filter::detection::Point;
+using filter::detection::Rectangle;
+using filter::detection::Sector;
 using filter::detection::Zone3dBase;
 using filter::detection::ZoneDetector;
 
@@ -77,6 +82,60 @@ void printExclusionZones(const ZoneDetector& detector, const Console& console) {
   table.print(console);
 }
 
+std::string pointText(const Point& point) {
+  return "(" + toText(point.x(), 3) + ", " + toText(point.y(), 3) + ")";
+}
+
+// The points on rows of four, so that 16 fit a terminal.
+void addPoints(const std::vector<Point>& points, const std::string& name, const std::string& what,
+               Table& table) {
+  constexpr std::size_t inARow = 4;
+  for (std::size_t i = 0; i < points.size(); i += inARow) {
+    std::string text;
+    for (std::size_t j = i; j < std::min(i + inARow, points.size()); ++j) {
+      text += (j == i ? "" : " ") + pointText(points[j]);
+    }
+    table.addRow({i == 0 ? name : "", i == 0 ? what : "", text});
+  }
+}
+
+void addGeometry(const std::string& name, const Zone3dBase& zone, Table& table) {
+  const auto shape = zone.getZone2d();
+  const std::vector<Point> ring = vertices(*shape);
+  if (const auto* rectangle = dynamic_cast<const Rectangle*>(shape.get())) {
+    std::vector<Point> corners;
+    double rotation = 0.0;
+    rectangle->getRectangle(corners, rotation);
+    addPoints(corners, name, "corners", table);
+    table.addRow({"", "rotation", toText(rotation, 3) + "°"});
+    addPoints(ring, "", "turned", table);
+  } else if (const auto* sector = dynamic_cast<const Sector*>(shape.get())) {
+    double from = 0.0;
+    double to = 0.0;
+    double radius = 0.0;
+    sector->getSector(from, to, radius);
+    const auto bearing = [](double angle) {
+      return toText(angle, 4) + " (" + toText(angle * 180.0 / std::numbers::pi, 1) + "°)";
+    };
+    table.addRow({name, "bearings", bearing(from) + " to " + bearing(to)});
+    table.addRow({"", "radius", toText(radius, 3)});
+  } else {
+    addPoints(ring, name, "vertices", table);
+  }
+}
+
+void printGeometry(const ZoneDetector& detector, const Console& console) {
+  Table table({"GEOMETRY", "", "m, rad"});
+  for (const FieldZone& zone : zonesOf(detector)) {
+    addGeometry(std::to_string(zone.field) + "/" + std::to_string(zone.zone) + " " + zone.name(),
+                *zone.volume, table);
+  }
+  for (const auto& zone : detector.getExclusionZoneVector()) {
+    addGeometry(zone->getName(), *zone, table);
+  }
+  table.print(console);
+}
+
 // One of eight arrows, for the direction rounded to an eighth of a turn.
 std::string arrow(const Point& direction) {
   static constexpr std::array<const char*, 8> arrows = {"→", "↗", "↑", "↖", "←", "↙", "↓", "↘"};
@@ -107,9 +166,7 @@ void printCounterLines(const Configuration& configuration, const Console& consol
     const auto& points = line.getPoints();
     const Point direction = directionOf(line);
     const Point left(-direction.y(), direction.x());
-    const auto text = [](const CounterLine::point& p) {
-      return "(" + toText(p.x(), 3) + ", " + toText(p.y(), 3) + ")";
-    };
+    const auto text = [](const CounterLine::point& p) { return pointText(Point(p.x(), p.y())); };
     table.addRow({name, text(points[0]), text(points[1]), arrow(direction) + " " + axes(direction),
                   arrow(left) + " " + axes(left)});
   }
@@ -126,6 +183,8 @@ int show(const std::string& path, bool json, const Console& console) {
     printFields(configuration.detector, console);
     console.out << '\n';
     printExclusionZones(configuration.detector, console);
+    console.out << '\n';
+    printGeometry(configuration.detector, console);
     console.out << '\n';
     printCounterLines(configuration, console);
   }

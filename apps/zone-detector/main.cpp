@@ -60,6 +60,7 @@ int runCommandLine(int argc, char** argv) {
   addRunCommand(program, task);
   addExplainCommand(program, task);
   addPlotCommand(program, task);
+  addNewCommand(program, task);
   bool isQuiet = false;
   for (CLI::App* command : program.get_subcommands([](const CLI::App*) { return true; })) {
     command->add_flag("-q,--quiet", isQuiet, "no warnings and no progress on the error stream");

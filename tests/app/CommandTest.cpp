@@ -165,6 +165,47 @@ TEST(Command, AFileOverTheLimitIsRefused) {
   }
 }
 
+TEST(Command, ANewDocumentIsGoodAndLiesInTheMiddleOfTheScan) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(zoneDetector({"new", "-o", "empty.json"}, folder.path()).code, 0);
+  // Ground at -1.5 from (90, 40) to (110, 60), and a no return at the sensor.
+  std::string rows = "0 0 0\n";
+  for (int i = 0; i <= 20; ++i) {
+    rows += std::to_string(90 + i) + " " + std::to_string(60 - i) + " -1.5\n";
+  }
+  folder.write("scan.xyz", rows);
+  EXPECT_EQ(zoneDetector({"new", "-o", "scan.json", "scan.xyz"}, folder.path()).code, 0);
+  for (const std::string name : {"empty.json", "scan.json"}) {
+    EXPECT_EQ(zoneDetector({"validate", "--strict", name}, folder.path()).out, name + ": ok\n");
+  }
+  const std::string shown = zoneDetector({"show", "scan.json"}, folder.path()).out;
+  EXPECT_NE(
+      shown.find(
+          "0/0 Move this zone  vertices  (97.75, 47.75) (97.75, 52.25) (102.25, 52.25) (102.25, 47.75)"),
+      std::string::npos)
+      << shown;
+  EXPECT_NE(shown.find("-1.3     0.7"), std::string::npos) << shown;
+  EXPECT_EQ(zoneDetector({"new"}).out, readAll(folder.path("empty.json")));
+}
+
+TEST(Command, ADocumentThatExistsIsNotWrittenOver) {
+  const TemporaryFolder folder;
+  folder.write("site.json", "mine");
+  const Outcome outcome = zoneDetector({"new", "-o", "site.json"}, folder.path());
+  EXPECT_EQ(outcome.code, 1);
+  EXPECT_EQ(outcome.err, "zone-detector: site.json: exists already; give another name, or remove it first\n");
+  EXPECT_EQ(readAll(folder.path("site.json")), "mine");
+}
+
+TEST(Command, AScanWithoutPointsGivesNoNewDocument) {
+  const TemporaryFolder folder;
+  folder.write("scan.xyz", "0 0 0\nnan 1 1\n");
+  const Outcome outcome = zoneDetector({"new", "-o", "site.json", "scan.xyz"}, folder.path());
+  EXPECT_EQ(outcome.code, 1);
+  EXPECT_EQ(outcome.err, "zone-detector: scan.xyz: holds no point to lay a zone around\n");
+  EXPECT_EQ(folder.fileCount(), 1U);
+}
+
 TEST(Command, TheExampleInTheDocumentationIsRight) {
   const std::string page = readAll(ORVANTIS_SOURCE_DIR "/docs/document.md");
   const std::size_t begin = page.find("```json\n") + 8;
