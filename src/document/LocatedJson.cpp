@@ -44,6 +44,8 @@ class Builder {
     }
   }
   const std::vector<Frame>& open() const { return open_; }
+  // Digits of the number that is being read, which the parser need not see.
+  void addDigits(std::string_view digits) { text_ += digits; }
 
   bool on_document_begin(error_code&) { return true; }
   bool on_document_end(error_code&) { return true; }
@@ -157,6 +159,22 @@ bool isLiteral(std::string_view piece) {
   return blanks.find(piece[0]) == std::string_view::npos && marks.find(piece[0]) == std::string_view::npos;
 }
 
+// How much of a piece the parser is given. It refuses exponents beyond an int, which are JSON all the same;
+// nine digits always fit.
+std::size_t parsedSize(std::string_view piece) {
+  constexpr std::size_t keptDigits = 9;
+  if (!isLiteral(piece) || piece[0] == '"') {
+    return piece.size();
+  }
+  const std::size_t letter = piece.find_first_of("eE");
+  if (letter == std::string_view::npos) {
+    return piece.size();
+  }
+  const std::size_t digits = std::min(piece.find_first_not_of("+-", letter + 1), piece.size());
+  const bool isExponent = piece.find_first_not_of("0123456789", digits) == std::string_view::npos;
+  return isExponent ? std::min(digits + keptDigits, piece.size()) : piece.size();
+}
+
 void advance(Position& position, std::string_view text) {
   for (const char c : text) {
     if (c == '\n') {
@@ -226,15 +244,15 @@ LocatedDocument parseLocated(std::string_view json) {
   for (std::size_t offset = json.substr(0, 3) == byteOrderMark ? 3 : 0; offset < json.size();) {
     const std::string_view piece = json.substr(offset, pieceSize(json.substr(offset)));
     parser->handler().setPosition(at, isLiteral(piece));
-    const std::size_t used = parser->write_some(true, piece.data(), piece.size(), error);
-    advance(at, piece.substr(0, used));
-    offset += used;
-    if (error) {
-      return fail(reasonOf(error), offset);
+    const std::string_view parsed = piece.substr(0, parsedSize(piece));
+    const std::size_t used = parser->write_some(true, parsed.data(), parsed.size(), error);
+    if (error || used != parsed.size()) {
+      advance(at, piece.substr(0, used));
+      return fail(error ? reasonOf(error) : SyntaxFault::Reason::TextAfterwards, offset + used);
     }
-    if (used != piece.size()) {
-      return fail(SyntaxFault::Reason::TextAfterwards, offset);
-    }
+    parser->handler().addDigits(piece.substr(used));
+    advance(at, piece);
+    offset += piece.size();
   }
   parser->write_some(false, nullptr, 0, error);
   if (error) {

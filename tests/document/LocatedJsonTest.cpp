@@ -1,6 +1,10 @@
+#include <random>
+#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
+
+#include <settings/SettingsManager.h>
 
 #include "document/LocatedJson.h"
 
@@ -92,6 +96,71 @@ TEST(LocatedJson, LongTextsAndNumbersAreWhole) {
   EXPECT_EQ(document.root->children[0].name, text);
   EXPECT_EQ(document.root->children[0].text, text);
   EXPECT_EQ(document.root->find("n")->text, digits);
+}
+
+TEST(LocatedJson, AnExponentOfAnyLengthIsANumber) {
+  for (const std::string number :
+       {"1e99999999999", "-1.5E+0000000000001", "1e-123456789", "0e999999999999999999"}) {
+    const auto document = parseLocated("{\"a\":" + number + ",\"b\":2}");
+    ASSERT_TRUE(document.root) << number;
+    EXPECT_EQ(document.root->find("a")->text, number);
+    EXPECT_EQ(at(document.root->find("b")->key), "1:" + std::to_string(7 + number.size()));
+  }
+  EXPECT_FALSE(parseLocated("{\"a\":1e1234567890x}").root);
+  EXPECT_FALSE(parseLocated("{\"a\":1e12345678901.5}").root);
+}
+
+// The store keeps an empty name for the elements of an array in an array, as the tree of places does.
+void expectSame(const LocatedNode& node, const SettingsManager::Tree& tree) {
+  EXPECT_EQ(node.text, tree.data());
+  ASSERT_EQ(node.children.size(), tree.size());
+  auto child = tree.begin();
+  for (const LocatedNode& inside : node.children) {
+    EXPECT_EQ(inside.name, child->first);
+    expectSame(inside, child->second);
+    ++child;
+  }
+}
+
+TEST(LocatedJson, ItReadsWhatTheSettingsStoreReads) {
+  const std::string whole =
+      R"({"a":[1,-2.5e3,"t\u00e4\"x",{"b":[[],[1,[2]]]}],"":{},"c":null,"a":true,"e":1e99})";
+  const std::string bytes = "{}[]:,\"\\ \n\te+-.0123456789truefalsn\xC3\xA4/";
+  std::mt19937 random(7);
+  const auto below = [&random](std::size_t bound) {
+    return std::uniform_int_distribution<std::size_t>(0, bound - 1)(random);
+  };
+  int accepted = 0;
+  for (int i = 0; i < 20000; ++i) {
+    std::string text = whole;
+    for (std::size_t changes = below(3); changes > 0; --changes) {
+      const std::size_t place = below(text.size());
+      switch (below(3)) {
+        case 0:
+          text[place] = bytes[below(bytes.size())];
+          break;
+        case 1:
+          text.insert(place, below(4) == 0 ? 12 : 1, bytes[below(bytes.size())]);
+          break;
+        default:
+          text.erase(place, 1);
+          break;
+      }
+    }
+    SettingsManager settings;
+    std::istringstream in(text);
+    const bool isRead = settings.loadStream(in, SettingsManager::JSON);
+    const LocatedDocument document = parseLocated(text);
+    ASSERT_EQ(document.root.has_value(), isRead) << text;
+    if (isRead) {
+      ++accepted;
+      expectSame(*document.root, settings.getTree());
+    } else {
+      EXPECT_LE(document.fault.offset, text.size());
+    }
+  }
+  EXPECT_GT(accepted, 5000);
+  EXPECT_LT(accepted, 15000);
 }
 
 TEST(LocatedJson, EscapesAreResolved) {

@@ -1,12 +1,10 @@
 #include "document/checks/Values.h"
 
 #include <cmath>
-#include <locale>
-
-#include <boost/property_tree/stream_translator.hpp>
 
 #include "text/LowerCase.h"
 #include "text/Number.h"
+#include "text/ValueText.h"
 
 namespace orvantis::toolkit {
 namespace {
@@ -18,13 +16,10 @@ bool isLeaf(const LocatedNode& node) {
 // As the settings store converts it.
 template <typename T>
 std::optional<T> convert(const LocatedNode& node) {
-  using Traits = std::char_traits<char>;
   if (!isLeaf(node)) {
     return std::nullopt;
   }
-  boost::property_tree::stream_translator<char, Traits, std::allocator<char>, T> translator(
-      std::locale::classic());
-  const auto value = translator.get_value(node.text);
+  const auto value = ValueText<T>().get_value(node.text);
   return value ? std::optional<T>(*value) : std::nullopt;
 }
 
