@@ -7,6 +7,8 @@ namespace {
 
 constexpr std::size_t mostBytesApart = std::size_t{1} << 20U;  // more than that are records of no driver
 
+constexpr std::size_t bytesAtOnce = 12288;
+
 std::uintptr_t addressOf(const void* values) {
   return reinterpret_cast<std::uintptr_t>(values);
 }
@@ -54,7 +56,10 @@ bool Blocks<Real>::next() {
     return false;
   }
   if (first_ < numDirect_) {
-    size_ = std::min(Block<Real>::capacity, numDirect_ - first_);
+    // This block and the next one stay in the first-level cache.
+    size_ = std::min({Block<Real>::capacity,
+                      wholeGroups<Real>(std::max(bytesAtOnce / points_.stride, std::size_t{256})),
+                      numDirect_ - first_});
     const std::size_t offset = first_ * points_.stride;
     block_.points = {moved(points_.x, offset), moved(points_.y, offset), moved(points_.z, offset),
                      points_.stride, size_};

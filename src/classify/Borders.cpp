@@ -111,8 +111,11 @@ std::optional<Outline> outlineOfSector(const Sector& sector) {
                             .x1 = origin.x(),
                             .y1 = origin.y(),
                             .radius = r,
-                            .bearing = minAngle,
-                            .opening = opening});
+                            .opening = opening,
+                            .beginX = std::cos(minAngle),
+                            .beginY = std::sin(minAngle),
+                            .endX = std::cos(maxAngle),
+                            .endY = std::sin(maxAngle)});
   return outline;
 }
 
@@ -137,29 +140,33 @@ double surelyNotZero(double reach) {
   return ulp * (std::max(1.0, reach) + 16.0 * reach * reach);
 }
 
-// The marks at the ends of an arc reach almost four cells beyond it.
-constexpr double cellsBeyond = 5.0;
+// A point may lie a little outside the cell that it is put into, and the cell has only to touch the border.
+constexpr double cellsBeyond = 2.0;
 
 }  // namespace
 
-Margins::Margins(const Bounds& zone, const Lattice& lattice, double scale)
-    : lattice_(lattice),
+Margins::Margins(const Bounds& zone, const Patch& patch, double scale)
+    : patch_(patch),
+      firstColumn_(patch.column(zone.minX - patch.slack)),
+      lastColumn_(patch.column(zone.maxX + patch.slack)),
+      firstRow_(patch.row(zone.minY - patch.slack)),
+      lastRow_(patch.row(zone.maxY + patch.slack)),
       centreX_(static_cast<float>(0.5 * (zone.minX + zone.maxX))),
       centreY_(static_cast<float>(0.5 * (zone.minY + zone.maxY))),
-      farthestX_(0.5 * (zone.maxX - zone.minX) + cellsBeyond * lattice.cell +
+      farthestX_(0.5 * (zone.maxX - zone.minX) + cellsBeyond * patch.cell +
                  std::abs(static_cast<double>(centreX_) - 0.5 * (zone.minX + zone.maxX))),
-      farthestY_(0.5 * (zone.maxY - zone.minY) + cellsBeyond * lattice.cell +
+      farthestY_(0.5 * (zone.maxY - zone.minY) + cellsBeyond * patch.cell +
                  std::abs(static_cast<double>(centreY_) - 0.5 * (zone.minY + zone.maxY))),
       scale_(scale),
-      slack_(scale * lattice.slack()),
-      reach_(2.0 * (zone.longSide() + cellsBeyond * lattice.cell)),
+      slack_(scale * patch.slack),
+      reach_(2.0 * (zone.longSide() + cellsBeyond * patch.cell)),
       determinant_(surelyNotZero(reach_)),
       tolerance_(ulp * std::max(1.0, zone.largestCoordinate() + reach_)) {
   // A point in a decided cell is at least half the slack above or below the edge. Points that were moved onto
-  // the lattice's rim may be as far away as Lattice::farthest; the determinant grows with that distance.
+  // the patch's rim may be as far away as Lattice::farthest; the determinant grows with that distance.
   const double far = Lattice::farthest;
   steepWidth_ =
-      scale * std::max(2.0 * determinant_ / (0.5 * lattice.slack()), 2.0 * surelyNotZero(far + reach_) / far);
+      scale * std::max(2.0 * determinant_ / (0.5 * patch.slack), 2.0 * surelyNotZero(far + reach_) / far);
 }
 
 Curve Margins::curveOf(const Border& border) const {
@@ -216,67 +223,67 @@ void Margins::coverSegment(const Border& segment, std::vector<Span>& spans) cons
   const auto [bottom, top] = std::minmax(segment.y1, segment.y2);
   const bool everyRow = isSteep(segment);
   // Within a column, a segment narrower than that is taken whole: its slope would amplify rounding.
-  const bool isNarrow = right - left < lattice_.cell / 16.0;
+  const bool isNarrow = right - left < patch_.cell / 16.0;
   const double slope = (segment.y2 - segment.y1) / (segment.x2 - segment.x1);
-  const int lastColumn = lattice_.column(right + slack_);
-  for (int column = lattice_.column(left - slack_); column <= lastColumn; ++column) {
+  const int lastColumn = patch_.column(right + slack_);
+  for (int column = patch_.column(left - slack_); column <= lastColumn; ++column) {
     if (everyRow) {
-      spans.push_back({column, 0, lattice_.rows - 1});
+      spans.push_back({column, 0, patch_.rows - 1});
       continue;
     }
     double low = bottom;
     double high = top;
     if (!isNarrow) {
-      const double columnLeft = lattice_.x0 + column * lattice_.cell;
+      const double columnLeft = patch_.x0 + column * patch_.cell;
       const double from = std::clamp(columnLeft - slack_, left, right);
-      const double to = std::clamp(columnLeft + lattice_.cell + slack_, left, right);
+      const double to = std::clamp(columnLeft + patch_.cell + slack_, left, right);
       const double yFrom = segment.y1 + (from - segment.x1) * slope;
       const double yTo = segment.y1 + (to - segment.x1) * slope;
       low = std::clamp(std::min(yFrom, yTo), bottom, top);
       high = std::clamp(std::max(yFrom, yTo), bottom, top);
     }
-    spans.push_back({column, lattice_.row(low - slack_), lattice_.row(high + slack_)});
+    spans.push_back({column, patch_.row(low - slack_), patch_.row(high + slack_)});
   }
 }
 
 void Margins::coverArc(const Border& arc, std::vector<Span>& spans) const {
   const double r = arc.radius;
-  const int lastColumn = lattice_.column(arc.x1 + r + slack_);
-  for (int column = lattice_.column(arc.x1 - r - slack_); column <= lastColumn; ++column) {
-    const double from = lattice_.x0 + column * lattice_.cell - slack_ - arc.x1;
-    const double to = from + lattice_.cell + 2.0 * slack_;
+  const int firstColumn = std::max(patch_.column(arc.x1 - r - slack_), firstColumn_);
+  const int lastColumn = std::min(patch_.column(arc.x1 + r + slack_), lastColumn_);
+  for (int column = firstColumn; column <= lastColumn; ++column) {
+    const double from = patch_.x0 + column * patch_.cell - slack_ - arc.x1;
+    const double to = from + patch_.cell + 2.0 * slack_;
     const bool spansCentre = from <= 0.0 && to >= 0.0;
     const double nearest = spansCentre ? 0.0 : std::min({std::abs(from), std::abs(to), r});
     const double farthest = std::min(std::max(std::abs(from), std::abs(to)), r);
     const double high = std::sqrt(r * r - nearest * nearest);
     const double low = std::sqrt(r * r - farthest * farthest);
-    const Span upper{column, lattice_.row(arc.y1 + low - slack_), lattice_.row(arc.y1 + high + slack_)};
-    const Span lower{column, lattice_.row(arc.y1 - high - slack_), lattice_.row(arc.y1 - low + slack_)};
-    if (lower.last >= upper.first) {
-      coverArcRows(arc, {column, lower.first, upper.last}, spans);
-    } else {
-      coverArcRows(arc, lower, spans);
-      coverArcRows(arc, upper, spans);
-    }
+    coverArcRows(arc, column, arc.y1 - high - slack_, arc.y1 - low + slack_, spans);
+    coverArcRows(arc, column, arc.y1 + low - slack_, arc.y1 + high + slack_, spans);
   }
 }
 
-// Of the cells that the circle passes through, those that the arc does.
-void Margins::coverArcRows(const Border& arc, const Span& span, std::vector<Span>& spans) const {
-  if (arc.opening >= turn) {
-    spans.push_back(span);
-    return;
-  }
-  for (int row = span.first; row <= span.last; ++row) {
-    const double dx = lattice_.x0 + (span.column + 0.5) * lattice_.cell - arc.x1;
-    const double dy = lattice_.y0 + (row + 0.5) * lattice_.cell - arc.y1;
-    // Twice the cell's own opening as seen from the origin: more than any of its points is away from its
-    // centre.
-    const double reach = 2.0 * (lattice_.cell + slack_) / std::hypot(dx, dy);
-    const double ahead = turnsFrom(arc.bearing, std::atan2(dy, dx));
-    if (ahead <= arc.opening + reach || ahead >= turn - reach) {
-      spans.push_back({span.column, row, row});
+// Of the cells that the circle passes through between two heights, those that the arc does, or nearly.
+void Margins::coverArcRows(const Border& arc, int column, double low, double high,
+                           std::vector<Span>& spans) const {
+  const int lastRow = std::min(patch_.row(high), lastRow_);
+  // Cells as near as this to the arc's ends are taken too.
+  const double reach = 2.0 * (patch_.cell + slack_);
+  bool isInRun = false;
+  for (int row = std::max(patch_.row(low), firstRow_); row <= lastRow; ++row) {
+    const double dx = patch_.x0 + (column + 0.5) * patch_.cell - arc.x1;
+    const double dy = patch_.y0 + (row + 0.5) * patch_.cell - arc.y1;
+    const bool isAfterBegin = arc.beginX * dy - arc.beginY * dx >= -reach;
+    const bool isBeforeEnd = dx * arc.endY - dy * arc.endX >= -reach;
+    const bool isCovered = arc.opening <= 0.5 * turn ? isAfterBegin && isBeforeEnd
+                           : arc.opening < turn      ? isAfterBegin || isBeforeEnd
+                                                     : true;
+    if (isCovered && isInRun) {
+      spans.back().last = row;
+    } else if (isCovered) {
+      spans.push_back({column, row, row});
     }
+    isInRun = isCovered;
   }
 }
 

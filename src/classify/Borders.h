@@ -22,9 +22,12 @@ struct Border {
   double y1{};
   double x2{};
   double y2{};
-  double radius{};   // of an arc, with
-  double bearing{};  // where it begins and
+  double radius{};   // of an arc
   double opening{};  // how far it runs counterclockwise, in radians
+  double beginX{};   // the directions of its ends, as seen from its origin
+  double beginY{};
+  double endX{};
+  double endY{};
 };
 
 /// The border of a zone whose verdict changes nowhere else.
@@ -50,20 +53,20 @@ struct Curve {
   float operator()(float u, float v) const { return (u * (q * u + a) + v * (q * v + b)) + c; }
 };
 
-/// Cells of one column, from row `first` to row `last`.
+/// Cells of one column of a patch, from row `first` to row `last`.
 struct Span {
   int column;
   int first;
   int last;
 };
 
-/// Where the borders of the zones lie on a lattice, with the margins that make the cells safe. The argument
-/// is in docs/classifier.md.
+/// Where the borders of a zone lie on its patch of the lattice, with the margins that make the cells safe.
+/// The argument is in docs/classifier.md.
 class Margins {
  public:
   /// @param zone bounds the border of the zone
   /// @param scale one, but for the test that shows that the margins are needed
-  Margins(const Bounds& zone, const Lattice& lattice, double scale);
+  Margins(const Bounds& zone, const Patch& patch, double scale);
 
   Curve curveOf(const Border& border) const;
 
@@ -78,9 +81,14 @@ class Margins {
   Curve scaled(double q, double a, double b, double c, double band) const;
   void coverSegment(const Border& segment, std::vector<Span>& spans) const;
   void coverArc(const Border& arc, std::vector<Span>& spans) const;
-  void coverArcRows(const Border& arc, const Span& span, std::vector<Span>& spans) const;
+  void coverArcRows(const Border& arc, int column, double low, double high, std::vector<Span>& spans) const;
 
-  Lattice lattice_;
+  Patch patch_;
+  // No border has a mark beyond.
+  int firstColumn_;
+  int lastColumn_;
+  int firstRow_;
+  int lastRow_;
   float centreX_;  // of the zone: curves count coordinates from there
   float centreY_;
   double farthestX_;  // no point that a curve decides is farther from the centre

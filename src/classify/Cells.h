@@ -1,11 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "classify/Grid.h"
-#include "classify/Marking.h"
 #include "classify/Palette.h"
+#include "classify/Strokes.h"
 
 namespace orvantis::filter::classify {
 
@@ -17,9 +19,15 @@ struct PlanCell {
   Kind kind;
 };
 
-/// The kinds of all cells, and what decides the points of each kind. See Grid.
+/// Cells of one column in succession that are the same.
+struct CellRun {
+  PlanCell cell;
+  std::uint16_t length;
+};
+
+/// What all cells are, and what decides the points of each kind. See Grid.
 struct PlanCells {
-  std::vector<PlanCell> cells;
+  std::vector<CellRun> runs;  ///< column by column
   PlanCell ofNaN{};
   PlanCell farAway{};
   Palette palette;
@@ -27,9 +35,17 @@ struct PlanCells {
   std::vector<CrossedCell> crossedCells;
   std::vector<TangledCell> tangledCells;
   std::vector<Decision> decisions;
+  std::vector<Curve> curves;
+
+  std::size_t numCodes() const {
+    return palette.sets().size() + cutCells.size() + crossedCells.size() + tangledCells.size();
+  }
 };
 
 /// The second phase of making a grid.
-PlanCells cellsOf(const PlannedZones& zones, const MarkedPlan& plan);
+/// @param alwaysAsked the zones that the strokes leave out
+/// @return nothing when there would be more codes than a grid may have
+std::optional<PlanCells> cellsOf(const std::vector<OutlinedZone>& zones, const Strokes& strokes, int numRows,
+                                 std::uint64_t alwaysAsked);
 
 }  // namespace orvantis::filter::classify

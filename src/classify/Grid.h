@@ -8,7 +8,6 @@
 #include "classify/Borders.h"
 #include "classify/Folding.h"
 #include "classify/FrozenZones.h"
-#include "classify/Lattice.h"
 
 namespace orvantis::filter::classify {
 
@@ -59,7 +58,6 @@ struct Grid {
   static constexpr std::size_t mostBytes = std::size_t{1} << 20U;
   static constexpr std::uint16_t curveOfZero = 0;  ///< decides nothing
 
-  Lattice lattice;
   Folding columns;
   Folding rows;
 

@@ -129,7 +129,7 @@ Heights heightsOf(const std::vector<FrozenZone>& zones) {
   fillBuckets(heights);
   for (std::size_t slab = 0; slab < heights.slabMasks.size(); ++slab) {
     const std::uint64_t held = heights.slabMasks[slab];
-    heights.masks[slab] = held != 0 ? held | openCell : 0;
+    heights.masks[slab] = held != 0 ? held | openCell | decidingBits : 0;
   }
   constexpr double nan = std::numeric_limits<double>::quiet_NaN();
   heights.slabStarts.insert(heights.slabStarts.end(), {nan, nan});

@@ -3,41 +3,143 @@
 namespace orvantis::filter::classify {
 namespace {
 
-// A square site has at least this many cells a side and fewer than twice as many, and a long one as many in
-// all.
-constexpr double cellsPerSide = 256.0;
-// A long side has fewer than twice as many as this: what curves lose as floats grows with the distance.
-constexpr double cellsPerLongSide = 1024.0;
+// As many cells as their codes fit into the second-level cache of most processors.
+constexpr double numCells = 0x1p17;
+// What curves and positions lose as floats grows with the number of cells along an axis.
+constexpr double mostAlong = 2000.0;
 constexpr double smallestCell = 0x1p-13;
-// The corner of the lattice is then at most 2^23 cells from the origin, which a float holds exactly.
+// The corner of the lattice is then at most 2^23 cells from the origin, which a float holds to an eighth of a
+// cell.
 constexpr double cellPerCoordinate = 0x1p-22;
-// The cells around the site. What lies outside the lattice is looked up at its rim, which no border may mark:
-// the marks at the ends of an arc reach almost four cells beyond it.
-constexpr int margin = 5;
+// Cells before and behind the zones of a piece. What lies outside is looked up at the rim, which no border
+// may mark.
+constexpr double margin = 3.0;
+
+double lengthOf(const std::vector<Axis::Interval>& pieces) {
+  double length = 0.0;
+  for (const Axis::Interval& piece : pieces) {
+    length += piece.high - piece.low;
+  }
+  return length;
+}
+
+// Without the gaps that the margins on both sides of them would fill.
+std::vector<Axis::Interval> joined(const std::vector<Axis::Interval>& pieces, double cell) {
+  std::vector<Axis::Interval> result;
+  for (const Axis::Interval& piece : pieces) {
+    if (!result.empty() && piece.low - result.back().high < (2.0 * margin + 2.0) * cell) {
+      result.back().high = piece.high;
+    } else {
+      result.push_back(piece);
+    }
+  }
+  return result;
+}
+
+double largestIn(const std::vector<Axis::Interval>& pieces) {
+  return pieces.empty() ? 0.0 : std::max(std::abs(pieces.front().low), std::abs(pieces.back().high));
+}
 
 }  // namespace
 
-double suitableCell(const Bounds& site) {
-  if (site.isEmpty()) {
-    return 1.0;
+Axis::Axis(const std::vector<Interval>& pieces, float cellsPerMetre) {
+  folding_.stepsPerUnit = cellsPerMetre;
+  if (pieces.empty()) {
+    return;
   }
-  const double squareSide = std::sqrt((site.maxX - site.minX) * (site.maxY - site.minY));
-  const double wanted = std::max({squareSide / cellsPerSide, site.longSide() / cellsPerLongSide, smallestCell,
-                                  2.0 * site.largestCoordinate() * cellPerCoordinate});
-  return std::exp2(std::floor(std::log2(wanted)));
+  const double perMetre = cellsPerMetre;
+  folding_.origin = static_cast<float>(pieces.front().low - margin / perMetre);
+  const auto origin = static_cast<double>(folding_.origin);
+  folding_.numPieces = pieces.size();
+  for (std::size_t k = 0; k < pieces.size(); ++k) {
+    folding_.offsets[k] = k == 0 ? 0.0F : static_cast<float>(pieces[k].low - margin / perMetre - origin);
+    const double length = pieces[k].high - origin - static_cast<double>(folding_.offsets[k]);
+    folding_.counts[k] = static_cast<float>(std::ceil(length * perMetre + margin));
+  }
 }
 
-Lattice latticeOver(const Bounds& site, double cell) {
-  if (site.isEmpty()) {
-    return {};
+Axis::Piece Axis::pieceAt(double value) const {
+  const auto origin = static_cast<double>(folding_.origin);
+  const double cell = 1.0 / static_cast<double>(folding_.stepsPerUnit);
+  std::size_t k = 0;
+  int first = 0;
+  while (k + 1 < folding_.numPieces && value >= origin + static_cast<double>(folding_.offsets[k + 1])) {
+    first += static_cast<int>(folding_.counts[k]);
+    ++k;
   }
-  Lattice lattice;
-  lattice.cell = cell;
-  lattice.x0 = (std::floor(site.minX / cell) - margin) * cell;
-  lattice.y0 = (std::floor(site.minY / cell) - margin) * cell;
-  lattice.columns = static_cast<int>(std::floor((site.maxX - lattice.x0) / cell)) + 1 + margin;
-  lattice.rows = static_cast<int>(std::floor((site.maxY - lattice.y0) / cell)) + 1 + margin;
-  return lattice;
+  // A cell's number is that of the value in its middle.
+  const auto offset = static_cast<double>(folding_.offsets[k]);
+  const auto count = static_cast<double>(folding_.counts[k]);
+  return {origin + offset - 0.5 * cell, first, static_cast<int>(count) + 1, offset + (count + 1.0) * cell};
+}
+
+std::vector<Axis::Interval> piecesOf(std::vector<Axis::Interval> intervals) {
+  using Interval = Axis::Interval;
+  std::sort(intervals.begin(), intervals.end(),
+            [](const Interval& a, const Interval& b) { return a.low < b.low; });
+  std::vector<Interval> pieces;
+  for (const Interval& interval : intervals) {
+    if (!pieces.empty() && interval.low <= pieces.back().high) {
+      pieces.back().high = std::max(pieces.back().high, interval.high);
+    } else {
+      pieces.push_back(interval);
+    }
+  }
+  // The widest gaps stay, in the order of the pieces; the others are closed.
+  std::vector<double> gaps;
+  for (std::size_t i = 1; i < pieces.size(); ++i) {
+    gaps.push_back(pieces[i].low - pieces[i - 1].high);
+  }
+  std::vector<double> widest = gaps;
+  std::sort(widest.begin(), widest.end(), std::greater<>());
+  double left = pieces.empty() ? 0.0 : pieces.back().high - pieces.front().low;
+  std::size_t numKept = 0;
+  while (numKept < widest.size() && numKept + 1 < Folding::mostPieces && widest[numKept] > 0.5 * left) {
+    left -= widest[numKept++];
+  }
+  std::vector<Interval> result;
+  for (std::size_t i = 0; i < pieces.size(); ++i) {
+    if (i > 0 && (numKept == 0 || gaps[i - 1] < widest[numKept - 1])) {
+      result.back().high = pieces[i].high;
+    } else {
+      result.push_back(pieces[i]);
+    }
+  }
+  return result;
+}
+
+Patch Lattice::patchOf(const Bounds& zone) const {
+  const Axis::Piece x = columns.pieceAt(0.5 * (zone.minX + zone.maxX));
+  const Axis::Piece y = rows.pieceAt(0.5 * (zone.minY + zone.maxY));
+  Patch patch;
+  patch.x0 = x.begin;
+  patch.y0 = y.begin;
+  patch.cell = cell;
+  patch.columns = x.count;
+  patch.rows = y.count;
+  patch.firstColumn = x.first;
+  patch.firstRow = y.first;
+  patch.slack = std::ldexp(cell, -8) + 1.0e-6 + std::ldexp(std::max(x.farthest, y.farthest), -22);
+  return patch;
+}
+
+Lattices::Lattices(const std::vector<Bounds>& zones) {
+  for (const Bounds& zone : zones) {
+    columns_.push_back({zone.minX, zone.maxX});
+    rows_.push_back({zone.minY, zone.maxY});
+  }
+  columns_ = piecesOf(std::move(columns_));
+  rows_ = piecesOf(std::move(rows_));
+  const double width = lengthOf(columns_);
+  const double height = lengthOf(rows_);
+  cell_ = std::max({std::sqrt(width * height / numCells), std::max(width, height) / mostAlong, smallestCell,
+                    2.0 * std::max(largestIn(columns_), largestIn(rows_)) * cellPerCoordinate});
+}
+
+Lattice Lattices::coarser(double factor) const {
+  const auto cellsPerMetre = static_cast<float>(1.0 / (cell_ * factor));
+  const double cell = 1.0 / static_cast<double>(cellsPerMetre);
+  return {cell, Axis(joined(columns_, cell), cellsPerMetre), Axis(joined(rows_, cell), cellsPerMetre)};
 }
 
 }  // namespace orvantis::filter::classify

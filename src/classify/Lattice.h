@@ -1,52 +1,28 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cmath>
-#include <limits>
+#include <cstddef>
+#include <vector>
+
+#include "classify/Bounds.h"
+#include "classify/Folding.h"
 
 namespace orvantis::filter::classify {
 
-/// An upright box of the plan.
-struct Bounds {
-  double minX = std::numeric_limits<double>::infinity();
-  double minY = std::numeric_limits<double>::infinity();
-  double maxX = -std::numeric_limits<double>::infinity();
-  double maxY = -std::numeric_limits<double>::infinity();
-
-  void include(double x, double y) {
-    minX = std::min(minX, x);
-    minY = std::min(minY, y);
-    maxX = std::max(maxX, x);
-    maxY = std::max(maxY, y);
-  }
-  void include(const Bounds& other) {
-    minX = std::min(minX, other.minX);
-    minY = std::min(minY, other.minY);
-    maxX = std::max(maxX, other.maxX);
-    maxY = std::max(maxY, other.maxY);
-  }
-  bool isEmpty() const { return !(minX <= maxX); }
-  double longSide() const { return std::max(maxX - minX, maxY - minY); }
-  double largestCoordinate() const {
-    return std::max({std::abs(minX), std::abs(minY), std::abs(maxX), std::abs(maxY)});
-  }
-};
-
-/// Square cells over the plan. The cell is a power of two and the corner a multiple of it, so that a float
-/// holds both exactly and the cell of a point is found with one rounding.
-struct Lattice {
-  /// A point farther than this from the corner in y is not looked up.
-  static constexpr double farthest = 0x1p25;
-
+/// Square cells over a part of the plan without gaps.
+struct Patch {
   double x0 = 0.0;
   double y0 = 0.0;
   double cell = 1.0;
   int columns = 1;
   int rows = 1;
-
-  /// How far from the border of a cell a point may lie and still be put into it, and more than that: what the
-  /// marks of a border are widened by.
-  double slack() const { return std::ldexp(cell, -8) + 1.0e-6; }
+  int firstColumn = 0;  ///< in the lattice
+  int firstRow = 0;
+  /// More than twice as far as a point may lie outside the cell that it is put into: what the marks of a
+  /// border are widened by.
+  double slack = 0.0;
 
   int column(double x) const { return index(x - x0, columns); }
   int row(double y) const { return index(y - y0, rows); }
@@ -57,10 +33,64 @@ struct Lattice {
   }
 };
 
-/// The cell that suits a site: see the rule in PointClassifier.h.
-double suitableCell(const Bounds& site);
+/// The columns or the rows of a lattice. Wide gaps in which no zone lies are left out.
+class Axis {
+ public:
+  struct Interval {
+    double low;
+    double high;
+  };
 
-/// The lattice that covers the site with a margin, so that no border marks its rim but a steep edge.
-Lattice latticeOver(const Bounds& site, double cell);
+  Axis() = default;
+  /// @param pieces where zones lie, in ascending order, up to Folding::mostPieces
+  Axis(const std::vector<Interval>& pieces, float cellsPerMetre);
+
+  const Folding& folding() const { return folding_; }
+  int size() const { return folding_.last() + 1; }
+
+  /// Of the piece that a value lies in: where its first cell begins, which one that is, how many it has, and
+  /// how far from the origin the last one is.
+  struct Piece {
+    double begin;
+    int first;
+    int count;
+    double farthest;
+  };
+  Piece pieceAt(double value) const;
+
+ private:
+  Folding folding_;
+};
+
+/// Where zones lie along one axis, but for the widest gaps, as far as leaving them out halves what is left.
+std::vector<Axis::Interval> piecesOf(std::vector<Axis::Interval> intervals);
+
+/// Cells over the whole plan. What lies outside of it, or in a gap, is looked up at the rim of the nearest
+/// piece.
+struct Lattice {
+  /// A point farther than this from the origin in y is not looked up.
+  static constexpr double farthest = 0x1p25;
+
+  double cell = 1.0;
+  Axis columns;
+  Axis rows;
+
+  /// The part that a zone lies in, with a margin that its borders do not reach.
+  Patch patchOf(const Bounds& zone) const;
+};
+
+/// Lattices for zones with these bounds, from a fine one to coarser ones.
+class Lattices {
+ public:
+  explicit Lattices(const std::vector<Bounds>& zones);
+
+  /// The lattice whose cells are `factor` times as long as those of the finest one.
+  Lattice coarser(double factor) const;
+
+ private:
+  std::vector<Axis::Interval> columns_;
+  std::vector<Axis::Interval> rows_;
+  double cell_ = 1.0;
+};
 
 }  // namespace orvantis::filter::classify

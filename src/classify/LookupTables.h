@@ -6,6 +6,7 @@
 #include "classify/Folding.h"
 #include "classify/Grid.h"
 #include "classify/Heights.h"
+#include "classify/Lattice.h"
 
 namespace orvantis::filter::classify {
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <optional>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace orvantis::filter::classify {
@@ -11,24 +11,43 @@ namespace orvantis::filter::classify {
 class Palette {
  public:
   std::uint32_t codeOf(std::uint64_t set) {
-    // Neighbouring cells mostly have the same one.
-    if (last_ && sets_[*last_] == set) {
-      return *last_;
-    }
-    const auto [entry, isNew] = codes_.try_emplace(set, static_cast<std::uint32_t>(sets_.size()));
-    if (isNew) {
+    std::size_t place = placeOf(set);
+    if (places_[place] == none) {
+      if (2 * sets_.size() >= places_.size()) {
+        grow();
+        place = placeOf(set);
+      }
+      places_[place] = static_cast<std::uint32_t>(sets_.size());
       sets_.push_back(set);
     }
-    last_ = entry->second;
-    return entry->second;
+    return places_[place];
   }
 
   const std::vector<std::uint64_t>& sets() const { return sets_; }
 
  private:
+  static constexpr std::uint32_t none = ~std::uint32_t{0};
+
+  // Where a set stands, or may be put.
+  std::size_t placeOf(std::uint64_t set) const {
+    constexpr std::uint64_t golden = 0x9E3779B97F4A7C15U;
+    const std::size_t mask = places_.size() - 1;
+    std::size_t place = static_cast<std::size_t>(set * golden >> 32U) & mask;
+    while (places_[place] != none && sets_[places_[place]] != set) {
+      place = (place + 1) & mask;
+    }
+    return place;
+  }
+
+  void grow() {
+    places_.assign(2 * places_.size(), none);
+    for (std::size_t code = 0; code < sets_.size(); ++code) {
+      places_[placeOf(sets_[code])] = static_cast<std::uint32_t>(code);
+    }
+  }
+
   std::vector<std::uint64_t> sets_;
-  std::unordered_map<std::uint64_t, std::uint32_t> codes_;
-  std::optional<std::uint32_t> last_;
+  std::vector<std::uint32_t> places_ = std::vector<std::uint32_t>(1024, none);
 };
 
 }  // namespace orvantis::filter::classify

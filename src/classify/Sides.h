@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <cstdint>
 
 #include <filter/detection/Zone.h>
 
@@ -18,13 +17,28 @@ struct Sides {
 
   unsigned known = 0;
   unsigned inside = 0;
+
+  void tell(unsigned combinations, bool areInside) {
+    known |= combinations;
+    inside |= areInside ? combinations : 0U;
+  }
 };
 
-/// The value of a curve at a point of the plan.
-float valueOf(const Curve& curve, double x, double y);
+/// Cells of one column, from a corner to the opposite one.
+struct Box {
+  double minX;
+  double minY;
+  double maxX;
+  double maxY;
+};
 
-/// Asks a shape for one point of each combination of sides that a sample of the cell shows.
-Sides askSides(const detection::Zone& shape, const Lattice& lattice, int column, int row,
-               const std::array<Curve, 2>& curves, bool isOneCurve);
+/// On which side of a curve a point is; nothing when it is too close to it.
+unsigned sideOf(const Curve& curve, double x, double y);
+
+/// Asks a shape for one point of each side of the curve that is not known and that a corner of the box shows.
+void askSides(const detection::Zone& shape, const Box& box, const Curve& curve, Sides& sides);
+
+/// Asks a shape for one point of each combination of sides that a sample of the box shows.
+Sides askSides(const detection::Zone& shape, const Box& box, const std::array<const Curve*, 2>& curves);
 
 }  // namespace orvantis::filter::classify

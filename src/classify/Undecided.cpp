@@ -123,13 +123,28 @@ class Decider {
   const ShapesByBit& shapes_;
 };
 
+// Leaves the points out whose cells are decided by their heights. @return how many are left
+std::size_t leaveOutDecided(PointList& list, std::uint64_t* masks) {
+  std::size_t numLeft = 0;
+  for (std::size_t i = 0; i < list.size; ++i) {
+    const std::uint32_t point = list.points[i];
+    const std::uint64_t mask = masks[point];
+    masks[point] = mask & (zoneBits | openHeight);
+    // Written in any case, and kept by the next one's place: a jump would be guessed wrong too often.
+    list.points[numLeft] = point;
+    numLeft += isStillOpen(mask) ? 1U : 0U;
+  }
+  return numLeft;
+}
+
 template <typename Real>
 void decideAll(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const Block<Real>& block,
-               const Pending& pending) {
+               Pending& pending) {
   const Decider<Real> decider(grid, shapes);
   const PointsView<Real> points = block.points;
   const std::uint16_t* codes = grid.codes.data();
-  for (std::size_t i = 0; i < pending.cell.size; ++i) {
+  const std::size_t numOpen = leaveOutDecided(pending.cell, block.masks);
+  for (std::size_t i = 0; i < numOpen; ++i) {
     const std::uint32_t point = pending.cell.points[i];
     const std::size_t offset = point * points.stride;
     const Position<Real> at{valueAt<Real>(points.x, offset), valueAt<Real>(points.y, offset)};
@@ -143,12 +158,12 @@ void decideAll(const Grid& grid, const Heights& heights, const ShapesByBit& shap
 }
 
 void decideFloats(const Grid& grid, const Heights& heights, const ShapesByBit& shapes,
-                  const Block<float>& block, const Pending& pending) {
+                  const Block<float>& block, Pending& pending) {
   decideAll(grid, heights, shapes, block, pending);
 }
 
 void decideDoubles(const Grid& grid, const Heights& heights, const ShapesByBit& shapes,
-                   const Block<double>& block, const Pending& pending) {
+                   const Block<double>& block, Pending& pending) {
   decideAll(grid, heights, shapes, block, pending);
 }
 
@@ -164,12 +179,12 @@ HWY_EXPORT(decideFloats);
 HWY_EXPORT(decideDoubles);
 
 void decide(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const Block<float>& block,
-            const Pending& pending) {
+            Pending& pending) {
   HWY_DYNAMIC_DISPATCH(decideFloats)(grid, heights, shapes, block, pending);
 }
 
 void decide(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const Block<double>& block,
-            const Pending& pending) {
+            Pending& pending) {
   HWY_DYNAMIC_DISPATCH(decideDoubles)(grid, heights, shapes, block, pending);
 }
 

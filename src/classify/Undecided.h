@@ -18,8 +18,8 @@ using ShapesByBit = std::array<const detection::Zone*, numBits>;
 /// Decides what the tables leave open: takes away the zones that do not hold the pending points. Before,
 /// their masks have the zones that may.
 void decide(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const Block<float>& block,
-            const Pending& pending);
+            Pending& pending);
 void decide(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const Block<double>& block,
-            const Pending& pending);
+            Pending& pending);
 
 }  // namespace orvantis::filter::classify

@@ -14,11 +14,10 @@ namespace {
 using filter::classify::Border;
 using filter::classify::Bounds;
 using filter::classify::Curve;
-using filter::classify::Lattice;
-using filter::classify::latticeOver;
 using filter::classify::Margins;
 using filter::classify::Outline;
 using filter::classify::outlineOf;
+using filter::classify::Patch;
 using namespace filter::detection;
 
 // A zone that is 100 m x 60 m large about the origin.
@@ -31,25 +30,36 @@ class Bands : public ::testing::Test {
     return zone;
   }
 
+  static Patch patchOver(const Bounds& zone, double cell) {
+    Patch patch;
+    patch.x0 = zone.minX - 3.0 * cell;
+    patch.y0 = zone.minY - 3.0 * cell;
+    patch.cell = cell;
+    patch.columns = static_cast<int>((zone.maxX - zone.minX) / cell) + 6;
+    patch.rows = static_cast<int>((zone.maxY - zone.minY) / cell) + 6;
+    patch.slack = 0.001;
+    return patch;
+  }
+
   Curve curveOf(const Zone& shape, std::size_t piece, double scale = 1.0) const {
     const std::optional<Outline> outline = outlineOf(shape);
-    return Margins(zone_, lattice_, scale).curveOf(outline->pieces.at(piece));
+    return Margins(zone_, patch_, scale).curveOf(outline->pieces.at(piece));
   }
 
   // What rounding to float may take from a sum of terms as large as these.
   static double lost(double terms) { return 1.0625 * 0x1p-21 * terms; }
 
   const Bounds zone_ = makeZone();
-  const Lattice lattice_ = latticeOver(zone_, 0.25);
-  const double u_ = 50.0 + 5.0 * 0.25;  // no point of a marked cell is farther from the middle
-  const double v_ = 30.0 + 5.0 * 0.25;
+  const Patch patch_ = patchOver(zone_, 0.25);
+  const double u_ = 50.0 + 2.0 * 0.25;  // no point of a marked cell is farther from the middle
+  const double v_ = 30.0 + 2.0 * 0.25;
 };
 
 TEST_F(Bands, AreCountedFromTheMiddleOfTheZone) {
   Bounds far;
   far.include(4.5e5 - 1.0, 5.0e6 - 3.0);
   far.include(4.5e5 + 1.0, 5.0e6 + 3.0);
-  const Margins margins(far, latticeOver(far, 2.0), 1.0);
+  const Margins margins(far, patchOver(far, 2.0), 1.0);
   const Curve curve =
       margins.curveOf({.kind = Border::Kind::Edge, .x1 = 4.5e5, .y1 = 5.0e6, .x2 = 4.5e5 + 1.0, .y2 = 5.0e6});
   EXPECT_EQ(curve.x, 4.5e5F);
@@ -99,7 +109,7 @@ TEST_F(Bands, OfAShortEdgeIsWiderByItsDeterminant) {
     const Polygon sliver("p", {{0.0, 0.0}, {length, 0.0}, {0.0, 1.0}});
     return 1.0 / static_cast<double>(curveOf(sliver, 0).b);
   };
-  const double reach = 2.0 * (100.0 + 5.0 * 0.25);
+  const double reach = 2.0 * (100.0 + 2.0 * 0.25);
   const double determinant = 0x1p-52 * (reach + 16.0 * reach * reach);
   for (const double length : {1.0e-6, 1.0e-8, 1.0e-10}) {
     EXPECT_NEAR(bandOf(length) / (lost(v_) + 2.0 * determinant / length), 1.0, 1.0e-5) << length;
@@ -136,7 +146,10 @@ TEST(Outline, OfASectorHasItsBearingsAndItsArc) {
   EXPECT_EQ(arc.x1, 5.0);
   EXPECT_EQ(arc.y1, 6.0);
   EXPECT_EQ(arc.radius, 2.0);
-  EXPECT_EQ(arc.bearing, 3.0);
+  EXPECT_EQ(arc.beginX, std::cos(3.0));
+  EXPECT_EQ(arc.beginY, std::sin(3.0));
+  EXPECT_EQ(arc.endX, std::cos(-3.0));
+  EXPECT_EQ(arc.endY, std::sin(-3.0));
   EXPECT_NEAR(arc.opening, 2.0 * std::acos(-1.0) - 6.0, 1.0e-12);
   // It opens to the left of its origin.
   EXPECT_EQ(sector->bounds.minX, 3.0);

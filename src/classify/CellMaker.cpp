@@ -1,0 +1,128 @@
+#include "classify/CellMaker.h"
+
+#include <array>
+#include <cstddef>
+#include <limits>
+#include <optional>
+
+#include "classify/Combining.h"
+
+namespace orvantis::filter::classify {
+namespace {
+
+using Kind = PlanCell::Kind;
+
+constexpr std::size_t mostCurves = std::numeric_limits<std::uint16_t>::max();
+
+std::uint64_t bitOf(int zone) {
+  return std::uint64_t{1} << zone;
+}
+
+Decision asking(std::uint8_t bit) {
+  return {{Grid::curveOfZero, Grid::curveOfZero}, bit, 0, 0};
+}
+
+bool areSame(const CrossedCell& a, const CrossedCell& b) {
+  return a.asked == b.asked && a.decided == b.decided && a.curves == b.curves && a.zonesOn == b.zonesOn;
+}
+
+}  // namespace
+
+PlanCell CellMaker::cellOf(std::uint64_t held, const std::vector<const Stroke*>& borders) {
+  if (borders.empty()) {
+    return {cells_.palette.codeOf(held), Kind::Decided};
+  }
+  const Stroke& first = *borders.front();
+  if (borders.size() == 1 && first.kind == Stroke::Kind::OneCurve && first.known == Sides::both) {
+    return cutCell(held, first);
+  }
+  decisions_.clear();
+  for (const Stroke* border : borders) {
+    decisions_.push_back(decisionOf(*border));
+  }
+  if (const std::optional<CrossedCell> crossed = combined(decisions_, held, cells_.palette)) {
+    return crossedCell(*crossed);
+  }
+  return tangledCell(held);
+}
+
+PlanCell CellMaker::askingCell(std::uint64_t held, std::uint64_t asked) {
+  decisions_.clear();
+  for (std::uint8_t bit = 0; bit < numBits; ++bit) {
+    if ((asked >> bit & 1U) != 0) {
+      decisions_.push_back(asking(bit));
+    }
+  }
+  return tangledCell(held);
+}
+
+std::uint16_t CellMaker::codeOf(std::uint64_t zones) {
+  return static_cast<std::uint16_t>(cells_.palette.codeOf(zones));
+}
+
+PlanCell CellMaker::cutCell(std::uint64_t held, const Stroke& border) {
+  const std::uint64_t bit = bitOf(border.bit);
+  const std::array<std::uint16_t, 2> zones = {
+      codeOf(held | ((border.inside & Sides::negative) != 0 ? bit : 0)),
+      codeOf(held | ((border.inside & Sides::positive) != 0 ? bit : 0))};
+  std::uint32_t& last = lastCut_[border.curves[0]];
+  for (std::uint32_t number = last; number != none; number = cutBefore_[number]) {
+    if (cells_.cutCells[number].zones == zones) {
+      return {number, Kind::Cut};
+    }
+  }
+  cutBefore_.push_back(last);
+  last = static_cast<std::uint32_t>(cells_.cutCells.size());
+  cells_.cutCells.push_back({curves_[border.curves[0]], zones, border.bit});
+  return {last, Kind::Cut};
+}
+
+// The same borders mostly cross in several columns.
+PlanCell CellMaker::crossedCell(const CrossedCell& cell) {
+  constexpr std::size_t numCompared = 32;
+  std::vector<CrossedCell>& all = cells_.crossedCells;
+  for (std::size_t i = all.size(); i > 0 && i + numCompared > all.size(); --i) {
+    if (areSame(all[i - 1], cell)) {
+      return {static_cast<std::uint32_t>(i - 1), Kind::Crossed};
+    }
+  }
+  all.push_back(cell);
+  return {static_cast<std::uint32_t>(all.size() - 1), Kind::Crossed};
+}
+
+// Of the decisions.
+PlanCell CellMaker::tangledCell(std::uint64_t held) {
+  std::vector<Decision>& all = cells_.decisions;
+  const auto first = static_cast<std::uint32_t>(all.size());
+  all.insert(all.end(), decisions_.begin(), decisions_.end());
+  if (decisions_.size() % 2 != 0) {
+    all.push_back(decisions_.back());
+  }
+  const std::size_t numPairs = (all.size() - first) / 2;
+  cells_.tangledCells.push_back({first, static_cast<std::uint16_t>(numPairs), codeOf(held)});
+  return {static_cast<std::uint32_t>(cells_.tangledCells.size() - 1), Kind::Tangled};
+}
+
+Decision CellMaker::decisionOf(const Stroke& border) {
+  if (border.kind == Stroke::Kind::Asked) {
+    return asking(border.bit);
+  }
+  const std::uint16_t first = numberOf(border.curves[0]);
+  const std::uint16_t second = numberOf(border.curves[1]);
+  if (first == Grid::curveOfZero || second == Grid::curveOfZero) {
+    return asking(border.bit);
+  }
+  return {{first, second}, border.bit, border.known, border.inside};
+}
+
+// Only the curves that several borders share a cell with are kept by themselves.
+std::uint16_t CellMaker::numberOf(std::uint32_t curve) {
+  std::uint16_t& number = numbers_[curve];
+  if (number == 0 && cells_.curves.size() <= mostCurves) {
+    number = static_cast<std::uint16_t>(cells_.curves.size());
+    cells_.curves.push_back(curves_[curve]);
+  }
+  return number;
+}
+
+}  // namespace orvantis::filter::classify

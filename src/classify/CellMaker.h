@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "classify/Cells.h"
+
+namespace orvantis::filter::classify {
+
+/// Makes cells of the strokes in them.
+class CellMaker {
+ public:
+  explicit CellMaker(const std::vector<Curve>& curves) : curves_(curves) {
+    cells_.curves.push_back({});
+    lastCut_.assign(curves.size(), none);
+    numbers_.assign(curves.size(), 0);
+  }
+
+  /// @param held the zones that hold the cell whole
+  /// @param borders what the other zones are in it
+  PlanCell cellOf(std::uint64_t held, const std::vector<const Stroke*>& borders);
+
+  /// A cell that asks these zones.
+  PlanCell askingCell(std::uint64_t held, std::uint64_t asked);
+
+  PlanCells& cells() { return cells_; }
+
+ private:
+  static constexpr std::uint32_t none = ~std::uint32_t{0};
+
+  std::uint16_t codeOf(std::uint64_t zones);
+  PlanCell cutCell(std::uint64_t held, const Stroke& border);
+  PlanCell crossedCell(const CrossedCell& cell);
+  PlanCell tangledCell(std::uint64_t held);
+  Decision decisionOf(const Stroke& border);
+  std::uint16_t numberOf(std::uint32_t curve);
+
+  const std::vector<Curve>& curves_;
+  PlanCells cells_;
+  std::vector<std::uint32_t> lastCut_;    // by curve, the last of its cut cells
+  std::vector<std::uint32_t> cutBefore_;  // by cut cell, the one before with the same curve
+  std::vector<std::uint16_t> numbers_;    // by curve, its number in the cells' curves; 0: it has none yet
+  std::vector<Decision> decisions_;       // of one cell
+};
+
+}  // namespace orvantis::filter::classify
