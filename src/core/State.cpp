@@ -1,11 +1,12 @@
 #include <array>
-#include <cmath>
 #include <utility>
 
 #include <boost/geometry/algorithms/correct.hpp>
 #include <boost/geometry/strategies/cartesian.hpp>
 
 #include <core/State.h>
+
+#include "trigonometry/Trigonometry.h"
 
 namespace orvantis::core {
 
@@ -16,8 +17,8 @@ State::State(PlanarPolygon footprint) : footprint_(std::move(footprint)) {
 State::State(double x, double y, double length, double width, double heading) : centre_(PlanarPoint(x, y)) {
   const double halfLength = length * 0.5;
   const double halfWidth = width * 0.5;
-  const double cosine = std::cos(heading);
-  const double sine = std::sin(heading);
+  const double cosine = trigonometry::cosine(heading);
+  const double sine = trigonometry::sine(heading);
   // Front left, front right, rear right, rear left: clockwise.
   const std::array<std::pair<double, double>, 4> corners = {{{halfLength, halfWidth},
                                                              {halfLength, -halfWidth},

@@ -6,6 +6,7 @@
 #include <cstddef>
 
 #include "monitor/Orientation.h"
+#include "trigonometry/Trigonometry.h"
 
 namespace orvantis::filter::monitor {
 namespace {
@@ -27,19 +28,33 @@ bool anyEdge(const Ring& ring, const Test& test) {
   return false;
 }
 
+// What bounds a sector, with the bearings as directions of length 1.
+struct Border {
+  explicit Border(const Sector& sector) : origin(sector.getOrigin().x(), sector.getOrigin().y()) {
+    const SectorLimits limits = limitsOf(sector);
+    radius = limits.radius;
+    first = {trigonometry::cosine(limits.minAngle), trigonometry::sine(limits.minAngle)};
+    second = {trigonometry::cosine(limits.maxAngle), trigonometry::sine(limits.maxAngle)};
+  }
+
+  PlanarPoint origin;
+  double radius;
+  PlanarPoint first;
+  PlanarPoint second;
+};
+
 // The shares of the way from one point to another at which it may enter or leave the sector: both ends, the
 // circle, and the lines of the two bearings. In ascending order.
 class Cuts {
  public:
-  Cuts(const Sector& sector, const PlanarPoint& from, const PlanarPoint& to) {
-    const auto [minAngle, maxAngle, radius] = limitsOf(sector);
-    const double x = from.x() - sector.getOrigin().x();
-    const double y = from.y() - sector.getOrigin().y();
+  Cuts(const Border& border, const PlanarPoint& from, const PlanarPoint& to) {
+    const double x = from.x() - border.origin.x();
+    const double y = from.y() - border.origin.y();
     const double dx = to.x() - from.x();
     const double dy = to.y() - from.y();
-    addCircle(dx * dx + dy * dy, x * dx + y * dy, x * x + y * y - radius * radius);
-    addBearing(minAngle, x, y, dx, dy);
-    addBearing(maxAngle, x, y, dx, dy);
+    addCircle(dx * dx + dy * dy, x * dx + y * dy, x * x + y * y - border.radius * border.radius);
+    addBearing(border.first, x, y, dx, dy);
+    addBearing(border.second, x, y, dx, dy);
     add(1.0);
   }
 
@@ -67,10 +82,10 @@ class Cuts {
     }
   }
 
-  void addBearing(double angle, double x, double y, double dx, double dy) {
-    const double across = std::cos(angle) * dy - std::sin(angle) * dx;
+  void addBearing(const PlanarPoint& direction, double x, double y, double dx, double dy) {
+    const double across = direction.x() * dy - direction.y() * dx;
     if (across != 0.0) {
-      add((std::sin(angle) * x - std::cos(angle) * y) / across);
+      add((direction.y() * x - direction.x() * y) / across);
     }
   }
 
@@ -78,9 +93,9 @@ class Cuts {
   std::size_t size_ = 1;
 };
 
-bool runsThrough(const Sector& sector, const PlanarPoint& from, const PlanarPoint& to) {
+bool runsThrough(const Sector& sector, const Border& border, const PlanarPoint& from, const PlanarPoint& to) {
   double last = 0.0;
-  for (const double share : Cuts(sector, from, to)) {
+  for (const double share : Cuts(border, from, to)) {
     // Between two cuts the way is wholly inside or wholly outside.
     const double between = 0.5 * (last + share);
     if (sector.within(Point(std::lerp(from.x(), to.x(), between), std::lerp(from.y(), to.y(), between)))) {
@@ -116,10 +131,13 @@ bool shareAnyPoint(const Sector& sector, const core::PlanarPolygon& footprint) {
   const bool hasVertexWithin = std::any_of(ring.begin(), ring.end(), [&](const PlanarPoint& vertex) {
     return sector.within(Point(vertex.x(), vertex.y()));
   });
-  return hasVertexWithin ||
-         anyEdge(ring, [&](const PlanarPoint& from,
-                           const PlanarPoint& to) { return runsThrough(sector, from, to); }) ||
-         isInside(ring, PlanarPoint(sector.getOrigin().x(), sector.getOrigin().y()));
+  if (hasVertexWithin) {
+    return true;
+  }
+  const Border border(sector);
+  return anyEdge(ring, [&](const PlanarPoint& from,
+                           const PlanarPoint& to) { return runsThrough(sector, border, from, to); }) ||
+         isInside(ring, border.origin);
 }
 
 }  // namespace orvantis::filter::monitor

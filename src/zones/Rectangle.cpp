@@ -1,9 +1,9 @@
-#include <cmath>
 #include <cstdint>
 
 #include <filter/detection/Rectangle.h>
 #include <settings/SettingsManager.h>
 
+#include "trigonometry/Trigonometry.h"
 #include "zones/PointList.h"
 
 namespace orvantis::filter::detection {
@@ -73,8 +73,8 @@ void Rectangle::setPolygonCorners() {
   const double centreX = (firstCorner_.x() + secondCorner_.x()) * 0.5;
   const double centreY = (firstCorner_.y() + secondCorner_.y()) * 0.5;
   const double angle = rotation_ * radiansPerDegree;
-  const double cosine = std::cos(angle);
-  const double sine = std::sin(angle);
+  const double cosine = trigonometry::cosine(angle);
+  const double sine = trigonometry::sine(angle);
   const auto turned = [&](double x, double y) {
     const double dx = x - centreX;
     const double dy = y - centreY;

@@ -1,9 +1,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 
 #include <filter/detection/Sector.h>
 #include <settings/SettingsManager.h>
+
+#include "trigonometry/Trigonometry.h"
 
 namespace orvantis::filter::detection {
 namespace {
@@ -69,8 +72,22 @@ bool Sector::within(const Point& point) const {
   if (isWholeDisc(minAngle_, maxAngle_)) {
     return true;
   }
+  return isBetweenBearings(dx, dy);
+}
+
+bool Sector::isBetweenBearings(double dx, double dy) const {
+  // How far to the left of either bearing the point is. The directions and the products are rounded to 2^-53
+  // of their size, or to a multiple of the least double, and the bearing itself to 2^-52: what is farther
+  // away than some of that has no need of it.
+  const double leftOfMin = minDirection_.x() * dy - minDirection_.y() * dx;
+  const double leftOfMax = maxDirection_.x() * dy - maxDirection_.y() * dx;
+  const double doubt = (std::abs(dx) + std::abs(dy)) * 0x1p-48 + std::numeric_limits<double>::min();
+  if (std::abs(leftOfMin) > doubt && std::abs(leftOfMax) > doubt) {
+    const double opening = maxAngle_ - minAngle_ + (maxAngle_ > minAngle_ ? 0.0 : twoPi);
+    return opening > pi ? leftOfMin > 0.0 || leftOfMax < 0.0 : leftOfMin > 0.0 && leftOfMax < 0.0;
+  }
   // Adding zero makes a negative zero positive: the bearing of the origin is 0 and never pi.
-  const double bearing = std::atan2(dy, dx + 0.0);
+  const double bearing = trigonometry::bearing(dy, dx + 0.0);
   const double lower = std::min(minAngle_, maxAngle_);
   const double upper = std::max(minAngle_, maxAngle_);
   const bool isBetween = lower <= bearing && bearing <= upper;
@@ -119,6 +136,8 @@ const std::string& Sector::type() const {
 void Sector::setAngles(double minAngle, double maxAngle) {
   minAngle_ = normalised(minAngle);
   maxAngle_ = normalised(maxAngle);
+  minDirection_.set(trigonometry::cosine(minAngle_), trigonometry::sine(minAngle_));
+  maxDirection_.set(trigonometry::cosine(maxAngle_), trigonometry::sine(maxAngle_));
 }
 
 }  // namespace orvantis::filter::detection

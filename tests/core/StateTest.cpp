@@ -171,5 +171,15 @@ TEST(State, CopiesAreIndependentAndTheFootprintIsHandedOutAsACopy) {
   EXPECT_EQ(state.getBoostPolygon().outer().size(), 4U);
 }
 
+// Headings whose sine or cosine C libraries round in different ways.
+TEST(State, CornersAreTheSameOnEveryMachine) {
+  const PlanarPolygon first = State(0, 0, 2, 0, 0.11808897718993634).getBoostPolygon();
+  EXPECT_EQ(first.outer()[0].x(), 0x1.fc6f295dbe385p-1);
+  EXPECT_EQ(first.outer()[0].y(), 0x1.e291ad601bf7fp-4);
+  const PlanarPolygon second = State(0, 0, 2, 0, 0.2853962392861128).getBoostPolygon();
+  EXPECT_EQ(second.outer()[0].x(), 0x1.eb4a28fc9d563p-1);
+  EXPECT_EQ(second.outer()[0].y(), 0x1.204b6a344affbp-2);
+}
+
 }  // namespace
 }  // namespace orvantis::core

@@ -352,5 +352,25 @@ TEST(RectangleRandom, ContainsWhatTheUnturnedOneContainsTurnedBack) {
   EXPECT_GT(numInside, 1000);
 }
 
+// Angles whose sine or cosine C libraries round in different ways: a flat rectangle shows both as
+// coordinates.
+TEST(Rectangle, CornersAreTheSameOnEveryMachine) {
+  const auto ring = [](const Rectangle& rectangle) {
+    std::vector<Point> vertices;
+    rectangle.getPolygon(vertices);
+    return coordinates(vertices);
+  };
+  const Rectangle first("r", points({{-1, 0}, {1, 0}}), 6.766);
+  EXPECT_EQ(ring(first), (Coordinates{{-0x1.fc6f295dbe385p-1, -0x1.e291ad601bf7fp-4},
+                                      {-0x1.fc6f295dbe385p-1, -0x1.e291ad601bf7fp-4},
+                                      {0x1.fc6f295dbe385p-1, 0x1.e291ad601bf7fp-4},
+                                      {0x1.fc6f295dbe385p-1, 0x1.e291ad601bf7fp-4}}));
+  const Rectangle second("r", points({{-1, 0}, {1, 0}}), 16.352);
+  EXPECT_EQ(ring(second), (Coordinates{{-0x1.eb4a28fc9d563p-1, -0x1.204b6a344affbp-2},
+                                       {-0x1.eb4a28fc9d563p-1, -0x1.204b6a344affbp-2},
+                                       {0x1.eb4a28fc9d563p-1, 0x1.204b6a344affbp-2},
+                                       {0x1.eb4a28fc9d563p-1, 0x1.204b6a344affbp-2}}));
+}
+
 }  // namespace
 }  // namespace orvantis::filter::detection

@@ -60,10 +60,13 @@ class ORVANTIS_API Sector : public Zone {
 
  private:
   void setAngles(double minAngle, double maxAngle);
+  bool isBetweenBearings(double dx, double dy) const;
 
   double radius_ = 0.0;
   double minAngle_ = 0.0;
   double maxAngle_ = 0.0;
+  Point minDirection_{1.0, 0.0};  // of the two angles, one long
+  Point maxDirection_{1.0, 0.0};
   Point origin_{0.0, 0.0};
 };
 
