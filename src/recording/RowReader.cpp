@@ -36,6 +36,10 @@ bool RowReader::next() {
   }
   // The line end is taken but not kept; the last line may have none.
   line_.assign(buffer.data(), in_->eof() ? taken : taken - 1);
+  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+  if (lineNumber_ == 1 && std::string_view(line_).substr(0, 3) == byteOrderMark) {
+    line_.erase(0, 3);
+  }
   if (line_.ends_with('\r')) {
     line_.pop_back();
   }
@@ -80,7 +84,7 @@ void RowReader::refuseUnless(const std::from_chars_result& result, const Field& 
 double RowReader::number(const Field& field, const std::string& name) const {
   double value = 0.0;
   refuseUnless(readNumber(field.text.data(), field.text.data() + field.text.size(), value), field, name,
-               "no number");
+               "not a number");
   if (!std::isfinite(value)) {
     refuse(field, name + " is not finite");
   }
@@ -98,7 +102,7 @@ double RowReader::extent(const Field& field, const std::string& name) const {
 std::int32_t RowReader::wholeNumber(const Field& field, const std::string& name) const {
   std::int32_t value = 0;
   refuseUnless(std::from_chars(field.text.data(), field.text.data() + field.text.size(), value), field, name,
-               "no whole number");
+               "not a whole number");
   return value;
 }
 
@@ -108,7 +112,7 @@ std::int64_t RowReader::nanoseconds(const Field& field, const std::string& name)
   if (result.ec == std::errc::invalid_argument) {
     number(field, name);  // knows the words for what is not finite
   }
-  refuseUnless(result, field, name, "no number");
+  refuseUnless(result, field, name, "not a number");
   return value.count();
 }
 

@@ -40,7 +40,10 @@ TrackReader::TrackReader(std::unique_ptr<std::istream> in, const std::string& pa
                          const Pose& pose)
     : rows_(std::move(in), path), format_(format), pose_(pose) {
   if (format == TracksFormat::Csv && (!rows_.next() || rows_.line() != csvHeader)) {
-    rows_.refuse({}, "the header must be " + std::string(csvHeader));
+    const std::size_t numWords = rows_.words().size();
+    const bool isKitti = numWords == 17 || numWords == 18;
+    rows_.refuse({}, "the header must be " + std::string(csvHeader) +
+                         (isKitti ? "; this looks like KITTI labels: --tracks-format kitti reads them" : ""));
   }
 }
 

@@ -27,7 +27,7 @@ std::uint64_t wholeNumber(std::string_view key, std::string_view text) {
   std::uint64_t value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error != std::errc() || end != text.data() + text.size()) {
-    throw std::runtime_error(std::string(key) + " is no whole number: " + std::string(text));
+    throw std::runtime_error(std::string(key) + " is not a whole number: " + std::string(text));
   }
   return value;
 }

@@ -132,11 +132,11 @@ TEST_F(Session, AListGivesPathsAndStamps) {
 
 TEST_F(Session, ABadListIsRefusedWithLineColumnAndReason) {
   const std::vector<std::pair<std::string, std::string>> lists = {
-      {"0,f0.xyz\nsoon,f1.xyz\n", "list:2:1: stamp is no number: \"soon\""},
+      {"0,f0.xyz\nsoon,f1.xyz\n", "list:2:1: stamp is not a number: \"soon\""},
       {"0,f0.xyz\n\n0.0 f1.xyz\n", "list:3:1: stamp is not later than the one before, 0 s"},
       {"0\n", "list:1:2: there is no path after the stamp"},
       {"0, \n", "list:1:4: there is no path after the stamp"},
-      {"f0.xyz\n", "list:1:1: stamp is no number: \"f0.xyz\""},
+      {"f0.xyz\n", "list:1:1: stamp is not a number: \"f0.xyz\""},
       {"# nothing\n", "list: lists no frames"},
       {"0,missing.xyz\n", "missing.xyz: cannot be read: No such file or directory"},
   };
