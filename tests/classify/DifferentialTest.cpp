@@ -10,6 +10,7 @@
 
 #include "classify/CriticalCases.h"
 #include "classify/Layouts.h"
+#include "classify/OnlyTarget.h"
 #include "classify/Reference.h"
 #include "classify/ZoneIndex.h"
 
@@ -27,30 +28,6 @@ using filter::detection::ZoneDetector;
 #endif
 constexpr std::size_t numPoints = ORVANTIS_DIFFERENTIAL_POINTS;
 constexpr std::size_t pointsPerDetector = 4000;
-
-// Makes one kind of processor instructions the only one while it lives.
-class OnlyTarget {
- public:
-  explicit OnlyTarget(std::int64_t target) {
-    hwy::SetSupportedTargetsForTest(target);
-    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-  }
-  OnlyTarget(const OnlyTarget&) = delete;
-  OnlyTarget& operator=(const OnlyTarget&) = delete;
-  ~OnlyTarget() {
-    hwy::SetSupportedTargetsForTest(0);
-    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-  }
-};
-
-// Every kind that this build has code for and this processor can run.
-std::vector<std::int64_t> everyTarget() {
-  std::vector<std::int64_t> targets;
-  for (std::int64_t rest = hwy::SupportedTargets() & HWY_TARGETS; rest != 0; rest &= rest - 1) {
-    targets.push_back(rest & -rest);
-  }
-  return targets;
-}
 
 struct Tally {
   std::size_t compared = 0;
