@@ -106,7 +106,7 @@ class KeyCheck {
   void checkMissing() {
     for (const Key* key : known_) {
       const bool isAsked = isShape(*key) && isRead(entry_, *key);
-      if (entry_.node.find(key->name) != nullptr || meant_.count(key->name) != 0) {
+      if (entry_.node.find(key->name) != nullptr || meant_.contains(key->name)) {
         continue;
       }
       if (const auto* empty = entry_.node.findEmptyArray(key->name); empty != nullptr) {

@@ -29,7 +29,7 @@ class Report {
     add(kind, entry.node.value, entry.path, std::move(text));
   }
 
-  bool has(FindingKind kind) const { return kinds_.count(kind) != 0; }
+  bool has(FindingKind kind) const { return kinds_.contains(kind); }
 
   /// All of them in the order of the document.
   std::vector<Finding> inOrder() &&;
