@@ -1,9 +1,12 @@
-# Sources are listed by hand; a file that no list names is dead.
+# Sources are listed by hand; a file that no list names is dead. The list of a folder stands in it or above it.
 cmake_minimum_required(VERSION 3.22)
 file(GLOB_RECURSE sources ${SOURCE_DIR}/*.cpp)
 foreach(source IN LISTS sources)
   get_filename_component(folder ${source} DIRECTORY)
-  get_filename_component(name ${source} NAME)
+  while(NOT EXISTS ${folder}/CMakeLists.txt)
+    get_filename_component(folder ${folder} DIRECTORY)
+  endwhile()
+  file(RELATIVE_PATH name ${folder} ${source})
   file(READ ${folder}/CMakeLists.txt list)
   string(FIND "${list}" "${name}" at)
   if(at EQUAL -1)
