@@ -182,6 +182,28 @@ TEST(McapReader, SaysWhatIsWrongWithTheSummary) {
             where + "the record of statistics is too short: at its byte 0 it needs 8 bytes and has 0");
 }
 
+// A summary that begins too late is sound as far as it goes, and is not the file's.
+TEST(McapReader, FindsASummaryThatBeginsTooLate) {
+  const std::string start = cloudTopic + message(2) + dataEnd;
+  const std::string part = schema(1, "sensor_msgs/msg/PointCloud2");
+  const std::string late = std::to_string(25 + start.size() + part.size());
+  EXPECT_EQ(outcome(start + part + cloudTopic + footer(25 + start.size() + part.size())),
+            "1 clouds; " + at(start.size() + part.size() + cloudTopic.size()) +
+                "the footer says that the summary begins at byte " + late + "; it begins at byte " +
+                std::to_string(25 + start.size()));
+}
+
+// Nothing has to be read of a record that is passed over, for there is no CRC of it.
+TEST(McapReader, PassesOverNoMoreThanThereIs) {
+  const std::string start = cloudTopic + message(2);
+  const std::string rest = "an attachment" + dataEnd + footer();
+  for (const std::uint64_t length : {std::uint64_t{1000}, ~std::uint64_t{0}}) {
+    EXPECT_EQ(outcome(start + bytesOf('\x09') + bytesOf(length) + rest),
+              "1 clouds; " + at(start.size()) + "the recording is cut off: a record needs " +
+                  std::to_string(length) + " bytes and has " + std::to_string(rest.size()));
+  }
+}
+
 TEST(McapReader, NeedsEveryChannelAndSchemaBeforeItIsUsed) {
   const std::string end = "; no whole point cloud comes before";
   EXPECT_EQ(outcome(message(2)),

@@ -1,0 +1,255 @@
+// How long the frames of a recording take from a file in the page cache to the counts of their zones, against
+// reading the bytes and counting where somebody else has said where the points lie, and against the
+// decompressor alone.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <random>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <filter/classify/PointClassifier.h>
+
+#include "ByteText.h"
+#include "Compressors.h"
+#include "WrittenCloud.h"
+#include "WrittenRecording.h"
+#include "classify/Clouds.h"
+#include "classify/Sites.h"
+#include "files/FileSource.h"
+#include "recording/RecordingReader.h"
+
+namespace orvantis::benchmarks {
+namespace {
+
+using filter::classify::PointClassifier;
+using filter::classify::PointsView;
+
+constexpr std::size_t numFrames = 20;
+constexpr std::size_t pointStep = 16;
+
+std::map<std::string, double> nanosecondsPerPoint;
+
+class Reporter : public benchmark::ConsoleReporter {
+ public:
+  Reporter() : ConsoleReporter(isatty(STDOUT_FILENO) != 0 ? OO_Defaults : OO_Tabular) {}
+
+  void ReportRuns(const std::vector<Run>& runs) override {
+    ConsoleReporter::ReportRuns(runs);
+    for (const Run& run : runs) {
+      const auto rate = run.counters.find("points");
+      if (!run.error_occurred && run.run_type == Run::RT_Iteration && rate != run.counters.end()) {
+        const double time = 1.0e9 / rate->second.value;
+        const auto [entry, isNew] = nanosecondsPerPoint.try_emplace(run.run_name.function_name, time);
+        entry->second = std::min(entry->second, time);
+      }
+    }
+  }
+};
+
+// The points of one frame again and again, with another intensity each time.
+struct Setting {
+  Setting() : classifier(site(Shapes::Mixed, 56)) {
+    const Cloud cloud = ringCloud(120'000);
+    numPoints = cloud.size();
+    inside = classifier.count(cloud.view()).inside;
+    testing::WrittenCloud written = testing::floatCloud({}, 0);
+    written.width = static_cast<std::uint32_t>(numPoints);
+    written.rowStep = pointStep * written.width;
+    std::mt19937 random(1);
+    for (std::size_t frame = 0; frame < numFrames; ++frame) {
+      written.data.clear();
+      for (std::size_t i = 0; i < numPoints; ++i) {
+        written.data += testing::bytesOf(cloud.x[i]) + testing::bytesOf(cloud.y[i]) +
+                        testing::bytesOf(cloud.z[i]) + testing::bytesOf(static_cast<float>(random() % 256));
+      }
+      frames.push_back(written.data);
+      written.stamp = static_cast<std::int64_t>(frame * 100'000'000);
+      mcap.messages.push_back({0, frame * 100'000'000, testing::asCdr(written)});
+      bag.messages.push_back({0, frame * 100'000'000, testing::asRos1(written)});
+    }
+    mcap.topics = {{"/points"}};
+    bag.topics = {{"/points", "sensor_msgs/PointCloud2"}};
+  }
+
+  PointClassifier classifier;
+  std::size_t numPoints = 0;
+  std::array<std::uint64_t, 24> inside{};
+  std::vector<std::string> frames;
+  testing::WrittenRecording mcap;
+  testing::WrittenRecording bag;
+};
+
+void add(const std::string& name, const std::shared_ptr<Setting>& setting, const std::function<void()>& run) {
+  benchmark::RegisterBenchmark(name.c_str(), [setting, run](benchmark::State& state) {
+    for (auto _ : state) {
+      run();
+    }
+    state.counters["points"] = benchmark::Counter(static_cast<double>(numFrames * setting->numPoints),
+                                                  benchmark::Counter::kIsIterationInvariantRate);
+  })->Unit(benchmark::kMillisecond);
+}
+
+std::size_t readAndCount(const std::string& path, const Setting& setting, bool isCounted) {
+  toolkit::FileSource source(path);
+  toolkit::RecordingReader reader(source);
+  std::size_t clouds = 0;
+  while (const auto cloud = reader.next()) {
+    ++clouds;
+    if (isCounted) {
+      const auto counts =
+          std::visit([&](const auto& view) { return setting.classifier.count(view); }, cloud->points);
+      if (counts.inside != setting.inside) {
+        std::cerr << path << " gives other counts than the points themselves\n";
+        std::exit(EXIT_FAILURE);
+      }
+    }
+  }
+  return clouds;
+}
+
+// Reads each message's points into one buffer and counts them, knowing where they are.
+void readPlain(const std::string& path, const std::vector<std::size_t>& places, std::vector<char>& buffer,
+               const Setting& setting, bool isCounted) {
+  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  for (const std::size_t place : places) {
+    if (::pread(file, buffer.data(), buffer.size(), static_cast<off_t>(place)) !=
+        static_cast<ssize_t>(buffer.size())) {
+      std::abort();
+    }
+    if (isCounted) {
+      benchmark::DoNotOptimize(setting.classifier.count(
+          PointsView<float>::interleaved(buffer.data(), pointStep, setting.numPoints)));
+    }
+    benchmark::DoNotOptimize(buffer.data());
+  }
+  ::close(file);
+}
+
+struct File {
+  std::string name;
+  std::string content;
+  // Where it is compressed: what the decoder unfolds, piece by piece, and which decoder that is.
+  std::vector<std::string> folded;
+  toolkit::Decoder toolkit::Decoders::*decoder = nullptr;
+};
+
+std::vector<std::string> each(const testing::WrittenRecording& recording,
+                              const std::function<std::string(const std::string&)>& compress) {
+  std::vector<std::string> folded;
+  for (const testing::WrittenMessage& message : recording.messages) {
+    folded.push_back(compress(message.data));
+  }
+  return folded;
+}
+
+std::vector<File> files(const Setting& setting) {
+  const auto mcap = [&](std::size_t messages, const char* compression, bool hasCrcs) {
+    testing::McapForm form;
+    form.messagesInChunk = messages;
+    form.compression = compression;
+    form.hasChunkCrcs = hasCrcs;
+    form.hasDataCrc = false;
+    return testing::asMcap(setting.mcap, form);
+  };
+  const auto bag = [&](const char* compression) {
+    testing::BagForm form;
+    form.messagesInChunk = 1;
+    form.compression = compression;
+    return testing::asBag(setting.bag, form);
+  };
+  const auto lz4 = [](const std::string& bytes) { return testing::lz4Of(bytes); };
+  const auto checkedLz4 = [](const std::string& bytes) { return testing::lz4Of(bytes, false, true); };
+  const auto zstd = [](const std::string& bytes) { return testing::zstdOf(bytes); };
+  const std::string whole = zstd(mcap(0, "", false));
+  return {{"mcap", mcap(0, "", false), {}, nullptr},
+          {"mcap in chunks", mcap(1, "", true), {}, nullptr},
+          {"mcap lz4", mcap(1, "lz4", true), each(setting.mcap, lz4), &toolkit::Decoders::lz4},
+          {"mcap zstd", mcap(1, "zstd", true), each(setting.mcap, zstd), &toolkit::Decoders::zstd},
+          {"mcap in zstd", whole, {whole}, &toolkit::Decoders::zstd},
+          {"bag", bag("none"), {}, nullptr},
+          {"bag lz4", bag("lz4"), each(setting.bag, checkedLz4), &toolkit::Decoders::lz4},
+          {"bag bz2", bag("bz2"), each(setting.bag, testing::bzip2Of), &toolkit::Decoders::bzip2}};
+}
+
+void addFile(const std::filesystem::path& folder, const File& file, const std::shared_ptr<Setting>& setting) {
+  const std::string path = (folder / file.name).string();
+  std::ofstream(path, std::ios::binary) << file.content;
+  if (readAndCount(path, *setting, true) != numFrames) {
+    std::cerr << path << " gives other frames than were written\n";
+    std::exit(EXIT_FAILURE);
+  }
+  add(file.name + "/reader", setting, [=] { readAndCount(path, *setting, false); });
+  add(file.name + "/reader and count", setting, [=] { readAndCount(path, *setting, true); });
+  if (file.decoder == nullptr) {
+    std::vector<std::size_t> places;
+    for (const std::string& frame : setting->frames) {
+      places.push_back(file.content.find(frame));
+    }
+    const auto buffer = std::make_shared<std::vector<char>>(setting->frames.front().size());
+    add(file.name + "/bytes", setting, [=] { readPlain(path, places, *buffer, *setting, false); });
+    add(file.name + "/bytes and count", setting, [=] { readPlain(path, places, *buffer, *setting, true); });
+  } else {
+    const toolkit::Decoder decoder = toolkit::builtInDecoders().*file.decoder;
+    const std::size_t all = numFrames * (setting->frames.front().size() + 1000);
+    const auto room = std::make_shared<std::vector<std::byte>>(all / file.folded.size());
+    add(file.name + "/decoder", setting, [decoder, folded = file.folded, room] {
+      for (const std::string& bytes : folded) {
+        benchmark::DoNotOptimize(decoder(testing::viewOf(bytes), *room));
+      }
+    });
+  }
+}
+
+void printRatio(const std::string& slower, const std::string& faster) {
+  const auto a = nanosecondsPerPoint.find(slower);
+  const auto b = nanosecondsPerPoint.find(faster);
+  if (a != nanosecondsPerPoint.end() && b != nanosecondsPerPoint.end()) {
+    std::printf("%-32s / %-28s %6.2f\n", slower.c_str(), faster.c_str(), a->second / b->second);
+  }
+}
+
+}  // namespace
+}  // namespace orvantis::benchmarks
+
+int main(int argc, char** argv) {
+  using namespace orvantis::benchmarks;
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+    return EXIT_FAILURE;
+  }
+  std::string folder = (std::filesystem::temp_directory_path() / "recordings-benchmark-XXXXXX").string();
+  if (::mkdtemp(folder.data()) == nullptr) {
+    return EXIT_FAILURE;
+  }
+  const auto setting = std::make_shared<Setting>();
+  const std::vector<File> all = files(*setting);
+  for (const File& file : all) {
+    addFile(folder, file, setting);
+  }
+  Reporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  std::printf("\nRatios of the times above\n");
+  for (const File& file : all) {
+    printRatio(file.name + "/reader", file.name + "/bytes");
+    printRatio(file.name + "/reader and count", file.name + "/bytes");
+    printRatio(file.name + "/reader and count", file.name + "/bytes and count");
+    printRatio(file.name + "/reader", file.name + "/decoder");
+    printRatio(file.name + "/reader and count", file.name + "/decoder");
+  }
+  std::filesystem::remove_all(folder);
+  return EXIT_SUCCESS;
+}
