@@ -217,6 +217,12 @@ TEST(PointCloud2Message, SaysWhatIsNotOne) {
                   "a point cloud message begins with 40, 181; CDR begins with 0, 0 (big-endian) or 0, 1 "
                   "(little-endian)") != std::string::npos,
       true);
+  std::string other = message;
+  other[1] = '\2';
+  EXPECT_NE(readAlone(other).refusal.find("begins with 0, 2; CDR begins with"), std::string::npos);
+  other[0] = '\1';
+  other[1] = '\1';
+  EXPECT_NE(readAlone(other).refusal.find("begins with 1, 1; CDR begins with"), std::string::npos);
   EXPECT_NE(readAlone("").refusal.find(
                 "a point cloud message is too short: at its byte 0 it needs 1 byte and has 0"),
             std::string::npos);
