@@ -74,13 +74,16 @@ std::optional<RecordedMessage> BagReader::readRecord() {
   if (op != BagOp::chunk && op != BagOp::messageIndex) {
     throw ReadError(atByte(place), "a record stands between the chunks that does not belong there");
   }
-  const BagRecord record = *bagRecord(source_, place);
-  if (op == BagOp::chunk) {
-    openChunk(record, place);
-  } else if (!record.isWhole()) {
-    throw cutOff(place, "an index of messages", record.size, record.availableSize());
+  const std::optional<BagRecord> record = bagRecord(source_, place);
+  if (!record) {
+    throw ReadError(atByte(place), "the recording became shorter while it was read");
   }
-  position_ += record.size;
+  if (op == BagOp::chunk) {
+    openChunk(*record, place);
+  } else if (!record->isWhole()) {
+    throw cutOff(place, "an index of messages", record->size, record->availableSize());
+  }
+  position_ += record->size;
   return std::nullopt;
 }
 

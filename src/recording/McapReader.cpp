@@ -18,10 +18,10 @@ constexpr std::size_t dataEndSize = 4;
 // Whether the record that ends the data says that there is no CRC over them.
 bool isWithoutDataCrc(ByteSource& source, const McapClosing& closing) {
   constexpr std::uint64_t size = McapRecordHeader::size + dataEndSize;
-  if (closing.begin < size) {
+  const auto bytes = source.bytes(closing.begin - std::min(closing.begin, size), size);
+  if (bytes.size() < size) {
     return false;
   }
-  const auto bytes = source.bytes(closing.begin - size, size);
   const McapRecordHeader header(bytes);
   return header.opcode == McapOpcode::dataEnd && header.length == dataEndSize &&
          loadLittleEndian<std::uint32_t>(&bytes[McapRecordHeader::size]) == 0;

@@ -2,11 +2,15 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "ByteText.h"
 #include "ReadRecording.h"
 #include "RecordingSamples.h"
 
@@ -83,6 +87,34 @@ TEST_P(RecordingForms, SpoiledAnywhereGiveNothingElse) {
       ASSERT_TRUE(arePart(clouds)) << at << ' ' << change;
       ASSERT_TRUE(clouds.size() == clouds_.size() || !GetParam().countsAll) << at << ' ' << change;
     }
+  }
+}
+
+// Bytes of which half go away after some calls.
+class Shrinking final : public toolkit::ByteSource {
+ public:
+  Shrinking(std::string_view bytes, std::size_t calls)
+      : memory_(viewOf(bytes)), half_(bytes.size() / 2), calls_(calls) {}
+
+  std::optional<std::uint64_t> size() const override { return memory_.size(); }
+  std::span<const std::byte> bytes(std::uint64_t offset, std::uint64_t count) override {
+    const std::uint64_t end = calls_ == 0 ? half_ : *memory_.size();
+    calls_ -= calls_ == 0 ? 0 : 1;
+    return memory_.bytes(std::min(offset, end), std::min(count, end - std::min(offset, end)));
+  }
+
+ private:
+  toolkit::MemorySource memory_;
+  std::uint64_t half_;
+  std::size_t calls_;
+};
+
+TEST_P(RecordingForms, ThatBecomeShorterWhileTheyAreReadAreCutOffThere) {
+  for (std::size_t calls = 0; calls < 120; ++calls) {
+    Shrinking source(GetParam().bytes, calls);
+    const ReadRecording result = readRecording(source, options_);
+    ASSERT_TRUE(areFirst(placeless(result.clouds))) << calls;
+    ASSERT_TRUE(result.clouds.size() == clouds_.size() || !(result.refusal + result.damage).empty()) << calls;
   }
 }
 
