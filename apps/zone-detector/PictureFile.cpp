@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "Console.h"
-#include "TimeLine.h"
+#include "RunCommand.h"
 #include "files/AtomicFile.h"
 
 namespace orvantis::app {
@@ -13,13 +13,24 @@ void PictureFile::add(const Moment& moment, const SessionFrame& frame) {
 }
 
 void PictureFile::finish(const SessionResult&) {
+  const auto nameOf = [](const std::string& path) { return std::filesystem::path(path).filename().string(); };
+  // The files that it shows.
+  std::string title = nameOf(options_.document);
+  const Recording& recording = options_.recording;
+  if (!recording.stamps.empty()) {
+    title += ", " + nameOf(recording.stamps);
+  } else if (!recording.clouds.empty()) {
+    title += ", " + nameOf(recording.clouds.front());
+    title += recording.clouds.size() > 1 ? " to " + nameOf(recording.clouds.back()) : "";
+  }
+  title += recording.hasTracks() ? ", " + nameOf(recording.tracks) : "";
   std::string svg;
   try {
-    svg = plot_.draw(std::filesystem::path(document_).filename().string());
+    svg = plot_.draw(title, options_.extent);
   } catch (const std::exception& error) {
-    throw Failure(document_, error.what());
+    throw Failure(options_.document, error.what());
   }
-  writeWhole(path_, svg);
+  writeWhole(options_.picture, svg);
 }
 
 }  // namespace orvantis::app

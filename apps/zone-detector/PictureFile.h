@@ -1,25 +1,25 @@
 #pragma once
 
-#include <string>
+#include <utility>
 
 #include "SessionOutput.h"
 #include "session/SessionPlot.h"
 
 namespace orvantis::app {
 
+struct RunOptions;
+
 /// Draws a session into a file, which is written whole or not at all, at the end.
 class PictureFile : public SessionOutput {
  public:
-  /// @param document its path, which the picture names
-  PictureFile(std::string path, std::string document, toolkit::SessionPlot plot)
-      : path_(std::move(path)), document_(std::move(document)), plot_(std::move(plot)) {}
+  PictureFile(const RunOptions& options, toolkit::SessionPlot plot)
+      : options_(options), plot_(std::move(plot)) {}
 
   void add(const Moment& moment, const toolkit::SessionFrame& frame) override;
   void finish(const SessionResult& result) override;
 
  private:
-  std::string path_;
-  std::string document_;
+  const RunOptions& options_;
   toolkit::SessionPlot plot_;
 };
 

@@ -12,8 +12,11 @@
 #include "Command.h"
 #include "Console.h"
 #include "DocumentFile.h"
+#include "ExtentOption.h"
+#include "Input.h"
 #include "drawing/SitePlan.h"
 #include "files/AtomicFile.h"
+#include "text/LowerCase.h"
 
 namespace orvantis::app {
 namespace {
@@ -31,14 +34,35 @@ void addCloud(const std::string& path, const filter::detection::ZoneDetector& de
     const auto& [x, y, z] = cloud[i];
     if (std::isfinite(x) && std::isfinite(y) && std::isfinite(z)) {
       const bool isCounted = masks[i] <= fieldZones && masks[i] != 0;
-      plan.dots.push_back({Point(x, y), isCounted});
+      plan.dots.push_back({Point(x, y), isCounted, z});
     }
+  }
+}
+
+// A picture must not take the place of what it is drawn from, by whatever name.
+void checkOutput(const PlotOptions& options) {
+  const std::string& output = options.output;
+  if (output.empty() || output == standardInput) {
+    return;
+  }
+  for (const std::string& input : {options.document, options.cloud}) {
+    std::error_code error;
+    if (std::filesystem::equivalent(output, input, error)) {
+      throw Failure(output, "cannot be written: the picture is drawn from it");
+    }
+  }
+  if (lowerCase(std::filesystem::path(output).extension().string()) != ".svg" &&
+      !std::filesystem::is_character_file(output)) {
+    throw Failure(output,
+                  "cannot be written: pictures are SVG; give a name that ends with .svg, and convert it "
+                  "with a program such as rsvg-convert or a browser");
   }
 }
 
 }  // namespace
 
 int plot(const PlotOptions& options, const Console& console) {
+  checkOutput(options);
   const Configuration configuration = readConfiguration(options.document, console);
   PlanContent plan = planOf(configuration);
   plan.title = std::filesystem::path(options.document).filename().string();
@@ -46,13 +70,14 @@ int plot(const PlotOptions& options, const Console& console) {
     addCloud(options.cloud, configuration.detector, plan);
     plan.title += " over " + std::filesystem::path(options.cloud).filename().string();
   }
+  plan.extent = options.extent;
   std::string svg;
   try {
     svg = drawPlan(plan);
   } catch (const std::exception& error) {
     throw Failure(options.document, error.what());
   }
-  if (options.output.empty()) {
+  if (options.output.empty() || options.output == standardInput) {
     console.out << svg;
     console.flush();
   } else {
@@ -70,7 +95,8 @@ void addPlotCommand(CLI::App& program, Task& task) {
 Draws zones, exclusion zones and counter lines to scale, over a scan if one is given.)"});
   command.add_option("FILE", options->document, "zone document")->required();
   command.add_option("CLOUD", options->cloud, "scan to draw under the zones");
-  command.add_option("-o,--output", options->output, "picture to write; else the standard output");
+  command.add_option("-o,--output", options->output, "picture to write; - or none: the standard output");
+  addExtentOption(command, options->extent);
   command.final_callback(
       [options, &task] { task = [options](const Console& console) { return plot(*options, console); }; });
 }

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <string>
+
+#include "drawing/SvgPlan.h"
 
 namespace orvantis::app {
 
@@ -9,7 +12,8 @@ struct Console;
 struct PlotOptions {
   std::string document;
   std::string cloud;   ///< empty: none
-  std::string output;  ///< empty: the console's data stream
+  std::string output;  ///< empty or "-": the console's data stream
+  std::optional<toolkit::PlanContent::Extent> extent;
 };
 
 /// Draws the plan of a zone document, over a scan if one is given, as SVG.

@@ -7,6 +7,7 @@
 #include "Command.h"
 #include "Console.h"
 #include "DocumentFile.h"
+#include "ExtentOption.h"
 #include "FrameCounts.h"
 #include "RecordingOptions.h"
 #include "SessionOptionsParser.h"
@@ -47,6 +48,7 @@ void addRunCommand(CLI::App& program, Task& task) {
       ->option_text(" ");
   command.add_option("--csv", options->csvFolder, "folder to write tables into")->option_text("DIR");
   command.add_option("--plot", options->picture, "picture to write")->option_text("FILE");
+  addExtentOption(command, options->extent);
   addSessionOptions(command, options->session);
   CLI::Option* const reference =
       command.add_flag("--reference", options->reference, "ask every zone for every point, slowly")

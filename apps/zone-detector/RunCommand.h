@@ -1,8 +1,10 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "TimeLine.h"
+#include "drawing/SvgPlan.h"
 #include "session/SessionOptions.h"
 
 namespace orvantis::app {
@@ -16,6 +18,7 @@ struct RunOptions {
   bool events = false;     ///< tell what happens, also without anything else that asks for it
   std::string csvFolder;   ///< for the tables of a session; empty: none
   std::string picture;     ///< of a session; empty: none
+  std::optional<toolkit::PlanContent::Extent> extent;  ///< of its plan
 
   /// Whether the frames have a time, and so make a session: as soon as anything is asked for that needs one.
   bool hasTime() const {

@@ -50,8 +50,8 @@ std::vector<std::unique_ptr<SessionOutput>> outputsOf(const RunOptions& options,
         std::make_unique<TableFiles>(options.csvFolder, SessionTables(zonesOf(configuration.detector))));
   }
   if (!options.picture.empty()) {
-    outputs.push_back(
-        std::make_unique<PictureFile>(options.picture, options.document, SessionPlot(configuration, inputs)));
+    outputs.push_back(std::make_unique<PictureFile>(
+        options, SessionPlot(configuration, inputs, options.session.forgetAfter)));
   }
   return outputs;
 }

@@ -2,13 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
-#include <set>
-#include <stdexcept>
 #include <string_view>
 #include <utility>
 
 #include "drawing/LabelPlacer.h"
+#include "drawing/PlanMarks.h"
+#include "drawing/PlanScan.h"
+#include "drawing/PlanTracks.h"
 #include "drawing/Svg.h"
+#include "drawing/Viewport.h"
 #include "text/Number.h"
 #include "text/Text.h"
 #include "text/Xml.h"
@@ -19,94 +21,6 @@ namespace {
 using filter::detection::Point;
 
 constexpr std::string_view exclusionColour = "#5b6672";
-constexpr std::string_view trackColour = "#243b53";
-
-constexpr double marginLeft = 62.0;
-constexpr double marginTop = 48.0;
-constexpr double marginBottom = 52.0;
-constexpr double legendWidth = 250.0;
-constexpr double largestWidth = 900.0;
-constexpr double largestHeight = 760.0;
-constexpr double smallestSide = 160.0;
-constexpr double smallestTimeline = 520.0;
-
-// The rectangle of the plane that the plan shows, and where it is in the picture.
-class Viewport {
- public:
-  Viewport(double left, double right, double bottom, double top) : left_(left), top_(top) {
-    const double width = right - left;
-    const double height = top - bottom;
-    if (!(width < 1e9) || !(height < 1e9)) {
-      throw std::runtime_error("the zones are too far apart to draw");
-    }
-    scale_ = std::min(largestWidth / width, largestHeight / height);
-    size_ = {width * scale_, height * scale_};
-    // A long and thin plan keeps a side that can be read: it shows more of the plane there.
-    if (size_.x < smallestSide) {
-      left_ -= (smallestSide - size_.x) / 2.0 / scale_;
-      size_.x = smallestSide;
-    }
-    if (size_.y < smallestSide) {
-      top_ += (smallestSide - size_.y) / 2.0 / scale_;
-      size_.y = smallestSide;
-    }
-  }
-
-  Pixel toPixel(const Point& p) const {
-    return {marginLeft + (p.x() - left_) * scale_, marginTop + (top_ - p.y()) * scale_};
-  }
-  PixelRing toPixels(const std::vector<Point>& ring) const {
-    PixelRing pixels;
-    for (const Point& p : ring) {
-      pixels.push_back(toPixel(p));
-    }
-    return pixels;
-  }
-  PixelBox box() const { return {marginLeft, marginTop, size_.x, size_.y}; }
-
-  double left() const { return left_; }
-  double right() const { return left_ + size_.x / scale_; }
-  double top() const { return top_; }
-  double bottom() const { return top_ - size_.y / scale_; }
-  double scale() const { return scale_; }
-
- private:
-  double left_;
-  double top_;
-  double scale_ = 1.0;
-  Pixel size_;
-};
-
-Viewport viewportFor(const PlanContent& content) {
-  std::vector<Point> points;
-  for (const PlanContent::Area& area : content.areas) {
-    points.insert(points.end(), area.ring.begin(), area.ring.end());
-  }
-  for (const PlanContent::Line& line : content.lines) {
-    points.push_back(line.first);
-    points.push_back(line.second);
-  }
-  if (points.empty()) {
-    for (const PlanContent::Dot& dot : content.dots) {
-      points.push_back(dot.at);
-    }
-  }
-  if (points.empty()) {
-    points.emplace_back(0.0, 0.0);
-  }
-  const auto [left, right] = std::ranges::minmax_element(points, {}, &Point::x);
-  const auto [bottom, top] = std::ranges::minmax_element(points, {}, &Point::y);
-  const double size = std::max({right->x() - left->x(), top->y() - bottom->y(), 1.0});
-  const double padding = 0.06 * size;
-  // The origin, where the sensor often is, belongs into the picture when it is near.
-  const auto reach = [size](double low, double high) {
-    return low - size < 0.0 && high + size > 0.0 ? std::pair(std::min(low, 0.0), std::max(high, 0.0))
-                                                 : std::pair(low, high);
-  };
-  const auto [x0, x1] = reach(left->x(), right->x());
-  const auto [y0, y1] = reach(bottom->y(), top->y());
-  return {x0 - padding, x1 + padding, y0 - padding, y1 + padding};
-}
 
 struct Label {
   std::string text;
@@ -116,10 +30,18 @@ struct Label {
   bool italic;
 };
 
+constexpr double marginBottom = 52.0;
+constexpr double legendWidth = 250.0;
+constexpr double smallestTimeline = 520.0;
+
 class Drawing {
  public:
   explicit Drawing(const PlanContent& content)
-      : content_(content), view_(viewportFor(content)), placer_(inset(view_.box(), 4.0)) {
+      : content_(content),
+        view_(viewportFor(content)),
+        placer_(inset(view_.box(), 4.0)),
+        tracks_(content.tracks) {
+    tracks_.setPrefix(content.idPrefix);
     for (const PlanContent::Area& area : content.areas) {
       rings_.push_back(view_.toPixels(area.ring));
     }
@@ -129,11 +51,15 @@ class Drawing {
     const PixelBox box = view_.box();
     legendTop_ = marginTop + 8.0;
     drawGrid();
-    body_ += "<g clip-path=\"url(#plan)\">\n";
-    drawDots(false);
+    body_ += "<g clip-path=\"url(#" + ids() + "plan)\">\n";
+    body_ += drawScan(content_.dots, view_);
     drawAreas();
-    drawDots(true);
-    drawTracks();
+    body_ += drawCounted(content_.dots, view_);
+    std::vector<PixelBox> ids;
+    body_ += tracks_.draw(view_, ids);
+    for (const PixelBox& id : ids) {
+      placer_.block(id);
+    }
     drawOrigin();
     drawLines();
     drawCrossings();
@@ -171,18 +97,22 @@ class Drawing {
            std::string(ink) +
            "\">\n"
            "<defs>\n"
-           "<clipPath id=\"plan\"><rect x=\"" +
-           px(box.left) + "\" y=\"" + px(box.top) + "\" width=\"" + px(box.width) + "\" height=\"" +
-           px(box.height) +
+           "<clipPath id=\"" +
+           ids() + "plan\"><rect x=\"" + px(box.left) + "\" y=\"" + px(box.top) + "\" width=\"" +
+           px(box.width) + "\" height=\"" + px(box.height) +
            "\"/></clipPath>\n"
-           "<pattern id=\"hatch\" width=\"7\" height=\"7\" patternUnits=\"userSpaceOnUse\" "
+           "<pattern id=\"" +
+           ids() +
+           "hatch\" width=\"7\" height=\"7\" patternUnits=\"userSpaceOnUse\" "
            "patternTransform=\"rotate(45)\"><path d=\"M0 0v7\" stroke=\"" +
            std::string(exclusionColour) +
            "\" stroke-width=\"2\" stroke-opacity=\"0.55\"/></pattern>\n"
-           "<marker id=\"arrow\" viewBox=\"0 0 10 10\" refX=\"8\" refY=\"5\" markerWidth=\"11\" "
+           "<marker id=\"" +
+           ids() +
+           "arrow\" viewBox=\"0 0 10 10\" refX=\"8\" refY=\"5\" markerWidth=\"11\" "
            "markerHeight=\"11\" markerUnits=\"userSpaceOnUse\" orient=\"auto\"><path d=\"M0 0L10 5L0 10z\" "
            "fill=\"" +
-           std::string(lineColour) + "\"/></marker>\n" + (content_.tracks.empty() ? "" : trackMarker()) +
+           std::string(lineColour) + "\"/></marker>\n" + tracks_.markers(ids()) +
            "</defs>\n"
            "<rect width=\"" +
            px(width) + "\" height=\"" + px(height) +
@@ -190,13 +120,6 @@ class Drawing {
            "<text x=\"" +
            px(box.left) + "\" y=\"28\" font-size=\"17\" font-weight=\"bold\">" +
            xmlEscaped(shortened(content_.title, 80)) + "</text>\n";
-  }
-
-  static std::string trackMarker() {
-    return "<marker id=\"track\" viewBox=\"0 0 10 10\" refX=\"8\" refY=\"5\" markerWidth=\"9\" "
-           "markerHeight=\"9\" markerUnits=\"userSpaceOnUse\" orient=\"auto\"><path d=\"M0 0L10 5L0 10z\" "
-           "fill=\"" +
-           std::string(trackColour) + "\"/></marker>\n";
   }
 
   void drawGrid() {
@@ -234,41 +157,6 @@ class Drawing {
              "\" height=\"" + px(box.height) + "\" fill=\"none\" stroke=\"#9aa5b1\"/>\n";
   }
 
-  // One dot for each cell of a raster, as short strokes of one path: a scan of 100,000 points stays a small
-  // file. The raster grows until the dots are few enough.
-  void drawDots(bool counted) {
-    constexpr std::size_t mostDots = 12000;
-    const PixelBox box = view_.box();
-    std::set<std::pair<int, int>> cells;
-    double cell = 1.5;
-    do {
-      cells.clear();
-      for (const PlanContent::Dot& dot : content_.dots) {
-        const Pixel p = view_.toPixel(dot.at);
-        if (dot.counted == counted && box.contains(p)) {
-          cells.emplace(static_cast<int>((p.y - box.top) / cell), static_cast<int>((p.x - box.left) / cell));
-        }
-      }
-      cell *= 1.25;
-    } while (cells.size() > mostDots);
-    cell /= 1.25;
-    if (cells.empty()) {
-      return;
-    }
-    std::string path;
-    int row = 0;
-    int column = 0;
-    for (const auto& [y, x] : cells) {
-      path += "m" + std::to_string(x - column) + " " + std::to_string(y - row) + "h0";
-      row = y;
-      column = x;
-    }
-    body_ += "<path transform=\"translate(" + at({box.left, box.top}) + ") scale(" + toText(cell, 4) +
-             ")\" d=\"M0 0" + path + "\" fill=\"none\" stroke=\"" + (counted ? "#102a43" : "#a3b1bf") +
-             "\" stroke-linecap=\"round\" stroke-width=\"" + toText((counted ? 2.3 : 1.5) / cell, 3) +
-             "\"/>\n";
-  }
-
   static std::string pathOf(const PixelRing& ring) {
     std::string path;
     for (const Pixel& p : ring) {
@@ -285,114 +173,43 @@ class Drawing {
           continue;
         }
         body_ += "<path d=\"" + pathOf(rings_[i]) + "\" fill=\"";
-        body_ += exclusion ? "url(#hatch)\"" : std::string(colourOf(area)) + "\" fill-opacity=\"0.16\"";
+        body_ += exclusion ? "url(#" + ids() + "hatch)\""
+                           : std::string(colourOf(area)) + "\" fill-opacity=\"0.16\"";
         body_ +=
             " stroke=\"" + std::string(colourOf(area)) + "\" stroke-width=\"1.8\" stroke-linejoin=\"round\"";
-        body_ += exclusion ? " stroke-dasharray=\"5 3\"/>\n" : "/>\n";
+        body_ += exclusion ? " stroke-dasharray=\"5 3\">" : ">";
+        body_ += "<title>" + xmlEscaped(area.name) + "</title></path>\n";
       }
     }
-  }
-
-  // From a dot to an arrow head. Sightings closer to each other than a pixel add nothing to see; of an object
-  // that stands still the dot is enough.
-  static std::string track(const std::vector<Pixel>& path) {
-    const auto isNear = [](const Pixel& a, const Pixel& b, double distance) {
-      return std::hypot(a.x - b.x, a.y - b.y) < distance;
-    };
-    const bool stands = std::ranges::all_of(path, [&](const Pixel& p) { return isNear(p, path[0], 3.0); });
-    std::string text;
-    if (!stands) {
-      std::string line = "M" + at(path.front());
-      Pixel last = path.front();
-      for (const Pixel& p : path) {
-        if (!isNear(p, last, 1.0)) {
-          line += "L" + at(p);
-          last = p;
-        }
-      }
-      text = "<path d=\"" + line + "\" fill=\"none\" stroke=\"" + std::string(trackColour) +
-             "\" stroke-width=\"1.5\" stroke-opacity=\"0.75\" stroke-linejoin=\"round\" "
-             "marker-end=\"url(#track)\"/>";
-    }
-    return text + "<circle cx=\"" + px(path.front().x) + "\" cy=\"" + px(path.front().y) +
-           "\" r=\"2.4\" fill=\"" + std::string(trackColour) + "\"/>";
-  }
-
-  // Beyond the end of its track where there is room, else beside it; left out in a crowd.
-  void drawTrackId(std::int32_t id, const std::vector<Pixel>& path) {
-    const Pixel& end = path.back();
-    const double length = std::hypot(end.x - path.front().x, end.y - path.front().y);
-    const Pixel ahead = length > 3.0
-                            ? Pixel{(end.x - path.front().x) / length, (end.y - path.front().y) / length}
-                            : Pixel{1.0, 0.0};
-    const std::string text = std::to_string(id);
-    const double width = 7.0 * static_cast<double>(text.size()) + 2.0;
-    for (const double distance : {9.0, 21.0, 33.0, 45.0}) {
-      for (const double aside : {0.0, 12.0, -12.0, 24.0, -24.0}) {
-        const double along = distance + std::abs(ahead.x) * (width / 2.0 - 4.0);
-        const PixelBox box = PixelBox::around(
-            {end.x + along * ahead.x - aside * ahead.y, end.y + along * ahead.y + aside * ahead.x}, width,
-            12.0);
-        if (std::ranges::none_of(trackIds_, [&box](const PixelBox& other) { return box.overlaps(other); })) {
-          const Pixel centre = box.centre();
-          body_ += "<text x=\"" + px(centre.x) + "\" y=\"" + px(centre.y + 4.0) +
-                   "\" font-size=\"11\" text-anchor=\"middle\" fill=\"" + std::string(trackColour) +
-                   "\" stroke=\"#ffffff\" stroke-width=\"2.5\" stroke-opacity=\"0.85\" "
-                   "paint-order=\"stroke\">" +
-                   text + "</text>\n";
-          trackIds_.push_back(box);
-          placer_.block(box);
-          return;
-        }
-      }
-    }
-  }
-
-  void drawTracks() {
-    for (const PlanContent::Track& one : content_.tracks) {
-      const std::vector<Pixel> path = view_.toPixels(one.path);
-      body_ += track(path) + "\n";
-      placer_.avoidLine(path.front(), path.back());
-    }
-    for (const PlanContent::Track& one : content_.tracks) {
-      drawTrackId(one.id, view_.toPixels(one.path));
-    }
-  }
-
-  static std::string crossing(const Pixel& p) {
-    return "<path d=\"M" + at({p.x, p.y - 6.0}) + "l6 6l-6 6l-6 -6z\" fill=\"#ffd43b\" stroke=\"" +
-           std::string(lineColour) + "\" stroke-width=\"1.6\"/>";
   }
 
   void drawCrossings() {
-    for (const Point& place : content_.crossings) {
-      const Pixel p = view_.toPixel(place);
-      body_ += crossing(p) + "\n";
-      placer_.block(PixelBox::around(p, 13.0, 13.0));
+    constexpr std::size_t mostMarks = 60;
+    const bool isCrowd = content_.crossings.size() > mostMarks;
+    for (const PlanContent::Crossing& one : content_.crossings) {
+      const Pixel p = view_.toPixel(one.at);
+      body_ += crossingMark(p, one.title, isCrowd) + "\n";
+      if (!isCrowd) {
+        placer_.block(PixelBox::around(p, 13.0, 13.0));
+      }
     }
   }
 
   void drawOrigin() {
     const Pixel p = view_.toPixel({0.0, 0.0});
     if (view_.box().contains(p)) {
-      body_ += origin(p);
+      body_ += originMark(p);
       placer_.block(PixelBox::around(p, 16.0, 16.0));
     }
-  }
-
-  static std::string origin(const Pixel& p) {
-    return "<path d=\"M" + at({p.x - 7.0, p.y}) + "h14M" + at({p.x, p.y - 7.0}) + "v14\" stroke=\"" +
-           std::string(ink) + "\" stroke-width=\"1.6\"/><circle cx=\"" + px(p.x) + "\" cy=\"" + px(p.y) +
-           "\" r=\"3.6\" fill=\"#ffffff\" stroke=\"" + std::string(ink) + "\" stroke-width=\"1.6\"/>\n";
   }
 
   // The segment with an arrow head at its second end, and an L on its left side.
   std::string counterLine(const Pixel& from, const Pixel& to) {
     const double length = std::hypot(to.x - from.x, to.y - from.y);
     std::string text = "<path d=\"M" + at(from) + "L" + at(to) + "\" stroke=\"" + std::string(lineColour) +
-                       "\" stroke-width=\"2.6\" fill=\"none\" marker-end=\"url(#arrow)\"/><circle cx=\"" +
-                       px(from.x) + "\" cy=\"" + px(from.y) + "\" r=\"3.4\" fill=\"" +
-                       std::string(lineColour) + "\"/>";
+                       "\" stroke-width=\"2.6\" fill=\"none\" marker-end=\"url(#" + ids() +
+                       "arrow)\"/><circle cx=\"" + px(from.x) + "\" cy=\"" + px(from.y) +
+                       "\" r=\"3.4\" fill=\"" + std::string(lineColour) + "\"/>";
     if (length > 0.0) {
       // To the left as seen along the line; pixels run down, so the plane's left turn is a right turn here.
       const Pixel left{(to.y - from.y) / length, -(to.x - from.x) / length};
@@ -488,6 +305,25 @@ class Drawing {
     legendTop_ += 24.0;
   }
 
+  const std::string& ids() const { return content_.idPrefix; }
+
+  void addTracksToLegend() {
+    constexpr std::size_t mostClasses = 6;
+    const auto numberOf = [this](const std::string& className) {
+      return static_cast<std::uint64_t>(
+          std::count_if(content_.tracks.begin(), content_.tracks.end(),
+                        [&className](const PlanContent::Track& one) { return one.className == className; }));
+    };
+    for (std::size_t i = 0; i < std::min(mostClasses, tracks_.classes().size()); ++i) {
+      const std::string& className = tracks_.classes()[i];
+      const std::string name = className.empty() ? "track" : shortened(className, 12);
+      addToLegend(
+          tracks_.sample({legendLeft(), legendTop_}, {legendLeft() + 30.0, legendTop_},
+                         tracks_.colourOf(className)),
+          tracks_.hasIds() ? name + ", id at its end" : name + ": " + counted(numberOf(className), "track"));
+    }
+  }
+
   double legendLeft() const { return marginLeft + view_.box().width + 24.0; }
 
   std::string swatch(const std::string& fill, std::string_view stroke, bool dashed) const {
@@ -511,10 +347,10 @@ class Drawing {
       addToLegend(swatch(std::string(colour) + "\" fill-opacity=\"0.16\"", colour, false),
                   "Field " + std::to_string(field.index) + ": " + field.name);
     }
-    const bool hasExclusion =
-        std::ranges::any_of(content_.areas, [](const PlanContent::Area& area) { return !area.field; });
+    const bool hasExclusion = std::any_of(content_.areas.begin(), content_.areas.end(),
+                                          [](const PlanContent::Area& area) { return !area.field; });
     if (hasExclusion) {
-      addToLegend(swatch("url(#hatch)\"", exclusionColour, true), "Exclusion zone");
+      addToLegend(swatch("url(#" + ids() + "hatch)\"", exclusionColour, true), "Exclusion zone");
     }
     if (!content_.lines.empty()) {
       legendTop_ += 14.0;  // room for the mark of the left side
@@ -522,18 +358,19 @@ class Drawing {
                   "Counter line, L: left side");
     }
     if (!content_.dots.empty()) {
-      addToLegend(dotSymbol("#a3b1bf"), "Scan, " + counted(content_.dots.size(), "point"));
-      addToLegend(dotSymbol("#102a43"), "Point counted in a zone");
+      addToLegend(dotSymbol(ScanColours::ground), "Scan, " + counted(content_.dots.size(), "point"));
+      addToLegend(dotSymbol(ScanColours::low), "0.25 to 0.7 m over ground");
+      addToLegend(dotSymbol(ScanColours::high), "higher");
+      addToLegend(dotSymbol(ScanColours::counted), "counted in a zone");
     }
     if (!content_.tracks.empty()) {
-      addToLegend(track({{legendLeft(), legendTop_}, {legendLeft() + 30.0, legendTop_}}),
-                  "Track, id at its end");
+      addTracksToLegend();
     }
     if (!content_.crossings.empty()) {
-      addToLegend(crossing({legendLeft() + 15.0, legendTop_}), "Crossing counted");
+      addToLegend(crossingMark({legendLeft() + 15.0, legendTop_}, "", false), "Crossing counted");
     }
     if (view_.box().contains(view_.toPixel({0.0, 0.0}))) {
-      addToLegend(origin({legendLeft() + 15.0, legendTop_}), "Origin (0, 0)");
+      addToLegend(originMark({legendLeft() + 15.0, legendTop_}), "Origin (0, 0)");
     }
   }
 
@@ -541,7 +378,7 @@ class Drawing {
   Viewport view_;
   LabelPlacer placer_;
   std::vector<PixelRing> rings_;
-  std::vector<PixelBox> trackIds_;
+  PlanTracks tracks_;
   std::string body_;
   double legendTop_ = 0.0;
 };
@@ -549,7 +386,9 @@ class Drawing {
 }  // namespace
 
 std::string drawPlan(const PlanContent& content) {
-  return Drawing(content).draw();
+  PlanContent named = content;
+  named.idPrefix = content.idPrefix.empty() ? idPrefixOf(content) : content.idPrefix;
+  return Drawing(named).draw();
 }
 
 }  // namespace orvantis::toolkit

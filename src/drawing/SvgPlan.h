@@ -29,21 +29,37 @@ struct PlanContent {
   };
   struct Dot {
     filter::detection::Point at;
-    bool counted;  ///< inside a zone and outside every exclusion zone
+    bool counted;         ///< inside a zone and outside every exclusion zone
+    double height = 0.0;  ///< shades it
   };
 
   struct Track {
     std::int32_t id;
     std::vector<filter::detection::Point> path;
+    std::string className = {};  ///< colours it
+  };
+
+  struct Crossing {
+    filter::detection::Point at;
+    std::string title;  ///< shown when the pointer is on it
+  };
+  struct Extent {
+    double left;
+    double right;
+    double bottom;
+    double top;
   };
 
   std::string title;
+  /// Before every id of the picture: two pictures in one page must not share any.
+  std::string idPrefix;
   std::vector<Field> fields;
   std::vector<Area> areas;
   std::vector<Line> lines;
   std::vector<Dot> dots;
   std::vector<Track> tracks;
-  std::vector<filter::detection::Point> crossings;
+  std::vector<Crossing> crossings;
+  std::optional<Extent> extent;             ///< of the plan; none: all zones, lines and tracks
   std::optional<TimelineContent> timeline;  ///< drawn under the plan
 };
 

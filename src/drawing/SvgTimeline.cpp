@@ -1,12 +1,14 @@
 #include "drawing/SvgTimeline.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <iterator>
 #include <string_view>
 
 #include "drawing/Svg.h"
 #include "text/Number.h"
+#include "text/Text.h"
 #include "text/Xml.h"
 
 namespace orvantis::toolkit {
@@ -77,8 +79,9 @@ class Drawing {
                 std::string_view colour, std::string_view opacity) {
     std::string path;
     for (const auto& [begin, end] : intervals) {
-      const double from = toPixel(begin);
-      const double length = std::max(toPixel(end) - from, 1.0);  // a single frame is seen too
+      constexpr double shortest = 1.0;  // a single frame is seen too, and stays inside at the end
+      const double from = std::min(toPixel(begin), left_ + width_ - shortest);
+      const double length = std::max(toPixel(end) - from, shortest);
       path += "M" + at({from, y_ + offset}) + "h" + px(length) + "v" + px(height) + "h" + px(-length) + "z";
     }
     if (!path.empty()) {
@@ -118,14 +121,49 @@ class Drawing {
     }
   }
 
+  // Crossings to the left above the middle of the row, to the right below it, in steps of time.
+  void drawHistogram(const std::vector<TimelineContent::Mark>& marks) {
+    constexpr std::size_t steps = 120;
+    std::array<std::array<std::size_t, steps>, 2> counts{};
+    std::size_t most = 1;
+    for (const TimelineContent::Mark& mark : marks) {
+      const double share = std::clamp((toPixel(mark.time) - left_) / width_, 0.0, 1.0);
+      const auto step = std::min(static_cast<std::size_t>(share * steps), steps - 1);
+      most = std::max(most, ++counts[mark.toLeft ? 0 : 1][step]);
+    }
+    const double middle = y_ + rowHeight / 2.0;
+    const double width = width_ / steps;
+    std::string path;
+    for (std::size_t i = 0; i < steps; ++i) {
+      for (const std::size_t direction : {0U, 1U}) {
+        if (const std::size_t count = counts[direction][i]; count > 0) {
+          const double height = 10.0 * static_cast<double>(count) / static_cast<double>(most);
+          path += "M" + at({left_ + width * static_cast<double>(i), middle}) + "h" + px(width) + "v" +
+                  px(direction == 0 ? -height : height) + "h" + px(-width) + "z";
+        }
+      }
+    }
+    body_ += "<path d=\"" + path + "\" fill=\"" + std::string(lineColour) + "\"><title>" +
+             counted(marks.size(), "crossing") + ", at most " + std::to_string(most) +
+             " in a bar</title></path>\n";
+  }
+
   void drawLine(const TimelineContent::LineRow& line) {
     beginRow(line.name, lineColour);
+    constexpr std::size_t mostMarks = 60;
+    if (line.crossings.size() > mostMarks) {
+      drawHistogram(line.crossings);
+      y_ += rowHeight;
+      return;
+    }
     // Each direction has its half of the row.
     for (const bool toLeft : {true, false}) {
       std::vector<TimelineContent::Mark> marks;
-      std::ranges::copy_if(line.crossings, std::back_inserter(marks),
-                           [toLeft](const TimelineContent::Mark& mark) { return mark.toLeft == toLeft; });
-      std::ranges::sort(marks, {}, &TimelineContent::Mark::time);
+      std::copy_if(line.crossings.begin(), line.crossings.end(), std::back_inserter(marks),
+                   [toLeft](const TimelineContent::Mark& mark) { return mark.toLeft == toLeft; });
+      std::stable_sort(
+          marks.begin(), marks.end(),
+          [](const TimelineContent::Mark& a, const TimelineContent::Mark& b) { return a.time < b.time; });
       drawMarks(marks, y_ + rowHeight * (toLeft ? 0.27 : 0.73));
     }
     y_ += rowHeight;

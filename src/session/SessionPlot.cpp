@@ -1,19 +1,20 @@
 #include "session/SessionPlot.h"
 
 #include "drawing/SitePlan.h"
+#include "session/EventText.h"
 #include "text/StampText.h"
 
 namespace orvantis::toolkit {
 
 using filter::detection::CounterLineDirectionType;
 using filter::monitor::Crossing;
-using filter::monitor::ObjectMonitor;
 using filter::monitor::Stamp;
 using filter::monitor::TrackedObject;
 using filter::monitor::zoneSlotIndex;
 
-SessionPlot::SessionPlot(const Configuration& configuration, const SessionInputs& inputs)
-    : zones_(zonesOf(configuration.detector)), plan_(planOf(configuration)) {
+SessionPlot::SessionPlot(const Configuration& configuration, const SessionInputs& inputs,
+                         filter::monitor::Duration forgetAfter)
+    : zones_(zonesOf(configuration.detector)), plan_(planOf(configuration)), forgetAfter_(forgetAfter) {
   TimelineContent& timeline = plan_.timeline.emplace();
   timeline.hasPoints = inputs.points;
   timeline.hasObjects = inputs.objects;
@@ -45,11 +46,10 @@ void SessionPlot::followTracks(Stamp stamp, const std::vector<TrackedObject>& ob
     }
     const auto found = tracks_.find(object.id);
     // An id that was away so long that it begins anew is not joined to where it was before.
-    const bool isKnown =
-        found != tracks_.end() && stamp - found->second.lastSeen < ObjectMonitor::DEFAULT_FORGET_AFTER;
+    const bool isKnown = found != tracks_.end() && stamp - found->second.lastSeen < forgetAfter_;
     if (!isKnown) {
       tracks_.insert_or_assign(object.id, OpenTrack{plan_.tracks.size(), stamp});
-      plan_.tracks.push_back({object.id, {}});
+      plan_.tracks.push_back({object.id, {}, object.className});
     }
     OpenTrack& track = tracks_.at(object.id);
     track.lastSeen = stamp;
@@ -82,14 +82,16 @@ void SessionPlot::add(const SessionFrame& frame, const std::vector<TrackedObject
   }
   for (const Event& event : frame.events) {
     if (const auto* crossing = std::get_if<Crossing>(&event)) {
-      plan_.crossings.emplace_back(crossing->where.x(), crossing->where.y());
+      plan_.crossings.push_back({filter::detection::Point(crossing->where.x(), crossing->where.y()),
+                                 toLine(frame.stamp, *crossing)});
       timeline.lines[lineRows_.at(crossing->line)].crossings.push_back(
           {toSeconds(crossing->met), crossing->to == CounterLineDirectionType::LEFT, crossing->id});
     }
   }
 }
 
-std::string SessionPlot::draw(const std::string& title) {
+std::string SessionPlot::draw(const std::string& title, const std::optional<PlanContent::Extent>& extent) {
+  plan_.extent = extent;
   plan_.title = title;
   return drawPlan(plan_);
 }

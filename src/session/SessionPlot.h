@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,13 +18,16 @@ namespace orvantis::toolkit {
 /// Collects what the picture of a session shows. Memory grows with the sightings.
 class SessionPlot {
  public:
-  SessionPlot(const Configuration& configuration, const SessionInputs& inputs);
+  /// @param forgetAfter as the session has it: an id that was away so long is not joined to where it was
+  /// before
+  SessionPlot(const Configuration& configuration, const SessionInputs& inputs,
+              filter::monitor::Duration forgetAfter = filter::monitor::ObjectMonitor::DEFAULT_FORGET_AFTER);
 
   /// @param objects as the session took them; null: there were none
   void add(const SessionFrame& frame, const std::vector<filter::monitor::TrackedObject>* objects);
 
   /// The picture as an SVG document. @throws std::runtime_error when it cannot be drawn
-  std::string draw(const std::string& title);
+  std::string draw(const std::string& title, const std::optional<PlanContent::Extent>& extent = std::nullopt);
 
  private:
   struct OpenTrack {
@@ -37,6 +41,7 @@ class SessionPlot {
 
   std::vector<FieldZone> zones_;
   PlanContent plan_;
+  filter::monitor::Duration forgetAfter_;
   std::map<std::int32_t, OpenTrack> tracks_;
   std::map<std::string, std::size_t> lineRows_;
   std::array<bool, filter::monitor::NUM_ZONE_SLOTS> wasOccupied_{};

@@ -1,5 +1,6 @@
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 
 #include <fcntl.h>
@@ -325,6 +326,34 @@ TEST(Command, APictureThatCannotBeWrittenLeavesTheOldOne) {
   EXPECT_EQ(outcome.err, "zone-detector: missing.pcd: cannot be read: No such file or directory\n");
   EXPECT_EQ(readAll(folder.path("plan.svg")), "old");
   EXPECT_EQ(folder.fileCount(), 1U);
+}
+
+TEST(Command, APictureNeverTakesThePlaceOfWhatItIsDrawnFrom) {
+  const TemporaryFolder folder;
+  folder.write("a.xyz", "11 7 1\n");
+  std::filesystem::create_symlink("a.xyz", folder.path("link.svg"));
+  std::filesystem::copy_file(site, folder.path("site.svg"));
+  EXPECT_EQ(zoneDetector({"plot", "site.svg", "-o", "site.svg"}, folder.path()).err,
+            "zone-detector: site.svg: cannot be written: the picture is drawn from it\n");
+  EXPECT_EQ(zoneDetector({"plot", site, "a.xyz", "-o", "link.svg"}, folder.path()).code, 1);
+  EXPECT_EQ(readAll(folder.path("a.xyz")), "11 7 1\n");
+  EXPECT_EQ(readAll(folder.path("site.svg")), readAll(site));
+  const Outcome picture = zoneDetector({"plot", site, "-o", "plan.png"}, folder.path());
+  EXPECT_EQ(picture.code, 1);
+  EXPECT_EQ(
+      picture.err,
+      "zone-detector: plan.png: cannot be written: pictures are SVG; give a name that ends with .svg, and "
+      "convert it with a program such as rsvg-convert or a browser\n");
+  EXPECT_EQ(zoneDetector({"plot", site, "-o", "-"}).out, zoneDetector({"plot", site}).out);
+}
+
+TEST(Command, ThePlanShowsTheExtentThatIsAskedFor) {
+  EXPECT_NE(zoneDetector({"plot", site, "--extent=-10,-5,30,15"}).out.find("width=\"900\" height=\"450\""),
+            std::string::npos);
+  EXPECT_EQ(zoneDetector({"plot", site, "--extent", "1,1,0,2"}).err,
+            "zone-detector: --extent must be x0,y0,x1,y1 in metres with x0 below x1 and y0 below y1, not "
+            "\"1,1,0,2\"\n"
+            "zone-detector plot --help says what there is\n");
 }
 
 TEST(Command, NamesFromAFileCannotSteerTheTerminal) {

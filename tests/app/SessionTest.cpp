@@ -267,7 +267,7 @@ TEST_F(Session, ThePictureShowsTracksCrossingsAndOccupancy) {
   std::istringstream in(svg);
   ptree tree;
   read_xml(in, tree);
-  for (const std::string text : {">41<", ">Crossing counted<", ">Track, id at its end<", ">time in seconds<",
+  for (const std::string text : {">41<", ">Crossing counted<", ", id at its end<", ">time in seconds<",
                                  ">occupied<", ">objects inside<"}) {
     EXPECT_NE(svg.find(text), std::string::npos) << text;
   }

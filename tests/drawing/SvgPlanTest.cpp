@@ -1,6 +1,8 @@
 #include <cmath>
 #include <limits>
 #include <sstream>
+#include <string>
+#include <string_view>
 
 #include <boost/property_tree/xml_parser.hpp>
 #include <gtest/gtest.h>
@@ -10,6 +12,7 @@
 
 #include "document/Shapes.h"
 #include "drawing/Outline.h"
+#include "drawing/PlanScan.h"
 #include "drawing/SvgPlan.h"
 
 namespace orvantis::toolkit {
@@ -100,6 +103,107 @@ TEST(SvgPlan, CoordinatesTooFarApartAreRefused) {
   const double huge = std::numeric_limits<double>::max();
   content.areas = {area("huge", {{-huge, 0}, {huge, 1}, {0, 0}})};
   EXPECT_THROW(drawPlan(content), std::runtime_error);
+}
+
+std::size_t count(const std::string& text, const std::string& part) {
+  std::size_t number = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+    ++number;
+  }
+  return number;
+}
+
+PlanContent::Track track(std::int32_t id, const std::string& className, double y) {
+  return {id, {{0, y}, {5, y}, {10, y}}, className};
+}
+
+TEST(SvgPlan, TwoPicturesInOnePageShareNoId) {
+  PlanContent one;
+  one.areas = {area("one", {{0, 0}, {0, 9}, {9, 9}, {9, 0}})};
+  PlanContent other = one;
+  other.areas[0].ring[0] = Point(0, -1);
+  const auto idOf = [](const std::string& svg) {
+    return parse(svg).get<std::string>("svg.defs.clipPath.<xmlattr>.id");
+  };
+  EXPECT_NE(idOf(drawPlan(one)), idOf(drawPlan(other)));
+  EXPECT_EQ(idOf(drawPlan(one)), idOf(drawPlan(one))) << "the same picture is the same text";
+  one.idPrefix = "mine-";
+  const std::string svg = drawPlan(one);
+  EXPECT_EQ(idOf(svg), "mine-plan");
+  EXPECT_EQ(count(svg, "url(#"), count(svg, "url(#mine-"));
+}
+
+TEST(SvgPlan, TakesInTracksAsWellAsZones) {
+  PlanContent content;
+  content.areas = {area("zone", {{0, 0}, {0, 9}, {9, 9}, {9, 0}})};
+  const std::string alone = widthAndHeight(drawPlan(content));
+  content.tracks = {{1, {{0, 5}, {100, 5}}, ""}};
+  EXPECT_NE(widthAndHeight(drawPlan(content)), alone);
+  content.extent = PlanContent::Extent{0, 90, 0, 45};
+  EXPECT_EQ(widthAndHeight(drawPlan(content)), "900 x 450") << "what is asked for, without a margin";
+}
+
+TEST(SvgPlan, UpToADozenTracksHaveIdsAndMoreAreThinWithACount) {
+  PlanContent content;
+  for (int i = 0; i < 12; ++i) {
+    content.tracks.push_back(track(700 + i, "person", 3.0 * i));
+  }
+  const std::string dozen = drawPlan(content);
+  EXPECT_EQ(count(dozen, ">700</text>"), 1U);
+  EXPECT_EQ(count(dozen, "person, id at its end"), 1U);
+  content.tracks.push_back(track(712, "car", 40));
+  const std::string crowd = drawPlan(content);
+  EXPECT_EQ(count(crowd, ">700</text>"), 0U);
+  EXPECT_EQ(count(crowd, "person: 12 tracks"), 1U);
+  EXPECT_EQ(count(crowd, "car: 1 track<"), 1U);
+  EXPECT_EQ(count(crowd, "stroke-opacity=\"0.35\""), 13U + 2U) << "thirteen tracks and two samples";
+  EXPECT_EQ(count(crowd, "<title>person 700</title>"), 2U) << "at the line and at its beginning";
+}
+
+TEST(SvgPlan, HundredsOfTracksAndCrossingsStayASmallFile) {
+  PlanContent content;
+  content.timeline.emplace().lines.push_back({"Gate", {}});
+  content.timeline->end = 36000.0;
+  for (int i = 0; i < 500; ++i) {
+    PlanContent::Track one = track(i, "person", 0.1 * i);
+    for (int k = 0; k < 1000; ++k) {
+      one.path.emplace_back(10.0 + 0.001 * k, 0.1 * i);
+    }
+    content.tracks.push_back(one);
+    content.crossings.push_back({Point(5, 0.1 * i), "person " + std::to_string(i)});
+    content.timeline->lines[0].crossings.push_back({72.0 * i, i % 2 == 0, i});
+  }
+  const std::string svg = drawPlan(content);
+  EXPECT_LT(svg.size(), 1000000U);
+  EXPECT_EQ(count(svg, "<title>500 crossings, at most "), 1U);
+  EXPECT_NO_THROW(parse(svg));
+}
+
+TEST(SvgPlan, WhatStandsUpIsDarkerThanTheGround) {
+  PlanContent content;
+  content.areas = {area("zone", {{0, 0}, {0, 9}, {9, 9}, {9, 0}})};
+  for (int i = 0; i < 50; ++i) {
+    content.dots.push_back({Point(0.1 * i, 1), false, -1.7 + 0.01 * (i % 3)});
+  }
+  content.dots.push_back({Point(1, 5), false, 0.0});
+  content.dots.push_back({Point(2, 5), false, -1.2});
+  content.dots.push_back({Point(3, 5), true, 0.0});
+  EXPECT_NEAR(groundOf(content.dots), -1.7, 1e-9);
+  const std::string svg = drawPlan(content);
+  for (const std::string_view colour :
+       {ScanColours::ground, ScanColours::low, ScanColours::high, ScanColours::counted}) {
+    // Once in the scan, once in the legend.
+    EXPECT_EQ(count(svg, "stroke=\"" + std::string(colour) + "\""), 2U) << colour;
+  }
+}
+
+TEST(SvgPlan, NamesShowWhenThePointerIsOnTheirShape) {
+  PlanContent content;
+  content.areas = {area("a<b", {{0, 0}, {0, 9}, {9, 9}, {9, 0}})};
+  content.crossings = {{Point(1, 1), "x & y"}};
+  const std::string svg = drawPlan(content);
+  EXPECT_EQ(count(svg, "<title>a&lt;b</title></path>"), 1U);
+  EXPECT_EQ(count(svg, "<title>x &amp; y</title></path>"), 1U);
 }
 
 TEST(Outline, ADiscHasItsFullArea) {

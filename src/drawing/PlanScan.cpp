@@ -1,0 +1,119 @@
+#include "drawing/PlanScan.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <map>
+#include <utility>
+
+#include "drawing/Svg.h"
+#include "text/Number.h"
+
+namespace orvantis::toolkit {
+namespace {
+
+using Dot = PlanContent::Dot;
+using Cell = std::pair<int, int>;  // row, column
+
+constexpr std::size_t mostCells = 14000;  // of a picture that stays a small file
+
+// What stands in a cell of the raster: the highest dot decides its shade, many dots make it stronger.
+struct Filling {
+  double height = 0.0;
+  std::size_t count = 0;
+};
+
+struct Raster {
+  double cell = 1.5;  // pixels
+  std::map<Cell, Filling> cells;
+};
+
+// The raster grows until its cells are few enough: a scan of 100,000 points stays a small file.
+Raster rasterOf(const std::vector<Dot>& dots, const Viewport& view, bool counted) {
+  const PixelBox box = view.box();
+  Raster raster;
+  for (;; raster.cell *= 1.25) {
+    raster.cells.clear();
+    for (const Dot& dot : dots) {
+      const Pixel p = view.toPixel(dot.at);
+      if (dot.counted == counted && box.contains(p)) {
+        const Cell cell(static_cast<int>((p.y - box.top) / raster.cell),
+                        static_cast<int>((p.x - box.left) / raster.cell));
+        Filling& filling = raster.cells[cell];
+        filling.height = filling.count == 0 ? dot.height : std::max(filling.height, dot.height);
+        ++filling.count;
+      }
+    }
+    if (raster.cells.size() <= mostCells) {
+      return raster;
+    }
+  }
+}
+
+// Short strokes of one path, each from the one before.
+template <typename Choice>
+std::string strokes(const Raster& raster, const PixelBox& box, std::string_view colour, double width,
+                    Choice isChosen) {
+  std::string path;
+  Cell last(0, 0);
+  for (const auto& [cell, filling] : raster.cells) {
+    if (isChosen(filling)) {
+      path += "m" + std::to_string(cell.second - last.second) + " " +
+              std::to_string(cell.first - last.first) + "h0";
+      last = cell;
+    }
+  }
+  if (path.empty()) {
+    return "";
+  }
+  return "<path transform=\"translate(" + at({box.left, box.top}) + ") scale(" + toText(raster.cell, 4) +
+         ")\" d=\"M0 0" + path + "\" fill=\"none\" stroke=\"" + std::string(colour) +
+         "\" stroke-linecap=\"round\" stroke-width=\"" + toText(width / raster.cell, 3) + "\"/>\n";
+}
+
+}  // namespace
+
+double groundOf(const std::vector<Dot>& dots) {
+  constexpr double step = 0.1;
+  std::map<long, std::size_t> heights;
+  for (const Dot& dot : dots) {
+    if (std::abs(dot.height) < 1e6) {
+      ++heights[std::lround(dot.height / step)];
+    }
+  }
+  const auto fullest = std::max_element(heights.begin(), heights.end(),
+                                        [](const auto& a, const auto& b) { return a.second < b.second; });
+  return fullest == heights.end() ? 0.0 : step * static_cast<double>(fullest->first);
+}
+
+std::string drawScan(const std::vector<Dot>& dots, const Viewport& view) {
+  const Raster raster = rasterOf(dots, view, false);
+  const double ground = groundOf(dots);
+  // In metres over the ground: what is below is ground, as rough as it may be; a person is above the second.
+  constexpr double roughness = 0.25;
+  constexpr double knee = 0.7;
+  const auto band = [ground](const Filling& filling) {
+    const double height = filling.height - ground;
+    return height <= roughness ? 0 : height <= knee ? 1 : 2;
+  };
+  std::string body;
+  for (const auto& [number, colour, width] :
+       {std::tuple(0, ScanColours::ground, 1.2), {1, ScanColours::low, 1.6}, {2, ScanColours::high, 2.0}}) {
+    // Where many dots fall into one cell the stroke is wider: a wall is seen as a line.
+    constexpr std::size_t dense = 4;
+    body += strokes(raster, view.box(), colour, width,
+                    [&](const Filling& filling) { return band(filling) == number && filling.count < dense; });
+    body += strokes(raster, view.box(), colour, width + 0.7, [&](const Filling& filling) {
+      return band(filling) == number && filling.count >= dense;
+    });
+  }
+  return body;
+}
+
+std::string drawCounted(const std::vector<Dot>& dots, const Viewport& view) {
+  return strokes(rasterOf(dots, view, true), view.box(), ScanColours::counted, 2.4,
+                 [](const Filling&) { return true; });
+}
+
+}  // namespace orvantis::toolkit
