@@ -26,6 +26,22 @@ analyse() {
     xargs -0 -n 1 -P "$(nproc)" clang-tidy -p build/dev-clang --quiet
 }
 
+# A page in a browser is made of the same sources: the libraries and the toolkit have to compile there too. Host headers
+# must not leak in, so the libraries that are headers alone are linked into a folder of their own.
+compile_for_browsers() {
+  local headers=build/browser-headers source
+  mkdir -p "$headers"
+  ln -sfn /usr/include/boost "$headers/boost"
+  ln -sfn /usr/include/eigen3/Eigen "$headers/Eigen"
+  ln -sfn /usr/include/spdlog "$headers/spdlog"
+  ln -sfn /usr/include/fmt "$headers/fmt"
+  ln -sfn /usr/include/hwy "$headers/hwy"
+  # The compressions of recordings are libraries that a page brings its own way.
+  find src -name '*.cpp' ! -name Lz4Decoder.cpp ! -name ZstdDecoder.cpp ! -name Bzip2Decoder.cpp ! -name ZstdSource.cpp -print0 |
+    xargs -0 -n 1 -P "$(nproc)" em++ -std=c++20 -fsyntax-only -fwasm-exceptions -ffp-contract=off -Iinclude -Isrc \
+      -I"$headers" -DFMT_HEADER_ONLY
+}
+
 test_sanitized() {
   cmake --preset "$1"
   cmake --build --preset "$1"
@@ -83,6 +99,8 @@ step "format" check_format
 step "warnings of g++" build_with_gcc
 step "warnings of clang" build_with_clang
 step "static analysis" analyse
+step "compiled for browsers" compile_for_browsers
+step "the same sines everywhere" scripts/check_trigonometry.sh
 step "address and undefined behaviour" test_sanitized asan-ubsan
 step "threads" test_sanitized tsan
 step "a minute of each fuzzer" fuzz

@@ -12,6 +12,7 @@ packages=(
 # What only check.sh, coverage.sh and mutate.sh need besides.
 development_packages=(
   clang clang-format clang-tidy libclang-rt-dev  # the other compiler, its analysis, sanitizers and fuzzer
+  emscripten                                      # the compiler for browsers
   gcovr python3
 )
 

@@ -47,9 +47,11 @@ double distanceToBorder(const PixelRing& ring, const Pixel& p) {
 }
 
 PixelBox boundsOf(const PixelRing& ring) {
-  const auto [left, right] = std::ranges::minmax(ring, {}, &Pixel::x);
-  const auto [top, bottom] = std::ranges::minmax(ring, {}, &Pixel::y);
-  return {left.x, top.y, right.x - left.x, bottom.y - top.y};
+  const auto [left, right] =
+      std::minmax_element(ring.begin(), ring.end(), [](const Pixel& a, const Pixel& b) { return a.x < b.x; });
+  const auto [top, bottom] =
+      std::minmax_element(ring.begin(), ring.end(), [](const Pixel& a, const Pixel& b) { return a.y < b.y; });
+  return {left->x, top->y, right->x - left->x, bottom->y - top->y};
 }
 
 // A raster of places around a label's anchor, the nearest first.
@@ -63,7 +65,9 @@ const std::vector<Pixel>& offsetsByDistance() {
         raster.push_back({step * i, step * j});
       }
     }
-    std::ranges::stable_sort(raster, {}, [](const Pixel& p) { return p.x * p.x + p.y * p.y; });
+    std::stable_sort(raster.begin(), raster.end(), [](const Pixel& a, const Pixel& b) {
+      return a.x * a.x + a.y * a.y < b.x * b.x + b.y * b.y;
+    });
     return raster;
   }();
   return offsets;
@@ -150,10 +154,10 @@ std::optional<PixelBox> LabelPlacer::place(const Pixel& anchor, double width, do
 }
 
 double LabelPlacer::cost(const PixelBox& box, const Pixel& anchor, const PixelRing* own) const {
-  const bool isFree =
-      area_.left <= box.left && box.left + box.width <= area_.left + area_.width && area_.top <= box.top &&
-      box.top + box.height <= area_.top + area_.height &&
-      std::ranges::none_of(blocked_, [&](const PixelBox& other) { return box.overlaps(other); });
+  const bool isFree = area_.left <= box.left && box.left + box.width <= area_.left + area_.width &&
+                      area_.top <= box.top && box.top + box.height <= area_.top + area_.height &&
+                      std::none_of(blocked_.begin(), blocked_.end(),
+                                   [&](const PixelBox& other) { return box.overlaps(other); });
   if (!isFree) {
     return std::numeric_limits<double>::infinity();
   }

@@ -95,18 +95,20 @@ std::string drawScan(const std::vector<Dot>& dots, const Viewport& view) {
   constexpr double knee = 0.7;
   const auto band = [ground](const Filling& filling) {
     const double height = filling.height - ground;
-    return height <= roughness ? 0 : height <= knee ? 1 : 2;
+    return height <= roughness ? std::size_t{0} : height <= knee ? std::size_t{1} : std::size_t{2};
   };
+  constexpr std::array<std::string_view, 3> colours = {ScanColours::ground, ScanColours::low,
+                                                       ScanColours::high};
+  constexpr std::array<double, 3> widths = {1.2, 1.6, 2.0};
+  // Where many dots fall into one cell the stroke is wider: a wall is seen as a line.
+  constexpr std::size_t dense = 4;
   std::string body;
-  for (const auto& [number, colour, width] :
-       {std::tuple(0, ScanColours::ground, 1.2), {1, ScanColours::low, 1.6}, {2, ScanColours::high, 2.0}}) {
-    // Where many dots fall into one cell the stroke is wider: a wall is seen as a line.
-    constexpr std::size_t dense = 4;
-    body += strokes(raster, view.box(), colour, width,
-                    [&](const Filling& filling) { return band(filling) == number && filling.count < dense; });
-    body += strokes(raster, view.box(), colour, width + 0.7, [&](const Filling& filling) {
-      return band(filling) == number && filling.count >= dense;
-    });
+  for (std::size_t i = 0; i < colours.size(); ++i) {
+    for (const bool isDense : {false, true}) {
+      body += strokes(
+          raster, view.box(), colours[i], widths[i] + (isDense ? 0.7 : 0.0),
+          [&](const Filling& filling) { return band(filling) == i && (filling.count >= dense) == isDense; });
+    }
   }
   return body;
 }

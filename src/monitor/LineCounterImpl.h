@@ -17,7 +17,7 @@
 namespace orvantis::filter::monitor {
 
 /// A LineCounter, beside the questions that its header answers from what is here.
-class LineCounter::Impl {
+class __attribute__((visibility("hidden"))) LineCounter::Impl {
  public:
   /// No lines.
   Impl() = default;

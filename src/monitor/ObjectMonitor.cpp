@@ -37,7 +37,7 @@ void forEachSlot(std::uint32_t zones, const Visit& visit) {
 
 }  // namespace
 
-class ObjectMonitor::Impl {
+class __attribute__((visibility("hidden"))) ObjectMonitor::Impl {
  public:
   Impl(const ZoneDetector& detector, Duration forgetAfter)
       : table_(std::make_shared<const ZoneTable>(detector)), forgetAfter_(forgetAfter) {
