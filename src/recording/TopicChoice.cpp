@@ -22,6 +22,17 @@ std::string othersInWords(const Topics& topics) {
   return topics.empty() ? "it has no topics" : "it has " + listOf(topics);
 }
 
+// Clouds that only their own packages can unfold.
+std::string hintFor(const Topics& topics) {
+  for (const TopicContents& contents : topics) {
+    if (contents.topic.type.ends_with("/CompressedPointCloud2")) {
+      return "; unfold the clouds of " + printable(contents.topic.name) +
+             " first: ros2 run point_cloud_transport republish";
+    }
+  }
+  return "";
+}
+
 // A bag may hold topics of one name and several types.
 std::optional<std::string> faultOfTopic(const std::string& name, const Topics& topics) {
   const auto isNamed = [&](const TopicContents& contents) { return contents.topic.name == name; };
@@ -53,7 +64,8 @@ std::optional<std::string> faultOfChoice(const std::vector<std::string>& chosen,
     return "the chosen topics hold no messages; the recording has " + listOf(topics);
   }
   if (clouds.empty()) {
-    return "the recording holds no point clouds (sensor_msgs/msg/PointCloud2); " + othersInWords(topics);
+    return "the recording holds no point clouds (sensor_msgs/msg/PointCloud2); " + othersInWords(topics) +
+           hintFor(topics);
   }
   if (chosen.empty() && clouds.size() > 1) {
     return "the recording has point clouds of " + std::to_string(clouds.size()) +

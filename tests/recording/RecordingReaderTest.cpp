@@ -131,6 +131,17 @@ TEST(RecordingReader, SaysThatThereAreNoClouds) {
   EXPECT_EQ(testing::readRecording(asBag({})).refusal, testing::readRecording(asMcap({})).refusal);
 }
 
+TEST(RecordingReader, SaysHowToUnfoldCompressedClouds) {
+  WrittenRecording recording;
+  recording.topics = {{"/points/draco", "point_cloud_interfaces/msg/CompressedPointCloud2"}};
+  recording.messages = {{0, 1, "..."}};
+  EXPECT_EQ(
+      testing::readRecording(asMcap(recording)).refusal,
+      "byte 0: the recording holds no point clouds (sensor_msgs/msg/PointCloud2); it has "
+      "/points/draco (point_cloud_interfaces/msg/CompressedPointCloud2, 1 message); unfold the clouds of "
+      "/points/draco first: ros2 run point_cloud_transport republish");
+}
+
 TEST(RecordingReader, ListsNoMoreThanTwentyTopics) {
   WrittenRecording recording;
   for (int i = 0; i < 22; ++i) {
