@@ -29,6 +29,7 @@ CLI::App& addCommand(CLI::App& program, const CommandText& text);
 
 void addValidateCommand(CLI::App& program, Task& task);
 void addShowCommand(CLI::App& program, Task& task);
+void addInfoCommand(CLI::App& program, Task& task);
 void addRunCommand(CLI::App& program, Task& task);
 void addExplainCommand(CLI::App& program, Task& task);
 void addPlotCommand(CLI::App& program, Task& task);

@@ -21,6 +21,7 @@ constexpr int wrongUsage = 2;
 constexpr const char* help = R"(Examples:
   zone-detector validate site.json             is the document right, and if not, where
   zone-detector show site.json                 fields, zones and counter lines
+  zone-detector info scan.pcd drive.mcap       what frames and recordings hold
   zone-detector run site.json frames/*.pcd     points in each zone, frame by frame
   zone-detector run site.json frames/*.pcd --tracks tracks.csv     what happens, and a summary
   zone-detector explain site.json frames/*.pcd --at 1.2            why a zone is in its state
@@ -57,6 +58,7 @@ int runCommandLine(int argc, char** argv) {
   Task task;
   addValidateCommand(program, task);
   addShowCommand(program, task);
+  addInfoCommand(program, task);
   addRunCommand(program, task);
   addExplainCommand(program, task);
   addPlotCommand(program, task);

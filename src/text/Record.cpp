@@ -30,6 +30,10 @@ struct ToJson {
   std::string operator()(double value) const { return std::isfinite(value) ? toText(value) : "null"; }
   std::string operator()(std::chrono::nanoseconds value) const { return toText(value); }
   std::string operator()(const std::string& value) const { return jsonQuoted(value); }
+  std::string operator()(const std::vector<double>& values) const {
+    return jsonList(values, [this](double value) { return (*this)(value); });
+  }
+  std::string operator()(const Record& value) const { return toJson(value); }
   std::string operator()(const std::vector<std::string>& values) const {
     return jsonList(values, [](const std::string& value) { return jsonQuoted(value); });
   }
@@ -51,6 +55,8 @@ struct ToCell {
     }
     return text;
   }
+  std::string operator()(const std::vector<double>& values) const { return std::to_string(values.size()); }
+  std::string operator()(const Record& value) const { return std::to_string(value.size()); }
   std::string operator()(const std::vector<Record>& values) const {
     return std::to_string(values.size());  // what a cell can say of a list of things
   }

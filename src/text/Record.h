@@ -20,7 +20,7 @@ using Record = std::vector<Entry>;
 /// since 1970.
 using Value =
     std::variant<std::nullptr_t, bool, std::int64_t, std::uint64_t, double, std::chrono::nanoseconds,
-                 std::string, std::vector<std::string>, std::vector<Record>>;
+                 std::string, std::vector<double>, std::vector<std::string>, Record, std::vector<Record>>;
 
 struct Entry {
   std::string key;          ///< in JSON; empty: not there

@@ -116,6 +116,34 @@ TEST_F(FrameInput, APoseBringsPointsAndTracksIntoTheFrameOfTheZones) {
   EXPECT_EQ(run({"--tracks", "t.csv"}).out.find("\"entered\""), std::string::npos);
 }
 
+TEST_F(FrameInput, InfoSaysWhatAFileHolds) {
+  folder_.write("a.csv", "t,x,y,z\n0,1,2,-1.7\n1,3,4,-1.72\n2,0,0,0\n3,nan,1,1\n");
+  const Outcome json = zoneDetector({"info", "--json", "a.csv"}, folder_.path());
+  EXPECT_EQ(json.code, 0);
+  EXPECT_EQ(json.out, R"({"file":"a.csv","kind":"text","points":4,"noReturns":1,"atOrigin":1,"columns":[)"
+                      R"({"name":"t","type":"F8","count":1},{"name":"x","type":"F8","count":1},)"
+                      R"({"name":"y","type":"F8","count":1},{"name":"z","type":"F8","count":1}],)"
+                      R"("extents":{"x":[0,3],"y":[0,4],"z":[-1.72,0]},"ground":-1.7})"
+                      "\n");
+  EXPECT_EQ(zoneDetector({"info", "a.csv"}, folder_.path()).out,
+            "a.csv\n"
+            "  kind        text\n"
+            "  points      4, 1 no return, 1 at (0, 0, 0)\n"
+            "  columns     t F8, x F8, y F8, z F8\n"
+            "  x           0 to 3\n"
+            "  y           0 to 4\n"
+            "  z           -1.72 to 0\n"
+            "  most at     z = -1.7\n");
+}
+
+TEST_F(FrameInput, InfoGoesOnAfterAFileThatCannotBeRead) {
+  folder_.write("a.xyz", "1 1 1\n");
+  const Outcome outcome = zoneDetector({"info", "--json", "missing.pcd", "a.xyz"}, folder_.path());
+  EXPECT_EQ(outcome.code, 1);
+  EXPECT_EQ(outcome.err, "zone-detector: missing.pcd: cannot be read: No such file or directory\n");
+  EXPECT_EQ(outcome.out.find(R"({"file":"a.xyz","kind":"text","points":1,)"), 0U) << outcome.out;
+}
+
 TEST_F(FrameInput, ARateIsForSingleFramesAlone) {
   folder_.write("list", "0 a.xyz\n");
   folder_.write("a.xyz", "1 1 1\n");

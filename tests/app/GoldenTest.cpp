@@ -51,7 +51,7 @@ TEST(Golden, HelpBeginsWithWorkedExamples) {
 
 TEST(Golden, HelpOfEverySubcommandBeginsWithWorkedExamples) {
   std::string all;
-  for (const std::string command : {"validate", "show", "run", "explain", "plot", "new"}) {
+  for (const std::string command : {"validate", "show", "info", "run", "explain", "plot", "new"}) {
     const Outcome outcome = zoneDetector({command, "--help"});
     EXPECT_EQ(outcome.code, 0);
     EXPECT_EQ(outcome.out.find("Examples:\n  zone-detector " + command), 0U);

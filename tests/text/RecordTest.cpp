@@ -22,13 +22,15 @@ TEST(Record, AsJsonKeepsEveryKindOfValue) {
                          {"time", "", nanoseconds(1'500'000'000)},
                          {"text", "", "a\"b\n\xFF"},
                          {"words", "", std::vector<std::string>{"low", "high"}},
+                         {"range", "", std::vector<double>{-0.5, 2.0}},
+                         {"inner", "", Record{{"a", "", "b"}}},
                          {"things", "", std::vector<Record>{{{"a", "", std::int64_t{1}}}, {}}},
                          {"", "column", "in tables only"}};
   EXPECT_EQ(toJson(record),
             R"({"none":null,"yes":true,"whole":-7,"large":18446744073709551615,"number":0.1,"endless":null,)"
             R"("time":1.5,"text":"a\"b\n)"
             "\xEF\xBF\xBD"
-            R"(","words":["low","high"],"things":[{"a":1},{}]})");
+            R"(","words":["low","high"],"range":[-0.5,2],"inner":{"a":"b"},"things":[{"a":1},{}]})");
 }
 
 TEST(Record, TimesAreExactDecimalsInJsonAndTables) {
