@@ -9,7 +9,7 @@
 namespace orvantis::app {
 namespace {
 
-// What is wrong, one error a line; a document that is no document has thousands.
+// What is wrong, one error a line; a file that is not a document has thousands.
 std::string refusal(const std::string& path, const CheckedDocument& document) {
   constexpr std::size_t shown = 20;
   std::string text = counted(document.errors(), "error");

@@ -32,7 +32,7 @@ std::size_t distance(std::string_view a, std::string_view b) {
 }  // namespace
 
 std::string_view nearest(std::string_view word, std::span<const std::string_view> candidates) {
-  constexpr std::size_t longestWord = 64;  // what is longer is no slip of one of our keys
+  constexpr std::size_t longestWord = 64;  // what is longer is not a slip of one of our keys
   std::string_view best;
   if (word.size() > longestWord) {
     return best;

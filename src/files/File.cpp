@@ -78,7 +78,7 @@ std::size_t fileSize(const std::string& path) {
     fail(path, error ? error.message() : errorText(ENOENT));
   }
   if (!std::filesystem::is_regular_file(status)) {
-    fail(path, std::filesystem::is_directory(status) ? "it is a folder" : "it is no regular file");
+    fail(path, std::filesystem::is_directory(status) ? "it is a folder" : "it is not a regular file");
   }
   if (!std::ifstream(path)) {
     fail(path, errorText(errno));

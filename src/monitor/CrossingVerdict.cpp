@@ -9,7 +9,7 @@ const char* describe(CrossingVerdict verdict) {
     case CrossingVerdict::NoLength:
       return "the line's ends are the same point or not finite, so it has no sides";
     case CrossingVerdict::NoIdentity:
-      return "an id below zero is no identity";
+      return "an id below zero is not an identity";
     case CrossingVerdict::NotSeen:
       return "was not seen, or is forgotten";
     case CrossingVerdict::NeverClear:

@@ -35,7 +35,7 @@ struct SessionFrame {
   std::size_t objectCount = 0;
   std::vector<filter::monitor::ObjectEvent> lost;  ///< without a frame of objects: by the time alone
   std::vector<Event> events;
-  filter::monitor::Duration taken{0};  ///< by the monitors; reading the files is no part of it
+  filter::monitor::Duration taken{0};  ///< by the monitors; without reading the files
 };
 
 /// Feeds a recording to the monitors of a zone document.

@@ -404,6 +404,27 @@ TEST(Command, ATerminalGetsColourUnlessNoColorIsSet) {
   EXPECT_NE(onATerminal("env -u NO_COLOR " + command).find("\033[32mok\033[0m"), std::string::npos);
   EXPECT_EQ(onATerminal("env NO_COLOR=1 " + command).find('\033'), std::string::npos);
   EXPECT_NE(onATerminal("env NO_COLOR= " + command).find("\033[32mok\033[0m"), std::string::npos);
+  EXPECT_EQ(onATerminal("env -u NO_COLOR TERM=dumb " + command).find('\033'), std::string::npos);
+}
+
+TEST(Command, ProgressIsNeverWiderThanTheTerminal) {
+  if (!canMakeATerminal()) {
+    GTEST_SKIP() << "no terminal can be made here";
+  }
+  const std::string name = std::string(100, 'n') + ".xyz";
+  const TemporaryFolder folder;
+  folder.write(name, "11 7 1\n");
+  const std::string command =
+      "stty cols 40; env NO_COLOR=1 TERM=xterm " + std::string(ZONE_DETECTOR) + " run " + site + " " + name;
+  const std::string text = runProgram("/usr/bin/script", {"-qec", command, "/dev/null"}, folder.path()).out;
+  EXPECT_EQ(text.find("\r\033[K1/1 \xE2\x80\xA6" + std::string(30, 'n') + ".xyz\r\033[K"), 0U)
+      << text.substr(0, 80);
+  const std::string dumb =
+      runProgram("/usr/bin/script",
+                 {"-qec", "env TERM=dumb " + command.substr(command.find(ZONE_DETECTOR)), "/dev/null"},
+                 folder.path())
+          .out;
+  EXPECT_EQ(dumb.find('\033'), std::string::npos);
 }
 
 TEST(Command, ATerminalSeesProgressWhichIsErasedAgain) {

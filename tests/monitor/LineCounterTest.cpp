@@ -522,7 +522,7 @@ TEST(LineExplanations, EachHasItsOwnText) {
   EXPECT_STREQ(describe(Verdict::NoSuchLine), "there is no line of that name");
   EXPECT_STREQ(describe(Verdict::NoLength),
                "the line's ends are the same point or not finite, so it has no sides");
-  EXPECT_STREQ(describe(Verdict::NoIdentity), "an id below zero is no identity");
+  EXPECT_STREQ(describe(Verdict::NoIdentity), "an id below zero is not an identity");
   EXPECT_STREQ(describe(Verdict::NotSeen), "was not seen, or is forgotten");
   EXPECT_STREQ(describe(Verdict::NeverClear), "has not been clear of the line yet");
   EXPECT_STREQ(describe(Verdict::NotOver), "has stayed clear of the line on one side");
