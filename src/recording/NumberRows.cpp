@@ -42,15 +42,14 @@ namespace {
   throw ReadError(atLine(lines.number()), "a coordinate is out of the range of a 4-byte float");
 }
 
-// Past the end of a line that ends here, else nothing.
-const char* pastLineEnd(const char* at, const char* last) {
-  if (at == last || *at == '\n') {
-    return at == last ? at : at + 1;
-  }
-  if (*at == '\r' && (at + 1 == last || at[1] == '\n')) {
-    return at + 1 == last ? last : at + 2;
-  }
-  return nullptr;
+bool isLineEnd(const char* at, const char* last) {
+  return at == last || *at == '\n' || (*at == '\r' && (at + 1 == last || at[1] == '\n'));
+}
+
+// Where the next line begins.
+const char* behindLineEnd(const char* at, const char* last) {
+  at += at != last && *at == '\r' ? 1 : 0;
+  return at == last ? at : at + 1;
 }
 
 // Reads rows as they should be, without looking for the end of the line first.
@@ -84,7 +83,7 @@ class RowParser {
       at = endOfField(at, last);
       after = next(at, last);
     }
-    return after == After::Row && column == layout_.columns ? pastLineEnd(at, last) : nullptr;
+    return after == After::Row && column == layout_.columns ? behindLineEnd(at, last) : nullptr;
   }
 
  private:
@@ -106,7 +105,7 @@ class RowParser {
   After next(const char*& at, const char* last) const {
     const char* const end = at;
     at = behindBlanks(at, last);
-    if (pastLineEnd(at, last) != nullptr) {
+    if (isLineEnd(at, last)) {
       return After::Row;
     }
     if (areBlanksSeparators) {

@@ -71,7 +71,7 @@ Points kept(const PointsView<Real>& points, const Judge& judge, DroppedPoints& d
 
 }  // namespace
 
-std::uint64_t countAtOrigin(const Points& points) noexcept {
+std::uint64_t countAtOrigin(const Points& points) {
   return std::visit(
       []<typename Real>(const PointsView<Real>& view) {
         // Compared as whole numbers, without their signs: every frame is looked through, whoever asks or not.

@@ -27,8 +27,8 @@ struct DroppedPoints {
   std::uint64_t tooFar = 0;
 };
 
-/// The points exactly at (0, 0, 0), of either sign. noexcept
-std::uint64_t countAtOrigin(const Points& points) noexcept;
+/// The points exactly at (0, 0, 0), of either sign. Throws nothing.
+std::uint64_t countAtOrigin(const Points& points);
 
 /// Leaves points out. Those that are not finite stay: they are no returns, and counted as such. Ranges are
 /// compared by their squares, computed in double.
