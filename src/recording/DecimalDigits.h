@@ -81,7 +81,8 @@ inline std::size_t readShort(const char* text, ShortDecimal& number) {
   others ^= sign;
   const auto point = static_cast<std::size_t>(std::countr_zero(others));
   const auto end = static_cast<std::size_t>(std::countr_zero(others & (others - 1)));
-  const std::size_t whole = point - sign;  // in the first word, or it is another number
+  const std::size_t whole =
+      point - static_cast<std::size_t>(sign);  // in the first word, or it is another number
   const std::size_t decimals = end - point - 1;
   if (end >= sizeof(values) || whole - 1 >= 8 - sign || decimals - 1 >= 8 || text[point] != '.' ||
       text[end] == 'e' || text[end] == 'E' || sign * ((values[0] & 0xFFU) ^ minus) != 0) {
