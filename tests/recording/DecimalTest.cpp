@@ -78,6 +78,24 @@ TEST(Decimal, ANumberBesideTheMiddleOfTwoFloatsIsRoundedOnce) {
   EXPECT_EQ(read<float>("16777217.000000001"), "16777218");
 }
 
+// Numbers with few digits that lie exactly in the middle of two floats: any other way to them than the exact
+// one goes to the wrong side of some.
+TEST(Decimal, TheMiddleOfTwoFloatsGoesToTheEvenOne) {
+  for (int decimals = 1; decimals <= 6; ++decimals) {
+    const auto steps = static_cast<std::uint32_t>(1U << decimals);
+    for (std::uint32_t i = 0; i < 20000; ++i) {
+      const std::uint32_t odd =
+          (1U << 24U) + 2 * (997 * i % (1U << 23U)) + 1;  // one bit more than a float has
+      const double middle = static_cast<double>(odd) / steps;
+      char text[60];
+      std::snprintf(text, sizeof(text), "%.*f              ", decimals, middle);
+      float value = 0.0F;
+      readDecimal(text, text + std::strlen(text), value);
+      ASSERT_EQ(value, std::strtof(text, nullptr)) << text;
+    }
+  }
+}
+
 TEST(Decimal, LongNumbersAreRoundedOnce) {
   EXPECT_EQ(read<double>("9007199254740993"), "9007199254740992");
   EXPECT_EQ(read<double>("9007199254740993.0000000001"), "9007199254740994");

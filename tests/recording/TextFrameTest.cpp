@@ -129,6 +129,10 @@ TEST(TextFrame, RowsThatDoNotFitAreRefused) {
   EXPECT_EQ(refused("1 2 3\n1 2 -1e999\n"), "line 2, column 5: z is out of range: \"-1e999\"");
   EXPECT_EQ(refused("1 2 3\n1 2 " + std::string(100, 'a') + "\n"),
             "line 2, column 5: z is not a number: \"" + std::string(40, 'a') + "...\"");
+  EXPECT_EQ(refused("1 2 3\n1-2 3\n"), "line 2: the row has 2 values; it needs 3");
+  EXPECT_EQ(refused("1 2 3\n1 2-3\n"), "line 2: the row has 2 values; it needs 3");
+  EXPECT_EQ(refused("1 2 3\n1 2 3\r4\n"), "line 2, column 5: z is not a number: \"3\\x0d4\"");
+  EXPECT_EQ(refused("1 2 3\n1 2 3\r\r\n"), "line 2, column 5: z is not a number: \"3\\x0d\"");
   EXPECT_EQ(refused("1 x 3\n"), "line 1, column 3: y is not a number: \"x\"");
 }
 
