@@ -16,6 +16,7 @@ class ORVANTIS_API SettingsPathManager {
   SettingsPathManager(SettingsManager& manager, const std::string& name, int index);
   SettingsPathManager(const SettingsPathManager&) = delete;
   SettingsPathManager& operator=(const SettingsPathManager&) = delete;
+  /// Leaves the node. Throws nothing.
   ~SettingsPathManager();
 
  private:

@@ -57,7 +57,7 @@ CounterLineDirectionType CounterLine::direction(const point& p) const {
   int sign = 0;
   auto side = CounterLineDirectionType::ON;
   if (!(std::abs(rounded) <= std::numeric_limits<float>::epsilon())) {
-    sign = rounded > 0.0F ? 1 : -1;  // NaN is not positive, so it lies to the right
+    sign = rounded > 0.0F ? 1 : -1;  // NaN is not above 0, so it lies to the right
     side = sign > 0 ? CounterLineDirectionType::LEFT : CounterLineDirectionType::RIGHT;
   }
   logger_.traceStream().write("direction::'", name_, "':", p.x(), ":", p.y(), "::::", first.x(), ":",

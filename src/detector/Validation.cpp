@@ -11,6 +11,7 @@
 #include <settings/SettingsManager.h>
 #include <settings/SettingsPathManager.h>
 
+#include "detector/Limits.h"
 #include "text/LowerCase.h"
 
 namespace orvantis::filter::detection {
@@ -18,12 +19,15 @@ namespace {
 
 using utils::SettingsPathManager;
 
-constexpr std::size_t maxFileSize = 102400;
+static_assert(maxEvaluationFields == ZoneDetector::NUM_EVAL_FIELDS);
+static_assert(maxZonesPerField == ZoneDetector::NUM_ZONES_PER_EVAL_FIELD);
+static_assert(maxExclusionZones == ZoneDetector::MAX_NUM_EXCLUSION_ZONES);
+static_assert(maxPolygonVertices == Polygon::MAX_NUM_POLYGON_SIDES);
 
 // The stream's bytes, of which there must be fewer than the limit: reading the limit in full leaves the end
 // unseen.
 std::string readLimited(std::istream& input) {
-  std::string bytes(maxFileSize, '\0');
+  std::string bytes(documentSizeLimit, '\0');
   try {
     input.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   } catch (const std::exception&) {
@@ -32,7 +36,7 @@ std::string readLimited(std::istream& input) {
   }
   if (!input.eof()) {
     throw std::runtime_error("Input file size exceeds maximum allowable size of " +
-                             std::to_string(maxFileSize) + " bytes.");
+                             std::to_string(documentSizeLimit) + " bytes.");
   }
   bytes.resize(static_cast<std::size_t>(input.gcount()));
   return bytes;
@@ -141,8 +145,7 @@ void ZoneDetector::validateExclusionZone(SettingsManager& settings) {
   }
 }
 
-bool ZoneDetector::validateZoneNameLength(const std::string& name) {
-  constexpr std::size_t maxNameLength = 18;
+bool ZoneDetector::validateZoneNameLength(const std::string& name) noexcept {
   return !name.empty() && name.size() <= maxNameLength;
 }
 

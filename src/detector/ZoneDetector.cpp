@@ -69,12 +69,12 @@ ZoneDetector& ZoneDetector::operator=(const ZoneDetector& other) {
 
 ZoneDetector::~ZoneDetector() = default;
 
-int ZoneDetector::getMinPointsFromSensitivity(int sensitivity) const {
+int ZoneDetector::getMinPointsFromSensitivity(int sensitivity) const noexcept {
   const auto entry = minPointsBySensitivity_.find(sensitivity);
   return entry != minPointsBySensitivity_.end() ? entry->second : 1;
 }
 
-int ZoneDetector::getSensitivityFromMinPoints(int minPoints) const {
+int ZoneDetector::getSensitivityFromMinPoints(int minPoints) const noexcept {
   for (const auto& [sensitivity, points] : minPointsBySensitivity_) {
     if (points == minPoints) {
       return sensitivity;
@@ -121,7 +121,7 @@ std::string ZoneDetector::currentAPIVersion() {
   return std::to_string(CURRENT_API_MAJOR_VERSION) + "." + std::to_string(CURRENT_API_MINOR_VERSION);
 }
 
-bool ZoneDetector::checkVersion(const std::string& version) {
+bool ZoneDetector::checkVersion(const std::string& version) noexcept {
   // Only the major number decides; a text that begins with no number reads as 0.
   return std::strtoul(version.c_str(), nullptr, 10) <= CURRENT_API_MAJOR_VERSION;
 }

@@ -42,11 +42,11 @@ Sector::Sector(const std::string& name, SettingsManager& settings) : Zone(name) 
 
 Sector::~Sector() = default;
 
-void Sector::setOrigin(double x, double y) {
+void Sector::setOrigin(double x, double y) noexcept {
   origin_.set(x, y);
 }
 
-void Sector::getSector(double& minAngle, double& maxAngle, double& radius) const {
+void Sector::getSector(double& minAngle, double& maxAngle, double& radius) const noexcept {
   minAngle = minAngle_;
   maxAngle = maxAngle_;
   radius = radius_;

@@ -8,7 +8,7 @@ Zone::Zone(const std::string& name) : name_(name) {}
 
 Zone::~Zone() = default;
 
-void Zone::setName(std::string name) {
+void Zone::setName(std::string name) noexcept {
   name_ = std::move(name);
 }
 

@@ -21,7 +21,7 @@ Zone3dBase::Zone3dBase(std::shared_ptr<Zone> zone, double zMin, double zMax)
 
 Zone3dBase::~Zone3dBase() = default;
 
-void Zone3dBase::setZone2d(std::shared_ptr<Zone> zone) {
+void Zone3dBase::setZone2d(std::shared_ptr<Zone> zone) noexcept {
   if (zone) {
     zone2d_ = std::move(zone);
   }

@@ -126,7 +126,7 @@ TEST(CounterLine, WithoutReferenceNothingIsTraced) {
   EXPECT_TRUE(log.records().empty());
 }
 
-TEST(CounterLine, OnIsNoSideToWant) {
+TEST(CounterLine, OnIsNotASideToWant) {
   const Point reference(0.0, 1.0);
   EXPECT_EQ(whatIsThrown([&] { CounterLine("L", {0.0, 0.0}, {1.0, 0.0}, &reference, Side::ON); }), wantedOn);
   const std::vector<Point> points = {{0.0, 0.0}, {1.0, 0.0}};

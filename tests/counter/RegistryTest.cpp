@@ -30,6 +30,7 @@ namespace {
 using orvantis::testing::AllocationCounter;
 using orvantis::testing::loadText;
 using orvantis::testing::LogCapture;
+using orvantis::testing::nameOf;
 using orvantis::testing::Record;
 using orvantis::testing::saveText;
 
@@ -131,6 +132,16 @@ TEST_F(Registry, InsertOfAKnownNameUpdatesItsPoints) {
                              "CounterLines::insert:updated:0:" + std::string(otherAText)}));
   EXPECT_EQ(lines_.size(), 2U);
   EXPECT_EQ(pointsOf(lines_, "A"), (Pairs{{9, 9}, {8, 8}}));
+}
+
+TEST_F(Registry, LoadedLinesHaveTheDefaultLoggerAndInsertedOnesTheirOwn) {
+  lines_.setLogger(LoggingManager::getInstance().getLogger("registry"));
+  load(lines_, document(a));
+  CounterLine given = line("B", {0, 0}, {1, 0});
+  given.setLogger(LoggingManager::getInstance().getLogger("given"));
+  lines_.insert(given);
+  EXPECT_EQ(nameOf(lines_.clone().at("A").getLogger()), "");
+  EXPECT_EQ(nameOf(lines_.clone().at("B").getLogger()), "given");
 }
 
 TEST_F(Registry, AnUpdateKeepsNameAndLogger) {
@@ -309,7 +320,7 @@ TEST_F(Registry, LoadOfARepeatedNameWarnsAndTheLaterPointsWin) {
   EXPECT_EQ(pointsOf(lines_, "A"), (Pairs{{9, 9}, {8, 8}}));
 }
 
-TEST_F(Registry, ALineThatWasThereBeforeTheLoadIsNoDuplicate) {
+TEST_F(Registry, ALineThatWasThereBeforeTheLoadIsNotADuplicate) {
   load(lines_, document(a));
   EXPECT_EQ(log_.texts(LogLevel::Warning), Texts());
 }
@@ -586,6 +597,30 @@ TEST_F(Registry, LoadWithoutAListDoesNotWaitForTheLock) {
   lines_.find("C");  // one record, and the lock is held meanwhile
   LoggingManager::getInstance().removeSink(sink);
   EXPECT_EQ(status, std::future_status::ready);
+}
+
+// The name is freed with its line if the lines are cleared too early, and the second record then shows it.
+TEST_F(Registry, LoadTouchesNoLineBeforeItHasTheLock) {
+  const std::string name = "a line whose name is too long for a string's own buffer";
+  lines_.insert(line(name, {1, 2}, {3, 4}));
+  log_.clear();
+  std::future<void> isLoaded;
+  const auto sink = std::make_shared<CallingSink>([&](const std::string& text) {
+    if (text.find("CounterLines::find:1:a line") == 0) {
+      isLoaded = std::async(std::launch::async, [this] { load(lines_, document("")); });
+      isLoaded.wait_for(std::chrono::milliseconds(50));
+    }
+  });
+  LoggingManager::getInstance().addSink(sink);
+  lines_.find(name);
+  isLoaded.get();
+  LoggingManager::getInstance().removeSink(sink);
+  const Texts texts = traces();
+  ASSERT_GE(texts.size(), 2U);
+  EXPECT_EQ(texts[0], "CounterLines::find:1:" + name);
+  EXPECT_EQ(texts[1], R"(CounterLines::find:1:"CounterLine":{"name":")" + name +
+                          R"(","first":{"x:"1","y:"2"},"second":{"x:"3","y:"4"}})");
+  EXPECT_EQ(lines_.size(), 0U);
 }
 
 TEST_F(Registry, LoadReleasesItsLockBeforeItLogsAFailure) {

@@ -14,6 +14,7 @@
 #include <filter/detection/Sector.h>
 #include <filter/detection/Zone3dTarsel.h>
 #include <filter/detection/ZoneDetector.h>
+#include <logging/LoggingManager.h>
 #include <settings/SettingsManager.h>
 
 #include "detector/DetectorText.h"
@@ -261,7 +262,7 @@ TEST(DetectorLoad, OptionsThatDoNotConvertCountAsMissing) {
   EXPECT_EQ(detector.getMinPoints(), 1);
 }
 
-TEST(DetectorLoad, AFlagThatIsNoBooleanThrows) {
+TEST(DetectorLoad, AFlagThatIsNotABooleanThrows) {
   ZoneDetector detector = busyDetector();
   EXPECT_THROW(load(detector, R"({"ZoneDetector": {"useSoftwareAPICommand": "perhaps"}})"),
                boost::property_tree::ptree_bad_data);
@@ -297,6 +298,21 @@ TEST(DetectorLoad, ExclusionZonesAreNotChecked) {
   const ZoneDetector detector = loaded(R"({"ZoneDetector": {"ExclusionZone": [)" + entries + "]}}");
   EXPECT_EQ(detector.getExclusionZoneVector().size(), 40U);
   EXPECT_EQ(log.records(), std::vector<Record>());
+}
+
+TEST(DetectorLoad, ZonesAndShapesHaveLoggersOfTheirOwn) {
+  SettingsManager settings;
+  loadText(settings, R"({"ZoneDetector": {
+      "ExclusionZone": [{"name": "gate", "shape": "polygon", "Polygon": {}}],
+      "EvaluationField": [{"index": 0, "Zone": [{"name": "z", "index": 0, "shape": "polygon", "Polygon": {}}]}]}})");
+  ZoneDetector detector;
+  detector.setLogger(LoggingManager::getInstance().getLogger("given"));
+  detector.load(settings);
+  EXPECT_EQ(testing::nameOf(detector.getLogger()), "given");
+  for (const auto& zone : {detector.getExclusionZoneVector().at(0), detector.getZone(0, 0)}) {
+    EXPECT_EQ(testing::nameOf(zone->getLogger()), "Zone3dBase");
+    EXPECT_EQ(testing::nameOf(zone->getZone2d()->getLogger()), "");
+  }
 }
 
 TEST(DetectorLoad, AnUnknownShapeLeavesAZoneWithoutShape) {
@@ -380,7 +396,7 @@ TEST(DetectorLoad, AFieldWithoutIndexThrowsAndLeavesTheDetectorPartlyLoaded) {
   EXPECT_EQ(detector.getEvaluationField(7), nullptr);
 }
 
-TEST(DetectorLoad, AnIndexThatIsNoIntegerThrows) {
+TEST(DetectorLoad, AnIndexThatIsNotAnIntegerThrows) {
   for (const std::string index : {R"("two")", "1.5", "99999999999", R"("")"}) {
     ZoneDetector detector;
     EXPECT_THROW(load(detector, R"({"ZoneDetector": {"EvaluationField": [{"index": )" + index + "}]}}"),

@@ -30,6 +30,7 @@ namespace {
 
 using orvantis::testing::loadText;
 using orvantis::testing::LogCapture;
+using orvantis::testing::nameOf;
 using orvantis::testing::namesOf;
 using orvantis::testing::Record;
 using orvantis::testing::toText;
@@ -204,6 +205,17 @@ TEST(DetectorFields, SettingAFieldSharesItAndNamesItWhenItHasNoName) {
   EXPECT_EQ(named->name, "crossing");
 }
 
+TEST(DetectorFields, AFieldWithoutANameIsNamedAlsoOverAnOccupiedSlot) {
+  ZoneDetector detector;
+  detector.setEvaluationField(fieldNamed("first"), 5);
+  const auto unnamed = fieldNamed("");
+  detector.setEvaluationField(unnamed, 5);
+  EXPECT_EQ(detector.getEvaluationField(5), unnamed);
+  EXPECT_EQ(unnamed->name, "EvaluationField5");
+  detector.setEvaluationField(unnamed, 6);
+  EXPECT_EQ(unnamed->name, "EvaluationField5") << "it has a name already";
+}
+
 TEST(DetectorFields, ANullFieldEmptiesItsSlot) {
   ZoneDetector detector = busyDetector();
   detector.setEvaluationField(nullptr, 2);
@@ -241,6 +253,26 @@ TEST(DetectorZones, SettingAZoneOnAnEmptySlotMakesTheFieldAndNamesBoth) {
   EXPECT_EQ(zone->getName(), "Zone1");
   EXPECT_EQ(detector.getZone(2, 0), nullptr);
   EXPECT_EQ(detector.getZone(2, 2), nullptr);
+}
+
+TEST(DetectorZones, AZoneWithoutANameIsNamedAlsoOverAnOccupiedSlot) {
+  ZoneDetector detector;
+  detector.setZone(zoneNamed("first"), 2, 1);
+  const auto unnamed = zoneNamed("");
+  detector.setZone(unnamed, 2, 1);
+  EXPECT_EQ(detector.getZone(2, 1), unnamed);
+  EXPECT_EQ(unnamed->getName(), "Zone1");
+  EXPECT_EQ(detector.getEvaluationField(2)->name, "EvaluationField2");
+  detector.setZone(unnamed, 2, 0);
+  EXPECT_EQ(unnamed->getName(), "Zone1") << "it has a name already";
+}
+
+TEST(DetectorZones, AnExistingFieldWithoutANameStaysWithoutOne) {
+  ZoneDetector detector;
+  detector.getEvaluationFieldArray()[2] = fieldNamed("");
+  detector.setZone(zoneNamed("front"), 2, 1);
+  EXPECT_EQ(detector.getEvaluationField(2)->name, "");
+  EXPECT_EQ(detector.getZone(2, 1)->getName(), "front");
 }
 
 TEST(DetectorZones, ANamedZoneAndAnExistingFieldKeepTheirNames) {
@@ -407,6 +439,22 @@ TEST(DetectorAssignment, KeepsItsOwnLogger) {
   target.appendExclusionZone(nullptr);
   ASSERT_EQ(log.records().size(), 1U);
   EXPECT_EQ(log.records()[0].logger, "target");
+}
+
+TEST(DetectorAssignment, ClonesHaveTheLoggersOfNewZones) {
+  const Logger given = LoggingManager::getInstance().getLogger("given");
+  ZoneDetector source = busyDetector();
+  for (const auto& zone : {source.getZone(2, 1), source.getExclusionZoneVector()[0]}) {
+    zone->setLogger(given);
+    zone->getZone2d()->setLogger(given);
+  }
+  ZoneDetector target;
+  target.setLogger(given);
+  target = source;
+  for (const auto& zone : {target.getZone(2, 1), target.getExclusionZoneVector()[0]}) {
+    EXPECT_EQ(nameOf(zone->getLogger()), "Zone3dBase");
+    EXPECT_EQ(nameOf(zone->getZone2d()->getLogger()), "");
+  }
 }
 
 TEST(DetectorAssignment, ReplacesWhatTheTargetHeld) {

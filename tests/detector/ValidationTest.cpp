@@ -425,7 +425,7 @@ TEST(Validate, AMissingRequiredKeyPassesOutUnchanged) {
   EXPECT_EQ(settingsError<ptree_bad_path>(detector({R"({"name": "e"})"}, {})), "No such node (shape)");
 }
 
-TEST(Validate, AnIndexThatIsNoIntegerPassesOutUnchanged) {
+TEST(Validate, AnIndexThatIsNotAnIntegerPassesOutUnchanged) {
   using boost::property_tree::ptree_bad_data;
   EXPECT_EQ(settingsError<ptree_bad_data>(detector({}, {R"({"name": "n", "index": "two"})"})),
             "conversion of data to type \"i\" failed");

@@ -201,7 +201,7 @@ TEST(AllocationFailure, OfASubtreeThatReplacesAnotherLeavesTheOther) {
 }
 
 // The sign makes it a text for a stream, and a stream keeps to itself what is thrown while it reads.
-TEST(AllocationFailure, OfAGetIsNotTakenForATextThatIsNoNumber) {
+TEST(AllocationFailure, OfAGetIsNotTakenForATextThatIsNotANumber) {
   SettingsManager settings;
   loadText(settings, R"({"x": "+1.5"})");
   for (std::size_t n = 0;; ++n) {

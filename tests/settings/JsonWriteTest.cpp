@@ -124,7 +124,7 @@ TEST(JsonWrite, TheListsOfTheDocumentsAreArraysAlsoWithOneEntry) {
   }
 }
 
-TEST(JsonWrite, ANameLikeAListsIsNoList) {
+TEST(JsonWrite, ANameLikeAListsIsNotAList) {
   for (const std::string name :
        {"point", "Points", "Zones", "zone", "ZoneDetector", "Polygon", "CounterLines"}) {
     EXPECT_EQ(rewritten("{\"" + name + "\": {\"x\": 1}}"), "{\n  \"" + name + "\": { \"x\": 1 }\n}\n");

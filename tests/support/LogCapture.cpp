@@ -81,4 +81,10 @@ void LogCapture::clear() {
   sink_->clear();
 }
 
+std::string nameOf(const Logger& logger) {
+  const LogCapture log;
+  logger.errorStream().write("who writes?");
+  return log.records().empty() ? "nobody" : log.records().front().logger;
+}
+
 }  // namespace orvantis::testing

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include <logging/LogLevel.h>
+#include <logging/Logger.h>
 
 namespace orvantis::testing {
 
@@ -38,5 +39,8 @@ class LogCapture {
   std::shared_ptr<Sink> sink_;
   LogLevel previousLevel_;
 };
+
+/// Under which name a logger writes.
+std::string nameOf(const Logger& logger);
 
 }  // namespace orvantis::testing

@@ -132,7 +132,7 @@ TEST(Polygon, ContainsNoPointInOrOnAHole) {
   EXPECT_FALSE(polygon.within(Point(3, 3)));
   EXPECT_FALSE(polygon.within(Point(2, 3)));
   EXPECT_FALSE(polygon.within(Point(4, 4)));
-  EXPECT_TRUE(polygon.within(Point(7, 7))) << "a hole of two vertices is none";
+  EXPECT_TRUE(polygon.within(Point(7, 7))) << "two vertices are not a hole";
 }
 
 TEST(Polygon, AZoneWithAHoleJudgesOutlinesByIt) {

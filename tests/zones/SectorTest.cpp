@@ -91,6 +91,29 @@ TEST(Sector, TheBearingOfMinusXIsPiOrMinusPiByTheSignOfItsZero) {
   EXPECT_TRUE(below.within(Point(-5, -0.0)));
 }
 
+// -0.0 - 0.0 is -0.0, and -0.0 - -0.0 is 0.0.
+TEST(Sector, AnOriginOfMinusZeroIsKeptAndTurnsTheBearingOfMinusXToPi) {
+  const auto expectMinusZero = [](const Sector& sector) {
+    EXPECT_TRUE(std::signbit(sector.getOrigin().x()));
+    EXPECT_TRUE(std::signbit(sector.getOrigin().y()));
+    EXPECT_FALSE(sector.within(Point(-5, -0.0))) << "pi is beyond both bearings";
+    EXPECT_FALSE(sector.within(Point(-5, 0.0)));
+    EXPECT_TRUE(sector.within(Point(-5, -1e-300)));
+  };
+  expectMinusZero(Sector("made", -pi, 0.0, 10.0, Point(-0.0, -0.0)));
+  Sector set("set", -pi, 0.0, 10.0);
+  EXPECT_TRUE(set.within(Point(-5, -0.0)));
+  set.setOrigin(-0.0, -0.0);
+  expectMinusZero(set);
+  expectMinusZero(Sector(set));
+  EXPECT_TRUE(set.makeCopy()->within(Point(-5, -0.0))) << "the origin of a made copy is (0, 0)";
+  // The bearing of the origin is 0, whatever the signs of the zeros.
+  for (const Point& point : {Point(0.0, 0.0), Point(-0.0, 0.0), Point(0.0, -0.0), Point(-0.0, -0.0)}) {
+    EXPECT_TRUE(set.within(point));
+    EXPECT_FALSE(Sector("from minus pi", -pi, -3.0, 10.0, Point(-0.0, -0.0)).within(point));
+  }
+}
+
 TEST(Sector, EqualAnglesMeanTheWholeDisc) {
   const Sector disc("disc", 0.0, 2 * pi, 10.0);
   EXPECT_EQ(openingOf(disc), (Opening{0.0, 0.0, 10.0}));

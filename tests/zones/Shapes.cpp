@@ -1,9 +1,5 @@
 #include "zones/Shapes.h"
 
-#include <string>
-
-#include "support/LogCapture.h"
-
 namespace orvantis::testing {
 
 using filter::detection::Point;
@@ -40,12 +36,6 @@ Coordinates verticesOf(const filter::detection::Polygon& polygon) {
   std::vector<Point> vertices;
   polygon.getPolygon(vertices);
   return coordinates(vertices);
-}
-
-std::string nameOf(const Logger& logger) {
-  const LogCapture log;
-  logger.errorStream().write("who writes?");
-  return log.records().empty() ? "nobody" : log.records().front().logger;
 }
 
 }  // namespace orvantis::testing

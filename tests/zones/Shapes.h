@@ -7,7 +7,6 @@
 #include <core/Planar.h>
 #include <filter/detection/Point.h>
 #include <filter/detection/Polygon.h>
-#include <logging/Logger.h>
 
 namespace orvantis::testing {
 
@@ -19,8 +18,5 @@ core::PlanarPolygon squareOutline(double low, double high);
 std::vector<filter::detection::Point> points(const Coordinates& vertices);
 Coordinates coordinates(const std::vector<filter::detection::Point>& points);
 Coordinates verticesOf(const filter::detection::Polygon& polygon);
-
-/// Under which name a logger writes.
-std::string nameOf(const Logger& logger);
 
 }  // namespace orvantis::testing

@@ -159,6 +159,24 @@ TEST(Zone3dBasePoint, BothHeightsBelongToTheZone) {
   EXPECT_FALSE(zone.within(0, 2, 2.0));
 }
 
+TEST(Zone3dBasePoint, CoordinatesAndHeightsAreDoubles) {
+  // In single precision 0.1 is a little more and 0.7 a little less.
+  const Zone3dBase zone(square(), 0.1, 0.7);
+  EXPECT_TRUE(zone.within(2, 2, 0.1));
+  EXPECT_FALSE(zone.within(2, 2, std::nextafter(0.1, 0.0)));
+  EXPECT_TRUE(zone.within(2, 2, 0.7));
+  EXPECT_FALSE(zone.within(2, 2, std::nextafter(0.7, 1.0)));
+  const Zone3dBase other(square(), 0.7, 8.1);
+  EXPECT_TRUE(other.within(2, 2, 0.7));
+  EXPECT_FALSE(other.within(2, 2, std::nextafter(0.7, 0.0)));
+  EXPECT_TRUE(other.within(2, 2, 8.1));
+  EXPECT_FALSE(other.within(2, 2, std::nextafter(8.1, 9.0)));
+  EXPECT_TRUE(zone.within(4 - 1e-9, 2, 0.5));
+  EXPECT_TRUE(zone.within(2, 4 - 1e-9, 0.5));
+  EXPECT_FALSE(zone.within(4 + 1e-9, 2, 0.5));
+  EXPECT_FALSE(zone.within(2, 4 + 1e-9, 0.5));
+}
+
 TEST(Zone3dBasePoint, NoNaNHeightPasses) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   const auto shape = std::make_shared<AskedShape>();
@@ -282,6 +300,13 @@ TEST(Zone3dBaseOutline, FloatHeightsAreComparedAsDoubles) {
   EXPECT_FALSE(Zone3dBase(square(), 0, 0.1).within(squareOutline(1, 2), 0.0F, 0.1F));
   EXPECT_TRUE(Zone3dBase(square(), 0, static_cast<double>(0.1F)).within(squareOutline(1, 2), 0.0F, 0.1F));
   EXPECT_TRUE(Zone3dBase(square(), 0.1, 1).within(squareOutline(1, 2), 0.1F, 0.5F));
+  EXPECT_FALSE(Zone3dBase(square(), 0, 0.1).intersects(squareOutline(1, 2), 0.1F, 1.0F));
+  EXPECT_TRUE(Zone3dBase(square(), 0, 0.1).intersects(squareOutline(1, 2), 0.0F, 0.1F));
+  EXPECT_TRUE(Zone3dBase(square(), 0.1, 1).intersects(squareOutline(1, 2), 0.0F, 0.1F));
+  // 0.7F is a little less than 0.7.
+  EXPECT_FALSE(Zone3dBase(square(), 0.7, 1).intersects(squareOutline(1, 2), 0.0F, 0.7F));
+  EXPECT_FALSE(Zone3dBase(square(), 0.7, 1).overlaps(squareOutline(-1, 2), 0.7F, 0.9F));
+  EXPECT_TRUE(Zone3dBase(square(), 0, 0.7).overlaps(squareOutline(-1, 2), 0.0F, 0.7F));
 }
 
 TEST(Zone3dBaseOutline, EachQuestionGoesToItsOwn) {
@@ -327,6 +352,20 @@ TEST(Zone3dBaseLoad, MakesEachShapeInAnyLetterCase) {
     EXPECT_EQ(zone.getZone2d()->type(), type) << text;
     EXPECT_EQ(zone.getName(), "yard") << text;
     EXPECT_NE(zone.getZone2d()->area(), 0.0) << text;
+  }
+}
+
+TEST(Zone3dBaseLoad, TheShapeHasTheDefaultLoggerAndTheZoneItsOwn) {
+  for (const char* shape : {"polygon", "rectangle", "sector"}) {
+    SettingsManager settings;
+    loadText(settings, R"({"name": "n", "shape": ")" + std::string(shape) + R"(",
+        "Polygon": {}, "Rectangle": {"rotation": 0, "Point": [{"x": 0, "y": 0}, {"x": 1, "y": 1}]},
+        "Sector": {"minAngle": 0, "maxAngle": 1, "radius": 1}})");
+    Zone3dBase zone;
+    zone.setLogger(LoggingManager::getInstance().getLogger("given"));
+    zone.load(settings);
+    EXPECT_EQ(nameOf(zone.getZone2d()->getLogger()), "") << shape;
+    EXPECT_EQ(nameOf(zone.getLogger()), "given") << shape;
   }
 }
 

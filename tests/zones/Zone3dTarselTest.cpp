@@ -228,7 +228,7 @@ TEST(Zone3dTarselLoad, ANilIdAsksForAFreshRandomOne) {
   EXPECT_EQ(settings.getTree().get<std::string>("Zone3d.id"), nilText) << "the new id is not written back";
 }
 
-TEST(Zone3dTarselLoad, AnIdThatIsNoneFails) {
+TEST(Zone3dTarselLoad, ATextThatIsNotAnIdFails) {
   for (const char* bad : {"", "yard", "01234567-89ab-cdef-0123-456789abcde",
                           "01234567-89ab-cdef-0123-456789abcdef0", "0123456789abcdef0123456789abcdef",
                           "g1234567-89ab-cdef-0123-456789abcdef", "01234567-89ab-cdef-0123-456789abcdef "}) {
@@ -282,7 +282,7 @@ TEST(Zone3dTarselLoad, EveryRequiredKeyIsRequired) {
   }
 }
 
-TEST(Zone3dTarselLoad, AHeightThatIsNoNumberFailsAfterTheOtherWasStored) {
+TEST(Zone3dTarselLoad, AHeightThatIsNotANumberFailsAfterTheOtherWasStored) {
   SettingsManager settings;
   loadText(settings, listOf(R"({"zMax": "high", )" + element({"zMax"}).substr(1)));
   Zone3dTarsel zone(triangle(), 7, 8, otherId);

@@ -15,6 +15,7 @@
 #include <settings/SettingsManager.h>
 
 #include "support/AllocationCounter.h"
+#include "support/LogCapture.h"
 #include "support/Settings.h"
 #include "zones/Shapes.h"
 #include "zones/VirtualSlot.h"
@@ -158,6 +159,71 @@ TEST(Zone, CopiesAndMovesTakeLoggerNameAndGeometry) {
                                         Rectangle("other", points({{7, 7}, {8, 8}}), 20.0));
   expectCopiesTakeLoggerNameAndGeometry(Sector("s", -0.5, 1.5, 5.0),
                                         Sector("other", 2.0, 3.0, 1.0, Point(9, 9)));
+}
+
+// What is left of its geometry stands beside it.
+template <typename Shape>
+void expectMovedFromKeepsNameAndLogger(const Shape& shape, double areaLeft) {
+  Shape source = shape;
+  source.setName("a name that is too long for a string's own buffer");
+  source.setLogger(LoggingManager::getInstance().getLogger("given"));
+  const auto expectKept = [&](const Shape& zone) {
+    EXPECT_EQ(zone.name(), "a name that is too long for a string's own buffer") << shape.type();
+    EXPECT_EQ(nameOf(zone.getLogger()), "given") << shape.type();
+    EXPECT_EQ(zone.area(), areaLeft) << shape.type();
+  };
+  Shape made(std::move(source));
+  expectKept(source);  // NOLINT(bugprone-use-after-move): what is left is the point of it
+  EXPECT_EQ(made.name(), source.name());
+  EXPECT_EQ(made.area(), shape.area());
+  Shape assigned = shape;
+  assigned = std::move(made);
+  expectKept(made);  // NOLINT(bugprone-use-after-move)
+  EXPECT_EQ(assigned.name(), made.name());
+  EXPECT_EQ(assigned.area(), shape.area());
+}
+
+TEST(Zone, AShapeThatWasMovedFromKeepsItsNameAndLogger) {
+  expectMovedFromKeepsNameAndLogger(Polygon("p", points({{0, 0}, {0, 2}, {2, 2}, {2, 0}})), 0.0);
+  expectMovedFromKeepsNameAndLogger(Rectangle("r", points({{0, 0}, {2, 2}}), 0.0), 0.0);
+  expectMovedFromKeepsNameAndLogger(Sector("s", -0.5, 1.5, 5.0), 25.0);
+}
+
+TEST(Zone, AMovedFromRectangleKeepsItsDefinition) {
+  Rectangle source("r", points({{0, 0}, {2, 1}}), 30.0);
+  const Rectangle moved(std::move(source));
+  std::vector<Point> corners;
+  double rotation = 0.0;
+  source.getRectangle(corners, rotation);  // NOLINT(bugprone-use-after-move)
+  EXPECT_EQ(testing::coordinates(corners), (testing::Coordinates{{0, 0}, {2, 1}}));
+  EXPECT_EQ(rotation, 30.0);
+  EXPECT_TRUE(testing::verticesOf(source).empty());
+  EXPECT_TRUE(source.makeCopy()->within(Point(1, 0.5))) << "a copy is made from the definition";
+}
+
+TEST(Zone, PointTestsAreInDoubles) {
+  const Polygon polygon("p", points({{0, 0}, {0, 1}, {1, 1}, {1, 0}}));
+  const Rectangle rectangle("r", points({{0, 0}, {1, 1}}), 0.0);
+  const Sector sector("s", -0.5, 0.5, 1.0);
+  const Sector narrow("n", 0.0, 1e-3, 10.0);
+  // In single precision both are 1.
+  constexpr double inside = 1.0 - 1e-9;
+  constexpr double outside = 1.0 + 1e-9;
+  for (const Zone* zone : {static_cast<const Zone*>(&polygon), static_cast<const Zone*>(&rectangle)}) {
+    for (const double other : {0.5, inside}) {
+      EXPECT_TRUE(zone->within(Point(inside, other)));
+      EXPECT_TRUE(zone->within(Point(other, inside)));
+      EXPECT_FALSE(zone->within(Point(outside, other)));
+      EXPECT_FALSE(zone->within(Point(other, outside)));
+    }
+  }
+  EXPECT_TRUE(sector.within(Point(inside, 0.0)));
+  EXPECT_FALSE(sector.within(Point(outside, 0.0)));
+  EXPECT_TRUE(Sector("up", 1.0, 2.0, 1.0).within(Point(0.0, inside)));
+  EXPECT_FALSE(Sector("up", 1.0, 2.0, 1.0).within(Point(0.0, outside)));
+  EXPECT_TRUE(narrow.within(Point(5.0, 5e-3 - 1e-8)));
+  EXPECT_FALSE(narrow.within(Point(5.0, 5e-3 + 1e-8)));
+  EXPECT_FALSE(narrow.within(Point(5.0, -1e-320)));
 }
 
 TEST(Zone, AskingForAPointAllocatesNothing) {

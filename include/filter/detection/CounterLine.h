@@ -24,7 +24,8 @@ enum class CounterLineDirectionType : std::int32_t { LEFT = 0, RIGHT = 1, ON = 2
 /// A named, directed segment that objects are counted on. The order of its two points is its direction.
 ///
 /// A value: copies are independent. A line that was moved from holds no points: it reads as a line from (0,
-/// 0) to (0, 0) and meets no polygon. One thread at a time. Every test is traced.
+/// 0) to (0, 0) and meets no polygon. One thread at a time. Every test is traced. Where an operation does not
+/// say what it throws, that is std::bad_alloc alone.
 class ORVANTIS_API CounterLine : public LoggedComponent {
  public:
   using point = core::PlanarPoint;
@@ -49,9 +50,9 @@ class ORVANTIS_API CounterLine : public LoggedComponent {
   CounterLine& operator=(CounterLine&&) = default;
   ~CounterLine() override;
 
-  const std::string& getName() const { return name_; }
+  const std::string& getName() const noexcept { return name_; }
   void setName(const std::string& name) { name_ = name; }
-  const std::vector<point>& getPoints() const { return points_; }
+  const std::vector<point>& getPoints() const noexcept { return points_; }
   /// Keeps the order as given.
   /// @throws std::runtime_error when there are not exactly two points; the line is then unchanged
   void setPoints(const std::vector<point>& points);
@@ -70,16 +71,17 @@ class ORVANTIS_API CounterLine : public LoggedComponent {
   bool intersects(const polygon& area) const;
   /// Whether both end points lie strictly inside; what is between them is not looked at.
   bool within(const polygon& area) const;
-  /// The same for the object's footprint.
+  /// The same for the object's footprint. @throws what State::getBoostPolygon throws
   bool intersects(const core::State& state) const;
-  /// The same for the object's footprint.
+  /// The same for the object's footprint. @throws what State::getBoostPolygon throws
   bool within(const core::State& state) const;
 
   /// Appends "name", "first" and "second" (each "x", "y") to the tree; what it holds already stays. A
   /// coordinate that is not finite is written as text that `deserialize` refuses.
   void serialize(boost::property_tree::ptree& tree) const;
   /// Takes name and points as they stand in the tree, without ordering.
-  /// @throws boost::property_tree::ptree_error for a missing key or one that is no number; the name may then
+  /// @throws boost::property_tree::ptree_error for a missing key or one that is not a number; the name may
+  /// then
   ///   be the new one already, the points are the old ones
   void deserialize(const boost::property_tree::ptree& tree);
 

@@ -18,9 +18,11 @@ class SettingsManager;
 namespace orvantis::filter::detection {
 
 /// The counter lines of a detector by name. Every operation is safe to call from many threads, `setLogger`
-/// excepted; the settings store passed in belongs to the calling thread.
+/// excepted; the settings store passed in belongs to the calling thread. Where an operation does not say what
+/// it throws, that is std::bad_alloc, or std::system_error when the mutex cannot be locked.
 class ORVANTIS_API CounterLines : public LoggedComponent {
  public:
+  /// No lines. Throws nothing.
   CounterLines();
   ~CounterLines() override;
 
@@ -30,6 +32,7 @@ class ORVANTIS_API CounterLines : public LoggedComponent {
   bool insert(const CounterLine& line);
   /// @return whether there was a line of that name
   bool erase(const std::string& name);
+  /// @return whether there is a line of that name
   bool find(const std::string& name) const;
   /// A copy of all lines.
   std::map<std::string, CounterLine> clone() const;

@@ -4,17 +4,18 @@
 
 namespace orvantis::filter::detection {
 
-/// A point of the plan, in the frame and unit of the tested points. Any double is accepted.
+/// A point of the plan, in the frame and unit of the tested points. Any double is accepted; copies are bit
+/// for bit.
 class ORVANTIS_API Point {
  public:
-  Point(double x, double y) : x_(x), y_(y) {}
+  Point(double x, double y) noexcept : x_(x), y_(y) {}
 
-  void set(double x, double y) {
+  void set(double x, double y) noexcept {
     x_ = x;
     y_ = y;
   }
-  double x() const { return x_; }
-  double y() const { return y_; }
+  double x() const noexcept { return x_; }
+  double y() const noexcept { return y_; }
 
  private:
   double x_;

@@ -15,14 +15,17 @@ namespace orvantis::filter::detection {
 /// unchecked. Every question reads the ring as closed and as the region it bounds, whatever its winding and
 /// whether or not the first vertex is repeated at the end; only `area` keeps the sign of the winding. A ring
 /// of fewer than 3 vertices, or with a coordinate that is not finite, bounds no region: it contains, meets
-/// and overlaps nothing; the same holds for the polygon passed in. Copies are deep.
+/// and overlaps nothing; the same holds for the polygon passed in. Copies are deep; a polygon that
+/// was moved from keeps its name and has no vertices.
 class ORVANTIS_API Polygon : public Zone {
  public:
   static const std::string TYPE_NAME;           ///< "polygon"
   static const int MIN_NUM_POLYGON_SIDES = 3;   ///< not enforced here
   static const int MAX_NUM_POLYGON_SIDES = 16;  ///< enforced by ZoneDetector::validate, not here
 
+  /// No vertices.
   explicit Polygon(const std::string& name);
+  /// As `load` reads them. @throws what `load` throws
   Polygon(const std::string& name, SettingsManager& settings);
   Polygon(const std::string& name, const std::vector<Point>& points);
   Polygon(const Polygon&) = default;

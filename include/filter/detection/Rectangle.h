@@ -14,7 +14,7 @@ namespace orvantis::filter::detection {
 /// It answers as the Polygon of its four turned corners: (x1, y1), (x1, y2), (x2, y2), (x2, y1). The corners
 /// need not be ordered; when one axis alone is swapped the ring runs counterclockwise and the area is
 /// negative. When a corner, the sum of both or the rotation is not finite, it bounds no region. Copies are
-/// deep.
+/// deep; a rectangle that was moved from keeps its name, corners and rotation, and has no vertices.
 class ORVANTIS_API Rectangle : public Polygon {
  public:
   static const std::string TYPE_NAME;  ///< "rectangle"
@@ -23,6 +23,7 @@ class ORVANTIS_API Rectangle : public Polygon {
   ///   vertices
   /// @param rotation degrees, counterclockwise
   Rectangle(const std::string& name, const std::vector<Point>& corners, double rotation);
+  /// As `load` reads it. @throws what `load` throws
   Rectangle(const std::string& name, SettingsManager& settings);
   Rectangle(const Rectangle&) = default;
   Rectangle(Rectangle&&) = default;

@@ -14,14 +14,15 @@ namespace orvantis::filter::detection {
 /// mean the whole disc; a first bearing above the second one means the sector that runs through the -x axis.
 /// The radius is not checked: a negative one counts as its amount, and a NaN one keeps no point out. An angle
 /// that is not finite is stored as NaN; all of the disc but perhaps the other bearing is then within. Copies
-/// are deep.
+/// are deep; a sector that was moved from is as it was.
 class ORVANTIS_API Sector : public Zone {
  public:
   static const std::string TYPE_NAME;  ///< "sector"
 
+  /// The origin is (0, 0).
   Sector(const std::string& name, double minAngle, double maxAngle, double radius);
   Sector(const std::string& name, double minAngle, double maxAngle, double radius, const Point& origin);
-  /// The origin is (0, 0).
+  /// As `load` reads it, about the origin (0, 0). @throws what `load` throws
   Sector(const std::string& name, SettingsManager& settings);
   Sector(const Sector&) = default;
   Sector(Sector&&) = default;
@@ -29,15 +30,15 @@ class ORVANTIS_API Sector : public Zone {
   Sector& operator=(Sector&&) = default;
   ~Sector() override;
 
-  void setOrigin(double x, double y);
+  void setOrigin(double x, double y) noexcept;
   /// The stored, normalised angles and the radius; the origin is not returned.
-  void getSector(double& minAngle, double& maxAngle, double& radius) const;
-  const Point& getOrigin() const { return origin_; }
+  void getSector(double& minAngle, double& maxAngle, double& radius) const noexcept;
+  const Point& getOrigin() const noexcept { return origin_; }
 
   /// The copy's origin is (0, 0), whatever this one's is.
   std::shared_ptr<Zone> makeCopy() const override;
   /// Whether every vertex of the outer ring is within; true for an empty ring. Edges and holes are not looked
-  /// at.
+  /// at. This and the two below throw nothing.
   bool within(const polygon& area) const override;
   /// The arc belongs to the sector. The two bearings belong to it, except when the sector runs through the -x
   /// axis. The origin has bearing 0. A NaN coordinate passes the radius test and has no bearing: it is within

@@ -18,41 +18,42 @@ namespace orvantis::filter::detection {
 ///
 /// Polygons passed in are read as the region that their rings bound, whatever their winding and whether or
 /// not they repeat their first vertex. Used by one thread at a time; const calls may run concurrently.
+///
+/// Where an operation of a shape does not say what it throws, that is std::bad_alloc alone.
 class ORVANTIS_API Zone : public LoggedComponent {
  public:
   using polygon = core::PlanarPolygon;
 
   explicit Zone(const std::string& name);
+  // There is no move: where a shape is moved, its name and logger are copied, so it keeps its name.
   Zone(const Zone&) = default;
-  Zone(Zone&&) = default;
   Zone& operator=(const Zone&) = default;
-  Zone& operator=(Zone&&) = default;
   ~Zone() override;
 
-  /// A new shape that shares nothing with this one. Its logger is the default one.
+  /// A new shape that shares nothing with this one, never null. Its logger is the default one.
   virtual std::shared_ptr<Zone> makeCopy() const = 0;
   /// Whether the polygon lies inside this zone.
   virtual bool within(const polygon& area) const = 0;
-  /// Whether the point lies inside this zone. Allocates nothing.
+  /// Whether the point lies inside this zone. Allocates and throws nothing.
   virtual bool within(const Point& point) const = 0;
   virtual bool intersects(const polygon& area) const = 0;
   virtual bool overlaps(const polygon& area) const = 0;
-  /// In squared coordinate units.
+  /// In squared coordinate units. Throws nothing.
   virtual double area() const = 0;
   /// Writes "shape" and a child named after the class at the current path. What stands there already and is
   /// not written, as the rest of a longer list, stays: save into a fresh entry. A number that is not finite
   /// is written as text that `load` refuses.
   virtual void save(SettingsManager& settings) const = 0;
   /// Reads the child named after the class at the current path; "shape" is not read.
-  /// @throws boost::property_tree::ptree_error for a missing key or one that is no number; the path then
+  /// @throws boost::property_tree::ptree_error for a missing key or one that is not a number; the path then
   ///   stays where the read failed
   virtual void load(SettingsManager& settings) = 0;
-  /// The value of the key "shape": the class's TYPE_NAME, the same object on each call.
+  /// The value of the key "shape": the class's TYPE_NAME, the same object on each call. Throws nothing.
   virtual const std::string& type() const = 0;
 
-  std::string& name() { return name_; }
-  const std::string& name() const { return name_; }
-  void setName(std::string name);
+  std::string& name() noexcept { return name_; }
+  const std::string& name() const noexcept { return name_; }
+  void setName(std::string name) noexcept;
 
  private:
   std::string name_;

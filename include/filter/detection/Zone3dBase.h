@@ -16,6 +16,9 @@ namespace orvantis::filter::detection {
 /// without shape contains and meets nothing. Copies share the shape on purpose: naming or changing it through
 /// one copy changes all; `getZone2d()->makeCopy()` makes an independent one. No locking; const calls may run
 /// concurrently.
+///
+/// Where an operation does not say what it throws, that is std::bad_alloc alone, and what a host's own shape
+/// throws. Copying a zone throws nothing.
 class ORVANTIS_API Zone3dBase : public LoggedComponent {
  public:
   using polygon = core::PlanarPolygon;
@@ -23,26 +26,28 @@ class ORVANTIS_API Zone3dBase : public LoggedComponent {
   static const float DEFAULT_Z_MIN;  ///< 0
   static const float DEFAULT_Z_MAX;  ///< 20
 
+  /// Shares the shape, which may be null. @throws what LoggingManager::getLogger throws
   Zone3dBase(std::shared_ptr<Zone> zone = nullptr, double zMin = DEFAULT_Z_MIN, double zMax = DEFAULT_Z_MAX);
   Zone3dBase(const Zone3dBase&) = default;
   Zone3dBase& operator=(const Zone3dBase&) = default;
   ~Zone3dBase() override;
 
-  std::shared_ptr<Zone> getZone2d() const { return zone2d_; }
+  /// The shape itself, not a copy; may be null.
+  std::shared_ptr<Zone> getZone2d() const noexcept { return zone2d_; }
   /// An empty pointer is ignored: a shape can be replaced, never removed.
-  void setZone2d(std::shared_ptr<Zone> zone);
-  double getZMin() const { return zMin_; }
-  double getZMax() const { return zMax_; }
-  void setZMin(double zMin) { zMin_ = zMin; }
-  void setZMax(double zMax) { zMax_ = zMax; }
+  void setZone2d(std::shared_ptr<Zone> zone) noexcept;
+  double getZMin() const noexcept { return zMin_; }
+  double getZMax() const noexcept { return zMax_; }
+  void setZMin(double zMin) noexcept { zMin_ = zMin; }
+  void setZMax(double zMax) noexcept { zMax_ = zMax; }
   /// Upper bound minus lower bound; may be negative.
-  double getHeight() const { return zMax_ - zMin_; }
+  double getHeight() const noexcept { return zMax_ - zMin_; }
   /// The shape's name; empty without a shape.
   std::string getName() const;
   /// Names the shape; does nothing without one.
   void setName(const std::string& name);
 
-  /// Whether the height is between the bounds and the shape contains the point. Allocates nothing.
+  /// Whether the height is between the bounds and the shape contains the point. Allocates and throws nothing.
   bool within(double x, double y, double z) const;
   /// Whether the object's heights lie between the bounds and its outline within the shape.
   bool within(polygon outline, float zMin, float zMax) const;

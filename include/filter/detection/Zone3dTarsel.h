@@ -15,12 +15,14 @@ namespace orvantis::filter::detection {
 /// A volumetric zone with an identity, an enabled flag and the names of the sensors it is bound to.
 ///
 /// The library stores the sensors and does not filter by them. Copies share the shape, as those of Zone3dBase
-/// do. No locking.
+/// do, and have a set of sensors of their own. No locking. Where an operation does not say what it throws,
+/// that is std::bad_alloc alone.
 class ORVANTIS_API Zone3dTarsel : public Zone3dBase {
  public:
   /// Loads element `index` of the list "Zone3d" at the current path.
-  /// @throws what `load` throws
+  /// @throws what `load` and LoggingManager::getLogger throw
   Zone3dTarsel(SettingsManager& settings, int index);
+  /// Enabled, without sensors. @throws what LoggingManager::getLogger throws
   /// @param id kept as given, a nil one too
   Zone3dTarsel(std::shared_ptr<Zone> zone, double zMin, double zMax, boost::uuids::uuid id);
   Zone3dTarsel(const Zone3dTarsel&) = default;
@@ -28,11 +30,12 @@ class ORVANTIS_API Zone3dTarsel : public Zone3dBase {
   ~Zone3dTarsel() override;
 
   /// Whether the ids are equal; nothing else is compared.
-  bool operator==(const Zone3dTarsel& other) const { return id_ == other.id_; }
+  bool operator==(const Zone3dTarsel& other) const noexcept { return id_ == other.id_; }
 
-  boost::uuids::uuid getId() const { return id_; }
-  bool enabled() const { return enabled_; }
-  void setEnabled(bool enabled) { enabled_ = enabled; }
+  boost::uuids::uuid getId() const noexcept { return id_; }
+  bool enabled() const noexcept { return enabled_; }
+  void setEnabled(bool enabled) noexcept { enabled_ = enabled; }
+  /// A copy of the set.
   std::set<std::string> getSpecificSensors() const { return specificSensors_; }
   /// Replaces the set; duplicates collapse.
   void setSpecificSensors(const std::vector<std::string>& sensors);
@@ -43,10 +46,10 @@ class ORVANTIS_API Zone3dTarsel : public Zone3dBase {
   /// id asks for a fresh random one), "Sensors" with its "lidar" entries, "name", "shape" with its geometry,
   /// "zMin" and "zMax". Unlike the base, it requires the heights.
   /// @param index from 0; -1 means the first element. One past the last appends an element, which has no keys
-  /// @throws boost::property_tree::ptree_error for a missing key or a height that is no number,
-  ///   boost::bad_lexical_cast for an id that is none, boost::uuids::entropy_error when the system gives no
-  ///   random id; the path then stays where the read failed. std::out_of_range for any other index; nothing
-  ///   is changed then
+  /// @throws boost::property_tree::ptree_error for a missing key or a height that is not a number,
+  ///   boost::bad_lexical_cast for a text that is not an id, boost::uuids::entropy_error when the system
+  ///   gives no random id; the path then stays where the read failed. std::out_of_range for any other index;
+  ///   nothing is changed then
   virtual void load(SettingsManager& settings, int index);
   /// Writes element `index`. A zone without shape is written without "id" and "name"; an empty set without
   /// "Sensors". Over an element that is there already the sensors are added to those it lists: save into a

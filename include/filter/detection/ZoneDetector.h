@@ -19,7 +19,8 @@ namespace orvantis::filter::detection {
 /// options.
 ///
 /// It holds configuration and evaluates nothing. Zones and fields are shared pointers: the copy constructor
-/// shares them, assignment clones them. No locking: not to be changed while another thread uses it.
+/// shares them, assignment clones them. No locking: not to be changed while another thread uses it. Where an
+/// operation does not say what it throws, that is std::bad_alloc alone.
 class ORVANTIS_API ZoneDetector : public LoggedComponent {
  public:
   static const std::uint32_t CURRENT_API_MAJOR_VERSION = 1;
@@ -51,30 +52,31 @@ class ORVANTIS_API ZoneDetector : public LoggedComponent {
   /// Deep and partial: takes version, debounce time, minimum points, trigger level and clones of all zones
   /// that have a shape (others are dropped); keeps its own logger, software-command flag and evaluation field
   /// index.
+  /// @throws also what a host's own shape throws from `makeCopy`; the target is then partly assigned
   ZoneDetector& operator=(const ZoneDetector& other);
   ~ZoneDetector() override;
 
   // The options are stored unchecked.
 
-  Milliseconds getDebounceTime() const { return debounceTime_; }
-  void setDebounceTime(Milliseconds debounceTime) { debounceTime_ = debounceTime; }
-  int getMinPoints() const { return minPoints_; }
-  void setMinPoints(int minPoints) { minPoints_ = minPoints; }
+  Milliseconds getDebounceTime() const noexcept { return debounceTime_; }
+  void setDebounceTime(Milliseconds debounceTime) noexcept { debounceTime_ = debounceTime; }
+  int getMinPoints() const noexcept { return minPoints_; }
+  void setMinPoints(int minPoints) noexcept { minPoints_ = minPoints; }
   /// 11 - sensitivity for 1 to 10, else 1.
-  int getMinPointsFromSensitivity(int sensitivity) const;
+  int getMinPointsFromSensitivity(int sensitivity) const noexcept;
   /// 11 - minPoints for 1 to 10, else 10.
-  int getSensitivityFromMinPoints(int minPoints) const;
-  TriggerZoneValue getTriggerZone() const { return triggerZone_; }
-  void setTriggerZone(TriggerZoneValue triggerZone) { triggerZone_ = triggerZone; }
-  bool useSoftwareAPICommand() const { return useSoftwareApiCommand_; }
-  void setUseSoftwareAPICommand(bool use) { useSoftwareApiCommand_ = use; }
+  int getSensitivityFromMinPoints(int minPoints) const noexcept;
+  TriggerZoneValue getTriggerZone() const noexcept { return triggerZone_; }
+  void setTriggerZone(TriggerZoneValue triggerZone) noexcept { triggerZone_ = triggerZone; }
+  bool useSoftwareAPICommand() const noexcept { return useSoftwareApiCommand_; }
+  void setUseSoftwareAPICommand(bool use) noexcept { useSoftwareApiCommand_ = use; }
   /// Stored for the host: the field that is active.
-  unsigned char getEvaluationFieldIndex() const { return evaluationFieldIndex_; }
-  void setEvaluationFieldIndex(unsigned char index) { evaluationFieldIndex_ = index; }
+  unsigned char getEvaluationFieldIndex() const noexcept { return evaluationFieldIndex_; }
+  void setEvaluationFieldIndex(unsigned char index) noexcept { evaluationFieldIndex_ = index; }
 
-  EvaluationFieldArray& getEvaluationFieldArray() { return evaluationFields_; }
-  const EvaluationFieldArray& getEvaluationFieldArray() const { return evaluationFields_; }
-  void setEvaluationFieldArray(const EvaluationFieldArray& fields) { evaluationFields_ = fields; }
+  EvaluationFieldArray& getEvaluationFieldArray() noexcept { return evaluationFields_; }
+  const EvaluationFieldArray& getEvaluationFieldArray() const noexcept { return evaluationFields_; }
+  void setEvaluationFieldArray(const EvaluationFieldArray& fields) noexcept { evaluationFields_ = fields; }
 
   // Field indices are 0..7 and zone indices 0..2.
 
@@ -97,7 +99,9 @@ class ORVANTIS_API ZoneDetector : public LoggedComponent {
   // Edits of the exclusion zones. They share the zones, and refuse bad input with a warning that leaves the
   // list as it is.
 
-  const std::vector<std::shared_ptr<Zone3dBase>>& getExclusionZoneVector() const { return exclusionZones_; }
+  const std::vector<std::shared_ptr<Zone3dBase>>& getExclusionZoneVector() const noexcept {
+    return exclusionZones_;
+  }
   /// Appends every zone in order, each with the checks of `appendExclusionZone`; does not clear the list
   /// first.
   void setExclusionZoneVector(const std::vector<std::shared_ptr<Zone3dBase>>& zones);
@@ -118,7 +122,7 @@ class ORVANTIS_API ZoneDetector : public LoggedComponent {
   static std::string currentAPIVersion();
   /// Whether the major number that the text begins with is at most this library's; a text without a number is
   /// accepted.
-  static bool checkVersion(const std::string& version);
+  static bool checkVersion(const std::string& version) noexcept;
 
   /// Replaces the content by the document's; missing options keep their value, except sensitivity (10) and
   /// triggerActiveLevel ("high"). An unknown level or shape is logged as a warning and loading goes on. Pops
@@ -144,7 +148,7 @@ class ORVANTIS_API ZoneDetector : public LoggedComponent {
   /// @throws std::runtime_error with the fault as text
   static void validateExclusionZone(SettingsManager& settings);
   /// Whether the name has 1 to 18 bytes.
-  static bool validateZoneNameLength(const std::string& name);
+  static bool validateZoneNameLength(const std::string& name) noexcept;
 
  private:
   // For the host's evaluation; the value -1 means that nothing is known yet.
