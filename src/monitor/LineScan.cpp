@@ -2,51 +2,20 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <optional>
 #include <utility>
 
-#include "monitor/Bounds.h"
+#include "monitor/Box.h"
 #include "monitor/Orientation.h"
 
 namespace orvantis::filter::monitor {
 namespace {
 
 constexpr std::size_t wordSize = 64;
-
-// A parallelogram that holds all vertices of a footprint, and its reference point.
-struct Frame {
-  core::PlanarPoint centre;
-  core::PlanarPoint halfLength;
-  core::PlanarPoint halfWidth;
-  double largest;  // coordinate, without sign
-  bool isTight;    // its corners are the footprint's vertices, but for rounding
-};
-
-double largestOf(const core::PlanarPoint& point) {
-  return std::max(std::abs(point.x()), std::abs(point.y()));
-}
-
-core::PlanarPoint halfOf(const core::PlanarPoint& from, const core::PlanarPoint& to) {
-  return {0.5 * (to.x() - from.x()), 0.5 * (to.y() - from.y())};
-}
-
-Frame frameOf(const core::State& footprint, const core::PlanarPoint& reference) {
-  const auto& ring = footprint.polygon().outer();
-  if (footprint.centre() && ring.size() >= 4) {
-    const double largest =
-        std::max({largestOf(ring[0]), largestOf(ring[1]), largestOf(ring[2]), largestOf(ring[3])});
-    return {reference, halfOf(ring[1], ring[0]), halfOf(ring[2], ring[1]), largest, true};
-  }
-  const auto [low, high] = boundsOf(ring);
-  const core::PlanarPoint half = halfOf(low, high);
-  return {{low.x() + half.x(), low.y() + half.y()},
-          {half.x(), 0.0},
-          {0.0, half.y()},
-          std::max(largestOf(low), largestOf(high)),
-          false};
-}
 
 // How far the rounded heights over a line may be off, for each unit of its slope. Of the centre's height,
 // the corners' and the clearance all roundings together are less than 32 epsilons of the largest coordinate;
@@ -78,47 +47,42 @@ std::uint64_t LineScan::allLines(std::size_t word) const {
 }
 
 void LineScan::scan(const core::State& footprint, const core::PlanarPoint& reference, Bits& bits) const {
-  const Frame frame = frameOf(footprint, reference);
-  const double doubt = doubtOf(std::max(frame.largest, largest_));
+  // The corners of a box are its footprint's vertices; the box around another footprint only holds them.
+  const std::optional<Box> box = boxOf(footprint);
+  const auto [centre, halfLength, halfWidth, largest] = box ? *box : boxAround(footprint.polygon().outer());
+  const double doubt = doubtOf(std::max(largest, largest_));
   bits.left.assign(numWords(), 0);
   bits.clear.assign(numWords(), 0);
   for (std::size_t word = 0; word < numWords(); ++word) {
     const std::size_t begin = word * wordSize;
     const std::size_t count = std::min(wordSize, lines_.size() - begin);
-    // In two loops, because compilers turn this one into vectors and not the next.
-    std::array<double, wordSize> height;  // of the centre, over the line
-    std::array<double, wordSize> reach;   // of the corners from there, and the clearance
-    std::array<double, wordSize> error;
-    for (std::size_t i = 0; i < count; ++i) {
-      const double a = functions_.a[begin + i];
-      const double b = functions_.b[begin + i];
-      height[i] = a * frame.centre.x() + b * frame.centre.y() + functions_.c[begin + i];
-      reach[i] = std::abs(a * frame.halfLength.x() + b * frame.halfLength.y()) +
-                 std::abs(a * frame.halfWidth.x() + b * frame.halfWidth.y()) +
-                 functions_.clearance[begin + i];
-      // Never zero: products may underflow.
-      error[i] = functions_.slope[begin + i] * doubt + std::numeric_limits<double>::min();
-    }
     std::uint64_t left = 0;
     std::uint64_t clear = 0;
     std::uint64_t sure = 0;
+    // Without branches: hardly anything about the next line can be guessed from this one.
     for (std::size_t i = 0; i < count; ++i) {
-      const double amount = std::abs(height[i]);
-      const bool isClear = amount > reach[i] + error[i];
-      const bool isNotClear = frame.isTight && amount > error[i] && amount < reach[i] - error[i];
-      left |= static_cast<std::uint64_t>(height[i] > 0.0) << i;
-      clear |= static_cast<std::uint64_t>(isClear) << i;
-      sure |= static_cast<std::uint64_t>(isClear || isNotClear) << i;
-    }
-    for (std::size_t i = 0; i < count; ++i) {
+      const double a = functions_.a[begin + i];
+      const double b = functions_.b[begin + i];
+      // Of the centre over the line; of the corners from there, with the clearance; and what both may be off,
+      // which is never zero, as products may underflow.
+      const double height = a * centre.x() + b * centre.y() + functions_.c[begin + i];
+      const double reach = std::abs(a * halfLength.x() + b * halfLength.y()) +
+                           std::abs(a * halfWidth.x() + b * halfWidth.y()) + functions_.clearance[begin + i];
+      const double error = functions_.slope[begin + i] * doubt + std::numeric_limits<double>::min();
+      const double amount = std::abs(height);
       const std::uint64_t bit = std::uint64_t{1} << i;
-      if ((sure & bit) == 0) {
-        const SidedLine& line = lines_[begin + i];
-        const bool isLeft = orientation(line.first, line.second, reference) > 0;
-        const bool isClear = clearSide(line, footprint.polygon().outer(), reference).has_value();
-        left = isLeft ? left | bit : left & ~bit;
-        clear = isClear ? clear | bit : clear & ~bit;
-      }
+      left |= height > 0.0 ? bit : 0;
+      clear |= amount > reach ? bit : 0;
+      sure |= std::min(std::abs(amount - reach), amount) > error ? bit : 0;
+    }
+    std::uint64_t unsure = allLines(word) & ~(box ? sure : sure & clear);
+    for (; unsure != 0; unsure &= unsure - 1) {
+      const std::uint64_t bit = unsure & (~unsure + 1);
+      const SidedLine& line = lines_[begin + static_cast<std::size_t>(std::countr_zero(unsure))];
+      const bool isLeft = orientation(line.first, line.second, reference) > 0;
+      const bool isClear = clearSide(line, footprint.polygon().outer(), reference).has_value();
+      left = isLeft ? left | bit : left & ~bit;
+      clear = isClear ? clear | bit : clear & ~bit;
     }
     bits.left[word] = left;
     bits.clear[word] = clear;

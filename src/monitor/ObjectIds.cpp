@@ -4,10 +4,19 @@
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace orvantis::filter::monitor {
 
 void requireUniqueIds(const std::vector<TrackedObject>& objects) {
+  // As most trackers give them; then there is nothing to sort.
+  std::int32_t last = -1;
+  const bool isAscending = std::all_of(objects.begin(), objects.end(), [&](const TrackedObject& object) {
+    return std::exchange(last, object.id) < object.id;
+  });
+  if (isAscending) {
+    return;
+  }
   std::vector<std::int32_t> ids;
   ids.reserve(objects.size());
   for (const TrackedObject& object : objects) {

@@ -21,7 +21,7 @@ constexpr std::uint32_t bit(std::size_t slot) {
 // The zones that an object is in; nothing for one that cannot be placed.
 std::optional<std::uint32_t> zonesOf(const ZoneTable& table, const TrackedObject& object) {
   return referencePoint(object.footprint)
-             ? std::optional(table.zonesOf(object.footprint.polygon(), object.zMin, object.zMax))
+             ? std::optional(table.zonesOf(object.footprint, object.zMin, object.zMax))
              : std::nullopt;
 }
 

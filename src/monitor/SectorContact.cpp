@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstddef>
 
+#include "monitor/InsideRing.h"
 #include "monitor/Orientation.h"
 #include "trigonometry/Trigonometry.h"
 
@@ -104,18 +105,6 @@ bool runsThrough(const Sector& sector, const Border& border, const PlanarPoint& 
     last = share;
   }
   return false;
-}
-
-bool isInside(const Ring& ring, const PlanarPoint& point) {
-  bool isInside = false;
-  anyEdge(ring, [&](const PlanarPoint& from, const PlanarPoint& to) {
-    const bool climbs = to.y() > point.y();
-    if (climbs != (from.y() > point.y()) && (orientation(from, to, point) > 0) == climbs) {
-      isInside = !isInside;
-    }
-    return false;
-  });
-  return isInside;
 }
 
 }  // namespace

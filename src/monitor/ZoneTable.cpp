@@ -1,6 +1,7 @@
 #include "monitor/ZoneTable.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <typeinfo>
 #include <utility>
@@ -8,13 +9,14 @@
 #include <filter/detection/Polygon.h>
 #include <filter/detection/Sector.h>
 
+#include "monitor/Bounds.h"
+#include "monitor/PolygonRing.h"
 #include "monitor/SectorContact.h"
 #include "zones/ShapeCopy.h"
 
 namespace orvantis::filter::monitor {
 namespace {
 
-using detection::Point;
 using detection::Polygon;
 using detection::Sector;
 using detection::ZoneDetector;
@@ -24,15 +26,13 @@ bool sameBits(double a, double b) {
   return std::memcmp(&a, &b, sizeof(double)) == 0;
 }
 
-bool samePoint(const Point& a, const Point& b) {
+bool samePoint(const core::PlanarPoint& a, const core::PlanarPoint& b) {
   return sameBits(a.x(), b.x()) && sameBits(a.y(), b.y());
 }
 
 bool sameGeometry(const Polygon& a, const Polygon& b) {
-  std::vector<Point> first;
-  std::vector<Point> second;
-  a.getPolygon(first);
-  b.getPolygon(second);
+  const auto first = ringOf(a);
+  const auto second = ringOf(b);
   return std::equal(first.begin(), first.end(), second.begin(), second.end(), samePoint);
 }
 
@@ -40,7 +40,8 @@ bool sameGeometry(const Sector& a, const Sector& b) {
   const SectorLimits first = limitsOf(a);
   const SectorLimits second = limitsOf(b);
   return sameBits(first.minAngle, second.minAngle) && sameBits(first.maxAngle, second.maxAngle) &&
-         sameBits(first.radius, second.radius) && samePoint(a.getOrigin(), b.getOrigin());
+         sameBits(first.radius, second.radius) && sameBits(a.getOrigin().x(), b.getOrigin().x()) &&
+         sameBits(a.getOrigin().y(), b.getOrigin().y());
 }
 
 // Shapes of another kind than the library's cannot be looked into, so they are never the same.
@@ -57,24 +58,12 @@ bool sameShape(const detection::Zone& a, const detection::Zone& b) {
   return false;
 }
 
-// A polygon with a coordinate that is not finite meets nothing, so any bounds will do for it.
-std::optional<Bounds> boundsOfShape(const detection::Zone& shape) {
-  // A shape that a host derived from a polygon may reach beyond its vertices.
+std::optional<BoxContact> boxContactOf(const detection::Zone& shape) {
+  // A shape that a host derived from a polygon may have its own answer.
   if (typeid(shape) != typeid(Polygon) && typeid(shape) != typeid(detection::Rectangle)) {
     return std::nullopt;
   }
-  std::vector<Point> vertices;
-  static_cast<const Polygon&>(shape).getPolygon(vertices);
-  core::PlanarPolygon::ring_type ring;
-  for (const Point& vertex : vertices) {
-    ring.emplace_back(vertex.x(), vertex.y());
-  }
-  return ring.empty() ? std::nullopt : std::optional(boundsOf(ring));
-}
-
-// A range whose lower end is above its upper one, or not a number, holds no height and touches nothing.
-bool heightsTouch(double zMin, double zMax, double otherMin, double otherMax) {
-  return zMin <= zMax && otherMin <= otherMax && zMax >= otherMin && otherMax >= zMin;
+  return BoxContact::of(ringOf(static_cast<const Polygon&>(shape)));
 }
 
 bool holds(const detection::Zone& shape, const core::PlanarPolygon& footprint) {
@@ -97,9 +86,11 @@ ZoneTable::ZoneTable(const ZoneDetector& detector) {
       const auto volume = detector.getZone(field, zone);
       if (volume && volume->getZone2d()) {
         auto shape = detection::exactCopy(*volume->getZone2d());
-        const auto bounds = boundsOfShape(*shape);
-        entries_[zoneSlotIndex(field, zone)] =
-            Entry{volume->getName(), std::move(shape), bounds, volume->getZMin(), volume->getZMax()};
+        auto boxContact = boxContactOf(*shape);
+        const std::size_t slot = zoneSlotIndex(field, zone);
+        bounds_.set(slot, *shape, volume->getZMin(), volume->getZMax());
+        entries_[slot] = Entry{volume->getName(), std::move(shape), std::move(boxContact), volume->getZMin(),
+                               volume->getZMax()};
       }
     }
   }
@@ -124,15 +115,16 @@ bool ZoneTable::hasSameZone(std::size_t slot, const ZoneTable& other) const {
   return sameBits(a->zMin, b->zMin) && sameBits(a->zMax, b->zMax) && sameShape(*a->shape, *b->shape);
 }
 
-std::uint32_t ZoneTable::zonesOf(const core::PlanarPolygon& footprint, double zMin, double zMax) const {
-  const Bounds bounds = boundsOf(footprint.outer());
+std::uint32_t ZoneTable::zonesOf(const core::State& footprint, double zMin, double zMax) const {
+  const std::optional<Box> box = boxOf(footprint);
   std::uint32_t zones = 0;
-  for (std::size_t slot = 0; slot < NUM_ZONE_SLOTS; ++slot) {
-    const auto& entry = entries_[slot];
-    // Most objects are far from most zones; that is told without the polygons' relations.
-    if (entry && heightsTouch(entry->zMin, entry->zMax, zMin, zMax) &&
-        !(entry->bounds && areApart(*entry->bounds, bounds)) && holds(*entry->shape, footprint)) {
-      zones |= std::uint32_t{1} << slot;
+  // Most objects are far from most zones.
+  for (std::uint32_t near = bounds_.near(boundsOf(footprint.polygon().outer()), zMin, zMax); near != 0;
+       near &= near - 1) {
+    const Entry& entry = *entries_[static_cast<std::size_t>(std::countr_zero(near))];
+    const auto sharesAny = box && entry.boxContact ? entry.boxContact->sharesAnyPoint(*box) : std::nullopt;
+    if (sharesAny ? *sharesAny : holds(*entry.shape, footprint.polygon())) {
+      zones |= near & (~near + 1);
     }
   }
   return zones;

@@ -8,12 +8,13 @@
 #include <string>
 #include <vector>
 
-#include <core/Planar.h>
+#include <core/State.h>
 #include <filter/detection/Zone.h>
 #include <filter/detection/ZoneDetector.h>
 #include <filter/monitor/ZoneSlot.h>
 
-#include "monitor/Bounds.h"
+#include "monitor/BoxContact.h"
+#include "monitor/ZoneBounds.h"
 
 namespace orvantis::filter::monitor {
 
@@ -36,19 +37,20 @@ class ZoneTable {
   /// A bit for each zone whose heights touch the given ones and whose shape shares a point with the
   /// footprint.
   /// @param footprint of finite coordinates, with at least one vertex
-  std::uint32_t zonesOf(const core::PlanarPolygon& footprint, double zMin, double zMax) const;
+  std::uint32_t zonesOf(const core::State& footprint, double zMin, double zMax) const;
 
  private:
   struct Entry {
     std::string name;
     std::shared_ptr<const detection::Zone> shape;
-    std::optional<Bounds> bounds;  // of a polygon
+    std::optional<BoxContact> boxContact;  // of a polygon, where it can answer
     double zMin;
     double zMax;
   };
 
   std::array<std::string, detection::ZoneDetector::NUM_EVAL_FIELDS> fieldNames_;
   std::array<std::optional<Entry>, NUM_ZONE_SLOTS> entries_;
+  ZoneBounds bounds_;
   std::vector<std::string> exclusionZoneNames_;
 };
 

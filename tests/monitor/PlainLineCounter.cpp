@@ -15,7 +15,7 @@ PlainLineCounter::PlainLineCounter(const std::map<std::string, detection::Counte
   for (const auto& [name, line] : lines) {
     const core::PlanarPoint& first = line.getPoints().front();
     const core::PlanarPoint& second = line.getPoints().back();
-    const double length = std::hypot(second.x() - first.x(), second.y() - first.y());
+    const double length = distance(first, second);
     if (std::isfinite(length) && length > 0.0) {
       lines_.push_back({name, first, second, options.clearance * length});
     }
@@ -41,7 +41,7 @@ void PlainLineCounter::follow(const TrackedObject& object, const Instant& now,
   const auto [entry, isFirst] = tracks_.try_emplace(object.id);
   Track& track = entry->second;
   const double seconds = std::chrono::duration<double>(elapsed(track.last.stamp, now.stamp)).count();
-  const double way = std::hypot(now.place.x() - track.last.place.x(), now.place.y() - track.last.place.y());
+  const double way = distance(track.last.place, now.place);
   const bool jumps = !isFirst && way > options_.maxSpeed * seconds;
   if (jumps) {
     track.passages.clear();

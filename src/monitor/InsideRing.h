@@ -1,0 +1,14 @@
+#pragma once
+
+#include <vector>
+
+#include <core/Planar.h>
+
+namespace orvantis::filter::monitor {
+
+/// Whether a point lies inside a ring: whether a ray from it crosses the ring an odd number of times. Exact,
+/// but for points on the ring itself, which may be either.
+/// @param ring of finite coordinates, the first vertex repeated at the end or not
+bool isInside(const std::vector<core::PlanarPoint>& ring, const core::PlanarPoint& point);
+
+}  // namespace orvantis::filter::monitor

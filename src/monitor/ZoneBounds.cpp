@@ -1,0 +1,89 @@
+#include "monitor/ZoneBounds.h"
+
+#include <cmath>
+#include <limits>
+#include <typeinfo>
+
+#include <filter/detection/Polygon.h>
+#include <filter/detection/Rectangle.h>
+#include <filter/detection/Sector.h>
+
+#include "monitor/PolygonRing.h"
+#include "monitor/SectorContact.h"
+
+namespace orvantis::filter::monitor {
+namespace {
+
+using detection::Polygon;
+using detection::Rectangle;
+using detection::Sector;
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+Bounds everywhere() {
+  return {{-infinity, -infinity}, {infinity, infinity}};
+}
+
+// Of the whole disc, and a little more, as the distance from the apex is rounded where it is asked.
+Bounds boundsOfSector(const Sector& sector) {
+  const double radius = std::abs(limitsOf(sector).radius);
+  const double x = sector.getOrigin().x();
+  const double y = sector.getOrigin().y();
+  const double reach = radius + 1e-9 * (radius + std::abs(x) + std::abs(y));
+  if (!std::isfinite(reach)) {
+    return everywhere();
+  }
+  return {{x - reach, y - reach}, {x + reach, y + reach}};
+}
+
+Bounds boundsOfShape(const detection::Zone& shape) {
+  const std::type_info& type = typeid(shape);
+  if (type == typeid(Polygon) || type == typeid(Rectangle)) {
+    // One with a coordinate that is not finite meets nothing, so any bounds will do for it.
+    const auto ring = ringOf(static_cast<const Polygon&>(shape));
+    return ring.empty() ? everywhere() : boundsOf(ring);
+  }
+  // A shape that a host derived from one of these may reach farther.
+  return type == typeid(Sector) ? boundsOfSector(static_cast<const Sector&>(shape)) : everywhere();
+}
+
+}  // namespace
+
+ZoneBounds::ZoneBounds() {
+  for (Numbers* lower : {&left_, &bottom_, &zMin_}) {
+    lower->fill(infinity);
+  }
+  for (Numbers* upper : {&right_, &top_, &zMax_}) {
+    upper->fill(-infinity);
+  }
+}
+
+void ZoneBounds::set(std::size_t slot, const detection::Zone& shape, double zMin, double zMax) {
+  if (!(zMin <= zMax)) {
+    return;  // it holds nothing
+  }
+  const auto [low, high] = boundsOfShape(shape);
+  left_[slot] = low.x();
+  bottom_[slot] = low.y();
+  right_[slot] = high.x();
+  top_[slot] = high.y();
+  zMin_[slot] = zMin;
+  zMax_[slot] = zMax;
+}
+
+std::uint32_t ZoneBounds::near(const Bounds& bounds, double zMin, double zMax) const {
+  if (!(zMin <= zMax)) {
+    return 0;
+  }
+  std::uint32_t near = 0;
+  // Without branches: where an object is tells little of where it is not.
+  for (std::size_t slot = 0; slot < NUM_ZONE_SLOTS; ++slot) {
+    const bool touches = (right_[slot] >= bounds.low.x()) & (bounds.high.x() >= left_[slot]) &
+                         (top_[slot] >= bounds.low.y()) & (bounds.high.y() >= bottom_[slot]) &
+                         (zMax_[slot] >= zMin) & (zMax >= zMin_[slot]);
+    near |= static_cast<std::uint32_t>(touches) << slot;
+  }
+  return near;
+}
+
+}  // namespace orvantis::filter::monitor
