@@ -93,7 +93,13 @@ void LineCounter::Impl::forgetTracks(Stamp stamp) {
 
 void LineCounter::Impl::follow(const TrackedObject& object, const Instant& now,
                                std::vector<Crossing>& crossings) {
-  const auto [track, isFirst] = tracks_.see(object.id, now.stamp);
+  scan_.scan(object.footprint, now.place, seen_);
+  const std::size_t numLines = scan_.lines().size();
+  const auto [track, isFirst] = tracks_.see(object.id, now.stamp, [&] {
+    Track made{now, seen_, {}};
+    made.passages.begin(numLines, CrossingVerdict::NeverClear);
+    return made;
+  });
   const bool jumps = !isFirst && isJump(track.last, now);
   const bool isAnew = isFirst || jumps;
   if (isAnew) {

@@ -132,18 +132,17 @@ void ObjectMonitor::Impl::forgetTracks(Stamp stamp, std::vector<ObjectEvent>& ev
 
 void ObjectMonitor::Impl::follow(const TrackedObject& object, std::uint32_t zones, Stamp stamp,
                                  std::vector<ObjectEvent>& events) {
-  Track& track = tracks_.see(object.id, stamp).track;
+  Track& track = tracks_.see(object.id, stamp, [] { return Track(); }).track;
   track.className = object.className;
   const std::uint32_t left = track.zones & ~zones;
   const std::uint32_t entered = zones & ~track.zones;
-  forEachSlot(entered, [&](std::size_t slot) {
-    track.entered[slot] = stamp;
-    ++inside_[slot];
-  });
-  forEachSlot(left, [&](std::size_t slot) { --inside_[slot]; });
+  forEachSlot(entered, [&](std::size_t slot) { track.entered[slot] = stamp; });
   report(Kind::Left, left, object.id, track, stamp, events);
   report(Kind::Entered, entered, object.id, track, stamp, events);
+  // Last, as nothing here can fail: the numbers always are those of the tracks.
   track.zones = zones;
+  forEachSlot(left, [&](std::size_t slot) { --inside_[slot]; });
+  forEachSlot(entered, [&](std::size_t slot) { ++inside_[slot]; });
 }
 
 // One event for each of the zones, in the order of the slots.

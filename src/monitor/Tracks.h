@@ -24,24 +24,27 @@ class Tracks {
  public:
   std::size_t size() const { return slotById_.size(); }
 
+  struct Sighting {
+    Track& track;
+    bool isFirst;
+  };
+
   /// Null for a track that is not there.
   const Track* find(std::int32_t id) const {
     const auto found = slotById_.find(id);
     return found != slotById_.end() ? &slots_[found->second].track : nullptr;
   }
 
-  struct Sighting {
-    Track& track;
-    bool isFirst;
-  };
-  /// The track is seen: it is the last one to be forgotten now. Made when it is not there.
+  /// The track is seen: it is the last one to be forgotten now.
   /// @param id    zero or above
   /// @param stamp not earlier than any before
-  Sighting see(std::int32_t id, Stamp stamp) {
+  /// @param make  gives a track that is not there yet; where it throws, nothing is changed
+  template <typename Make>
+  Sighting see(std::int32_t id, Stamp stamp, const Make& make) {
     std::uint32_t slot = slotOf(id);
     const bool isFirst = slot == none;
     if (isFirst) {
-      slot = add(id);
+      slot = add(id, make());
     } else {
       expected_ = slots_[slot].next;
       detach(slot);
@@ -104,7 +107,7 @@ class Tracks {
     return found != slotById_.end() ? found->second : none;
   }
 
-  std::uint32_t add(std::int32_t id) {
+  std::uint32_t add(std::int32_t id, Track track) {
     if (free_.empty()) {
       slots_.emplace_back();
       free_.reserve(slots_.capacity());  // so that forgetting needs no memory
@@ -114,6 +117,7 @@ class Tracks {
     slotById_.emplace(id, slot);
     free_.pop_back();
     slots_[slot].id = id;
+    slots_[slot].track = std::move(track);
     return slot;
   }
 

@@ -76,12 +76,14 @@ std::uint32_t ZoneBounds::near(const Bounds& bounds, double zMin, double zMax) c
     return 0;
   }
   std::uint32_t near = 0;
-  // Without branches: where an object is tells little of where it is not.
+  // Without branches: where an object is not in one zone tells little of the next.
+  const auto isAtLeast = [](double a, double b) { return static_cast<std::uint32_t>(a >= b); };
   for (std::size_t slot = 0; slot < NUM_ZONE_SLOTS; ++slot) {
-    const bool touches = (right_[slot] >= bounds.low.x()) & (bounds.high.x() >= left_[slot]) &
-                         (top_[slot] >= bounds.low.y()) & (bounds.high.y() >= bottom_[slot]) &
-                         (zMax_[slot] >= zMin) & (zMax >= zMin_[slot]);
-    near |= static_cast<std::uint32_t>(touches) << slot;
+    const std::uint32_t touches =
+        isAtLeast(right_[slot], bounds.low.x()) & isAtLeast(bounds.high.x(), left_[slot]) &
+        isAtLeast(top_[slot], bounds.low.y()) & isAtLeast(bounds.high.y(), bottom_[slot]) &
+        isAtLeast(zMax_[slot], zMin) & isAtLeast(zMax, zMin_[slot]);
+    near |= touches << slot;
   }
   return near;
 }

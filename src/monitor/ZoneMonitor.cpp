@@ -66,7 +66,7 @@ std::vector<ZoneEvent> ZoneMonitor::reconfigure(const ZoneDetector& detector) {
       events.push_back({table_->describe(slot), false, *lastStamp_, *lastStamp_});
     }
   }
-  *this = std::move(next);
+  *this = next;
   return events;
 }
 

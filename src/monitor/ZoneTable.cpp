@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstdint>
 #include <cstring>
 #include <typeinfo>
 #include <utility>
@@ -23,7 +24,11 @@ using detection::ZoneDetector;
 
 // Not by comparison of values: a NaN is the same as itself, and -0 may be rounded another way than 0.
 bool sameBits(double a, double b) {
-  return std::memcmp(&a, &b, sizeof(double)) == 0;
+  std::uint64_t bitsOfA = 0;
+  std::uint64_t bitsOfB = 0;
+  std::memcpy(&bitsOfA, &a, sizeof(a));
+  std::memcpy(&bitsOfB, &b, sizeof(b));
+  return bitsOfA == bitsOfB;
 }
 
 bool samePoint(const core::PlanarPoint& a, const core::PlanarPoint& b) {
