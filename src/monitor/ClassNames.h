@@ -11,11 +11,12 @@ namespace orvantis::filter::monitor {
 class ClassNames {
  public:
   std::uint32_t numberOf(const std::string& name) {
-    const auto [entry, isNew] = numbers_.try_emplace(name, static_cast<std::uint32_t>(names_.size()));
-    if (isNew) {
-      names_.push_back(name);
+    const auto known = numbers_.find(name);
+    if (known != numbers_.end()) {
+      return known->second;
     }
-    return entry->second;
+    names_.push_back(name);  // first, so that there is no number without a name where memory runs out
+    return numbers_.emplace(name, static_cast<std::uint32_t>(names_.size() - 1)).first->second;
   }
   const std::string& nameOf(std::uint32_t number) const { return names_[number]; }
 

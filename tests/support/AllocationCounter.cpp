@@ -9,12 +9,14 @@ namespace {
 constexpr std::size_t never = std::numeric_limits<std::size_t>::max();
 
 thread_local std::size_t allocations = 0;
+thread_local std::size_t allocatedBytes = 0;
 thread_local std::size_t failingAllocation = never;
 
 void* allocate(std::size_t size) {
   if (allocations++ == failingAllocation) {
     throw std::bad_alloc();
   }
+  allocatedBytes += size;
   if (void* memory = std::malloc(size != 0 ? size : 1)) {
     return memory;
   }
@@ -55,10 +57,14 @@ void operator delete[](void* memory, std::size_t) noexcept {
 
 namespace orvantis::testing {
 
-AllocationCounter::AllocationCounter() : start_(allocations) {}
+AllocationCounter::AllocationCounter() : start_(allocations), startBytes_(allocatedBytes) {}
 
 std::size_t AllocationCounter::count() const {
   return allocations - start_;
+}
+
+std::size_t AllocationCounter::bytes() const {
+  return allocatedBytes - startBytes_;
 }
 
 FailingAllocation::FailingAllocation(std::size_t n) {

@@ -9,9 +9,12 @@ class AllocationCounter {
  public:
   AllocationCounter();
   std::size_t count() const;
+  /// What they asked for, whether or not it was freed since.
+  std::size_t bytes() const;
 
  private:
   std::size_t start_;
+  std::size_t startBytes_;
 };
 
 /// Makes the allocation number `n` (from 0) that this thread makes from now on fail, and no other.
