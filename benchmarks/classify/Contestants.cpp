@@ -193,18 +193,6 @@ class PreparedGeometries : public Contestant {
   std::vector<GEOSGeometry*> points_;
 };
 
-class ReadAndWrite : public Contestant {
- public:
-  void run(const Cloud& cloud, std::size_t size, std::uint64_t* masks) const override {
-    const float* x = cloud.x.data();
-    const float* y = cloud.y.data();
-    const float* z = cloud.z.data();
-    for (std::size_t i = 0; i < size; ++i) {
-      masks[i] = x[i] + y[i] > z[i] ? 1U : 0U;
-    }
-  }
-};
-
 }  // namespace
 
 std::unique_ptr<Contestant> perZoneCalls(const ZoneDetector& detector) {
@@ -217,10 +205,6 @@ std::unique_ptr<Contestant> boxedCalls(const ZoneDetector& detector) {
 
 std::unique_ptr<Contestant> preparedGeometries(const ZoneDetector& detector, const Cloud& cloud) {
   return std::make_unique<PreparedGeometries>(detector, cloud);
-}
-
-std::unique_ptr<Contestant> readAndWrite() {
-  return std::make_unique<ReadAndWrite>();
 }
 
 }  // namespace orvantis::benchmarks

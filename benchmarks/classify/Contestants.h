@@ -28,7 +28,4 @@ std::unique_ptr<Contestant> boxedCalls(const filter::detection::ZoneDetector& de
 /// and only the zones that have the point's height are asked.
 std::unique_ptr<Contestant> preparedGeometries(const filter::detection::ZoneDetector& detector,
                                                const Cloud& cloud);
-/// Reads the coordinates and writes a mask that hardly depends on them: the speed of the memory.
-std::unique_ptr<Contestant> readAndWrite();
-
 }  // namespace orvantis::benchmarks

@@ -1,64 +1,55 @@
+// The batch classifier beside other ways to the same masks. Whatever is timed is compared before with what
+// the zones themselves say, for every point and every kind of instructions that the processor has.
+//
+//   classifier_benchmark [--seed=N]... [options of Google Benchmark]
+//
+// Each seed gives a set of the dense sites; without one it is 1. ORVANTIS_FRAMES names files of float32
+// records x, y, z, intensity, divided by colons.
+
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <iostream>
-#include <map>
 #include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 #include <hwy/highway.h>
-#include <unistd.h>
 
 #include "classify/Clouds.h"
 #include "classify/Contestants.h"
+#include "classify/Records.h"
+#include "classify/Report.h"
+#include "classify/Setting.h"
 #include "classify/Sites.h"
-#include "classify/ZoneIndex.h"
 
 namespace orvantis::benchmarks {
 namespace {
 
 using filter::classify::PointsView;
-using filter::classify::ZoneCounts;
 using filter::classify::ZoneIndex;
 using filter::detection::ZoneDetector;
 using Run = std::function<void()>;
 
 constexpr std::size_t million = 1000000;
-// The slow contestants are timed on a part of the cloud, and compared on it.
+// The slow contestants are timed on a part of the cloud.
 constexpr std::size_t slowPart = 20000;
 
-std::map<std::string, double> nanosecondsPerPoint;
-
-// Keeps the least time of each benchmark's repetitions for the ratios at the end: the others had more
-// disturbance from outside, not less work.
-class Reporter : public benchmark::ConsoleReporter {
- public:
-  // Colours are for terminals: a file would get their codes.
-  Reporter() : ConsoleReporter(isatty(STDOUT_FILENO) != 0 ? OO_Defaults : OO_Tabular) {}
-
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& run : runs) {
-      const auto rate = run.counters.find("points");
-      if (!run.error_occurred && run.run_type == Run::RT_Iteration && rate != run.counters.end()) {
-        const double time = 1.0e9 / rate->second.value;
-        const auto [entry, isNew] = nanosecondsPerPoint.try_emplace(run.run_name.function_name, time);
-        entry->second = std::min(entry->second, time);
-      }
-    }
-  }
-};
-
-benchmark::internal::Benchmark* add(const std::string& name, std::size_t numPoints, const Run& run) {
+// `prepare` is called once, before the first repetition: it checks what will be timed.
+benchmark::internal::Benchmark* add(const std::string& name, std::size_t numPoints,
+                                    const std::function<Run()>& prepare) {
+  const auto run = std::make_shared<Run>();
   return benchmark::RegisterBenchmark(name.c_str(),
-                                      [numPoints, run](benchmark::State& state) {
+                                      [numPoints, prepare, run](benchmark::State& state) {
+                                        if (!*run) {
+                                          *run = prepare();
+                                        }
                                         for (auto _ : state) {
-                                          run();
+                                          (*run)();
                                         }
                                         state.counters["points"] =
                                             benchmark::Counter(static_cast<double>(numPoints),
@@ -67,141 +58,233 @@ benchmark::internal::Benchmark* add(const std::string& name, std::size_t numPoin
       ->Unit(benchmark::kMicrosecond);
 }
 
-[[noreturn]] void refuse(const std::string& name) {
-  std::cerr << name << " gives other masks than the zones themselves\n";
-  std::exit(EXIT_FAILURE);
-}
-
-using Masks = std::vector<std::uint64_t>;
-
-void compare(const std::string& name, const Masks& masks, const Masks& expected, std::size_t size) {
-  if (!std::equal(masks.begin(), masks.begin() + static_cast<std::ptrdiff_t>(size), expected.begin())) {
-    refuse(name);
-  }
-}
-
-// One site with one cloud, and what its benchmarks share.
-struct Setting {
-  Setting(ZoneDetector zones, Cloud points)
-      : detector(std::move(zones)),
-        index(detector),
-        cloud(std::move(points)),
-        masks(cloud.size()),
-        expected(cloud.size()) {
-    index.classify(cloud.view(), expected.data());
-    Masks byZones(std::min(slowPart, cloud.size()));
-    perZoneCalls(detector)->run(cloud, byZones.size(), byZones.data());
-    compare("The classifier", byZones, expected, byZones.size());
-  }
-
-  ZoneDetector detector;
-  ZoneIndex index;
-  Cloud cloud;
-  Masks masks;
-  Masks expected;
-};
-using SharedSetting = std::shared_ptr<Setting>;
-
-SharedSetting setting(ZoneDetector detector, Cloud cloud) {
-  return std::make_shared<Setting>(std::move(detector), std::move(cloud));
-}
-
-void addClassifier(const std::string& name, const SharedSetting& s) {
-  add(name, s->cloud.size(), [s] { s->index.classify(s->cloud.view(), s->masks.data()); });
-}
-
-void addContestant(const std::string& name, const SharedSetting& s, std::unique_ptr<Contestant> contestant,
-                   std::size_t size, bool isCompared = true) {
-  const std::shared_ptr<Contestant> shared = std::move(contestant);
-  shared->run(s->cloud, size, s->masks.data());
-  if (isCompared) {
-    compare(name, s->masks, s->expected, size);
-  }
-  add(name, size, [s, shared, size] { shared->run(s->cloud, size, s->masks.data()); });
-}
-
-void select(std::int64_t target) {
-  hwy::SetSupportedTargetsForTest(target);
-  hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-}
-
-void addTargets(const std::string& name, const SharedSetting& s) {
-  for (std::int64_t rest = hwy::SupportedTargets() & HWY_TARGETS; rest != 0; rest &= rest - 1) {
-    const std::int64_t target = rest & -rest;
-    add(name + hwy::TargetName(target), s->cloud.size(), [s, target] {
-      select(target);
-      s->index.classify(s->cloud.view(), s->masks.data());
-      select(0);
-    });
-  }
+SharedSetting setting(std::function<ZoneDetector()> detector, std::function<Cloud()> cloud) {
+  return std::make_shared<LazySetting>([detector = std::move(detector), cloud = std::move(cloud)] {
+    return std::make_unique<Setting>(detector(), cloud());
+  });
 }
 
 template <typename Real>
-void addLayout(const std::string& name, const SharedSetting& s, std::size_t stride) {
-  const auto bytes = std::make_shared<std::vector<unsigned char>>(stride * s->cloud.size());
-  for (std::size_t i = 0; i < s->cloud.size(); ++i) {
-    const Real record[] = {static_cast<Real>(s->cloud.x[i]), static_cast<Real>(s->cloud.y[i]),
-                           static_cast<Real>(s->cloud.z[i])};
-    std::copy_n(reinterpret_cast<const unsigned char*>(record), sizeof(record), bytes->data() + i * stride);
+void checkAll(const std::string& name, Setting& s, const PointsView<Real>& points) {
+  for (const std::int64_t target : Target::all()) {
+    const Target only(target);
+    const std::string where = name + ", " + hwy::TargetName(target);
+    std::fill(s.masks.begin(), s.masks.end(), ~std::uint64_t{0});
+    s.index.classify(points, s.masks.data());
+    checkMasks(where, s, s.masks);
+    checkCounts(where, s, s.index.count(points, nullptr));
+    std::fill(s.masks.begin(), s.masks.end(), ~std::uint64_t{0});
+    checkCounts(where, s, s.index.count(points, s.masks.data()));
+    checkMasks(where + ", with counts", s, s.masks);
   }
-  add(name, s->cloud.size(), [s, bytes, stride] {
-    s->index.classify(PointsView<Real>::interleaved(bytes->data(), stride, s->cloud.size()), s->masks.data());
-  });
 }
 
-void addDoubles(const std::string& name, const SharedSetting& s) {
-  const auto columns = std::make_shared<std::vector<double>>();
-  for (const std::vector<float>* column : {&s->cloud.x, &s->cloud.y, &s->cloud.z}) {
-    columns->insert(columns->end(), column->begin(), column->end());
-  }
-  add(name, s->cloud.size(), [s, columns] {
-    const std::size_t size = s->cloud.size();
-    const double* x = columns->data();
-    s->index.classify(PointsView<double>::separate(x, x + size, x + 2 * size, size), s->masks.data());
+// One layout, beside a loop over the same memory.
+template <typename Real, std::size_t stride>
+void addLayout(const std::string& prefix, const SharedSetting& shared, std::size_t numPoints) {
+  const std::string kind = sizeof(Real) == sizeof(float) ? "float32 " : "float64 ";
+  const std::string name = prefix + kind + (stride == 0 ? "arrays" : "records of " + std::to_string(stride));
+  const auto records = std::make_shared<std::unique_ptr<Records<Real>>>();
+  const auto view = [shared, records] {
+    if (!*records) {
+      *records = std::make_unique<Records<Real>>(shared->get().cloud, stride);
+    }
+    return (*records)->view();
+  };
+  add(name, numPoints, [=] {
+    Setting& s = shared->get();
+    checkAll<Real>(name, s, view());
+    return [&s, points = view()] { s.index.classify(points, s.masks.data()); };
   });
-}
-
-void addCounts(const std::string& name, const SharedSetting& s) {
-  add(name + "without masks", s->cloud.size(), [s] {
-    const ZoneCounts counts = s->index.count(s->cloud.view(), nullptr);
-    benchmark::DoNotOptimize(counts);
-  });
-  add(name + "with masks", s->cloud.size(), [s] {
-    const ZoneCounts counts = s->index.count(s->cloud.view(), s->masks.data());
-    benchmark::DoNotOptimize(counts);
-  });
-}
-
-void addThreads(const std::string& name, const SharedSetting& s) {
-  add(name, s->cloud.size(), [s] {
-    const std::size_t half = s->cloud.size() / 2;
-    const auto part = [&](std::size_t first, std::size_t size) {
-      const Cloud& cloud = s->cloud;
-      s->index.classify(PointsView<float>::separate(cloud.x.data() + first, cloud.y.data() + first,
-                                                    cloud.z.data() + first, size),
-                        s->masks.data() + first);
+  add(name + ", loop", numPoints, [=] {
+    Setting& s = shared->get();
+    return [&s, points = view()] {
+      readAndWrite<Real, stride>(points, s.masks.data());
+      benchmark::ClobberMemory();
     };
-    std::thread other(part, half, s->cloud.size() - half);
-    part(0, half);
-    other.join();
+  });
+  addRatio(name, name + ", loop");
+}
+
+void addClassifier(const std::string& name, const SharedSetting& shared, std::size_t numPoints) {
+  add(name, numPoints, [=] {
+    Setting& s = shared->get();
+    checkAll<float>(name, s, s.cloud.view());
+    return [&s] { s.index.classify(s.cloud.view(), s.masks.data()); };
+  });
+}
+
+using MakeContestant = std::function<std::unique_ptr<Contestant>(const Setting&)>;
+
+void addContestant(const std::string& prefix, const std::string& name, const SharedSetting& shared,
+                   const MakeContestant& make) {
+  add(prefix + name, slowPart, [=] {
+    Setting& s = shared->get();
+    const std::shared_ptr<Contestant> contestant = make(s);
+    contestant->run(s.cloud, s.cloud.size(), s.masks.data());
+    checkMasks(prefix + name, s, s.masks);
+    return [&s, contestant] { contestant->run(s.cloud, slowPart, s.masks.data()); };
+  });
+  addRatio(prefix + name, prefix + "float32 arrays");
+}
+
+void addTargets(const std::string& prefix, const SharedSetting& shared, std::size_t numPoints) {
+  for (const std::int64_t target : Target::all()) {
+    const std::string name = prefix + hwy::TargetName(target);
+    add(name, numPoints, [=] {
+      Setting& s = shared->get();
+      return [&s, target] {
+        const Target only(target);
+        s.index.classify(s.cloud.view(), s.masks.data());
+      };
+    });
+    addRatio(name, prefix + hwy::TargetName(Target::all().front()));
+  }
+}
+
+void addCounts(const std::string& prefix, const SharedSetting& shared, std::size_t numPoints) {
+  for (const bool withMasks : {false, true}) {
+    const std::string name = prefix + "counts with" + (withMasks ? "" : "out") + " masks";
+    add(name, numPoints, [=] {
+      Setting& s = shared->get();
+      return [&s, withMasks] {
+        benchmark::DoNotOptimize(s.index.count(s.cloud.view(), withMasks ? s.masks.data() : nullptr));
+      };
+    });
+    addRatio(name, prefix + "float32 arrays");
+  }
+}
+
+void classifyByTwo(Setting& s) {
+  const std::size_t half = s.cloud.size() / 2;
+  const auto part = [&](std::size_t first, std::size_t size) {
+    const Cloud& cloud = s.cloud;
+    s.index.classify(PointsView<float>::separate(cloud.x.data() + first, cloud.y.data() + first,
+                                                 cloud.z.data() + first, size),
+                     s.masks.data() + first);
+  };
+  std::thread other(part, half, s.cloud.size() - half);
+  part(0, half);
+  other.join();
+}
+
+void addThreads(const std::string& prefix, const SharedSetting& shared, std::size_t numPoints) {
+  add(prefix + "two threads", numPoints, [=] {
+    Setting& s = shared->get();
+    classifyByTwo(s);
+    checkMasks(prefix + "two threads", s, s.masks);
+    return [&s] { classifyByTwo(s); };
   })->UseRealTime();
 }
 
-void addBuild(const std::string& name, const ZoneDetector& detector) {
-  const auto shared = std::make_shared<ZoneDetector>(detector);
-  add(name, 1, [shared] {
-    const ZoneIndex index(*shared);
-    benchmark::DoNotOptimize(index.bytes());
+void addBuild(const std::string& prefix, const SharedSetting& shared) {
+  add(prefix + "build", 1, [=] {
+    const ZoneDetector& detector = shared->get().detector;
+    std::cout << prefix << "build: " << shared->get().index.bytes() << " bytes of tables\n";
+    return [&detector] { benchmark::DoNotOptimize(ZoneIndex(detector).bytes()); };
   });
-  std::cout << name << ": " << ZoneIndex(detector).bytes() << " bytes of tables\n";
 }
 
-void addRealCloud(const std::string& name, Cloud cloud) {
-  const SharedSetting s = setting(site(Shapes::Mixed, 56), std::move(cloud));
-  addContestant(name + "/per-zone calls", s, perZoneCalls(s->detector), slowPart);
-  addContestant(name + "/read and write", s, readAndWrite(), s->cloud.size(), false);
-  addClassifier(name + "/classify", s);
-  addCounts(name + "/count ", s);
+void addLayouts(const std::string& prefix, const SharedSetting& shared, std::size_t numPoints) {
+  addLayout<float, 0>(prefix, shared, numPoints);
+  addLayout<float, 12>(prefix, shared, numPoints);
+  addLayout<float, 16>(prefix, shared, numPoints);
+  addLayout<float, 24>(prefix, shared, numPoints);
+  addLayout<float, 32>(prefix, shared, numPoints);
+  addLayout<float, 48>(prefix, shared, numPoints);
+  addLayout<double, 0>(prefix, shared, numPoints);
+  addLayout<double, 24>(prefix, shared, numPoints);
+  addLayout<double, 32>(prefix, shared, numPoints);
+}
+
+// All there is to know about a site.
+void addSite(const std::string& prefix, const std::function<ZoneDetector()>& detector, double extent) {
+  const SharedSetting s = setting(detector, [extent] { return uniformCloud(million, extent); });
+  addContestant(prefix, "per-zone calls", s, [](const Setting& own) { return perZoneCalls(own.detector); });
+  addContestant(prefix, "boxed calls", s, [](const Setting& own) { return boxedCalls(own.detector); });
+  addLayouts(prefix, s, million);
+  addTargets(prefix, s, million);
+  addCounts(prefix, s, million);
+  addThreads(prefix, s, million);
+  addBuild(prefix, s);
+}
+
+void addDenseSites(std::uint64_t seed) {
+  const std::pair<const char*, Arrangement> arrangements[] = {{"strewn", Arrangement::Strewn},
+                                                              {"clustered", Arrangement::Clustered},
+                                                              {"nested", Arrangement::Nested},
+                                                              {"slivers", Arrangement::Slivers}};
+  for (const auto& [name, arrangement] : arrangements) {
+    addSite(
+        std::string(name) + " " + std::to_string(seed) + "/",
+        [arrangement = arrangement, seed] { return denseSite(arrangement, seed); }, 84.0);
+  }
+}
+
+// One zone far from 55 others, on the ground of the others.
+void addFarZones(std::uint64_t seed) {
+  const auto name = [](int distance) { return "one zone " + std::to_string(distance) + " m away"; };
+  for (const int distance : {0, 500, 1000, 10000, 100000}) {
+    addClassifier(
+        name(distance),
+        setting([=] { return siteWithFarZone(distance, seed); }, [] { return uniformCloud(million, 84.0); }),
+        million);
+    addRatio(name(distance), name(0));
+  }
+}
+
+// Construction and one frame, as when the zones change with every frame.
+void addSmallFrames() {
+  for (const std::size_t size :
+       {std::size_t{1000}, std::size_t{2000}, std::size_t{5000}, std::size_t{20000}}) {
+    const SharedSetting shared =
+        setting([] { return site(Shapes::Mixed, mostZones); }, [size] { return uniformCloud(size, 100.0); });
+    const std::string name = std::to_string(size) + " points and the construction";
+    add("classifier, " + name, size, [=] {
+      Setting& s = shared->get();
+      return [&s] { ZoneIndex(s.detector).classify(s.cloud.view(), s.masks.data()); };
+    });
+    add("boxed calls, " + name, size, [=] {
+      Setting& s = shared->get();
+      return [&s] { boxedCalls(s.detector)->run(s.cloud, s.cloud.size(), s.masks.data()); };
+    });
+    addRatio("classifier, " + name, "boxed calls, " + name);
+  }
+}
+
+void addSizes() {
+  const auto mixed = [](int numZones) { return [numZones] { return site(Shapes::Mixed, numZones); }; };
+  const auto uniform = [](std::size_t size) { return [size] { return uniformCloud(size, 100.0); }; };
+  for (const int numZones : {1, 2, 4, 8, 16, 32, mostZones}) {
+    addClassifier("zones " + std::to_string(numZones), setting(mixed(numZones), uniform(million)), million);
+  }
+  for (const int numVertices : {3, 4, 8, 16}) {
+    addClassifier("vertices " + std::to_string(numVertices),
+                  setting([=] { return site(Shapes::Polygons, mostZones, numVertices); }, uniform(million)),
+                  million);
+  }
+  for (const std::size_t size :
+       {std::size_t{100}, std::size_t{1000}, std::size_t{10000}, std::size_t{100000}, 10 * million}) {
+    addClassifier("points " + std::to_string(size), setting(mixed(mostZones), uniform(size)), size);
+  }
+}
+
+void addOtherSites(std::uint64_t seed) {
+  const auto uniform = [](double extent) { return [extent] { return uniformCloud(million, extent); }; };
+  addClassifier("site of 1 km",
+                setting([] { return site(Shapes::Mixed, mostZones, 16, 1000.0); }, uniform(1000.0)), million);
+  addClassifier("56 zones of 1 cm", setting([=] { return tinyZones(seed); }, uniform(100.0)), million);
+  const SharedSetting stars = setting(stackedStars, uniform(10.0));
+  addClassifier("stacked stars", stars, million);
+  addBuild("stacked stars/", stars);
+  for (const auto& [name, cloud] :
+       {std::pair<const char*, Cloud (*)()>{"rings", [] { return ringCloud(million); }},
+        {"rings shuffled", [] { return shuffled(ringCloud(million)); }},
+        {"20% NaN", [] { return withNaN(uniformCloud(million, 100.0), 5); }}}) {
+    const SharedSetting s = setting([] { return site(Shapes::Mixed, mostZones); }, cloud);
+    addClassifier(name, s, million);
+    addCounts(std::string(name) + "/", s, million);
+  }
 }
 
 // Each frame by itself, which stays in the cache, and all of them again and again up to a million points,
@@ -209,7 +292,8 @@ void addRealCloud(const std::string& name, Cloud cloud) {
 void addRealFrames() {
   const char* paths = std::getenv("ORVANTIS_FRAMES");
   std::string rest = paths != nullptr ? paths : "";
-  std::vector<Cloud> frames;
+  std::vector<std::pair<std::string, Cloud>> clouds;
+  Cloud recording;
   while (!rest.empty()) {
     const std::size_t end = std::min(rest.find(':'), rest.size());
     Cloud frame = readFrame(rest.substr(0, end));
@@ -218,101 +302,77 @@ void addRealFrames() {
       std::cout << "A file of ORVANTIS_FRAMES cannot be read; left out\n";
       continue;
     }
-    addRealCloud("frame " + std::to_string(frames.size()), frame);
-    frames.push_back(std::move(frame));
+    clouds.emplace_back("frame " + std::to_string(clouds.size()) + "/", std::move(frame));
   }
-  if (frames.empty()) {
-    return;
-  }
-  Cloud recording;
-  for (std::size_t i = 0; recording.size() < million; ++i) {
-    const Cloud& frame = frames[i % frames.size()];
+  for (std::size_t i = 0; !clouds.empty() && recording.size() < million; ++i) {
+    const Cloud& frame = clouds[i % clouds.size()].second;
     for (std::size_t k = 0; k < frame.size(); ++k) {
       recording.append(frame.x[k], frame.y[k], frame.z[k]);
     }
   }
-  addRealCloud("recording", std::move(recording));
+  if (!clouds.empty()) {
+    clouds.emplace_back("recording/", std::move(recording));
+  }
+  for (const auto& [prefix, cloud] : clouds) {
+    const SharedSetting s =
+        setting([] { return site(Shapes::Mixed, mostZones); }, [cloud = cloud] { return cloud; });
+    addContestant(prefix, "per-zone calls", s, [](const Setting& own) { return perZoneCalls(own.detector); });
+    addLayout<float, 0>(prefix, s, cloud.size());
+    addLayout<float, 16>(prefix, s, cloud.size());
+    addCounts(prefix, s, cloud.size());
+  }
 }
 
-void addAll() {
-  for (const auto& [name, shapes] :
-       {std::pair{"16-gons/", Shapes::Polygons}, std::pair{"mixed/", Shapes::Mixed}}) {
-    const std::string prefix = name;
-    const SharedSetting s = setting(site(shapes, 56), uniformCloud(million, 100.0));
-    addContestant(prefix + "per-zone calls", s, perZoneCalls(s->detector), slowPart);
-    addContestant(prefix + "boxed calls", s, boxedCalls(s->detector), slowPart);
-    if (shapes == Shapes::Polygons) {
-      addContestant(prefix + "GEOS prepared", s, preparedGeometries(s->detector, s->cloud), slowPart);
-    }
-    addContestant(prefix + "read and write", s, readAndWrite(), million, false);
-    addClassifier(prefix + "classify", s);
-    addTargets(prefix + "classify ", s);
-    addCounts(prefix + "count ", s);
-    addThreads(prefix + "two threads", s);
-    addDoubles(prefix + "float64", s);
-    addLayout<float>(prefix + "stride 12", s, 12);
-    addLayout<float>(prefix + "stride 16", s, 16);
-    addLayout<float>(prefix + "stride 32", s, 32);
-    addBuild(prefix + "build", s->detector);
-    addClassifier(prefix + "frame of 10000", setting(s->detector, uniformCloud(10000, 100.0)));
-    addClassifier(prefix + "rings", setting(s->detector, ringCloud(million)));
-    addClassifier(prefix + "rings shuffled", setting(s->detector, shuffled(ringCloud(million))));
-    addClassifier(prefix + "20% NaN", setting(s->detector, withNaN(uniformCloud(million, 100.0), 5)));
+void addAll(const std::vector<std::uint64_t>& seeds) {
+  addSite(
+      "16-gons/", [] { return site(Shapes::Polygons, mostZones); }, 100.0);
+  addSite(
+      "mixed/", [] { return site(Shapes::Mixed, mostZones); }, 100.0);
+  const SharedSetting polygons =
+      setting([] { return site(Shapes::Polygons, mostZones); }, [] { return uniformCloud(million, 100.0); });
+  addContestant("16-gons/", "GEOS prepared", polygons,
+                [](const Setting& own) { return preparedGeometries(own.detector, own.cloud); });
+  for (const std::uint64_t seed : seeds) {
+    addDenseSites(seed);
   }
-  addClassifier("stacked stars", setting(stackedStars(), uniformCloud(million, 10.0)));
-  addBuild("stacked stars/build", stackedStars());
-  for (const int numZones : {1, 2, 4, 8, 16, 32, 56}) {
-    addClassifier("zones " + std::to_string(numZones),
-                  setting(site(Shapes::Mixed, numZones), uniformCloud(million, 100.0)));
-  }
-  for (const int numVertices : {3, 4, 8, 16}) {
-    addClassifier("vertices " + std::to_string(numVertices),
-                  setting(site(Shapes::Polygons, 56, numVertices), uniformCloud(million, 100.0)));
-  }
-  for (const std::size_t size : {std::size_t{100}, std::size_t{1000}, std::size_t{100000}, 10 * million}) {
-    addClassifier("points " + std::to_string(size),
-                  setting(site(Shapes::Mixed, 56), uniformCloud(size, 100.0)));
-  }
-  addClassifier("site of 1 km", setting(site(Shapes::Mixed, 56, 16, 1000.0), uniformCloud(million, 1000.0)));
+  addFarZones(seeds.front());
+  addOtherSites(seeds.front());
+  addSmallFrames();
+  addSizes();
   addRealFrames();
 }
 
-void printRatio(const std::string& slower, const std::string& faster) {
-  const auto a = nanosecondsPerPoint.find(slower);
-  const auto b = nanosecondsPerPoint.find(faster);
-  if (a != nanosecondsPerPoint.end() && b != nanosecondsPerPoint.end()) {
-    std::printf("%-32s / %-32s %9.2f\n", slower.c_str(), faster.c_str(), a->second / b->second);
+// Takes the seeds out of the arguments.
+std::vector<std::uint64_t> takeSeeds(int& argc, char** argv) {
+  const std::string option = "--seed=";
+  std::vector<std::uint64_t> seeds;
+  char** const end = std::remove_if(argv + 1, argv + argc, [&](const char* argument) {
+    const std::string text = argument;
+    const bool isSeed = text.compare(0, option.size(), option) == 0;
+    if (isSeed) {
+      seeds.push_back(std::stoull(text.substr(option.size())));
+    }
+    return isSeed;
+  });
+  argc = static_cast<int>(end - argv);
+  if (seeds.empty()) {
+    seeds.push_back(1);
   }
-}
-
-void printRatios() {
-  std::printf("\nRatios of the times above\n");
-  for (const std::string prefix : {"16-gons/", "mixed/", "frame 0/", "frame 1/", "recording/"}) {
-    const std::string classify = prefix + "classify";
-    printRatio(prefix + "per-zone calls", classify);
-    printRatio(prefix + "boxed calls", classify);
-    printRatio(prefix + "GEOS prepared", classify);
-    printRatio(classify, prefix + "read and write");
-    printRatio(classify + " AVX2", classify + " AVX3");
-    printRatio(classify + " SSE4", classify + " AVX3");
-    printRatio(classify + " SSSE3", classify + " AVX3");
-    printRatio(classify + " SCALAR", classify + " AVX3");
-    printRatio(prefix + "count without masks", classify);
-    printRatio(prefix + "two threads", classify);
-  }
+  return seeds;
 }
 
 }  // namespace
 }  // namespace orvantis::benchmarks
 
 int main(int argc, char** argv) {
+  const std::vector<std::uint64_t> seeds = orvantis::benchmarks::takeSeeds(argc, argv);
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
     return EXIT_FAILURE;
   }
-  orvantis::benchmarks::addAll();
-  orvantis::benchmarks::Reporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
+  orvantis::benchmarks::addAll(seeds);
+  orvantis::benchmarks::Report report;
+  benchmark::RunSpecifiedBenchmarks(&report);
   orvantis::benchmarks::printRatios();
   return EXIT_SUCCESS;
 }

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <cstdint>
+#include <string>
+#include <vector>
+
 #include <filter/detection/ZoneDetector.h>
 
 namespace orvantis::benchmarks {
@@ -10,9 +14,26 @@ enum class Shapes {
   Mixed,     ///< polygons of 3 to 16 vertices, turned rectangles and sectors in equal parts
 };
 
-/// Zones of 10 to 30 m across, strewn over `extent` x `extent` m.
+constexpr int mostZones = 56;
+
+/// Zones of 10 to 30 m across, strewn over `extent` x `extent` m; both in proportion for other extents.
 filter::detection::ZoneDetector site(Shapes shapes, int numZones, int numVertices = 16,
                                      double extent = 100.0);
+
+/// 56 mixed zones of 2 to 8 m radius on 84 m x 84 m.
+enum class Arrangement {
+  Strewn,     ///< anywhere
+  Clustered,  ///< about five places
+  Nested,     ///< about eight places, one within the other
+  Slivers     ///< anywhere, 30 times as long as wide
+};
+filter::detection::ZoneDetector denseSite(Arrangement arrangement, std::uint64_t seed);
+
+/// 55 strewn zones and one as far from the middle as that, in both directions. 0 m: only the 55.
+filter::detection::ZoneDetector siteWithFarZone(double distance, std::uint64_t seed);
+
+/// 56 zones of 1 cm strewn over 100 m x 100 m.
+filter::detection::ZoneDetector tinyZones(std::uint64_t seed);
 
 /// 56 stars of 10 m on one spot, each turned a little more.
 filter::detection::ZoneDetector stackedStars();
