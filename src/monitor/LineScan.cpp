@@ -1,7 +1,6 @@
 #include "monitor/LineScan.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cmath>
 #include <cstddef>
@@ -17,12 +16,19 @@ namespace {
 
 constexpr std::size_t wordSize = 64;
 
-// How far the rounded heights over a line may be off, for each unit of its slope. Of the centre's height,
-// the corners' and the clearance all roundings together are less than 32 epsilons of the largest coordinate;
-// twice that is taken. With coordinates beyond all sense, whose products overflow, nothing is sure.
+double dot(const core::PlanarPoint& a, const core::PlanarPoint& b) {
+  return a.x() * b.x() + a.y() * b.y();
+}
+
+// Above any error of a product that underflows.
+constexpr double smallest = std::numeric_limits<double>::min();
+
+// How far the rounded heights over a line may be off, for each unit of its length. Of the centre's height,
+// the corners' and the clearance all roundings together are less than 48 epsilons of the largest coordinate;
+// more is taken. With coordinates beyond all sense, whose products overflow, nothing is sure.
 double doubtOf(double largest) {
   constexpr double sensible = 1e100;
-  return largest <= sensible ? 64.0 * std::numeric_limits<double>::epsilon() * largest
+  return largest <= sensible ? 128.0 * std::numeric_limits<double>::epsilon() * largest
                              : std::numeric_limits<double>::infinity();
 }
 
@@ -35,8 +41,8 @@ LineScan::LineScan(std::vector<SidedLine> lines) : lines_(std::move(lines)) {
     functions_.a.push_back(-dy);
     functions_.b.push_back(dx);
     functions_.c.push_back(dy * line.first.x() - dx * line.first.y());
-    functions_.clearance.push_back(line.clearance);
-    functions_.slope.push_back(std::abs(dx) + std::abs(dy));
+    functions_.length.push_back(line.length);
+    functions_.clearance.push_back(line.clearance + smallest);
     largest_ = std::max({largest_, largestOf(line.first), largestOf(line.second)});
   }
 }
@@ -48,45 +54,59 @@ std::uint64_t LineScan::allLines(std::size_t word) const {
 
 void LineScan::scan(const core::State& footprint, const core::PlanarPoint& reference, Bits& bits) const {
   // The corners of a box are its footprint's vertices; the box around another footprint only holds them.
-  const std::optional<Box> box = boxOf(footprint);
-  const auto [centre, halfLength, halfWidth, largest] = box ? *box : boxAround(footprint.polygon().outer());
-  const double doubt = doubtOf(std::max(largest, largest_));
-  bits.left.assign(numWords(), 0);
-  bits.clear.assign(numWords(), 0);
+  const std::optional<Box> tight = boxOf(footprint);
+  const Box box = tight ? *tight : boxAround(footprint.polygon().outer());
+  const double doubt = doubtOf(std::max(box.largest, largest_));
+  bits.left.resize(numWords());
+  bits.clear.resize(numWords());
   for (std::size_t word = 0; word < numWords(); ++word) {
-    const std::size_t begin = word * wordSize;
-    const std::size_t count = std::min(wordSize, lines_.size() - begin);
-    std::uint64_t left = 0;
-    std::uint64_t clear = 0;
-    std::uint64_t sure = 0;
-    // Without branches: hardly anything about the next line can be guessed from this one.
-    for (std::size_t i = 0; i < count; ++i) {
-      const double a = functions_.a[begin + i];
-      const double b = functions_.b[begin + i];
-      // Of the centre over the line; of the corners from there, with the clearance; and what both may be off,
-      // which is never zero, as products may underflow.
-      const double height = a * centre.x() + b * centre.y() + functions_.c[begin + i];
-      const double reach = std::abs(a * halfLength.x() + b * halfLength.y()) +
-                           std::abs(a * halfWidth.x() + b * halfWidth.y()) + functions_.clearance[begin + i];
-      const double error = functions_.slope[begin + i] * doubt + std::numeric_limits<double>::min();
-      const double amount = std::abs(height);
-      const std::uint64_t bit = std::uint64_t{1} << i;
-      left |= height > 0.0 ? bit : 0;
-      clear |= amount > reach ? bit : 0;
-      sure |= std::min(std::abs(amount - reach), amount) > error ? bit : 0;
-    }
-    std::uint64_t unsure = allLines(word) & ~(box ? sure : sure & clear);
-    for (; unsure != 0; unsure &= unsure - 1) {
-      const std::uint64_t bit = unsure & (~unsure + 1);
-      const SidedLine& line = lines_[begin + static_cast<std::size_t>(std::countr_zero(unsure))];
-      const bool isLeft = orientation(line.first, line.second, reference) > 0;
-      const bool isClear = clearSide(line, footprint.polygon().outer(), reference).has_value();
-      left = isLeft ? left | bit : left & ~bit;
-      clear = isClear ? clear | bit : clear & ~bit;
+    auto [left, clear] = farLines(word, box, doubt);
+    for (std::uint64_t near = allLines(word) & ~clear; near != 0; near &= near - 1) {
+      const std::size_t number = word * wordSize + static_cast<std::size_t>(std::countr_zero(near));
+      auto side = besideLine(number, box, doubt);
+      if (!side || !(tight || side->isClear)) {
+        const SidedLine& line = lines_[number];
+        side = {orientation(line.first, line.second, reference) > 0,
+                clearSide(line, footprint.polygon().outer(), reference).has_value()};
+      }
+      const std::uint64_t bit = near & (~near + 1);
+      left = side->isLeft ? left | bit : left & ~bit;
+      clear |= side->isClear ? bit : 0;
     }
     bits.left[word] = left;
     bits.clear[word] = clear;
   }
+}
+
+// Most lines are farther off than any corner. Without branches: hardly anything about the next line can be
+// guessed from this one. From the last line on, so that each bit is shifted to its place.
+LineScan::Word LineScan::farLines(std::size_t word, const Box& box, double doubt) const {
+  const double radius = std::sqrt(dot(box.halfLength, box.halfLength) + dot(box.halfWidth, box.halfWidth) +
+                                  2.0 * std::abs(dot(box.halfLength, box.halfWidth)));
+  const double reach = radius + doubt;
+  Word lines;
+  const std::size_t begin = word * wordSize;
+  for (std::size_t i = std::min(begin + wordSize, lines_.size()); i-- > begin;) {
+    const double height =
+        functions_.a[i] * box.centre.x() + functions_.b[i] * box.centre.y() + functions_.c[i];
+    const double least = functions_.length[i] * reach + functions_.clearance[i];
+    lines.left = 2 * lines.left + static_cast<std::uint64_t>(height > 0.0);
+    lines.clear = 2 * lines.clear + static_cast<std::uint64_t>(std::abs(height) > least);
+  }
+  return lines;
+}
+
+std::optional<LineScan::Beside> LineScan::besideLine(std::size_t number, const Box& box, double doubt) const {
+  const double a = functions_.a[number];
+  const double b = functions_.b[number];
+  const double height = a * box.centre.x() + b * box.centre.y() + functions_.c[number];
+  const double reach = std::abs(a * box.halfLength.x() + b * box.halfLength.y()) +
+                       std::abs(a * box.halfWidth.x() + b * box.halfWidth.y()) + functions_.clearance[number];
+  const double amount = std::abs(height);
+  if (!(std::min(std::abs(amount - reach), amount) > functions_.length[number] * doubt + smallest)) {
+    return std::nullopt;
+  }
+  return Beside{height > 0.0, amount > reach};
 }
 
 }  // namespace orvantis::filter::monitor

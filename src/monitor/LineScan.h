@@ -2,11 +2,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include <core/Planar.h>
 #include <core/State.h>
 
+#include "monitor/Box.h"
 #include "monitor/SidedLine.h"
 
 namespace orvantis::filter::monitor {
@@ -39,11 +41,23 @@ class LineScan {
   // A line as a function of the plan, a x + b y + c: the cross product, above zero on its left.
   struct Functions {
     std::vector<double> a, b, c;
-    std::vector<double> clearance;
-    std::vector<double> slope;  // |a| + |b|: what an error of the coordinates is multiplied by, at most
+    std::vector<double> length;     // by which distances grow to be cross products
+    std::vector<double> clearance;  // as a cross product
+  };
+  struct Word {
+    std::uint64_t left = 0;
+    std::uint64_t clear = 0;
+  };
+  struct Beside {
+    bool isLeft;
+    bool isClear;
   };
 
   std::size_t numWords() const { return (lines_.size() + 63) / 64; }
+  // The lines of a word that the circle around the box is clear of; the others' bits mean nothing.
+  Word farLines(std::size_t word, const Box& box, double doubt) const;
+  // How the box lies, if rounding cannot have turned it.
+  std::optional<Beside> besideLine(std::size_t number, const Box& box, double doubt) const;
 
   std::vector<SidedLine> lines_;
   Functions functions_;

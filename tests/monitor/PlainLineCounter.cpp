@@ -43,11 +43,12 @@ void PlainLineCounter::follow(const TrackedObject& object, const Instant& now,
   const double seconds = std::chrono::duration<double>(elapsed(track.last.stamp, now.stamp)).count();
   const double way = distance(track.last.place, now.place);
   const bool jumps = !isFirst && way > options_.maxSpeed * seconds;
-  if (jumps) {
-    track.passages.clear();
+  if (isFirst || jumps) {
+    track.passages.assign(lines_.size(), Passage());
   }
-  for (const Line& line : lines_) {
-    Passage& passage = track.passages[line.name];
+  for (std::size_t i = 0; i < lines_.size(); ++i) {
+    const Line& line = lines_[i];
+    Passage& passage = track.passages[i];
     if (jumps) {
       passage.verdict = CrossingVerdict::Jumped;
     } else if (!isFirst) {
@@ -72,16 +73,17 @@ void PlainLineCounter::follow(const TrackedObject& object, const Instant& now,
 std::optional<PlainLineCounter::Side> PlainLineCounter::clearSide(const Line& line,
                                                                   const TrackedObject& object,
                                                                   const core::PlanarPoint& reference) {
-  std::vector<core::PlanarPoint> points(object.footprint.polygon().outer());
-  points.push_back(reference);
   int left = 0;
   int right = 0;
-  for (const core::PlanarPoint& point : points) {
+  const auto look = [&](const core::PlanarPoint& point) {
     const int sign = orientation(line.first, line.second, point);
-    if (sign == 0 || std::abs(crossProduct(line.first, line.second, point)) < line.clearance) {
-      return std::nullopt;
-    }
-    ++(sign > 0 ? left : right);
+    const bool isNear = std::abs(crossProduct(line.first, line.second, point)) < line.clearance;
+    left += sign >= 0 || isNear ? 1 : 0;
+    right += sign <= 0 || isNear ? 1 : 0;
+  };
+  look(reference);
+  for (const core::PlanarPoint& vertex : object.footprint.polygon().outer()) {
+    look(vertex);
   }
   return right == 0 ? std::optional(Side::LEFT) : left == 0 ? std::optional(Side::RIGHT) : std::nullopt;
 }
@@ -136,12 +138,14 @@ bool PlainLineCounter::takeSide(const std::optional<Side>& side, bool isFirst, P
   return isCrossing;
 }
 
-CrossingExplanation PlainLineCounter::explain(const std::string& line, std::int32_t id) const {
+CrossingExplanation PlainLineCounter::explain(const std::string& name, std::int32_t id) const {
+  const auto line = std::find_if(lines_.begin(), lines_.end(),
+                                 [&](const Line& candidate) { return candidate.name == name; });
   const auto track = tracks_.find(id);
   if (track == tracks_.end()) {
     return {CrossingVerdict::NotSeen, std::nullopt, std::nullopt};
   }
-  const Passage& passage = track->second.passages.at(line);
+  const Passage& passage = track->second.passages.at(static_cast<std::size_t>(line - lines_.begin()));
   return {passage.verdict, passage.side, passage.lastCrossing};
 }
 

@@ -20,7 +20,7 @@ class PlainLineCounter {
                    const LineCounterOptions& options);
 
   std::vector<Crossing> update(Stamp stamp, const std::vector<TrackedObject>& objects);
-  CrossingExplanation explain(const std::string& line, std::int32_t id) const;
+  CrossingExplanation explain(const std::string& name, std::int32_t id) const;
 
  private:
   using Side = detection::CounterLineDirectionType;
@@ -44,7 +44,7 @@ class PlainLineCounter {
   };
   struct Track {
     Instant last;
-    std::map<std::string, Passage> passages;
+    std::vector<Passage> passages;  // one for each line
   };
 
   void follow(const TrackedObject& object, const Instant& now, std::vector<Crossing>& crossings);
