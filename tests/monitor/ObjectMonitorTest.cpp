@@ -107,6 +107,23 @@ TEST(ObjectsInZones, AcrossTheBorderOfASectorCounts) {
   EXPECT_EQ(zonesOf(detectorWith(sector), box(1, 22, 0)), 0U);
 }
 
+TEST(ObjectsInZones, ASectorDecidesItsBorderItselfEvenWhereItsBoundsAreRounded) {
+  int found = 0;
+  for (int i = 1; i < 1'000; ++i) {
+    const double origin = 0.1 * i;
+    const double radius = 0.37 * i;
+    const auto disc = std::make_shared<Sector>("S", -4.0, -4.0, radius, Point(origin, 0.0));
+    const double beyond = std::nextafter(origin - radius, -1e9);
+    if (disc->within(Point(beyond, 0.0))) {
+      EXPECT_EQ(zonesOf(detectorWith(disc), {1, core::State(beyond, 0.0, 0.0, 0.0, 0.0), 0, 1, ""}),
+                inGateBit)
+          << i;
+      ++found;
+    }
+  }
+  EXPECT_GT(found, 10);
+}
+
 TEST(ObjectsInZones, ASectorKeepsItsOrigin) {
   const auto sector = std::make_shared<Sector>("S", -1.0, 1.0, 20.0, Point(100.0, 0.0));
   EXPECT_EQ(zonesOf(detectorWith(sector), box(1, 110, 0)), inGateBit);
