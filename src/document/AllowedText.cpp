@@ -1,3 +1,4 @@
+#include "detector/Limits.h"
 #include "document/KeyTable.h"
 #include "text/Number.h"
 
@@ -68,7 +69,9 @@ std::string allowedEntry(const Key& key) {
   if (!key.words.empty()) {
     return enumerated(key.words, "or");
   }
-  return key.isName ? "a text of 1 to 18 bytes" : "a text";
+  return key.isName
+             ? "a text of 1 to " + std::to_string(orvantis::filter::detection::maxNameLength) + " bytes"
+             : "a text";
 }
 
 }  // namespace orvantis::toolkit

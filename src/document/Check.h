@@ -5,13 +5,14 @@
 #include <string_view>
 #include <vector>
 
+#include "detector/Limits.h"
 #include "document/Configuration.h"
 #include "document/Finding.h"
 
 namespace orvantis::toolkit {
 
 /// The library refuses documents of so many bytes, and larger ones, so no more need be read.
-constexpr std::size_t documentSizeLimit = 102400;
+using filter::detection::documentSizeLimit;
 
 /// What there is to say about the text of a zone document, and what it holds.
 struct CheckedDocument {

@@ -7,6 +7,7 @@
 #include <boost/json/array.hpp>
 #include <boost/json/parse.hpp>
 
+#include "detector/Limits.h"
 #include "document/KeyTable.h"
 #include "text/LowerCase.h"
 
@@ -63,7 +64,7 @@ object textSchema(const Key& key) {
   }
   if (key.isName) {
     result["minLength"] = 1;
-    result["maxLength"] = 18;
+    result["maxLength"] = orvantis::filter::detection::maxNameLength;
   }
   if (key.name == "id") {
     result["pattern"] = "^[0-9A-Fa-f]{8}(-[0-9A-Fa-f]{4}){3}-[0-9A-Fa-f]{12}$";

@@ -4,6 +4,7 @@
 
 #include <filter/detection/ZoneDetector.h>
 
+#include "detector/Limits.h"
 #include "document/Spelling.h"
 #include "document/checks/Values.h"
 #include "text/LowerCase.h"
@@ -49,8 +50,9 @@ class ValueCheck {
       add(FindingKind::UnquotedText, node_.text + " is read as a text; write " + quoted(node_.text));
     }
     if (key_.isName && !ZoneDetector::validateZoneNameLength(node_.text)) {
-      add(FindingKind::NameLength,
-          "the name has " + counted(node_.text.size(), "byte") + "; 1 to 18 are allowed");
+      add(FindingKind::NameLength, "the name has " + counted(node_.text.size(), "byte") + "; 1 to " +
+                                       std::to_string(orvantis::filter::detection::maxNameLength) +
+                                       " are allowed");
     }
   }
 
