@@ -53,6 +53,7 @@ void Sector::getSector(double& minAngle, double& maxAngle, double& radius) const
 }
 
 std::shared_ptr<Zone> Sector::makeCopy() const {
+  // Without the origin, which documents do not hold either; exactCopy keeps it.
   return std::make_shared<Sector>(name(), minAngle_, maxAngle_, radius_);
 }
 
@@ -95,6 +96,7 @@ bool Sector::isBetweenBearings(double dx, double dy) const {
 }
 
 bool Sector::intersects(const polygon& area) const {
+  // 16 bits: an outline with a multiple of 65536 vertices on one side counts as having none there, as ever.
   std::uint16_t inside = 0;
   std::uint16_t outside = 0;
   for (const core::PlanarPoint& vertex : area.outer()) {

@@ -78,6 +78,8 @@ void Zone3dTarsel::save(SettingsManager& settings, int index) {
   if (!specificSensors_.empty()) {
     settings.pathPush("Sensors");
     for (const std::string& sensor : specificSensors_) {
+      // Added, not put: put would write every name over the first one. Over an element that is there already
+      // the names come to those it lists.
       settings.add("lidar", sensor);
     }
     settings.pathPop();
