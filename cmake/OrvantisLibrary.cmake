@@ -3,7 +3,11 @@
 # A shared library of the package: versioned, exporting only what carries ORVANTIS_API, installed under orvantis::<name>.
 function(orvantis_add_library target)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "EXPORT_NAME" "SOURCES")
-  add_library(${target} SHARED ${arg_SOURCES})
+  set(kind SHARED)
+  if(EMSCRIPTEN)
+    set(kind STATIC) # a page loads one module
+  endif()
+  add_library(${target} ${kind} ${arg_SOURCES})
   add_library(orvantis::${arg_EXPORT_NAME} ALIAS ${target})
   set_target_properties(
     ${target}
@@ -18,8 +22,10 @@ function(orvantis_add_library target)
   target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/src)
   target_compile_features(${target} PUBLIC cxx_std_17)
   target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:orvantis_warnings>)
-  target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map)
-  if(NOT ORVANTIS_SANITIZE AND NOT ORVANTIS_FUZZ)
+  if(kind STREQUAL "SHARED")
+    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map)
+  endif()
+  if(kind STREQUAL "SHARED" AND NOT ORVANTIS_SANITIZE AND NOT ORVANTIS_FUZZ)
     # A layer that reaches for a symbol it does not link to fails here and not at the user's.
     target_link_options(${target} PRIVATE -Wl,--no-undefined)
   endif()

@@ -1,0 +1,2 @@
+add_library(hwy::hwy INTERFACE IMPORTED)
+target_include_directories(hwy::hwy SYSTEM INTERFACE ${ORVANTIS_WASM_HEADERS})
