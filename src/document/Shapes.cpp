@@ -4,6 +4,8 @@
 
 #include <filter/detection/Polygon.h>
 
+#include "trigonometry/Length.h"
+
 namespace orvantis::toolkit {
 
 using filter::detection::Point;
@@ -42,7 +44,7 @@ Point directionOf(const filter::detection::CounterLine& line) {
   const auto& points = line.getPoints();
   const double dx = points[1].x() - points[0].x();
   const double dy = points[1].y() - points[0].y();
-  const double length = std::hypot(dx, dy);
+  const double length = trigonometry::length(dx, dy);
   return length > 0.0 ? Point(dx / length, dy / length) : Point(0.0, 0.0);
 }
 

@@ -5,6 +5,7 @@
 #include <filter/detection/Sector.h>
 
 #include "document/Shapes.h"
+#include "trigonometry/Trigonometry.h"
 
 namespace orvantis::toolkit {
 namespace {
@@ -23,7 +24,7 @@ std::vector<Point> outlineOf(const Sector& sector) {
   }
   for (int i = 0; i < (isDisc ? steps : steps + 1); ++i) {
     const double angle = arc.from + arc.opening * i / steps;
-    ring.emplace_back(arc.radius * std::cos(angle), arc.radius * std::sin(angle));
+    ring.emplace_back(arc.radius * trigonometry::cosine(angle), arc.radius * trigonometry::sine(angle));
   }
   return ring;
 }

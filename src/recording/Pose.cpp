@@ -7,6 +7,7 @@
 #include "recording/FieldCursor.h"
 #include "recording/Quoted.h"
 #include "text/Number.h"
+#include "trigonometry/Trigonometry.h"
 
 namespace orvantis::toolkit {
 namespace {
@@ -29,7 +30,7 @@ Turn turnOf(double degrees) {
   if (std::fabs(rest) == 180.0) {
     return {0.0, -1.0};
   }
-  return {std::sin(rest * radiansOfDegree), std::cos(rest * radiansOfDegree)};
+  return {trigonometry::sine(rest * radiansOfDegree), trigonometry::cosine(rest * radiansOfDegree)};
 }
 
 }  // namespace
@@ -67,11 +68,11 @@ double Pose::heading(double heading) const noexcept {
   if (isLevel_) {
     return heading + yaw_;  // the same box for a sensor that is only moved
   }
-  const double along = std::cos(heading);
-  const double across = std::sin(heading);
+  const double along = trigonometry::cosine(heading);
+  const double across = trigonometry::sine(heading);
   const double x = turned(0, along, across, 0.0);
   const double y = turned(1, along, across, 0.0);
-  return x == 0.0 && y == 0.0 ? 0.0 : std::atan2(y, x);
+  return x == 0.0 && y == 0.0 ? 0.0 : trigonometry::bearing(y, x);
 }
 
 }  // namespace orvantis::toolkit

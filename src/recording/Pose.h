@@ -7,7 +7,8 @@ namespace orvantis::toolkit {
 
 /// Where a sensor is, and how it is turned, in the frame of its site: what it measures, turned and then
 /// moved, is in that frame. Turned by roll about x, then by pitch about y, then by yaw about z, all of them
-/// axes of the site, counterclockwise when looked at against the axis.
+/// axes of the site, counterclockwise when looked at against the axis. Points and headings move to the same
+/// bits on every machine.
 class Pose {
  public:
   /// No turn and no move.

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "drawing/Outline.h"
+#include "trigonometry/Length.h"
 
 namespace orvantis::toolkit {
 namespace {
@@ -41,7 +42,8 @@ class Surroundings {
 
   // How far the point is off the box; no shape is nearer.
   double boxDistance(const Coordinates& p) const {
-    return std::hypot(std::max({left_ - p.x, 0.0, p.x - right_}), std::max({bottom_ - p.y, 0.0, p.y - top_}));
+    return trigonometry::length(std::max({left_ - p.x, 0.0, p.x - right_}),
+                                std::max({bottom_ - p.y, 0.0, p.y - top_}));
   }
 
   double distance(const Coordinates& p) const {
@@ -59,7 +61,7 @@ class Surroundings {
     const double length = dx * dx + dy * dy;
     const double along = length > 0.0 ? ((p.x - from.x()) * dx + (p.y - from.y()) * dy) / length : 0.0;
     const double share = std::clamp(along, 0.0, 1.0);
-    return std::hypot(p.x - from.x() - share * dx, p.y - from.y() - share * dy);
+    return trigonometry::length(p.x - from.x() - share * dx, p.y - from.y() - share * dy);
   }
 
   const Zone& shape_;

@@ -12,10 +12,10 @@ set(may_use_counter planar text)
 set(may_use_classify zones) # headers only: the libraries hide what is inside them
 set(may_use_monitor zones trigonometry)
 set(may_use_files text)
-set(may_use_document text detector) # of the detector the header of limits
-set(may_use_drawing document text)
-set(may_use_recording text files)
-set(may_use_session drawing document text)
+set(may_use_document text trigonometry detector) # of the detector the header of limits
+set(may_use_drawing document text trigonometry)
+set(may_use_recording text files trigonometry)
+set(may_use_session drawing document text trigonometry)
 
 # Public headers that a folder must not know, as it stands below them.
 set(no_detector "filter/detection/ZoneDetector.h|filter/classify/|filter/monitor/")

@@ -52,6 +52,16 @@ TEST(Pose, TurnsByRollThenPitchThenYawThenMoves) {
   EXPECT_EQ(Pose(0, 0, 0, 90, 90, 0)(0, 1, 0), (Point{1, 0, 0}));
 }
 
+// The sine of this angle is rounded up; libraries differ in that bit.
+TEST(Pose, TurnsToTheSameBitsOnEveryMachine) {
+  const Point turned = Pose(0, 0, 0, 0, 0, 2.1535)(1, 0, 0);
+  EXPECT_EQ(turned[0], 0x1.ffa36dea3218cp-1);
+  EXPECT_EQ(turned[1], 0x1.33d44bd0da6a1p-5);
+  // The bearing of the cosine and sine of 0.16, rounded down.
+  EXPECT_EQ(Pose(0, 0, 0, 360, 0.0, 0).heading(0.16), 0.16);
+  EXPECT_EQ(Pose(0, 0, 0, 180, 0, 0).heading(0.16), -0x1.47ae147ae147bp-3);
+}
+
 TEST(Pose, AgreesWithAnotherLibrary) {
   std::mt19937 random(12);
   std::uniform_real_distribution<double> metres(-50, 50);

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace orvantis::trigonometry {
+
+/// The length of the vector (x, y), at most one unit of the last place off, and the same on every machine: C
+/// libraries differ in the last bit of theirs. Infinite when a coordinate is, else NaN when one is.
+inline double length(double x, double y) {
+  // Where squares are neither lost nor too large.
+  constexpr double least = 0x1p-900;
+  constexpr double most = 0x1p+1000;
+  const double squares = x * x + y * y;
+  if (squares >= least && squares <= most) {
+    return std::sqrt(squares);
+  }
+  if (std::isinf(x) || std::isinf(y)) {
+    return std::numeric_limits<double>::infinity();
+  }
+  const double larger = std::max(std::fabs(x), std::fabs(y));
+  if (std::isnan(squares) || larger == 0.0) {
+    return squares;
+  }
+  int exponent = 0;
+  std::frexp(larger, &exponent);
+  x = std::ldexp(x, -exponent);
+  y = std::ldexp(y, -exponent);
+  return std::ldexp(std::sqrt(x * x + y * y), exponent);
+}
+
+}  // namespace orvantis::trigonometry
