@@ -1,5 +1,3 @@
-#include <cmath>
-#include <cstring>
 #include <stdexcept>
 #include <utility>
 
@@ -7,12 +5,14 @@
 
 #include "monitor/Stamps.h"
 #include "monitor/ZoneTable.h"
+#include "monitor/ZoneTally.h"
 
 namespace orvantis::filter::monitor {
 namespace {
 
 using detection::ZoneDetector;
 
+using classify::ZoneCounts;
 using Level = PointFrame::Level;
 
 int checkedField(int field) {
@@ -31,18 +31,13 @@ Level opposite(Level level) {
   return level == Level::HIGH ? Level::LOW : Level::HIGH;
 }
 
-// Whether the point is finite. Others are no returns, even where a shape holds them: a whole disc holds a
-// NaN.
-template <typename Real>
-bool isReturn(const classify::PointsView<Real>& points, std::size_t point) {
-  for (const void* const values : {points.x, points.y, points.z}) {
-    Real value;
-    std::memcpy(&value, static_cast<const unsigned char*>(values) + point * points.stride, sizeof(Real));
-    if (!std::isfinite(value)) {
-      return false;
-    }
+ZoneCounts& operator+=(ZoneCounts& sum, const ZoneCounts& counts) {
+  for (std::size_t slot = 0; slot < NUM_ZONE_SLOTS; ++slot) {
+    sum.inside[slot] += counts.inside[slot];
   }
-  return true;
+  sum.excluded += counts.excluded;
+  sum.noReturns += counts.noReturns;
+  return sum;
 }
 
 }  // namespace
@@ -75,18 +70,26 @@ void ZoneMonitor::setActiveField(int field) {
 }
 
 PointFrame ZoneMonitor::update(Stamp stamp, const classify::PointsView<float>& points) {
-  return updateWith(stamp, points);
+  requireLater(stamp, lastStamp_);
+  return follow(stamp, classifier_.count(points));
 }
 
 PointFrame ZoneMonitor::update(Stamp stamp, const classify::PointsView<double>& points) {
-  return updateWith(stamp, points);
+  requireLater(stamp, lastStamp_);
+  return follow(stamp, classifier_.count(points));
 }
 
-template <typename Real>
-PointFrame ZoneMonitor::updateWith(Stamp stamp, const classify::PointsView<Real>& points) {
+PointFrame ZoneMonitor::update(Stamp stamp, const std::vector<SensorPoints>& sensors) {
   requireLater(stamp, lastStamp_);
-  const classify::ZoneCounts counted = classifier_.count(points);
+  ZoneCounts counted;
+  for (const auto& [sensor, points] : sensors) {
+    counted += count(classifier_, points, table_->zonesThatCount(sensor));
+  }
+  return follow(stamp, counted);
+}
 
+// What a later frame came to.
+PointFrame ZoneMonitor::follow(Stamp stamp, const ZoneCounts& counted) {
   PointFrame frame;
   frame.stamp = stamp;
   frame.counts = counted.inside;
@@ -123,57 +126,42 @@ PointFrame ZoneMonitor::updateWith(Stamp stamp, const classify::PointsView<Real>
 }
 
 std::vector<ZoneExplanation> ZoneMonitor::explain(const classify::PointsView<float>& points) const {
-  return explainWith(points);
+  ZoneTallies tallies;
+  tally(classifier_, points, allZones, tallies);
+  return explanationsOf(tallies);
 }
 
 std::vector<ZoneExplanation> ZoneMonitor::explain(const classify::PointsView<double>& points) const {
-  return explainWith(points);
+  ZoneTallies tallies;
+  tally(classifier_, points, allZones, tallies);
+  return explanationsOf(tallies);
 }
 
-template <typename Real>
-std::vector<ZoneExplanation> ZoneMonitor::explainWith(const classify::PointsView<Real>& points) const {
-  std::vector<std::uint64_t> masks(points.size);
-  classifier_.count(points, masks.data());
-
-  constexpr std::size_t maxExclusionZones = ZoneDetector::MAX_NUM_EXCLUSION_ZONES;
-  struct Tally {
-    std::uint64_t counted = 0;
-    std::uint64_t taken = 0;
-    std::array<std::uint64_t, maxExclusionZones> takenBy{};
-  };
-  std::array<Tally, NUM_ZONE_SLOTS> tallies;
-  for (std::size_t i = 0; i < points.size; ++i) {
-    if (!isReturn(points, i)) {
-      continue;
-    }
-    const std::uint64_t mask = masks[i];
-    const std::uint64_t exclusions = mask >> NUM_ZONE_SLOTS;
-    for (std::size_t slot = 0; slot < NUM_ZONE_SLOTS; ++slot) {
-      if ((mask >> slot & 1U) == 0) {
-        continue;
-      }
-      ++(exclusions == 0 ? tallies[slot].counted : tallies[slot].taken);
-      for (std::size_t k = 0; k < maxExclusionZones; ++k) {
-        tallies[slot].takenBy[k] += exclusions >> k & 1U;
-      }
-    }
+std::vector<ZoneExplanation> ZoneMonitor::explain(const std::vector<SensorPoints>& sensors) const {
+  ZoneTallies tallies;
+  for (const auto& [sensor, points] : sensors) {
+    tally(classifier_, points, table_->zonesThatCount(sensor), tallies);
   }
+  return explanationsOf(tallies);
+}
 
+std::vector<ZoneExplanation> ZoneMonitor::explanationsOf(
+    const std::array<ZoneTally, NUM_ZONE_SLOTS>& tallies) const {
   std::vector<ZoneExplanation> explanations;
   for (std::size_t slot = 0; slot < NUM_ZONE_SLOTS; ++slot) {
     if (!table_->hasZone(slot)) {
       continue;
     }
-    const Tally& tally = tallies[slot];
+    const ZoneTally& zone = tallies[slot];
     const ZoneState& state = states_[slot];
     ZoneExplanation& explanation = explanations.emplace_back();
     explanation.slot = table_->describe(slot);
-    explanation.counted = tally.counted;
+    explanation.counted = zone.counted;
     explanation.minPoints = minPoints_;
-    explanation.taken = tally.taken;
-    for (std::size_t k = 0; k < maxExclusionZones; ++k) {
-      if (tally.takenBy[k] != 0) {
-        explanation.takenBy.push_back({k, table_->exclusionZoneName(k), tally.takenBy[k]});
+    explanation.taken = zone.taken;
+    for (std::size_t k = 0; k < zone.takenBy.size(); ++k) {
+      if (zone.takenBy[k] != 0) {
+        explanation.takenBy.push_back({k, table_->exclusionZoneName(k), zone.takenBy[k]});
       }
     }
     explanation.isOccupied = state.isOccupied;

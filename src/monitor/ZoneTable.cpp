@@ -9,6 +9,7 @@
 
 #include <filter/detection/Polygon.h>
 #include <filter/detection/Sector.h>
+#include <filter/detection/Zone3dTarsel.h>
 
 #include "monitor/Bounds.h"
 #include "monitor/PolygonRing.h"
@@ -93,6 +94,7 @@ ZoneTable::ZoneTable(const ZoneDetector& detector) {
         auto shape = detection::exactCopy(*volume->getZone2d());
         auto boxContact = boxContactOf(*shape);
         const std::size_t slot = zoneSlotIndex(field, zone);
+        bind(*volume, slot);
         bounds_.set(slot, *shape, volume->getZMin(), volume->getZMax());
         entries_[slot] = Entry{volume->getName(), std::move(shape), std::move(boxContact), volume->getZMin(),
                                volume->getZMax()};
@@ -100,8 +102,35 @@ ZoneTable::ZoneTable(const ZoneDetector& detector) {
     }
   }
   for (const auto& volume : detector.getExclusionZoneVector()) {
+    if (volume) {
+      bind(*volume, NUM_ZONE_SLOTS + exclusionZoneNames_.size());
+    }
     exclusionZoneNames_.push_back(volume ? volume->getName() : std::string());
   }
+}
+
+void ZoneTable::bind(const detection::Zone3dBase& volume, std::size_t bit) {
+  constexpr std::size_t maskSize = 64;  // a classifier refuses the detector that has more
+  const auto* bound = dynamic_cast<const detection::Zone3dTarsel*>(&volume);
+  if (bound == nullptr || bit >= maskSize) {
+    return;
+  }
+  std::set<std::string> sensors = bound->getSpecificSensors();
+  if (!bound->enabled()) {
+    bindings_.push_back({ZoneBits{1} << bit, {}});
+  } else if (!sensors.empty()) {
+    bindings_.push_back({ZoneBits{1} << bit, std::move(sensors)});
+  }
+}
+
+ZoneBits ZoneTable::zonesThatCount(const std::string& sensor) const {
+  ZoneBits zones = allZones;
+  for (const Binding& binding : bindings_) {
+    if (binding.sensors.count(sensor) == 0) {
+      zones &= ~binding.zone;
+    }
+  }
+  return zones;
 }
 
 ZoneSlot ZoneTable::describe(std::size_t slot) const {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@
 
 #include "monitor/BoxContact.h"
 #include "monitor/ZoneBounds.h"
+#include "monitor/ZoneTally.h"
 
 namespace orvantis::filter::monitor {
 
@@ -30,6 +32,10 @@ class ZoneTable {
   ZoneSlot describe(std::size_t slot) const;
   /// @param k below the number of the detector's exclusion zones
   const std::string& exclusionZoneName(std::size_t k) const { return exclusionZoneNames_[k]; }
+  /// The zones that the points of a sensor count for, exclusion zones among them: those that are not bound to
+  /// other sensors. Each by its bit in the masks of the classifier; the bits of zones that are not there are
+  /// set.
+  ZoneBits zonesThatCount(const std::string& sensor) const;
   /// Whether both tables have the same zone there: type of shape, geometry and heights, bit by bit. Names do
   /// not matter. Two slots without a zone are the same.
   bool hasSameZone(std::size_t slot, const ZoneTable& other) const;
@@ -48,10 +54,19 @@ class ZoneTable {
     double zMax;
   };
 
+  // A zone that does not count the points of every sensor.
+  struct Binding {
+    ZoneBits zone;
+    std::set<std::string> sensors;  // none: it counts no points
+  };
+
+  void bind(const detection::Zone3dBase& volume, std::size_t bit);
+
   std::array<std::string, detection::ZoneDetector::NUM_EVAL_FIELDS> fieldNames_;
   std::array<std::optional<Entry>, NUM_ZONE_SLOTS> entries_;
   ZoneBounds bounds_;
   std::vector<std::string> exclusionZoneNames_;
+  std::vector<Binding> bindings_;
 };
 
 }  // namespace orvantis::filter::monitor

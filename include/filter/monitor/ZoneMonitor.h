@@ -10,6 +10,7 @@
 
 #include <filter/classify/PointClassifier.h>
 #include <filter/detection/ZoneDetector.h>
+#include <filter/monitor/SensorPoints.h>
 #include <filter/monitor/Stamp.h>
 #include <filter/monitor/ZoneSlot.h>
 #include <orvantis/Api.h>
@@ -17,6 +18,7 @@
 namespace orvantis::filter::monitor {
 
 class ZoneTable;
+struct ZoneTally;
 
 /// A zone's reported state changed.
 struct ZoneEvent {
@@ -79,6 +81,12 @@ struct ZoneExplanation {
 /// measured between stamps, in both directions alike: one frame that agrees with the reported state starts it
 /// over. An empty slot, and a zone without shape, is never occupied.
 ///
+/// Zones of a detector may be bound to sensors: a `Zone3dTarsel` in a slot, or among the exclusion zones, as
+/// the host put it there. Where frames come by sensor, such a zone counts, or takes, the points of its own
+/// sensors alone, none at all while it is not enabled, and those of every sensor when it names none. Any
+/// other zone counts the points of all. Where frames come without sensors, every zone counts every point. A
+/// detector that was copied has plain zones only.
+///
 /// All fields are followed all the time; the outputs show the active one. Memory does not grow with the
 /// number of frames. A value: copies go on independently. One thread at a time.
 class ORVANTIS_API ZoneMonitor {
@@ -95,8 +103,8 @@ class ORVANTIS_API ZoneMonitor {
   /// Goes on with another detector: its zones, options and evaluation field index.
   ///
   /// A zone keeps its state, a running debounce included, when the slot holds the same zone as before: the
-  /// same type of shape with the same geometry and heights, bit by bit. Its name may differ, and so may the
-  /// exclusion zones. Any other zone starts cleared.
+  /// same type of shape with the same geometry and heights, bit by bit. Its name and its sensors may differ,
+  /// and so may the exclusion zones. Any other zone starts cleared.
   /// @return the zones that were reported occupied and lose their state, as events at the last frame's stamp
   /// @throws as the constructor; nothing is changed then
   std::vector<ZoneEvent> reconfigure(const detection::ZoneDetector& detector);
@@ -111,11 +119,14 @@ class ORVANTIS_API ZoneMonitor {
   ///   nothing is changed then
   PointFrame update(Stamp stamp, const classify::PointsView<float>& points);
   PointFrame update(Stamp stamp, const classify::PointsView<double>& points);
+  /// The same for the points of several sensors, which make one frame; a sensor may be there more than once.
+  PointFrame update(Stamp stamp, const std::vector<SensorPoints>& sensors);
 
   /// Looks into the last frame: one entry for each zone that has a shape, in the order of the slots.
   /// @param points the same that the last `update` was given; they are not kept here
   std::vector<ZoneExplanation> explain(const classify::PointsView<float>& points) const;
   std::vector<ZoneExplanation> explain(const classify::PointsView<double>& points) const;
+  std::vector<ZoneExplanation> explain(const std::vector<SensorPoints>& sensors) const;
 
  private:
   struct ZoneState {
@@ -125,10 +136,8 @@ class ORVANTIS_API ZoneMonitor {
   };
   using ZoneStates = std::array<ZoneState, NUM_ZONE_SLOTS>;
 
-  template <typename Real>
-  PointFrame updateWith(Stamp stamp, const classify::PointsView<Real>& points);
-  template <typename Real>
-  std::vector<ZoneExplanation> explainWith(const classify::PointsView<Real>& points) const;
+  PointFrame follow(Stamp stamp, const classify::ZoneCounts& counted);
+  std::vector<ZoneExplanation> explanationsOf(const std::array<ZoneTally, NUM_ZONE_SLOTS>& tallies) const;
 
   std::shared_ptr<const ZoneTable> table_;
   classify::PointClassifier classifier_;
