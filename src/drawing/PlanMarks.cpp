@@ -1,89 +1,88 @@
 #include "drawing/PlanMarks.h"
 
-#include <array>
-#include <cstddef>
-#include <cstdint>
-#include <cstring>
-#include <string_view>
+#include <cmath>
 
-#include "drawing/Svg.h"
-#include "text/Xml.h"
+#include "drawing/Palette.h"
 
 namespace orvantis::toolkit {
 namespace {
 
-using filter::detection::Point;
+constexpr double leftSideDistance = 15.0;
 
-// FNV-1a, 64 bits.
-class Hash {
- public:
-  void add(std::string_view bytes) {
-    for (const char c : bytes) {
-      value_ = (value_ ^ static_cast<unsigned char>(c)) * 0x100000001B3U;
-    }
-    value_ = (value_ ^ 0x100U) * 0x100000001B3U;  // what one text ends with is not what the next begins with
-  }
-  void add(const Point& p) {
-    for (const double value : {p.x(), p.y()}) {
-      std::array<char, sizeof(double)> bytes{};
-      std::memcpy(bytes.data(), &value, sizeof(double));
-      add(std::string_view(bytes.data(), bytes.size()));
-    }
-  }
-  std::string text() const {
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string text;
-    for (unsigned shift = 0; shift < 32U; shift += 4U) {
-      text += digits[(value_ >> shift) & 0xFU];
-    }
-    return text;
-  }
-
- private:
-  std::uint64_t value_ = 0xCBF29CE484222325U;
-};
+SvgElement leftSideMark(const Pixel& middle, const Pixel& mark) {
+  SvgElement group("g");
+  group.set("stroke", palette::counterLine)
+      .add(path("M" + at(middle) + "L" + at(mark)).set("stroke-width", 1.4))
+      .add(circle(mark, 7.5).set("fill", palette::paper).set("stroke-width", 1.3))
+      .add(words({mark.x, mark.y + 3.6}, "L")
+               .set("font-size", 10)
+               .set("font-weight", "bold")
+               .set("fill", palette::counterLine)
+               .set("stroke", "none")
+               .set("text-anchor", "middle"));
+  return group;
+}
 
 }  // namespace
 
-std::string crossingMark(const Pixel& p, const std::string& title, bool isSmall) {
+SvgElement crossingMark(const Pixel& p, std::string_view title, bool isSmall) {
   const std::string size = isSmall ? "2.2" : "6";
-  const std::string hover = title.empty() ? "" : "<title>" + xmlEscaped(title) + "</title>";
-  return "<path d=\"M" + px(p.x) + " " + px(p.y - (isSmall ? 2.2 : 6.0)) + "l" + size + " " + size + "l-" +
-         size + " " + size + "l-" + size + " -" + size + "z\" fill=\"#ffd43b\" stroke=\"" +
-         std::string(lineColour) + "\" stroke-width=\"" + (isSmall ? "0.7" : "1.6") + "\">" + hover +
-         "</path>";
+  const std::string diamond = "M" + at({p.x, p.y - (isSmall ? 2.2 : 6.0)}) + "l" + size + " " + size + "l-" +
+                              size + " " + size + "l-" + size + " -" + size + "z";
+  return path(diamond)
+      .set("fill", palette::crossing)
+      .set("stroke", palette::counterLine)
+      .set("stroke-width", isSmall ? 0.7 : 1.6)
+      .addTitle(title);
 }
 
-std::string originMark(const Pixel& p) {
-  return "<path d=\"M" + at({p.x - 7.0, p.y}) + "h14M" + at({p.x, p.y - 7.0}) + "v14\" stroke=\"" +
-         std::string(ink) + "\" stroke-width=\"1.6\"/><circle cx=\"" + px(p.x) + "\" cy=\"" + px(p.y) +
-         "\" r=\"3.6\" fill=\"#ffffff\" stroke=\"" + std::string(ink) + "\" stroke-width=\"1.6\"/>\n";
+SvgElement originMark(const Pixel& p) {
+  SvgElement group("g");
+  group.set("stroke", palette::ink)
+      .set("stroke-width", 1.6)
+      .add(path("M" + at({p.x - 7.0, p.y}) + "h14M" + at({p.x, p.y - 7.0}) + "v14"))
+      .add(circle(p, 3.6).set("fill", palette::paper));
+  return group;
 }
 
-std::string idPrefixOf(const PlanContent& content) {
-  Hash hash;
-  hash.add(content.title);
-  for (const PlanContent::Area& area : content.areas) {
-    hash.add(area.name);
-    for (const Point& p : area.ring) {
-      hash.add(p);
-    }
+SvgElement counterLineMark(const Pixel& from, const Pixel& to, const std::string& ids) {
+  SvgElement group("g");
+  group
+      .add(path("M" + at(from) + "L" + at(to))
+               .set("stroke", palette::counterLine)
+               .set("stroke-width", 2.6)
+               .set("fill", "none")
+               .set("marker-end", "url(#" + ids + "arrow)"))
+      .add(circle(from, 3.4).set("fill", palette::counterLine));
+  if (from.x != to.x || from.y != to.y) {
+    const Pixel middle{(from.x + to.x) / 2.0, (from.y + to.y) / 2.0};
+    group.add(leftSideMark(middle, leftSideOf(from, to)));
   }
-  for (const PlanContent::Line& line : content.lines) {
-    hash.add(line.first);
-    hash.add(line.second);
+  return group;
+}
+
+Pixel leftSideOf(const Pixel& from, const Pixel& to) {
+  const double length = std::hypot(to.x - from.x, to.y - from.y);
+  if (length == 0.0) {
+    return to;
   }
-  for (const PlanContent::Track& track : content.tracks) {
-    hash.add(track.className);
-    for (const Point& p : track.path) {
-      hash.add(p);
-    }
-  }
-  if (content.extent) {
-    hash.add(Point(content.extent->left, content.extent->bottom));
-    hash.add(Point(content.extent->right, content.extent->top));
-  }
-  return "p" + hash.text() + "-";
+  // To the left as seen along the line; pixels run down, so the plane's left turn is a right turn here.
+  const Pixel left{(to.y - from.y) / length, -(to.x - from.x) / length};
+  return {(from.x + to.x) / 2.0 + leftSideDistance * left.x,
+          (from.y + to.y) / 2.0 + leftSideDistance * left.y};
+}
+
+SvgElement arrowHead(const std::string& id, std::string_view colour, double size) {
+  return SvgElement("marker")
+      .set("id", id)
+      .set("viewBox", "0 0 10 10")
+      .set("refX", 8)
+      .set("refY", 5)
+      .set("markerWidth", size)
+      .set("markerHeight", size)
+      .set("markerUnits", "userSpaceOnUse")
+      .set("orient", "auto")
+      .add(path("M0 0L10 5L0 10z").set("fill", colour));
 }
 
 }  // namespace orvantis::toolkit

@@ -1,20 +1,25 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "drawing/LabelPlacer.h"
-#include "drawing/SvgPlan.h"
+#include "drawing/SvgElement.h"
 
 namespace orvantis::toolkit {
 
 /// Where a crossing was counted. @param isSmall one of very many
-std::string crossingMark(const Pixel& at, const std::string& title, bool isSmall);
+SvgElement crossingMark(const Pixel& at, std::string_view title, bool isSmall);
 
 /// The origin of the plane, where the sensor often is.
-std::string originMark(const Pixel& at);
+SvgElement originMark(const Pixel& at);
 
-/// Begins the ids of a picture: the same for the same picture, another for any other, so that several can
-/// stand in one page.
-std::string idPrefixOf(const PlanContent& content);
+/// A segment with an arrow head at its second end and an L on its left side.
+SvgElement counterLineMark(const Pixel& from, const Pixel& to, const std::string& ids);
+/// The place of that L; the second end for a segment without length, which has none.
+Pixel leftSideOf(const Pixel& from, const Pixel& to);
+
+/// An arrow head for ends of lines, to be defined once in a picture.
+SvgElement arrowHead(const std::string& id, std::string_view colour, double size);
 
 }  // namespace orvantis::toolkit

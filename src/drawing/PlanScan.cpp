@@ -5,9 +5,11 @@
 #include <cmath>
 #include <cstddef>
 #include <map>
+#include <string>
+#include <string_view>
 #include <utility>
 
-#include "drawing/Svg.h"
+#include "drawing/Palette.h"
 #include "text/Number.h"
 
 namespace orvantis::toolkit {
@@ -51,25 +53,28 @@ Raster rasterOf(const std::vector<Dot>& dots, const Viewport& view, bool counted
   }
 }
 
-// Short strokes of one path, each from the one before.
+// Short strokes of one path, each from the one before; no path when none is chosen.
 template <typename Choice>
-std::string strokes(const Raster& raster, const PixelBox& box, std::string_view colour, double width,
-                    Choice isChosen) {
-  std::string path;
+void addStrokes(SvgElement& group, const Raster& raster, const PixelBox& box, std::string_view colour,
+                double width, Choice isChosen) {
+  std::string data;
   Cell last(0, 0);
   for (const auto& [cell, filling] : raster.cells) {
     if (isChosen(filling)) {
-      path += "m" + std::to_string(cell.second - last.second) + " " +
+      data += "m" + std::to_string(cell.second - last.second) + " " +
               std::to_string(cell.first - last.first) + "h0";
       last = cell;
     }
   }
-  if (path.empty()) {
-    return "";
+  if (!data.empty()) {
+    group.add(path("M0 0" + data)
+                  .set("transform",
+                       "translate(" + at({box.left, box.top}) + ") scale(" + toText(raster.cell, 4) + ")")
+                  .set("fill", "none")
+                  .set("stroke", colour)
+                  .set("stroke-linecap", "round")
+                  .set("stroke-width", width / raster.cell, 3));
   }
-  return "<path transform=\"translate(" + at({box.left, box.top}) + ") scale(" + toText(raster.cell, 4) +
-         ")\" d=\"M0 0" + path + "\" fill=\"none\" stroke=\"" + std::string(colour) +
-         "\" stroke-linecap=\"round\" stroke-width=\"" + toText(width / raster.cell, 3) + "\"/>\n";
 }
 
 }  // namespace
@@ -87,7 +92,7 @@ double groundOf(const std::vector<Dot>& dots) {
   return fullest == heights.end() ? 0.0 : step * static_cast<double>(fullest->first);
 }
 
-std::string drawScan(const std::vector<Dot>& dots, const Viewport& view) {
+SvgElement planScan(const std::vector<Dot>& dots, const Viewport& view) {
   const Raster raster = rasterOf(dots, view, false);
   const double ground = groundOf(dots);
   // In metres over the ground: what is below is ground, as rough as it may be; a person is above the second.
@@ -97,25 +102,26 @@ std::string drawScan(const std::vector<Dot>& dots, const Viewport& view) {
     const double height = filling.height - ground;
     return height <= roughness ? std::size_t{0} : height <= knee ? std::size_t{1} : std::size_t{2};
   };
-  constexpr std::array<std::string_view, 3> colours = {ScanColours::ground, ScanColours::low,
-                                                       ScanColours::high};
+  constexpr std::array<std::string_view, 3> colours = {palette::ground, palette::low, palette::high};
   constexpr std::array<double, 3> widths = {1.2, 1.6, 2.0};
   // Where many dots fall into one cell the stroke is wider: a wall is seen as a line.
   constexpr std::size_t dense = 4;
-  std::string body;
+  SvgElement group("g");
   for (std::size_t i = 0; i < colours.size(); ++i) {
     for (const bool isDense : {false, true}) {
-      body += strokes(
-          raster, view.box(), colours[i], widths[i] + (isDense ? 0.7 : 0.0),
+      addStrokes(
+          group, raster, view.box(), colours[i], widths[i] + (isDense ? 0.7 : 0.0),
           [&](const Filling& filling) { return band(filling) == i && (filling.count >= dense) == isDense; });
     }
   }
-  return body;
+  return group;
 }
 
-std::string drawCounted(const std::vector<Dot>& dots, const Viewport& view) {
-  return strokes(rasterOf(dots, view, true), view.box(), ScanColours::counted, 2.4,
-                 [](const Filling&) { return true; });
+SvgElement countedDots(const std::vector<Dot>& dots, const Viewport& view) {
+  SvgElement group("g");
+  addStrokes(group, rasterOf(dots, view, true), view.box(), palette::counted, 2.4,
+             [](const Filling&) { return true; });
+  return group;
 }
 
 }  // namespace orvantis::toolkit

@@ -1,59 +1,72 @@
 #include "drawing/PlanTracks.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
+#include <utility>
 
-#include "drawing/Svg.h"
-#include "text/Xml.h"
+#include "drawing/Palette.h"
+#include "drawing/PlanMarks.h"
 
 namespace orvantis::toolkit {
 namespace {
 
 constexpr std::size_t mostIds = 12;
 
-// The first is that of tracks without a class; then a colour for each class, told apart by colour-blind
-// readers.
-constexpr std::array<std::string_view, 6> colours = {"#243b53", "#00629b", "#a33b00",
-                                                     "#00735c", "#8a2d7c", "#6b5900"};
-
 bool isNear(const Pixel& a, const Pixel& b, double distance) {
   return std::hypot(a.x - b.x, a.y - b.y) < distance;
 }
 
 // Beyond the end of its track where there is room, else beside it; none in a crowd.
-std::string idText(std::int32_t id, const std::vector<Pixel>& path, std::string_view colour,
-                   std::vector<PixelBox>& taken) {
-  const Pixel& end = path.back();
-  const double length = std::hypot(end.x - path.front().x, end.y - path.front().y);
-  const Pixel ahead = length > 3.0
-                          ? Pixel{(end.x - path.front().x) / length, (end.y - path.front().y) / length}
-                          : Pixel{1.0, 0.0};
-  const std::string text = std::to_string(id);
-  const double width = 7.0 * static_cast<double>(text.size()) + 2.0;
+std::optional<PixelBox> placeOfId(const std::vector<Pixel>& sightings, double width,
+                                  const std::vector<PixelBox>& taken) {
+  const Pixel& begin = sightings.front();
+  const Pixel& end = sightings.back();
+  const double length = std::hypot(end.x - begin.x, end.y - begin.y);
+  const Pixel ahead =
+      length > 3.0 ? Pixel{(end.x - begin.x) / length, (end.y - begin.y) / length} : Pixel{1.0, 0.0};
   for (const double distance : {9.0, 21.0, 33.0, 45.0}) {
     for (const double aside : {0.0, 12.0, -12.0, 24.0, -24.0}) {
       const double along = distance + std::abs(ahead.x) * (width / 2.0 - 4.0);
-      const PixelBox box = PixelBox::around(
-          {end.x + along * ahead.x - aside * ahead.y, end.y + along * ahead.y + aside * ahead.x}, width,
-          12.0);
+      const Pixel centre{end.x + along * ahead.x - aside * ahead.y,
+                         end.y + along * ahead.y + aside * ahead.x};
+      const PixelBox box = PixelBox::around(centre, width, 12.0);
       if (std::none_of(taken.begin(), taken.end(),
                        [&box](const PixelBox& other) { return box.overlaps(other); })) {
-        const Pixel centre = box.centre();
-        taken.push_back(box);
-        return "<text x=\"" + px(centre.x) + "\" y=\"" + px(centre.y + 4.0) +
-               "\" font-size=\"11\" text-anchor=\"middle\" fill=\"" + std::string(colour) +
-               "\" stroke=\"#ffffff\" stroke-width=\"2.5\" stroke-opacity=\"0.85\" paint-order=\"stroke\">" +
-               text + "</text>\n";
+        return box;
       }
     }
   }
-  return "";
+  return std::nullopt;
+}
+
+SvgElement idText(const PixelBox& box, const std::string& id, std::string_view colour) {
+  return words({box.centre().x, box.centre().y + 4.0}, id)
+      .set("font-size", 11)
+      .set("text-anchor", "middle")
+      .set("fill", colour)
+      .set("stroke", palette::paper)
+      .set("stroke-width", 2.5)
+      .set("stroke-opacity", 0.85, 2)
+      .set("paint-order", "stroke");
+}
+
+// Sightings closer to each other than so many pixels add nothing to see.
+std::string dataOf(const std::vector<Pixel>& sightings, double distance) {
+  std::string data = "M" + at(sightings.front());
+  Pixel last = sightings.front();
+  for (const Pixel& p : sightings) {
+    if (!isNear(p, last, distance)) {
+      data += "L" + at(p);
+      last = p;
+    }
+  }
+  return data;
 }
 
 }  // namespace
 
-PlanTracks::PlanTracks(const std::vector<PlanContent::Track>& tracks) : tracks_(tracks) {
+PlanTracks::PlanTracks(const std::vector<PlanContent::Track>& tracks, std::string ids)
+    : tracks_(tracks), ids_(std::move(ids)) {
   for (const PlanContent::Track& track : tracks) {
     if (std::find(classes_.begin(), classes_.end(), track.className) == classes_.end()) {
       classes_.push_back(track.className);
@@ -65,78 +78,74 @@ bool PlanTracks::hasIds() const {
   return tracks_.size() <= mostIds;
 }
 
+// By the order in which classes first come; one colour for all of a single class.
 std::string_view PlanTracks::colourOf(const std::string& className) const {
-  if (classes_.size() <= 1) {
-    return colours[0];
+  if (classes_.size() <= 1 || className.empty()) {
+    return palette::trackWithoutClass;
   }
   const auto place = std::find(classes_.begin(), classes_.end(), className) - classes_.begin();
-  return className.empty() ? colours[0] : colours[1 + static_cast<std::size_t>(place) % (colours.size() - 1)];
+  return palette::trackClasses[static_cast<std::size_t>(place) % palette::trackClasses.size()];
 }
 
-std::string PlanTracks::markerId(std::string_view colour) const {
-  return prefix_ + "track" + std::string(colour.substr(1));
+std::string PlanTracks::arrowHeadId(std::string_view colour) const {
+  return ids_ + "track" + std::string(colour.substr(1));
 }
 
-std::string PlanTracks::markers(const std::string& prefix) const {
-  std::string text;
+std::vector<SvgElement> PlanTracks::arrowHeads() const {
+  std::vector<SvgElement> heads;
   std::vector<std::string_view> done;
-  for (const std::string& name : classes_) {
-    const std::string_view colour = colourOf(name);
+  for (const std::string& className : classes_) {
+    const std::string_view colour = colourOf(className);
     if (std::find(done.begin(), done.end(), colour) == done.end()) {
       done.push_back(colour);
-      text += "<marker id=\"" + prefix + "track" + std::string(colour.substr(1)) +
-              "\" viewBox=\"0 0 10 10\" refX=\"8\" refY=\"5\" markerWidth=\"9\" markerHeight=\"9\" "
-              "markerUnits=\"userSpaceOnUse\" orient=\"auto\"><path d=\"M0 0L10 5L0 10z\" fill=\"" +
-              std::string(colour) + "\"/></marker>\n";
+      heads.push_back(arrowHead(arrowHeadId(colour), colour, 9));
     }
   }
-  return text;
+  return heads;
 }
 
-// From a dot to an arrow head. Sightings closer to each other than a pixel add nothing to see; of an object
-// that stands still the dot is enough.
-std::string PlanTracks::pathOf(const std::vector<Pixel>& path, std::string_view colour,
+// From a dot to an arrow head; of an object that stands still the dot is enough.
+SvgElement PlanTracks::trackOf(const std::vector<Pixel>& sightings, std::string_view colour,
                                const std::string& title) const {
-  const bool stands =
-      std::all_of(path.begin(), path.end(), [&](const Pixel& p) { return isNear(p, path[0], 3.0); });
   const bool isCrowd = !hasIds();
-  const std::string hover = title.empty() ? "" : "<title>" + xmlEscaped(title) + "</title>";
-  std::string text;
-  if (!stands) {
-    std::string line = "M" + at(path.front());
-    Pixel last = path.front();
-    for (const Pixel& p : path) {
-      if (!isNear(p, last, isCrowd ? 3.0 : 1.0)) {
-        line += "L" + at(p);
-        last = p;
-      }
+  const Pixel& first = sightings.front();
+  SvgElement group("g");
+  if (std::any_of(sightings.begin(), sightings.end(),
+                  [&first](const Pixel& p) { return !isNear(p, first, 3.0); })) {
+    SvgElement way = path(dataOf(sightings, isCrowd ? 3.0 : 1.0));
+    way.set("fill", "none").set("stroke", colour).set("stroke-width", isCrowd ? 1.0 : 1.5);
+    way.set("stroke-opacity", isCrowd ? 0.35 : 0.75, 2).set("stroke-linejoin", "round");
+    if (!isCrowd) {
+      way.set("marker-end", "url(#" + arrowHeadId(colour) + ")");
     }
-    text = "<path d=\"" + line + "\" fill=\"none\" stroke=\"" + std::string(colour) + "\" stroke-width=\"" +
-           (isCrowd ? "1" : "1.5") + "\" stroke-opacity=\"" + (isCrowd ? "0.35" : "0.75") +
-           "\" stroke-linejoin=\"round\"" +
-           (isCrowd ? "" : " marker-end=\"url(#" + markerId(colour) + ")\"") + ">" + hover + "</path>";
+    group.add(way);
   }
-  return text + "<circle cx=\"" + px(path.front().x) + "\" cy=\"" + px(path.front().y) + "\" r=\"" +
-         (isCrowd ? "1.4" : "2.4") + "\" fill=\"" + std::string(colour) + "\">" + hover + "</circle>";
+  return group.add(circle(first, isCrowd ? 1.4 : 2.4).set("fill", colour)).addTitle(title);
 }
 
-std::string PlanTracks::draw(const Viewport& view, std::vector<PixelBox>& taken) const {
-  std::string body;
+SvgElement PlanTracks::draw(const Viewport& view, std::vector<PixelBox>& taken) const {
+  SvgElement group("g");
   for (const PlanContent::Track& track : tracks_) {
     const std::string title =
         (track.className.empty() ? "track" : track.className) + " " + std::to_string(track.id);
-    body += pathOf(view.toPixels(track.path), colourOf(track.className), title) + "\n";
+    group.add(trackOf(view.toPixels(track.path), colourOf(track.className), title));
   }
-  if (hasIds()) {
-    for (const PlanContent::Track& track : tracks_) {
-      body += idText(track.id, view.toPixels(track.path), colourOf(track.className), taken);
+  if (!hasIds()) {
+    return group;
+  }
+  for (const PlanContent::Track& track : tracks_) {
+    const std::string id = std::to_string(track.id);
+    const double width = 7.0 * static_cast<double>(id.size()) + 2.0;
+    if (const auto box = placeOfId(view.toPixels(track.path), width, taken)) {
+      taken.push_back(*box);
+      group.add(idText(*box, id, colourOf(track.className)));
     }
   }
-  return body;
+  return group;
 }
 
-std::string PlanTracks::sample(const Pixel& from, const Pixel& to, std::string_view colour) const {
-  return pathOf({from, to}, colour, "");
+SvgElement PlanTracks::sample(const Pixel& from, const Pixel& to, const std::string& className) const {
+  return trackOf({from, to}, colourOf(className), "");
 }
 
 }  // namespace orvantis::toolkit

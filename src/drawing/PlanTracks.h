@@ -1,9 +1,11 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "drawing/SvgElement.h"
 #include "drawing/Viewport.h"
 
 namespace orvantis::toolkit {
@@ -11,30 +13,31 @@ namespace orvantis::toolkit {
 /// Tracks of objects on a plan: up to a dozen strong and with their ids, more of them thin and see-through.
 class PlanTracks {
  public:
-  explicit PlanTracks(const std::vector<PlanContent::Track>& tracks);
+  /// @param tracks must outlive this
+  /// @param ids begins the ids of the picture
+  PlanTracks(const std::vector<PlanContent::Track>& tracks, std::string ids);
 
-  /// The colour of a class, by the order in which classes first come; one colour for all of a single class.
-  std::string_view colourOf(const std::string& className) const;
   /// In the order in which they first come.
   const std::vector<std::string>& classes() const { return classes_; }
   bool hasIds() const;
 
   /// All tracks; the boxes of their ids are put to `taken`.
-  std::string draw(const Viewport& view, std::vector<PixelBox>& taken) const;
-  /// One for the legend. @param marker the id of its arrow head
-  std::string sample(const Pixel& from, const Pixel& to, std::string_view colour) const;
+  SvgElement draw(const Viewport& view, std::vector<PixelBox>& taken) const;
+  /// One for the legend.
+  SvgElement sample(const Pixel& from, const Pixel& to, const std::string& className) const;
 
-  /// How many different arrow heads there are: one for each class colour.
-  std::string markers(const std::string& prefix) const;
-  void setPrefix(const std::string& prefix) { prefix_ = prefix; }
+  /// The arrow heads, one for each colour, to be defined once in the picture.
+  std::vector<SvgElement> arrowHeads() const;
 
  private:
-  std::string pathOf(const std::vector<Pixel>& path, std::string_view colour, const std::string& title) const;
-  std::string markerId(std::string_view colour) const;
+  std::string_view colourOf(const std::string& className) const;
+  SvgElement trackOf(const std::vector<Pixel>& sightings, std::string_view colour,
+                     const std::string& title) const;
+  std::string arrowHeadId(std::string_view colour) const;
 
   const std::vector<PlanContent::Track>& tracks_;
+  std::string ids_;
   std::vector<std::string> classes_;
-  std::string prefix_;
 };
 
 }  // namespace orvantis::toolkit

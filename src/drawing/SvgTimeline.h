@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "drawing/SvgElement.h"
+
 namespace orvantis::toolkit {
 
 /// What happened when; times in seconds.
@@ -35,10 +37,10 @@ struct TimelineContent {
   std::vector<LineRow> lines;
 };
 
-/// A piece of an SVG document, and how high it is.
+/// A piece of a picture.
 struct SvgPiece {
-  std::string body;
-  double height = 0.0;
+  SvgElement body;
+  double height;  ///< in pixels
 };
 
 /// Draws a row for each zone and line over an axis of time; their names stand to the right of it.

@@ -77,6 +77,17 @@ std::size_t displayWidth(std::string_view text) {
   return width;
 }
 
+std::string shortened(const std::string& text, std::size_t characters) {
+  if (displayWidth(text) <= characters) {
+    return text;
+  }
+  std::size_t end = 0;
+  while (displayWidth(std::string_view(text).substr(0, end + 1)) < characters) {
+    ++end;
+  }
+  return text.substr(0, end) + "…";
+}
+
 std::string endOf(std::string_view head, std::string_view text, std::size_t columns) {
   std::string result(head);
   const std::size_t taken = displayWidth(head);

@@ -21,6 +21,9 @@ std::string printable(std::string_view raw);
 /// The columns a terminal needs for the text: its characters, not its bytes.
 std::size_t displayWidth(std::string_view text);
 
+/// At most so many characters of the text, whole ones; what is left out is shown by "…".
+std::string shortened(const std::string& text, std::size_t characters);
+
 /// The head and as much of the end of the text as fit into so many columns; what is left out is shown by "…".
 std::string endOf(std::string_view head, std::string_view text, std::size_t columns);
 
