@@ -139,37 +139,6 @@ TEST(TrackReader, AnotherHeaderIsRefused) {
   EXPECT_EQ(refusal(""), "tracks:1:1" + reason);
 }
 
-TEST(TrackReader, ABadRowIsRefusedWithLineColumnAndReason) {
-  const std::string good = header + "1,1,a,0,0,1,1,0,0,1\n";
-  const std::vector<std::pair<std::string, std::string>> rows = {
-      {"2,1,a,0,0,1,1,0,0", "17: the row has 9 columns instead of 10"},
-      {"2,1,a,0,0,1,1,0,0,1,", "21: the row has 11 columns instead of 10"},
-      {"two,1,a,0,0,1,1,0,0,1", "1: stamp is not a number: \"two\""},
-      {"nan,1,a,0,0,1,1,0,0,1", "1: stamp is not finite"},
-      {"4.6e9,1,a,0,0,1,1,0,0,1", "1: stamp is out of range: 4.6e9"},
-      {"0.9,1,a,0,0,1,1,0,0,1", "1: stamp is earlier than the one before, 1 s"},
-      {"1,1,a,0,0,1,1,0,0,1", "3: track 1 is there twice at 1 s"},
-      {"2,1.5,a,0,0,1,1,0,0,1", "3: id is not a whole number: \"1.5\""},
-      {"2,2147483648,a,0,0,1,1,0,0,1", "3: id is out of range: 2147483648"},
-      {"2,,a,0,0,1,1,0,0,1", "3: id is not a whole number: \"\""},
-      {"2,1,a,x,0,1,1,0,0,1", "7: x is not a number: \"x\""},
-      {"2,1,a, 0,0,1,1,0,0,1", "7: x is not a number: \" 0\""},
-      {"2,1,a,0,0 ,1,1,0,0,1", "9: y is not a number: \"0 \""},
-      {"2,1,a,0,inf,1,1,0,0,1", "9: y is not finite"},
-      {"2,1,a,0,1e400,1,1,0,0,1", "9: y is out of range: 1e400"},
-      {"2,1,a,0,0,-1,1,0,0,1", "11: length is below zero"},
-      {"2,1,a,0,0,1,-1,0,0,1", "13: width is below zero"},
-      {"2,1,a,0,0,1,1,h,0,1", "15: heading is not a number: \"h\""},
-      {"2,1,a,0,0,1,1,0,,1", "17: zmin is not a number: \"\""},
-      {"2,1,a,0,0,1,1,0,2,1", "19: zmax is below zmin"},
-      {"2,1,\xC3\xA9,0,0,1,1,0,0,\033[2J", "20: zmax is not a number: \"\\x1b[2J\""},
-      {std::string(5000, '1'), "1: the line is longer than 4095 bytes"},
-  };
-  for (const auto& [row, reason] : rows) {
-    EXPECT_EQ(refusal(good + row + "\n"), "tracks:3:" + reason) << row;
-  }
-}
-
 TEST(TrackReader, AFileThatCannotBeReadIsNamed) {
   const TemporaryFolder folder;
   EXPECT_THROW(openFile(folder.path("missing.csv")), Failure);
@@ -238,25 +207,6 @@ TEST(TrackReader, KittiRowsWithoutObjectAreAFrameAllTheSame) {
   ASSERT_EQ(frames.size(), 2U);
   EXPECT_TRUE(frames[0].objects.empty());
   EXPECT_EQ(frames[1].objects.size(), 2U);
-}
-
-TEST(TrackReader, ABadKittiRowIsRefusedWithLineColumnAndReason) {
-  const std::string good = "5 1 " + kittiRow + "0 0 10 0\n";
-  const std::vector<std::pair<std::string, std::string>> rows = {
-      {"6 1 " + kittiRow + "0 0 10", "45: the row has 16 columns instead of 17"},
-      {"6 1 " + kittiRow + "0 0 10 0 1 1", "52: the row has 19 columns instead of 17"},
-      {" ", "1: the row has 0 columns instead of 17"},
-      {"4 1 " + kittiRow + "0 0 10 0", "1: frame is earlier than the one before, 5"},
-      {"-1 1 " + kittiRow + "0 0 10 0", "1: frame is below zero"},
-      {"6.0 1 " + kittiRow + "0 0 10 0", "1: frame is not a whole number: \"6.0\""},
-      {"6  one " + kittiRow + "0 0 10 0", "4: track id is not a whole number: \"one\""},
-      {"5 1 " + kittiRow + "0 0 10 0", "3: track 1 is there twice at 0.5 s"},
-      {"6 1 " + kittiRow + "0 nan 10 0", "43: y is not finite"},
-      {"6 1 Car 0 1 0.9 10 20 30 40 1.5 -1 4.2 0 0 10 0", "33: width is below zero"},
-  };
-  for (const auto& [row, reason] : rows) {
-    EXPECT_EQ(refusal(good + row + "\n", TracksFormat::Kitti), "tracks:2:" + reason) << row;
-  }
 }
 
 }  // namespace
