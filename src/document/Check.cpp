@@ -26,16 +26,19 @@ Finding refusal(const std::string& reason) {
 
 }  // namespace
 
+Finding tooLarge(const std::string& what) {
+  return {FindingKind::TooLarge,
+          {},
+          "",
+          what + " is too large; give it fewer than " + std::to_string(documentSizeLimit) + " bytes",
+          ""};
+}
+
 CheckedDocument check(std::string_view text) {
   CheckedDocument result;
   result.complaint = complaintOf(text.substr(0, documentSizeLimit));
   if (text.size() >= documentSizeLimit) {
-    result.findings.push_back(
-        {FindingKind::TooLarge,
-         {},
-         "",
-         "the document is too large; give it fewer than " + std::to_string(documentSizeLimit) + " bytes",
-         ""});
+    result.findings.push_back(tooLarge("the document"));
     return result;
   }
   const LocatedDocument document = parseLocated(text);

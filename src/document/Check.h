@@ -14,6 +14,10 @@ namespace orvantis::toolkit {
 /// The library refuses documents of so many bytes, and larger ones, so no more need be read.
 using filter::detection::documentSizeLimit;
 
+/// What is said of a text that is not read because of that limit.
+/// @param what the text is, as the subject of a sentence
+Finding tooLarge(const std::string& what);
+
 /// What there is to say about the text of a zone document, and what it holds.
 struct CheckedDocument {
   std::vector<Finding> findings;               ///< in the order of the document

@@ -35,6 +35,13 @@ Configuration load(const LocatedNode& document) {
   filter::detection::CounterLines lines;
   lines.load(settings);
   configuration.lines = lines.clone();
+  for (const LocatedNode* zone : document.all("Zone3d")) {
+    Tree tree;
+    fill(tree, *zone);
+    SettingsManager one;
+    one.putChild("Zone3d", tree);
+    configuration.sensorZones.push_back(std::make_shared<filter::detection::Zone3dTarsel>(one, 0));
+  }
   return configuration;
 }
 

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include <filter/detection/CounterLine.h>
+#include <filter/detection/Zone3dTarsel.h>
 #include <filter/detection/ZoneDetector.h>
 
 namespace orvantis::toolkit {
@@ -14,6 +17,7 @@ struct LocatedNode;
 struct Configuration {
   filter::detection::ZoneDetector detector;
   std::map<std::string, filter::detection::CounterLine> lines;
+  std::vector<std::shared_ptr<filter::detection::Zone3dTarsel>> sensorZones;  ///< bound to sensors, in order
 };
 
 /// Loads a document that was checked. What it was checked as is what is loaded: its text is not read again.

@@ -284,13 +284,56 @@ Keys sensorsKeys() {
            .plural = "names"}};
 }
 
+Keys sensorListKeys() {
+  return {{.name = "sensors",
+           .type = Object,
+           .description = "The sensors of a site.",
+           .isRequired = true,
+           .isList = true,
+           .fewest = 1,
+           .many = 64,
+           .plural = "sensors",
+           .holds = ObjectKind::Sensor}};
+}
+
+Keys sensorKeys() {
+  return {
+      {.name = "name",
+       .type = Text,
+       .description = "What zones that are bound to the sensor call it.",
+       .isRequired = true},
+      {.name = "pose",
+       .type = Object,
+       .description =
+           "Where the sensor is in the frame of the zones; without it, its points are in that frame.",
+       .holds = ObjectKind::Pose},
+      {.name = "files",
+       .type = Text,
+       .description = "Its frames and recordings, or folders of them; without it, those of the command line.",
+       .isList = true,
+       .plural = "files and folders"},
+      {.name = "topic", .type = Text, .description = "Of recordings, the point clouds to take."}};
+}
+
+Keys poseKeys() {
+  const auto number = [](std::string_view name, std::string_view description, std::string_view unit) {
+    return Key{.name = name, .type = Number, .description = description, .isRequired = true, .unit = unit};
+  };
+  return {number("x", "Where it is.", "m"),
+          number("y", "Where it is.", "m"),
+          number("z", "Where it is.", "m"),
+          number("roll", "Its turn about x, which comes first.", "degrees"),
+          number("pitch", "Its turn about y.", "degrees"),
+          number("yaw", "Its turn about z.", "degrees")};
+}
+
 }  // namespace
 
 const std::vector<Key>& keysOf(ObjectKind object) {
-  static const std::array<Keys, 13> tables = {
-      documentKeys(),   detectorKeys(), fieldKeys(),   zoneKeys(),      exclusionZoneKeys(),
-      sensorZoneKeys(), sensorsKeys(),  polygonKeys(), rectangleKeys(), sectorKeys(),
-      pointKeys(),      linesKeys(),    lineKeys(),
+  static const std::array<Keys, 16> tables = {
+      documentKeys(), detectorKeys(),   fieldKeys(),     zoneKeys(),   exclusionZoneKeys(), sensorZoneKeys(),
+      sensorsKeys(),  polygonKeys(),    rectangleKeys(), sectorKeys(), pointKeys(),         linesKeys(),
+      lineKeys(),     sensorListKeys(), sensorKeys(),    poseKeys(),
   };
   return tables.at(static_cast<std::size_t>(object));
 }

@@ -10,7 +10,7 @@
 
 namespace orvantis::toolkit {
 
-/// The kinds of objects that a document is made of.
+/// The kinds of objects that a document is made of, and, the last three, a list of sensors.
 enum class ObjectKind {
   Document,
   Detector,
@@ -25,6 +25,9 @@ enum class ObjectKind {
   Point,
   Lines,
   Line,
+  SensorList,
+  Sensor,
+  Pose,
 };
 
 enum class ValueType { Text, Number, WholeNumber, Truth, Object };

@@ -18,7 +18,10 @@ bool isShape(const Key& key) {
 }
 
 // What the objects are called that hold a key which stands in the wrong place.
-std::string_view homeOf(std::string_view key) {
+std::string_view homeOf(std::string_view key, ObjectKind kind) {
+  if (kind == ObjectKind::SensorList || kind == ObjectKind::Sensor || kind == ObjectKind::Pose) {
+    return {};  // a zone document is another one
+  }
   static const std::map<ObjectKind, std::string_view> names = {
       {ObjectKind::Document, "at the top of the document"},
       {ObjectKind::Detector, "in \"ZoneDetector\""},
@@ -73,7 +76,7 @@ class KeyCheck {
  private:
   void checkUnknown(const LocatedNode& child) {
     const std::string path = pathOf(entry_, child.name);
-    const std::string_view home = homeOf(child.name);
+    const std::string_view home = homeOf(child.name, entry_.kind);
     if (const std::string_view hidden = nearest(child.name, absent_); home.empty() && !hidden.empty()) {
       meant_.insert(hidden);
       report_.add(FindingKind::MisspeltKey, child.key, path,

@@ -58,6 +58,11 @@ void checkTopic(const Entry& entry, Report& report) {
       return checkNames(entry, "CounterLine", FindingKind::RepeatedLine, report);
     case ObjectKind::Line:
       return checkLine(entry, report);
+    case ObjectKind::SensorList:
+      return checkNames(entry, "sensors", FindingKind::RepeatedKey, report);
+    case ObjectKind::Sensor:
+      return checkSensor(entry, report);
+    case ObjectKind::Pose:
     case ObjectKind::Sensors:
     case ObjectKind::Sector:
     case ObjectKind::Point:
@@ -88,6 +93,18 @@ std::vector<Finding> findingsOf(const LocatedNode& root) {
   } else {
     report.add(FindingKind::EmptyDocument, document,
                described(root) + " stands where an object with \"ZoneDetector\" belongs");
+  }
+  return std::move(report).inOrder();
+}
+
+std::vector<Finding> findingsOfSensors(const LocatedNode& root) {
+  Report report;
+  const Entry list{root, ObjectKind::SensorList, ""};
+  if (root.kind == LocatedNode::Kind::Object) {
+    checkObject(list, report);
+  } else {
+    report.add(FindingKind::WrongType, list,
+               described(root) + " stands where an object with \"sensors\" belongs");
   }
   return std::move(report).inOrder();
 }

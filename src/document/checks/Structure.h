@@ -10,5 +10,7 @@ struct LocatedNode;
 
 /// All that is wrong or doubtful in a document that is JSON, in the order of the document.
 std::vector<Finding> findingsOf(const LocatedNode& root);
+/// The same of a list of sensors.
+std::vector<Finding> findingsOfSensors(const LocatedNode& root);
 
 }  // namespace orvantis::toolkit

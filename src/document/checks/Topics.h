@@ -16,6 +16,8 @@ void checkZone(const Entry& zone, Report& report);
 void checkPolygon(const Entry& polygon, Report& report);
 void checkRectangle(const Entry& rectangle, Report& report);
 void checkLine(const Entry& line, Report& report);
+/// Its name, and whether it says where its frames come from.
+void checkSensor(const Entry& sensor, Report& report);
 
 /// Whether no two entries of the list have the same name, or the same index.
 void checkNames(const Entry& parent, std::string_view list, FindingKind kind, Report& report);
