@@ -53,6 +53,16 @@ void printSummary(const SessionSummary& summary, const Session& session, const s
   }
   console.out << '\n';
   zoneTable.print(console);
+  if (!session.sensorZoneNames().empty()) {
+    Table sensorZones({"SENSOR ZONE", ">OCCUPIED s", ">TIMES", ">PEAK POINTS"});
+    for (std::size_t i = 0; i < session.sensorZoneNames().size(); ++i) {
+      const ZoneSummary& of = summary.ofSensorZone(i);
+      sensorZones.addRow({std::to_string(i) + " " + session.sensorZoneNames()[i], toMilliseconds(of.occupied),
+                          std::to_string(of.activations), std::to_string(of.peakPoints)});
+    }
+    console.out << '\n';
+    sensorZones.print(console);
+  }
   if (!inputs.objects) {
     return;
   }

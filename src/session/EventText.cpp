@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "session/SensorZones.h"
 #include "text/StampText.h"
 
 namespace orvantis::toolkit {
@@ -49,6 +50,14 @@ void describe(Record& record, const ZoneEvent& event) {
   record.push_back({"began", "began", event.began});
 }
 
+void describe(Record& record, const SensorZoneEvent& of) {
+  const ZoneEvent& event = of.event;
+  record.push_back({"event", "event", event.isOccupied ? "occupied" : "cleared"});
+  record.push_back({"zone", "zone", std::uint64_t{sensorZoneOf(event.slot)}});
+  record.push_back({"name", "zone_name", event.slot.zoneName});
+  record.push_back({"began", "began", event.began});
+}
+
 void describe(Record& record, const OutputEvent& event) {
   record.push_back({"field", "field", std::int64_t{event.field}});
   std::vector<std::string> levels;
@@ -83,6 +92,7 @@ void describe(Record& record, const Crossing& event) {
 
 struct TypeName {
   const char* operator()(const ZoneEvent&) const { return "zone"; }
+  const char* operator()(const SensorZoneEvent&) const { return "sensorZone"; }
   const char* operator()(const OutputEvent&) const { return "outputs"; }
   const char* operator()(const ObjectEvent&) const { return "object"; }
   const char* operator()(const Crossing&) const { return "crossing"; }
@@ -92,6 +102,9 @@ struct TypeName {
 struct Pattern {
   std::string operator()(const ZoneEvent&) const {
     return R"(zone {field}/{zone} "{name}" {event}, since {began} s)";
+  }
+  std::string operator()(const SensorZoneEvent&) const {
+    return R"(sensor zone {zone} "{name}" {event}, since {began} s)";
   }
   std::string operator()(const OutputEvent&) const { return "outputs of field {field}: {levels}"; }
   std::string operator()(const ObjectEvent& event) const {

@@ -2,6 +2,8 @@
 
 #include <chrono>
 
+#include "session/SensorZones.h"
+
 namespace orvantis::toolkit {
 namespace {
 
@@ -17,21 +19,31 @@ filter::monitor::LineCounterOptions lineOptions(const SessionOptions& options) {
 
 Session::Session(const Configuration& configuration, const SessionOptions& options)
     : zones_(configuration.detector),
+      sensorZones_(options.followsSensorZones ? monitorOfSensorZones(configuration) : std::nullopt),
       objects_(configuration.detector, options.forgetAfter),
       lines_(configuration.lines, lineOptions(options)) {
+  if (sensorZones_) {
+    for (const auto& zone : configuration.sensorZones) {
+      sensorZoneNames_.push_back(zone->getName());
+    }
+  }
   if (options.activeField) {
     zones_.setActiveField(*options.activeField);
   }
 }
 
 SessionFrame Session::take(filter::monitor::Stamp stamp, const std::optional<Points>& points,
-                           const std::vector<filter::monitor::TrackedObject>* objects) {
+                           const std::vector<filter::monitor::TrackedObject>* objects,
+                           const std::vector<filter::monitor::SensorPoints>& sensors) {
   SessionFrame frame;
   frame.stamp = stamp;
   std::vector<Crossing> crossings;
   const auto begin = std::chrono::steady_clock::now();
   if (points) {
     frame.points = std::visit([&](const auto& view) { return zones_.update(stamp, view); }, *points);
+  }
+  if (sensorZones_ && !sensors.empty()) {
+    frame.sensorZones = sensorZones_->update(stamp, sensors);
   }
   if (objects != nullptr) {
     frame.objects = objects_.update(stamp, *objects);
@@ -46,6 +58,11 @@ SessionFrame Session::take(filter::monitor::Stamp stamp, const std::optional<Poi
   if (frame.points) {
     frame.pointCount = sizeOf(*points);
     frame.events.insert(frame.events.end(), frame.points->events.begin(), frame.points->events.end());
+    if (frame.sensorZones) {
+      for (const filter::monitor::ZoneEvent& event : frame.sensorZones->events) {
+        frame.events.emplace_back(SensorZoneEvent{event});
+      }
+    }
     const OutputEvent outputs{frame.points->activeField, frame.points->outputs};
     if (!lastOutputs_ || lastOutputs_->levels != outputs.levels) {
       frame.events.emplace_back(outputs);

@@ -23,14 +23,20 @@ struct OutputEvent {
   std::array<filter::monitor::PointFrame::Level, 3> levels{};
 };
 
-using Event = std::variant<filter::monitor::ZoneEvent, OutputEvent, filter::monitor::ObjectEvent,
-                           filter::monitor::Crossing>;
+/// The same as the event of any zone, of one that is bound to sensors.
+struct SensorZoneEvent {
+  filter::monitor::ZoneEvent event;  ///< its slot is that of `monitorOfSensorZones`
+};
+
+using Event = std::variant<filter::monitor::ZoneEvent, SensorZoneEvent, OutputEvent,
+                           filter::monitor::ObjectEvent, filter::monitor::Crossing>;
 
 /// What one moment of a recording came to.
 struct SessionFrame {
   filter::monitor::Stamp stamp{0};
   std::size_t pointCount = 0;  ///< no returns included
   std::optional<filter::monitor::PointFrame> points;
+  std::optional<filter::monitor::PointFrame> sensorZones;  ///< those that are bound to sensors
   std::optional<filter::monitor::ObjectFrame> objects;
   std::size_t objectCount = 0;
   std::vector<filter::monitor::ObjectEvent> lost;  ///< without a frame of objects: by the time alone
@@ -41,23 +47,30 @@ struct SessionFrame {
 /// Feeds a recording to the monitors of a zone document.
 class Session {
  public:
-  /// @throws std::invalid_argument, std::out_of_range as the monitors do
+  /// @throws std::invalid_argument, std::out_of_range as the monitors do; std::invalid_argument for too many
+  ///   zones that are bound to sensors
   explicit Session(const Configuration& configuration, const SessionOptions& options = {});
 
   /// Takes what there is for the next stamp; points first.
   /// @param points of a frame; none: there is no frame of points
   /// @param objects of a frame; null: there is no frame of objects
+  /// @param sensors the same points by sensor, where the zones that are bound to sensors are followed
   /// @throws std::invalid_argument as the monitors do
   SessionFrame take(filter::monitor::Stamp stamp, const std::optional<Points>& points,
-                    const std::vector<filter::monitor::TrackedObject>* objects);
+                    const std::vector<filter::monitor::TrackedObject>* objects,
+                    const std::vector<filter::monitor::SensorPoints>& sensors = {});
 
   /// What the last points came to. @param points the same that `take` was given with them
   std::vector<filter::monitor::ZoneExplanation> explainZones(const Points& points) const;
+  /// Of the zones that are bound to sensors, where they are followed.
+  const std::vector<std::string>& sensorZoneNames() const { return sensorZoneNames_; }
   const filter::monitor::ObjectMonitor& objects() const { return objects_; }
   const filter::monitor::LineCounter& lines() const { return lines_; }
 
  private:
   filter::monitor::ZoneMonitor zones_;
+  std::optional<filter::monitor::ZoneMonitor> sensorZones_;
+  std::vector<std::string> sensorZoneNames_;
   filter::monitor::ObjectMonitor objects_;
   filter::monitor::LineCounter lines_;
   std::optional<OutputEvent> lastOutputs_;

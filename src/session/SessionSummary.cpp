@@ -20,7 +20,11 @@ void SessionSummary::add(const SessionFrame& frame) {
   end_ = frame.stamp;
   taken_.add(frame.taken);
   if (frame.points) {
-    addPoints(*frame.points);
+    ++pointFrames_;
+    zones_.add(*frame.points);
+  }
+  if (frame.sensorZones) {
+    sensorZones_.add(*frame.sensorZones);
   }
   if (frame.objects) {
     addObjects(*frame.objects);
@@ -28,25 +32,24 @@ void SessionSummary::add(const SessionFrame& frame) {
   addVisits(frame.lost);
 }
 
-void SessionSummary::addPoints(const PointFrame& frame) {
-  ++pointFrames_;
+void SessionSummary::ZoneHistory::add(const PointFrame& frame) {
   for (std::size_t i = 0; i < NUM_ZONE_SLOTS; ++i) {
-    ZoneSummary& summary = zones_[i].summary;
+    ZoneSummary& summary = zones[i];
     summary.peakPoints = std::max(summary.peakPoints, frame.counts[i]);
-    if (wasOccupied_[i]) {
-      summary.occupied += frame.stamp - *lastPoints_;
+    if (wasOccupied[i]) {
+      summary.occupied += frame.stamp - *last;
     } else if (frame.isOccupied[i]) {
       ++summary.activations;
     }
   }
-  wasOccupied_ = frame.isOccupied;
-  lastPoints_ = frame.stamp;
+  wasOccupied = frame.isOccupied;
+  last = frame.stamp;
 }
 
 void SessionSummary::addObjects(const ObjectFrame& frame) {
   ++objectFrames_;
   for (std::size_t i = 0; i < NUM_ZONE_SLOTS; ++i) {
-    ZoneSummary& summary = zones_[i].summary;
+    ZoneSummary& summary = zones_.zones[i];
     summary.peakObjects = std::max<std::uint64_t>(summary.peakObjects, frame.inside[i]);
   }
   addVisits(frame.events);
@@ -54,22 +57,22 @@ void SessionSummary::addObjects(const ObjectFrame& frame) {
 
 void SessionSummary::addVisits(const std::vector<ObjectEvent>& events) {
   for (const ObjectEvent& event : events) {
-    ZoneRecord& record = zones_[zoneSlotIndex(event.slot.field, event.slot.zone)];
+    const std::size_t slot = zoneSlotIndex(event.slot.field, event.slot.zone);
     if (event.kind == ObjectEvent::Kind::Entered) {
-      ++record.summary.visits;
+      ++zones_.zones[slot].visits;
     } else {
-      record.dwells.add(event.dwell);
+      dwells_[slot].add(event.dwell);
     }
   }
 }
 
 ZoneSummary SessionSummary::of(const FieldZone& zone, const filter::monitor::ObjectMonitor& objects) const {
-  const ZoneRecord& record = zones_[zoneSlotIndex(zone.field, zone.zone)];
-  Durations dwells = record.dwells;
+  const std::size_t slot = zoneSlotIndex(zone.field, zone.zone);
+  Durations dwells = dwells_[slot];
   for (const Occupant& occupant : objects.occupants(zone.field, zone.zone)) {
     dwells.add(occupant.lastSeen - occupant.entered);
   }
-  ZoneSummary summary = record.summary;
+  ZoneSummary summary = zones_.zones[slot];
   summary.medianDwell = dwells.median();
   summary.longestDwell = dwells.longest();
   return summary;

@@ -39,6 +39,9 @@ class SessionSummary {
 
   ZoneSummary of(const FieldZone& zone, const filter::monitor::ObjectMonitor& objects) const;
 
+  /// Of a zone that is bound to sensors: nothing about objects.
+  const ZoneSummary& ofSensorZone(std::size_t zone) const { return sensorZones_.zones.at(zone); }
+
   std::uint64_t pointFrames() const { return pointFrames_; }
   std::uint64_t objectFrames() const { return objectFrames_; }
   /// The first and the last stamp; nothing if there was no frame.
@@ -48,22 +51,25 @@ class SessionSummary {
   const Durations& taken() const { return taken_; }
 
  private:
-  struct ZoneRecord {
-    ZoneSummary summary;  // without what the visits give
-    Durations dwells;
+  // What the frames of one monitor say about its zones; the records are in the order of its slots.
+  struct ZoneHistory {
+    void add(const filter::monitor::PointFrame& frame);
+
+    std::array<ZoneSummary, filter::monitor::NUM_ZONE_SLOTS> zones;
+    std::array<bool, filter::monitor::NUM_ZONE_SLOTS> wasOccupied{};
+    std::optional<filter::monitor::Stamp> last;
   };
 
-  void addPoints(const filter::monitor::PointFrame& frame);
   void addObjects(const filter::monitor::ObjectFrame& frame);
   void addVisits(const std::vector<filter::monitor::ObjectEvent>& events);
 
-  std::array<ZoneRecord, filter::monitor::NUM_ZONE_SLOTS> zones_;
+  ZoneHistory zones_;  // without what the visits give
+  ZoneHistory sensorZones_;
+  std::array<Durations, filter::monitor::NUM_ZONE_SLOTS> dwells_;
   std::uint64_t pointFrames_ = 0;
   std::uint64_t objectFrames_ = 0;
   std::optional<filter::monitor::Stamp> begin_;
   std::optional<filter::monitor::Stamp> end_;
-  std::optional<filter::monitor::Stamp> lastPoints_;
-  std::array<bool, filter::monitor::NUM_ZONE_SLOTS> wasOccupied_{};
   Durations taken_;
 };
 

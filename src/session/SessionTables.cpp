@@ -44,6 +44,10 @@ std::string SessionTables::frameHeader() const {
     const std::string slot = std::to_string(zone.field) + "_" + std::to_string(zone.zone);
     columns.insert(columns.end(), {"points_" + slot, "occupied_" + slot, "objects_" + slot});
   }
+  for (std::size_t i = 0; i < numSensorZones_; ++i) {
+    const std::string number = "sensor_zone_" + std::to_string(i);
+    columns.insert(columns.end(), {"points_" + number, "occupied_" + number});
+  }
   return csvRow(columns);
 }
 
@@ -66,6 +70,10 @@ std::string SessionTables::frameRow(const SessionFrame& frame, const std::string
     cells.push_back(frame.points ? std::to_string(frame.points->counts[slot]) : "");
     cells.emplace_back(!frame.points ? "" : frame.points->isOccupied[slot] ? "1" : "0");
     cells.push_back(frame.objects ? std::to_string(frame.objects->inside[slot]) : "");
+  }
+  for (std::size_t i = 0; i < numSensorZones_; ++i) {
+    cells.push_back(frame.sensorZones ? std::to_string(frame.sensorZones->counts[i]) : "");
+    cells.emplace_back(!frame.sensorZones ? "" : frame.sensorZones->isOccupied[i] ? "1" : "0");
   }
   return csvRow(cells);
 }
@@ -90,6 +98,11 @@ std::string SessionTables::zoneTable(const SessionSummary& summary, const Sessio
       cells.resize(cells.size() + 4);
     }
     text += csvRow(cells);
+  }
+  for (std::size_t i = 0; i < numSensorZones_; ++i) {
+    const ZoneSummary& of = summary.ofSensorZone(i);
+    text += csvRow({"", "", std::to_string(i), session.sensorZoneNames()[i], toText(of.occupied),
+                    std::to_string(of.activations), std::to_string(of.peakPoints), "", "", "", ""});
   }
   return text;
 }

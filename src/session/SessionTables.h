@@ -13,7 +13,9 @@ namespace orvantis::toolkit {
 /// A session as the text of four CSV tables; what a session has no input for is empty in them.
 class SessionTables {
  public:
-  explicit SessionTables(std::vector<FieldZone> zones) : zones_(std::move(zones)) {}
+  /// @param numSensorZones those that are bound to sensors, where they are followed
+  explicit SessionTables(std::vector<FieldZone> zones, std::size_t numSensorZones = 0)
+      : zones_(std::move(zones)), numSensorZones_(numSensorZones) {}
 
   // The first row, and the rows of a frame, each with its line end.
 
@@ -31,6 +33,7 @@ class SessionTables {
 
  private:
   std::vector<FieldZone> zones_;
+  std::size_t numSensorZones_;
 };
 
 }  // namespace orvantis::toolkit

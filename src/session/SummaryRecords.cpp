@@ -62,6 +62,15 @@ std::vector<Record> recordsOf(const SessionSummary& summary, const Session& sess
   for (const FieldZone& zone : zones) {
     records.push_back(recordOf(zone, summary.of(zone, session.objects()), inputs));
   }
+  for (std::size_t i = 0; i < session.sensorZoneNames().size(); ++i) {
+    const ZoneSummary& of = summary.ofSensorZone(i);
+    records.push_back({{"type", "", "sensorZoneSummary"},
+                       {"zone", "", std::uint64_t{i}},
+                       {"name", "", session.sensorZoneNames()[i]},
+                       {"occupied", "", of.occupied},
+                       {"activations", "", of.activations},
+                       {"peakPoints", "", of.peakPoints}});
+  }
   if (inputs.objects) {
     for (const LineTally& tally : session.lines().tallies()) {
       records.push_back(recordOf(tally));
