@@ -10,7 +10,7 @@
 #include "Program.h"
 #include "support/TemporaryFolder.h"
 
-// Frames of real sensors, where they are at hand: they lie beside the source tree and are no part of it.
+// Frames of real sensors, where they are at hand: they lie beside the source tree and do not belong to it.
 
 namespace orvantis::testing {
 namespace {

@@ -106,7 +106,7 @@ class IntegerOracle {
         p.first * (q.second - r.second) + q.first * (r.second - p.second) + r.first * (p.second - q.second);
     return area > 0 ? 1 : area < 0 ? -1 : 0;
   }
-  // A point is on a segment when the way over it is no detour: both parts point the same way.
+  // A point is on a segment when the way over it is not longer: both parts point the same way.
   static bool on(const Vertex& p, const Vertex& q, const Vertex& r) {
     const std::int64_t dot =
         (r.first - p.first) * (r.first - q.first) + (r.second - p.second) * (r.second - q.second);

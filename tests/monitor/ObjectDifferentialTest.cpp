@@ -164,7 +164,7 @@ TEST(ObjectDifference, ThereIsNoneToTheZonesThemselves) {
   EXPECT_GT(inside, 15'000U);
 }
 
-// Whether the quick way answers at all is no matter of right or wrong, but it must hardly ever pass.
+// The quick way may leave a question to the exact one without being wrong, but it must hardly ever do so.
 TEST(ObjectDifference, NearlyAllBoxesNeedNoMoreThanTheQuickWay) {
   std::mt19937_64 random(3);
   std::uniform_real_distribution<double> any(-10.0, 10.0);

@@ -81,7 +81,7 @@ TEST(ReferencePoint, ThereIsNoneWithoutAPlace) {
   EXPECT_EQ(referencePoint(ring({{0, 0}, {0, nan}, {1, 0}})), std::nullopt);
   EXPECT_EQ(referencePoint(ring({{0, 0}, {0, 1}, {-inf, 0}})), std::nullopt);
   EXPECT_EQ(referencePoint(core::State(ring({{0, 0}, {0, nan}, {1, 0}}))), std::nullopt);
-  // The centre of a box is no place when its corners are none.
+  // The centre of a box is not a place when its corners are not.
   EXPECT_EQ(referencePoint(core::State(0.0, 0.0, inf, 1.0, 0.0)), std::nullopt);
   EXPECT_EQ(referencePoint(core::State(0.0, 0.0, 1.0, 1.0, nan)), std::nullopt);
   EXPECT_EQ(referencePoint(core::State(nan, 0.0, 1.0, 1.0, 0.0)), std::nullopt);

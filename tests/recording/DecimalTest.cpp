@@ -69,7 +69,7 @@ TEST(Decimal, RangesAreThoseOfTheType) {
 }
 
 TEST(Decimal, ANumberBesideTheMiddleOfTwoFloatsIsRoundedOnce) {
-  // 1 + 2^-24 lies between two floats; as a double, what is a little more is no other number.
+  // 1 + 2^-24 lies between two floats; as a double, what is a little more is the same number.
   EXPECT_EQ(read<float>("1.000000059604644775390625"), "1");
   EXPECT_EQ(read<float>("1.0000000596046447754"), "1.0000001192092896");
   EXPECT_EQ(read<float>("1.0000000596046447753"), "1");

@@ -158,7 +158,7 @@ TEST(Nearest, BearingsAroundEveryThirtySecond) {
   }
 }
 
-// Where a bearing is below the normal doubles, y/x may be the very middle between two of them; the bearing is
+// Where a bearing is below the normal doubles, y/x may be exactly the middle between two of them; the bearing is
 // below it.
 TEST(Nearest, BearingsBelowTheNormalDoubles) {
   constexpr double least = 0x1p-1074;
