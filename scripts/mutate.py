@@ -24,6 +24,7 @@ REQUIRED_SHARE = 0.95
 TESTS = {
     "logging": ["logging_test", "settings_test", "zones_test", "detector_test", "counter_test"],
     "settings": ["settings_test", "zones_test", "detector_test", "counter_test"],
+    "trigonometry": ["trigonometry_test", "core_test", "zones_test"],
     "core": ["core_test", "counter_test", "monitor_test"],
     "planar": ["planar_test", "zones_test", "counter_test", "detector_test", "monitor_test"],
     "zones": ["zones_test", "detector_test", "classifier_index_test", "monitor_test"],
