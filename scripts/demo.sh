@@ -5,7 +5,7 @@ cd "$(dirname "$0")/.."
 source scripts/dependencies.sh
 
 install_missing_packages
-cmake --preset release >/dev/null
+cmake --preset release -DORVANTIS_BUILD_PYTHON=OFF >/dev/null
 cmake --build --preset release --target zone-detector crossing_recording
 
 command=build/release/apps/zone-detector/zone-detector

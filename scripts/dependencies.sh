@@ -9,6 +9,13 @@ packages=(
   libgtest-dev libmpfr-dev python3-jsonschema  # the tests
 )
 
+# What the Python module needs besides, and its tests; test.sh installs them.
+python_packages=(
+  python3-dev pybind11-dev python3-numpy           # the module
+  python3-pytest python3-hypothesis                # its tests
+  python3-matplotlib python3-pandas python3-shapely  # what it draws on, and what it is compared with
+)
+
 # What only check.sh, coverage.sh and mutate.sh need besides.
 development_packages=(
   clang clang-format clang-tidy libclang-rt-dev  # the other compiler, its analysis, sanitizers and fuzzer

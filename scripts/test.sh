@@ -4,6 +4,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/dependencies.sh
 
+packages+=("${python_packages[@]}")
 install_missing_packages
 cmake --preset release
 cmake --build --preset release
