@@ -1,4 +1,7 @@
 #include <memory>
+#include <stdexcept>
+#include <string>
+#include <system_error>
 
 #include <CLI/CLI.hpp>
 
@@ -8,6 +11,7 @@
 #include "OptionChecks.h"
 #include "RecordingOptions.h"
 #include "SessionOptionsParser.h"
+#include "text/StampText.h"
 
 namespace orvantis::app {
 namespace {
@@ -23,6 +27,17 @@ Runs a recording, up to a stamp if one is given. Then says, for each zone, how m
 exclusion zone took and which one, how many are inside the outline but below or above the heights, and which
 one is nearest when there is none; for a line, which tracks counted, which did not, and why.)"};
 
+/// @throws std::invalid_argument
+filter::monitor::Stamp stampOf(const std::string& word) {
+  filter::monitor::Stamp stamp{};
+  const char* const end = word.data() + word.size();
+  const auto [read, fault] = toolkit::readSeconds(word.data(), end, stamp);
+  if (fault != std::errc() || read != end) {
+    throw std::invalid_argument("must be a number of seconds, less than 4.6e9 off zero");
+  }
+  return stamp;
+}
+
 }  // namespace
 
 void addExplainCommand(CLI::App& program, Task& task) {
@@ -30,9 +45,12 @@ void addExplainCommand(CLI::App& program, Task& task) {
   CLI::App& command = addCommand(program, text);
   command.add_option("FILE", options->document, "zone document; - is the standard input")->required();
   addRecordingOptions(command, options->recording);
-  command.add_option("--at", options->at, "stamp in seconds; else the whole recording")
+  command
+      .add_option_function<std::string>(
+          "--at", [options](const std::string& word) { options->at = stampOf(word); },
+          "stamp in seconds; else the whole recording")
       ->option_text("STAMP")
-      ->check(between(-9.2e9, 9.2e9));
+      ->check(parsedBy(stampOf));
   CLI::Option* const line =
       command.add_option("--line", options->line, "counter line whose tracks are explained")
           ->option_text("NAME");

@@ -1,6 +1,5 @@
 #include "Explanation.h"
 
-#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -99,7 +98,7 @@ class Explainer {
 
 Account run(const Configuration& configuration, const ExplainOptions& options, const Console& console,
             int& exitCode) {
-  const Stamp end = options.at ? Stamp(std::llround(*options.at * 1e9L)) : Stamp::max();
+  const Stamp end = options.at.value_or(Stamp::max());
   TimeLine timeLine(options.recording);
   Progress progress(console, timeLine.cloudCount());
   Explainer explainer(configuration, options);
@@ -175,9 +174,9 @@ void print(const Account& account, const ExplainOptions& options, int minPoints,
   }
 }
 
-void require(bool isThere, const char* what, const std::optional<long double>& at) {
+void require(bool isThere, const char* what, const std::optional<Stamp>& at) {
   if (!isThere) {
-    const std::string until = at ? " at or before " + toText(Stamp(std::llround(*at * 1e9L))) + " s" : "";
+    const std::string until = at ? " at or before " + toText(*at) + " s" : "";
     throw Failure(std::string("there are no ") + what + until);
   }
 }

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include <filter/monitor/Stamp.h>
+
 #include "TimeLine.h"
 #include "session/SessionOptions.h"
 
@@ -15,9 +17,9 @@ struct ExplainOptions {
   std::string document;
   Recording recording;
   toolkit::SessionOptions session;
-  std::optional<long double> at;      ///< seconds; none: the whole recording
-  std::string line;                   ///< whose tracks are explained; empty: none
-  std::optional<std::int32_t> track;  ///< one of them; none: all
+  std::optional<filter::monitor::Stamp> at;  ///< none: the whole recording
+  std::string line;                          ///< whose tracks are explained; empty: none
+  std::optional<std::int32_t> track;         ///< one of them; none: all
   bool json = false;
 };
 

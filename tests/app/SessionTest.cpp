@@ -339,6 +339,8 @@ TEST_F(Session, WrongUsageIsRefused) {
       {"run", "site.json", "f0.xyz", "--rate", "10", "--reference"},
       {"explain", "site.json", "--at", "0"},
       {"explain", "site.json", "f0.xyz", "--at", "soon"},
+      {"explain", "site.json", "f0.xyz", "--at", "1s"},
+      {"explain", "site.json", "f0.xyz", "--at", "4.6e9"},
       {"explain", "site.json", "--at", "0", "--tracks", "tracks.csv"},
       {"explain", "site.json", "--at", "0", "--tracks", "tracks.csv", "--track", "1"},
       {"explain", "site.json", "f0.xyz", "--at", "0", "--line", "Door", "--track", "1"},
@@ -379,6 +381,17 @@ TEST_F(Session, ExplainTellsWhatCountsWhatIsTakenAndWhatIsMissing) {
   const Outcome early = runFrames("explain", {"--at", "-0.1"});
   EXPECT_EQ(early.code, 1);
   EXPECT_EQ(early.err, "zone-detector: there are no points at or before -0.1 s\n");
+}
+
+TEST_F(Session, ExplainTakesAnInstantToTheNanosecond) {
+  writeFrames({1, 2});
+  folder_.write("list", "1699999999.123456789 f0.xyz\n1699999999.123456790 f1.xyz\n");
+  const auto at = [this](const std::string& stamp) {
+    const std::string out = run({"explain", "site.json", "--stamps", "list", "--at", stamp}).out;
+    return out.substr(0, out.find('\n'));
+  };
+  EXPECT_EQ(at("1699999999.123456789"), "f0.xyz at 1699999999.123456789 s");
+  EXPECT_EQ(at("1699999999.12345679"), "f1.xyz at 1699999999.12345679 s");
 }
 
 TEST_F(Session, ExplainOfAWholeRecordingTellsTheBestFrameOfEachZone) {
