@@ -3,11 +3,16 @@ import os
 import pathlib
 import subprocess
 
+import tempfile
+
 import numpy as np
 import pytest
-from hypothesis import HealthCheck, settings
 
-import orvantis_zones as oz
+# Nothing is left where the tests are started.
+os.environ.setdefault("HYPOTHESIS_STORAGE_DIRECTORY", os.path.join(tempfile.gettempdir(), "orvantis-hypothesis"))
+from hypothesis import HealthCheck, settings  # noqa: E402
+
+import orvantis_zones as oz  # noqa: E402
 
 settings.register_profile("fixed", derandomize=True, database=None, deadline=None, print_blob=False,
                           suppress_health_check=list(HealthCheck))
