@@ -5,8 +5,8 @@
 #include <boost/geometry/geometries/polygon.hpp>
 
 /// @file
-/// The planar types that zones, counter lines and tracked objects exchange. Models only: this header brings
-/// no algorithm of Boost.Geometry, which would be slow to compile everywhere.
+/// The planar types that zones, counter lines and tracked objects exchange. This header includes only the
+/// models of Boost.Geometry: its algorithms would slow down every compilation.
 
 namespace orvantis::core {
 

@@ -7,9 +7,9 @@
 
 namespace orvantis::core {
 
-/// The footprint of a tracked object on the plan. A value: copies are independent, and one that was moved
-/// from has an empty footprint. Const calls may run concurrently. Numbers that are not finite are accepted;
-/// such a footprint bounds no region.
+/// The footprint of a tracked object on the plan. A value: copies are independent, and a state that was moved
+/// from has an empty footprint. Copies throw std::bad_alloc only, moves throw nothing. Const calls may run
+/// concurrently. Numbers that are not finite are accepted; such a footprint bounds no region.
 class ORVANTIS_API State {
  public:
   /// @param footprint either winding, closed or not; kept clockwise and closed. May be empty.
@@ -32,8 +32,7 @@ class ORVANTIS_API State {
   /// The footprint itself; the reference holds until the state is assigned to, moved from or destroyed.
   const PlanarPolygon& polygon() const noexcept { return footprint_; }
 
-  /// The centre that a box was built from, without any rounding; nothing for a footprint that was given as a
-  /// polygon.
+  /// The centre that a box was built from, not rounded; empty for a footprint that was given as a polygon.
   const std::optional<PlanarPoint>& centre() const noexcept { return centre_; }
 
  private:

@@ -29,7 +29,7 @@ class ORVANTIS_API LogStream {
   LogStream& operator=(LogStream&&) = delete;
   LogStream(const LogStream&) = delete;
   LogStream& operator=(const LogStream&) = delete;
-  /// Emits the record. A failing sink is reported by the sink, never thrown.
+  /// Emits the record. Throws nothing, whatever a sink throws.
   ~LogStream() {
     if (record_ != nullptr) {
       emit();
@@ -40,7 +40,8 @@ class ORVANTIS_API LogStream {
   std::ostream* stream() const noexcept { return stream_; }
 
   /// Writes the pieces one after another, or does not touch them when the level is off. Throws what writing a
-  /// piece of the host's own type throws; the stream itself keeps its failures to itself, std::bad_alloc too.
+  /// piece of the host's own type throws, and nothing else: the stream holds back its own failures, also
+  /// std::bad_alloc.
   template <typename... Pieces>
   void write(const Pieces&... pieces) const {
     if (stream_ != nullptr) {

@@ -5,8 +5,9 @@
 
 namespace orvantis {
 
-/// Base of everything that logs: holds one Logger, a default one at first, which copies and assignments take
-/// along, moves too. Nothing in it throws.
+/// Base of everything that logs. It holds one Logger, a default one at first, which copies, moves and
+/// assignments take over. Its own operations throw nothing. An operation of a derived class that writes a
+/// record while the record's level is on may also throw what LoggingManager::getLogger throws.
 class ORVANTIS_API LoggedComponent {
  public:
   LoggedComponent() = default;
@@ -16,7 +17,8 @@ class ORVANTIS_API LoggedComponent {
   LoggedComponent& operator=(LoggedComponent&&) = default;
   virtual ~LoggedComponent();
 
-  /// Not to be called while another thread uses the object, whatever else the object allows.
+  /// Do not call it while another thread uses the object, even if the object's other operations are safe to
+  /// call from many threads.
   virtual void setLogger(const Logger& logger);
   /// Valid as long as the object.
   virtual const Logger& getLogger() const;

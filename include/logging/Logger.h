@@ -22,8 +22,8 @@ class ORVANTIS_API Logger {
   /// A logger without a name; it writes to the same sinks as the named ones.
   Logger() noexcept;
 
-  // Each opens one record, or gives a stream that is off when its level is. When the level is off they throw
-  // nothing, else what LoggingManager::getLogger throws.
+  // Each opens one record, or gives a stream that is off when the level is off. They throw nothing when the
+  // level is off, else what LoggingManager::getLogger throws.
 
   LogStream errorStream() const { return openIfOn(LogLevel::Error); }
   LogStream warnStream() const { return openIfOn(LogLevel::Warning); }

@@ -13,9 +13,9 @@ class sink;
 
 namespace orvantis {
 
-/// The process-wide owner of loggers, level and sinks. Every operation is safe to call from many threads.
-/// Where an operation is not noexcept, it throws std::bad_alloc, or std::system_error when a mutex cannot be
-/// locked, and nothing else.
+/// The process-wide owner of loggers, level and sinks. Every operation is safe to call from many threads. An
+/// operation that is not noexcept throws std::bad_alloc, std::system_error when a mutex cannot be locked, and
+/// nothing else.
 class ORVANTIS_API LoggingManager {
  public:
   /// The one manager. It is never destroyed, so loggers may be used until the process ends.
@@ -35,7 +35,7 @@ class ORVANTIS_API LoggingManager {
   /// Adds a sink beside the default one, which writes to stderr. Shared ownership; the sink is called under a
   /// lock, one record at a time, so it must not log itself. Null is ignored.
   void addSink(std::shared_ptr<spdlog::sinks::sink> sink);
-  /// Removes a sink added before; an unknown one is ignored. No record reaches it after that.
+  /// Removes a sink that was added before; an unknown sink is ignored. No record reaches it after that.
   void removeSink(const std::shared_ptr<spdlog::sinks::sink>& sink);
 
   /// Removes the default sink, for a host whose standard error is not the place for records: the sinks that

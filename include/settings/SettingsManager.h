@@ -26,8 +26,8 @@ namespace orvantis {
 /// is the literal name of a child, dots included. Both may be texts of the store itself, such as the path
 /// text that a push returned.
 ///
-/// Where an operation does not say what it throws, that is std::bad_alloc alone. Belongs to one thread at a
-/// time. Neither copied nor moved, since the path refers into the tree.
+/// An operation that does not say what it throws throws std::bad_alloc only. Used by one thread at a time.
+/// Neither copied nor moved, since the path refers into the tree.
 class ORVANTIS_API SettingsManager : public LoggedComponent {
  public:
   using Tree = boost::property_tree::ptree;
@@ -37,7 +37,7 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
   /// Deepest nesting of a JSON document that is read or written.
   static constexpr int MAX_DEPTH = 64;
 
-  /// An empty document, with the root entered.
+  /// An empty document, with the root entered. @throws what LoggingManager::getLogger throws
   SettingsManager();
   SettingsManager(const SettingsManager&) = delete;
   SettingsManager& operator=(const SettingsManager&) = delete;
@@ -48,10 +48,13 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
   /// An array under a key becomes repeated children of that key, in order, and so do repeated keys of an
   /// object; an empty array becomes no child; an array directly inside an array, or as the whole document,
   /// becomes children with an empty key. A number keeps its text as written. A byte order mark is skipped.
-  /// @param in read to its end; when it is set to throw its failures, these are held back
+  /// @param in read to its end. When it is set to throw std::ios_base::failure, this does not leave the
+  ///   operation
   /// @return false when the format is unknown, the stream cannot be read or the text is not one JSON document
-  ///   of at most MAX_DEPTH levels; then `getLoadError` says why, with line and column, and document and path
-  ///   are unchanged.
+  ///   of at most MAX_DEPTH levels. Then `getLoadError` says why, with line and column, and document and path
+  ///   are unchanged
+  /// @throws what the stream's own buffer throws when the stream is set to let that through; document
+  ///   and path are then unchanged
   bool loadStream(std::istream& in, const std::string& format);
 
   /// Why the last `loadStream` failed; empty after a good one.
@@ -60,13 +63,14 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
   /// Writes the whole document, whatever the current path.
   ///
   /// Repeated children become an array; the lists that the documents define are arrays also with one entry.
-  /// Values put as numbers or booleans are bare, strings quoted, a number that is not finite is quoted; what
-  /// was read from JSON keeps the type it had. A subtree stored with `putChild` carries text only: its values
-  /// are written quoted.
-  /// @return false when the format is unknown, when the document could not be read again since a node holds
-  ///   both a value and children, a text is not UTF-8 or the nesting, lists included, exceeds MAX_DEPTH
-  ///   (nothing is written then), or when the stream fails.
-  /// @throws std::ios_base::failure when the stream fails and is set to throw
+  /// Values put as numbers or booleans are written without quotes, strings and numbers that are not finite
+  /// with quotes; a value that was read from JSON keeps its type. A subtree stored with `putChild` has only
+  /// texts: its values are written with quotes.
+  /// @return false when the format is unknown; when the document could not be read again, because a node
+  ///   holds both a value and children, a text is not UTF-8, or the nesting, lists included, exceeds
+  ///   MAX_DEPTH (nothing is written then); and when the stream fails
+  /// @throws std::ios_base::failure when the stream fails and is set to throw, and what the stream's own
+  ///   buffer throws when the stream is set to let that through
   bool saveStream(std::ostream& out, const std::string& format) const;
 
   /// The document's root. Valid as long as the store.
@@ -74,8 +78,8 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
 
   /// Whether the current node has a child of that name. Throws nothing.
   bool exists(const std::string& name) const;
-  /// How many children of that name the current node has. Asked again after each step of a list it costs a
-  /// look-up, not a walk, except inside a subtree that `putChild` stored.
+  /// How many children of that name the current node has. When it is called again for each entry of a list,
+  /// each call costs one look-up, except inside a subtree that `putChild` stored.
   int getChildCount(const std::string& name) const;
 
   /// Enters the first child of that name, creating an empty one when there is none (on a read too).
@@ -89,16 +93,17 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
   /// @throws std::out_of_range for any other index, std::invalid_argument for a node; the path is then
   ///   unchanged
   const std::string& pathPush(const std::string& name, int index, Tree* node);
-  /// Leaves the node entered last; at the root it changes nothing. Throws nothing.
+  /// Leaves the node that was entered last; at the root it changes nothing. Throws nothing.
   /// @return the new path text
   const std::string& pathPop();
 
   /// The first child of that name, or none. Valid until the tree changes. Throws nothing.
   boost::optional<const Tree&> getChildOptional(const std::string& name) const;
   /// Stores a copy of a subtree as the first child of that name, in place of what was there or at the end.
-  /// @return the stored node, valid until `putChild` or `loadStream` replaces it. A change made through it is
-  ///   seen by every later call, so nothing is remembered of lists inside it: walking one of n entries by
-  ///   position costs n * n / 4 short steps there. The nodes that the path has entered must not be erased.
+  /// @return the stored node, valid until `putChild` or `loadStream` replaces it. Every later call sees a
+  ///   change that the caller makes through it. For that, the store does not remember the lists inside it:
+  ///   walking one of n entries by position takes n * n / 4 short steps there. Do not erase nodes that the
+  ///   path has entered.
   Tree& putChild(const std::string& name, const Tree& child);
 
   /// Required read; T is std::string, double, int or bool (these four are built into the library).

@@ -11,8 +11,9 @@ namespace orvantis::utils {
 /// passes.
 class ORVANTIS_API SettingsPathManager {
  public:
-  /// Enters as `manager.pathPush(name, index, nullptr)` does and lets out what that throws.
+  /// Enters as `manager.pathPush(name, index, nullptr)` does.
   /// @param manager must outlive this object
+  /// @throws what `pathPush` throws
   SettingsPathManager(SettingsManager& manager, const std::string& name, int index);
   SettingsPathManager(const SettingsPathManager&) = delete;
   SettingsPathManager& operator=(const SettingsPathManager&) = delete;

@@ -12,7 +12,7 @@ using Side = detection::CounterLineDirectionType;
 
 void requireClearance(double clearance) {
   if (!(clearance >= 0.0) || !std::isfinite(clearance)) {
-    throw std::invalid_argument("The clearance must be zero or more");
+    throw std::invalid_argument("The clearance must be zero or more and finite");
   }
 }
 

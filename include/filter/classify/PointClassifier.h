@@ -14,7 +14,8 @@ class ZoneDetector;
 namespace orvantis::filter::classify {
 
 /// The coordinates of `size` points as the caller holds them: three addresses and the distance in bytes from
-/// one value to the next of the same coordinate. Nothing need be aligned; nothing is copied or owned.
+/// one value to the next of the same coordinate. The addresses may be unaligned. The view neither copies nor
+/// owns the values, so these must outlive it. Its operations throw nothing.
 template <typename Real>
 struct PointsView {
   const void* x = nullptr;
@@ -37,7 +38,7 @@ struct PointsView {
   }
 };
 
-/// What a frame holds: points per zone, and those that no zone counts.
+/// How many points of a frame each zone counts, and how many no zone counts.
 struct ZoneCounts {
   std::array<std::uint64_t, 24>
       inside{};                ///< by bit of the mask: inside the field zone and outside every exclusion zone
@@ -46,29 +47,32 @@ struct ZoneCounts {
 };
 
 /// Which zones of a detector hold each point of a frame. An immutable snapshot of the detector: cheap to
-/// copy, and safe to use from many threads at once.
+/// copy, and safe to use from many threads at once. Copies and moves throw nothing. A classifier that was
+/// moved from may only be assigned to or destroyed.
 ///
-/// The verdict of each zone is the one of `Zone3dBase::within`, the same bit for every input: on borders, and
-/// for coordinates that are not finite. A zone that is missing, or has no shape, has a zero bit for every
-/// point.
+/// The verdict of each zone is the one of `Zone3dBase::within` for every input, also on borders and for
+/// coordinates that are not finite. A zone that is missing, or has no shape, has a zero bit for every point.
 ///
 /// The plan is divided into square cells. The cell is the largest power of two that is at most 1/256 of the
 /// side of a square as large as the zones' common bounding box (0.25 m for a site of 100 m), or 1/1024 of the
-/// box's longer side where that is more, and doubled until the tables take at most 1 MiB, beside 16 bytes for
-/// each vertex: so a site of 1 km and zones of 1 cm cost time, not memory. Shapes that a host derived from
-/// `Zone`, polygons of more than 4096 vertices, and shapes with a number that is not finite or beyond 1e7 are
-/// not indexed but asked for every point at their height.
+/// box's longer side where that is more, and doubled until the tables take at most 1 MiB, not counting 16
+/// bytes for each vertex: so a site of 1 km and zones of 1 cm cost time, not memory. Three kinds of shapes
+/// are not indexed but asked for every point at their height: those that a host derived from `Zone`, polygons
+/// of more than 4096 vertices, and shapes with a number that is not finite or beyond 1e7.
 class ORVANTIS_API PointClassifier {
  public:
-  /// The bit of field zone `zone` of field `field`, and of exclusion zone number `k`.
+  /// The bit of field zone `zone` of field `field`, and of exclusion zone number `k`. The arguments are not
+  /// checked. Throws nothing.
   static constexpr int zoneBit(int field, int zone) { return 3 * field + zone; }
   static constexpr int exclusionBit(int k) { return 24 + k; }
 
   /// Copies the shapes: later edits of the detector's zones change nothing here.
-  /// @throws std::invalid_argument for a detector with more than 32 exclusion zones
+  /// @throws std::invalid_argument for a detector with more than 32 exclusion zones, and for a shape whose
+  ///   `makeCopy` gives null; std::bad_alloc; what a host's own shape throws from `makeCopy`
   explicit PointClassifier(const detection::ZoneDetector& detector);
 
-  // Allocates nothing. Ranges of one frame may be classified from several threads.
+  // These operations allocate nothing, and throw nothing but what a host's own shape throws. Several threads
+  // may classify parts of one frame at the same time.
 
   /// One mask for each point; `masks` holds `points.size` values.
   void classify(const PointsView<float>& points, std::uint64_t* masks) const;

@@ -10,7 +10,7 @@ namespace orvantis::filter::classify {
 /// The points of a frame as they lie in memory, in the precision of their source. Nothing is copied or owned.
 using Points = std::variant<PointsView<float>, PointsView<double>>;
 
-/// Their number. Throws nothing.
+/// The number of points. Throws nothing.
 inline std::size_t sizeOf(const Points& points) noexcept {
   const auto* floats = std::get_if<PointsView<float>>(&points);
   return floats != nullptr ? floats->size : std::get_if<PointsView<double>>(&points)->size;

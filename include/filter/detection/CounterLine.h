@@ -24,8 +24,8 @@ enum class CounterLineDirectionType : std::int32_t { LEFT = 0, RIGHT = 1, ON = 2
 /// A named, directed segment that objects are counted on. The order of its two points is its direction.
 ///
 /// A value: copies are independent. A line that was moved from holds no points: it reads as a line from (0,
-/// 0) to (0, 0) and meets no polygon. One thread at a time. Every test is traced. Where an operation does not
-/// say what it throws, that is std::bad_alloc alone.
+/// 0) to (0, 0) and meets no polygon. Moves throw nothing. One thread at a time. Every test is traced. An
+/// operation that does not say what it throws throws std::bad_alloc only.
 class ORVANTIS_API CounterLine : public LoggedComponent {
  public:
   using point = core::PlanarPoint;
@@ -33,15 +33,15 @@ class ORVANTIS_API CounterLine : public LoggedComponent {
 
   static const int POINTS_VECTOR_SIZE = 2;
 
-  /// No name, both points at (0, 0).
+  /// A line without a name, both points at (0, 0).
   CounterLine();
-  /// Swaps the points if that is needed for `reference` to lie on the wanted side; a reference on the line
-  /// always swaps them. Without a reference the order is kept and `given_direction` ignored.
+  /// Swaps the points if `reference` does not lie on the wanted side; so a reference on the line always swaps
+  /// them. Without a reference the order is kept and `given_direction` is ignored.
   /// @param reference may be null
-  /// @throws std::runtime_error when the wanted side is ON
+  /// @throws std::runtime_error when there is a reference and the wanted side is ON
   CounterLine(const std::string& name, const point& first, const point& second, const point* reference,
               CounterLineDirectionType given_direction);
-  /// @throws std::runtime_error also when there are not exactly two points
+  /// The same. @throws std::runtime_error also when there are not exactly two points
   CounterLine(const std::string& name, const std::vector<point>& points, const point* reference,
               CounterLineDirectionType given_direction);
   CounterLine(const CounterLine&) = default;
@@ -63,26 +63,25 @@ class ORVANTIS_API CounterLine : public LoggedComponent {
   CounterLineDirectionType direction(const point& p) const;
   CounterLineDirectionType direction(const Eigen::Matrix<float, 2, 1>& p) const;
 
-  // Polygons are read as the region that their rings bound, whatever their winding and whether or not they
-  // repeat their first vertex; one of fewer than 3 vertices, or with a coordinate that is not finite, is met
-  // by no line, and a line with such a coordinate meets no polygon.
+  // A polygon is read as the region that its rings bound, whatever their winding and whether or not they
+  // repeat their first vertex. No line meets a polygon of fewer than 3 vertices, or with a coordinate that is
+  // not finite. A line with such a coordinate meets no polygon.
 
   /// Whether the segment touches the polygon or lies in it; touching the border counts.
   bool intersects(const polygon& area) const;
-  /// Whether both end points lie strictly inside; what is between them is not looked at.
+  /// Whether both end points lie strictly inside. The part between them is not checked.
   bool within(const polygon& area) const;
-  /// The same for the object's footprint. @throws what State::getBoostPolygon throws
+  /// The same for the object's footprint.
   bool intersects(const core::State& state) const;
-  /// The same for the object's footprint. @throws what State::getBoostPolygon throws
+  /// The same for the object's footprint.
   bool within(const core::State& state) const;
 
-  /// Appends "name", "first" and "second" (each "x", "y") to the tree; what it holds already stays. A
+  /// Appends "name", "first" and "second" (each with "x" and "y") to the tree, and removes nothing from it. A
   /// coordinate that is not finite is written as text that `deserialize` refuses.
   void serialize(boost::property_tree::ptree& tree) const;
-  /// Takes name and points as they stand in the tree, without ordering.
-  /// @throws boost::property_tree::ptree_error for a missing key or one that is not a number; the name may
-  /// then
-  ///   be the new one already, the points are the old ones
+  /// Reads name and points from the tree, and keeps the order of the points.
+  /// @throws boost::property_tree::ptree_error for a missing key or one that is not a number. The points are
+  ///   then the old ones, the name may be the new one
   void deserialize(const boost::property_tree::ptree& tree);
 
  private:

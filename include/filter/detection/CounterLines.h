@@ -17,9 +17,9 @@ class SettingsManager;
 
 namespace orvantis::filter::detection {
 
-/// The counter lines of a detector by name. Every operation is safe to call from many threads, `setLogger`
-/// excepted; the settings store passed in belongs to the calling thread. Where an operation does not say what
-/// it throws, that is std::bad_alloc, or std::system_error when the mutex cannot be locked.
+/// The counter lines of a detector by name. Every operation but `setLogger` is safe to call from many
+/// threads; the settings store passed in belongs to the calling thread. Every operation may throw
+/// std::bad_alloc, and std::system_error when the mutex cannot be locked. Neither copied nor moved.
 class ORVANTIS_API CounterLines : public LoggedComponent {
  public:
   /// No lines. Throws nothing.
@@ -28,7 +28,8 @@ class ORVANTIS_API CounterLines : public LoggedComponent {
 
   /// Adds a copy of the line, or gives its points to the line of that name.
   /// @return true when it was added, false when a line of that name was updated
-  /// @throws std::runtime_error when an update has no two points; nothing is changed then
+  /// @throws std::runtime_error when a line of that name would be updated from one that was moved from, which
+  ///   has no points; nothing is changed then
   bool insert(const CounterLine& line);
   /// @return whether there was a line of that name
   bool erase(const std::string& name);
@@ -38,12 +39,13 @@ class ORVANTIS_API CounterLines : public LoggedComponent {
   std::map<std::string, CounterLine> clone() const;
   std::size_t size() const;
 
-  /// Replaces the lines by those of the child "CounterLines" at the current path; without one the lines stay.
-  /// A repeated name is a warning and the later points win. A line that cannot be read is logged as an error
-  /// and ends the list there; nothing is thrown.
+  /// Replaces the lines by those of the child "CounterLines" at the current path; without that child the
+  /// lines stay. A repeated name is logged as a warning, and its later points are kept. A line that cannot be
+  /// read is logged as an error, and those after it are not read. Throws only when that error cannot be
+  /// logged for want of memory.
   void load(SettingsManager& settings);
   /// Stores the lines in ascending order of their names as child "CounterLines" at the current path, in place
-  /// of what was there. A line with a coordinate that is not finite is one that `load` ends at.
+  /// of what was there. `load` cannot read a line with a coordinate that is not finite.
   void save(SettingsManager& settings) const;
 
  private:
@@ -55,7 +57,8 @@ class ORVANTIS_API CounterLines : public LoggedComponent {
 
 // Records for a host that counts; the library fills none of them.
 
-/// The objects counted on a line, by the side they ended up on. Each id stands once however often it crossed.
+/// The objects counted on a line, by the side they ended up on. A set has an id once, however often the
+/// object crossed.
 struct CounterLineCounts {
   std::set<std::int32_t> left;   ///< ids that crossed to the left
   std::set<std::int32_t> right;  ///< ids that crossed to the right

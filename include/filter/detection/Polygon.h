@@ -15,8 +15,8 @@ namespace orvantis::filter::detection {
 /// unchecked. Every question reads the ring as closed and as the region it bounds, whatever its winding and
 /// whether or not the first vertex is repeated at the end; only `area` keeps the sign of the winding. A ring
 /// of fewer than 3 vertices, or with a coordinate that is not finite, bounds no region: it contains, meets
-/// and overlaps nothing; the same holds for the polygon passed in. Copies are deep; a polygon that
-/// was moved from keeps its name and has no vertices.
+/// and overlaps nothing; the same holds for the polygon passed in. Copies are deep; a polygon that was moved
+/// from keeps its name and has no vertices. A move copies the name, so it may throw std::bad_alloc.
 class ORVANTIS_API Polygon : public Zone {
  public:
   static const std::string TYPE_NAME;           ///< "polygon"
@@ -25,7 +25,7 @@ class ORVANTIS_API Polygon : public Zone {
 
   /// No vertices.
   explicit Polygon(const std::string& name);
-  /// As `load` reads them. @throws what `load` throws
+  /// Reads the vertices as `load` does. @throws what `load` throws
   Polygon(const std::string& name, SettingsManager& settings);
   Polygon(const std::string& name, const std::vector<Point>& points);
   Polygon(const Polygon&) = default;
@@ -38,10 +38,10 @@ class ORVANTIS_API Polygon : public Zone {
   void getPolygon(std::vector<Point>& out) const;
 
   std::shared_ptr<Zone> makeCopy() const override;
-  /// Whether the polygon lies inside: no part of it outside, and their interiors meet. Borders may touch.
+  /// Whether the polygon lies inside: it has no part outside, and the two interiors meet. Borders may touch.
   bool within(const polygon& area) const override;
-  /// Whether the point is strictly inside; a point on an edge or a vertex is not, nor is one with a NaN
-  /// coordinate.
+  /// Whether the point is strictly inside. A point on an edge or a vertex is not, and neither is a point with
+  /// a coordinate that is not finite.
   ///
   /// Coordinates count as equal within 2^-52 of the larger one (or of 1), and a point as on an edge when
   /// their cross product is at most 2^-52 of the longest difference in it (or of 1): shapes much smaller than
@@ -52,12 +52,12 @@ class ORVANTIS_API Polygon : public Zone {
   /// Whether their interiors meet and each has a part outside the other; one inside the other does not
   /// overlap.
   bool overlaps(const polygon& area) const override;
-  /// Signed: positive for a clockwise ring (x to the right, y up), negative for a counterclockwise one. Not
-  /// finite when a coordinate is not, or when a product of two overflows.
+  /// Positive for a clockwise ring (x to the right, y up), negative for a counterclockwise one. The area is
+  /// not finite when a coordinate is not, or when a product of two overflows.
   double area() const override;
-  /// "Polygon" with one "Point" of "x" and "y" for each vertex.
+  /// Writes "Polygon" with one "Point" of "x" and "y" for each vertex.
   void save(SettingsManager& settings) const override;
-  /// Replaces the vertices. After a failed read those before the failing one are there.
+  /// Replaces the vertices. After a failed read it has the vertices before the one that failed.
   void load(SettingsManager& settings) override;
   const std::string& type() const override;
 

@@ -23,7 +23,7 @@ class ORVANTIS_API Rectangle : public Polygon {
   ///   vertices
   /// @param rotation degrees, counterclockwise
   Rectangle(const std::string& name, const std::vector<Point>& corners, double rotation);
-  /// As `load` reads it. @throws what `load` throws
+  /// Reads corners and rotation as `load` does. @throws what `load` throws
   Rectangle(const std::string& name, SettingsManager& settings);
   Rectangle(const Rectangle&) = default;
   Rectangle(Rectangle&&) = default;
@@ -36,10 +36,11 @@ class ORVANTIS_API Rectangle : public Polygon {
   void getRectangle(std::vector<Point>& corners, double& rotation) const;
 
   std::shared_ptr<Zone> makeCopy() const override;
-  /// "Rectangle" with "rotation" and two "Point" entries; the turned corners are not written.
+  /// Writes "Rectangle" with "rotation" and two "Point" entries, the corners as they were given.
   void save(SettingsManager& settings) const override;
   /// A number of "Point" entries other than two is logged as an error: the rectangle then has no vertices,
-  /// its rotation is the new one, its corners are the old ones, and the path stays inside "Rectangle".
+  /// its rotation is the new one, its corners are the old ones, and the path stays inside "Rectangle". After
+  /// a read that throws it has no vertices either, and its rotation and first corner may be the new ones.
   void load(SettingsManager& settings) override;
   const std::string& type() const override;
 

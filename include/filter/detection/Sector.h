@@ -13,8 +13,8 @@ namespace orvantis::filter::detection {
 /// Angles are stored normalised to -pi (inclusive) to pi (exclusive). Angles that differ by less than 0.0001
 /// mean the whole disc; a first bearing above the second one means the sector that runs through the -x axis.
 /// The radius is not checked: a negative one counts as its amount, and a NaN one keeps no point out. An angle
-/// that is not finite is stored as NaN; all of the disc but perhaps the other bearing is then within. Copies
-/// are deep; a sector that was moved from is as it was.
+/// that is not finite is stored as NaN; then all of the disc is within, except perhaps the other bearing.
+/// Copies are deep. A move is a copy, so a sector that was moved from is unchanged.
 class ORVANTIS_API Sector : public Zone {
  public:
   static const std::string TYPE_NAME;  ///< "sector"
@@ -22,7 +22,7 @@ class ORVANTIS_API Sector : public Zone {
   /// The origin is (0, 0).
   Sector(const std::string& name, double minAngle, double maxAngle, double radius);
   Sector(const std::string& name, double minAngle, double maxAngle, double radius, const Point& origin);
-  /// As `load` reads it, about the origin (0, 0). @throws what `load` throws
+  /// Reads angles and radius as `load` does; the origin is (0, 0). @throws what `load` throws
   Sector(const std::string& name, SettingsManager& settings);
   Sector(const Sector&) = default;
   Sector(Sector&&) = default;
@@ -37,25 +37,25 @@ class ORVANTIS_API Sector : public Zone {
 
   /// The copy's origin is (0, 0), whatever this one's is.
   std::shared_ptr<Zone> makeCopy() const override;
-  /// Whether every vertex of the outer ring is within; true for an empty ring. Edges and holes are not looked
-  /// at. This and the two below throw nothing.
+  /// Whether every vertex of the outer ring is within; true for an empty ring. Edges and holes are not
+  /// checked. This, `intersects` and `overlaps` throw nothing.
   bool within(const polygon& area) const override;
   /// The arc belongs to the sector. The two bearings belong to it, except when the sector runs through the -x
-  /// axis. The origin has bearing 0. A NaN coordinate passes the radius test and has no bearing: it is within
-  /// a whole disc and a sector through the -x axis, and in no other.
+  /// axis. The origin has bearing 0. A point with a NaN coordinate passes the radius test and has no bearing:
+  /// it is within a whole disc and within a sector through the -x axis, but not within any other.
   bool within(const Point& point) const override;
   /// Whether some vertices of the outer ring are within and some are not: the polygon straddles the border. A
-  /// polygon wholly inside does not intersect. Both are counted modulo 65536.
+  /// polygon wholly inside does not intersect. Both numbers of vertices are taken modulo 65536.
   bool intersects(const polygon& area) const override;
   /// The same as `intersects`.
   bool overlaps(const polygon& area) const override;
   /// |maxAngle - minAngle| / 2 * radius^2 of the stored angles: 0 for a whole disc, and the complementary
   /// opening for a sector that runs through the -x axis.
   double area() const override;
-  /// "Sector" with "minAngle", "maxAngle" (2 pi more for a whole disc) and "radius"; the origin is not
-  /// written.
+  /// Writes "Sector" with "minAngle", "maxAngle" (2 pi more for a whole disc) and "radius", without the
+  /// origin.
   void save(SettingsManager& settings) const override;
-  /// Keeps the origin. The angles are already stored when "radius" fails.
+  /// Keeps the origin. When reading "radius" fails, the angles are the new ones.
   void load(SettingsManager& settings) override;
   const std::string& type() const override;
 

@@ -14,18 +14,18 @@ class SettingsManager;
 
 namespace orvantis::filter::detection {
 
-/// A named planar shape. What each question means on the border is the concrete shape's and stands there.
+/// A named planar shape. Each derived class says what its answers are on its border.
 ///
 /// Polygons passed in are read as the region that their rings bound, whatever their winding and whether or
 /// not they repeat their first vertex. Used by one thread at a time; const calls may run concurrently.
 ///
-/// Where an operation of a shape does not say what it throws, that is std::bad_alloc alone.
+/// An operation of a shape that does not say what it throws throws std::bad_alloc only.
 class ORVANTIS_API Zone : public LoggedComponent {
  public:
   using polygon = core::PlanarPolygon;
 
   explicit Zone(const std::string& name);
-  // There is no move: where a shape is moved, its name and logger are copied, so it keeps its name.
+  // A zone has copies but no move: a derived shape that was moved from keeps its name and its logger.
   Zone(const Zone&) = default;
   Zone& operator=(const Zone&) = default;
   ~Zone() override;
@@ -36,13 +36,15 @@ class ORVANTIS_API Zone : public LoggedComponent {
   virtual bool within(const polygon& area) const = 0;
   /// Whether the point lies inside this zone. Allocates and throws nothing.
   virtual bool within(const Point& point) const = 0;
+  /// Whether the polygon and this zone meet.
   virtual bool intersects(const polygon& area) const = 0;
+  /// Whether the polygon and this zone cover each other in part.
   virtual bool overlaps(const polygon& area) const = 0;
   /// In squared coordinate units. Throws nothing.
   virtual double area() const = 0;
-  /// Writes "shape" and a child named after the class at the current path. What stands there already and is
-  /// not written, as the rest of a longer list, stays: save into a fresh entry. A number that is not finite
-  /// is written as text that `load` refuses.
+  /// Writes "shape" and a child named after the class at the current path. It removes nothing that is there
+  /// already, such as the rest of a longer list: save into a fresh entry. A number that is not finite is
+  /// written as text that `load` refuses.
   virtual void save(SettingsManager& settings) const = 0;
   /// Reads the child named after the class at the current path; "shape" is not read.
   /// @throws boost::property_tree::ptree_error for a missing key or one that is not a number; the path then
@@ -51,6 +53,7 @@ class ORVANTIS_API Zone : public LoggedComponent {
   /// The value of the key "shape": the class's TYPE_NAME, the same object on each call. Throws nothing.
   virtual const std::string& type() const = 0;
 
+  /// The references hold as long as the zone.
   std::string& name() noexcept { return name_; }
   const std::string& name() const noexcept { return name_; }
   void setName(std::string name) noexcept;

@@ -11,14 +11,14 @@ namespace orvantis::filter::detection {
 
 /// A prism: a planar shape between two heights, both bounds included.
 ///
-/// Heights are in the unit of the plan; a bound may be infinite, and no NaN height passes a height test. A
-/// zone with its bounds swapped contains nothing, though an object that reaches both may intersect it; a zone
-/// without shape contains and meets nothing. Copies share the shape on purpose: naming or changing it through
-/// one copy changes all; `getZone2d()->makeCopy()` makes an independent one. No locking; const calls may run
-/// concurrently.
+/// Heights are in the unit of the plan; a bound may be infinite, and a NaN height passes no height test. A
+/// zone with its bounds swapped contains nothing, but an object that reaches both bounds may intersect it. A
+/// zone without a shape contains and meets nothing. Copies share the shape on purpose: a change of the shape
+/// or its name through one copy shows in all; `getZone2d()->makeCopy()` makes an independent shape. The zone
+/// locks nothing; const calls may run concurrently.
 ///
-/// Where an operation does not say what it throws, that is std::bad_alloc alone, and what a host's own shape
-/// throws. Copying a zone throws nothing.
+/// An operation that does not say what it throws throws std::bad_alloc, and what a host's own shape throws.
+/// Copying a zone throws nothing.
 class ORVANTIS_API Zone3dBase : public LoggedComponent {
  public:
   using polygon = core::PlanarPolygon;
@@ -34,7 +34,7 @@ class ORVANTIS_API Zone3dBase : public LoggedComponent {
 
   /// The shape itself, not a copy; may be null.
   std::shared_ptr<Zone> getZone2d() const noexcept { return zone2d_; }
-  /// An empty pointer is ignored: a shape can be replaced, never removed.
+  /// Shares the shape. A null pointer is ignored: a shape can be replaced but not removed.
   void setZone2d(std::shared_ptr<Zone> zone) noexcept;
   double getZMin() const noexcept { return zMin_; }
   double getZMax() const noexcept { return zMax_; }
@@ -58,16 +58,19 @@ class ORVANTIS_API Zone3dBase : public LoggedComponent {
   bool overlaps(polygon outline, float zMin, float zMax) const;
 
   /// Reads "name", "shape" (in any letter case) and its geometry, "zMin" (default 0) and "zMax" (default 20)
-  /// at the current path. An unknown shape is logged as a warning and leaves the shape as it was.
-  /// @throws boost::property_tree::ptree_error for a missing name, shape or geometry; the zone is then
-  ///   unchanged, and the path stays where the read failed
+  /// at the current path. An unknown shape is logged as a warning and leaves the shape as it was. After a
+  /// rectangle that does not have two points the path stays inside "Rectangle" (see Rectangle::load), so the
+  /// heights are not found there and get their defaults.
+  /// @throws boost::property_tree::ptree_error for a missing or mistyped name, shape or geometry; the zone is
+  ///   then unchanged, and the path stays where the read failed
   virtual void load(SettingsManager& settings);
-  /// Writes what `load` reads; nothing at all without a shape. A bound that is not finite is written as text
-  /// that `load` reads as the default.
+  /// Writes what `load` reads. Writes nothing for a zone without a shape. A bound that is not finite is
+  /// written as text that `load` reads as the default.
   virtual void save(SettingsManager& settings);
 
  protected:
-  /// Makes the shape that "shape" names from the current path; an unknown one is logged and changes nothing.
+  /// Reads the shape that "shape" names at the current path; an unknown one is logged and changes nothing.
+  /// @throws as `load`
   void loadShape(SettingsManager& settings);
 
  private:

@@ -19,8 +19,8 @@ namespace orvantis::filter::detection {
 /// options.
 ///
 /// It holds configuration and evaluates nothing. Zones and fields are shared pointers: the copy constructor
-/// shares them, assignment clones them. No locking: not to be changed while another thread uses it. Where an
-/// operation does not say what it throws, that is std::bad_alloc alone.
+/// shares them, assignment clones them. The detector locks nothing: do not change it while another thread
+/// uses it. An operation that does not say what it throws throws std::bad_alloc only.
 class ORVANTIS_API ZoneDetector : public LoggedComponent {
  public:
   static const std::uint32_t CURRENT_API_MAJOR_VERSION = 1;
@@ -43,7 +43,7 @@ class ORVANTIS_API ZoneDetector : public LoggedComponent {
   };
   using EvaluationFieldArray = std::array<std::shared_ptr<EvaluationField>, NUM_EVAL_FIELDS>;
 
-  /// No fields, no exclusion zones, minimum points 1, debounce 0 ms, trigger HIGH.
+  /// A detector without fields and exclusion zones; minimum points 1, debounce time 0 ms, trigger level HIGH.
   ZoneDetector();
   /// Shares the given fields.
   explicit ZoneDetector(const EvaluationFieldArray& fields);
@@ -51,8 +51,9 @@ class ORVANTIS_API ZoneDetector : public LoggedComponent {
   ZoneDetector(const ZoneDetector&);
   /// Deep and partial: takes version, debounce time, minimum points, trigger level and clones of all zones
   /// that have a shape (others are dropped); keeps its own logger, software-command flag and evaluation field
-  /// index.
-  /// @throws also what a host's own shape throws from `makeCopy`; the target is then partly assigned
+  /// index. Every clone is a plain Zone3dBase.
+  /// @throws what LoggingManager::getLogger throws, and what a host's own shape throws from `makeCopy`; the
+  ///   target is then partly assigned
   ZoneDetector& operator=(const ZoneDetector& other);
   ~ZoneDetector() override;
 
@@ -102,46 +103,48 @@ class ORVANTIS_API ZoneDetector : public LoggedComponent {
   const std::vector<std::shared_ptr<Zone3dBase>>& getExclusionZoneVector() const noexcept {
     return exclusionZones_;
   }
-  /// Appends every zone in order, each with the checks of `appendExclusionZone`; does not clear the list
-  /// first.
+  /// Appends every zone in order, each with the checks of `appendExclusionZone`. The zones that are in the
+  /// list already stay.
   void setExclusionZoneVector(const std::vector<std::shared_ptr<Zone3dBase>>& zones);
   /// Refuses a null zone, an empty name, the 33rd zone, a name longer than 18 bytes, and a name that is in
   /// the list.
   void appendExclusionZone(const std::shared_ptr<Zone3dBase>& zone);
-  /// Replaces the first zone of that name; refuses a null zone and an empty new name. The new name is not
-  /// compared.
+  /// Replaces the first zone of that name; refuses a null zone and an empty new name. The length of the new
+  /// name is not checked, and neither is whether the list has it already.
   void updateExclusionZone(const std::string& name, const std::shared_ptr<Zone3dBase>& zone);
   /// Removes the first zone of that name, if there is one.
   void eraseExclusionZone(const std::string& name);
   /// False, with a warning, when an exclusion zone has exactly this name.
   bool validateExclusionZoneName(std::string name);
 
-  /// The API version of this library after construction and load; the one in a document is not kept.
+  /// The API version of this library after construction and load; the version in a document is not kept.
   std::string getVersion() const { return version_; }
-  /// "1.1"
+  /// Major and minor number of this library: "1.1".
   static std::string currentAPIVersion();
   /// Whether the major number that the text begins with is at most this library's; a text without a number is
   /// accepted.
   static bool checkVersion(const std::string& version) noexcept;
 
-  /// Replaces the content by the document's; missing options keep their value, except sensitivity (10) and
-  /// triggerActiveLevel ("high"). An unknown level or shape is logged as a warning and loading goes on. Pops
-  /// one path level at the end, also when there is no "ZoneDetector" to enter. A rectangle that does not have
-  /// two points is logged as an error and hides what follows it in the document, since it leaves the path
-  /// inside its entry.
-  /// @throws boost::property_tree::ptree_error for a missing or mistyped required key, std::out_of_range for
-  ///   an "index" outside its range; the detector is then partly loaded, and the path stays where the read
-  ///   failed
+  /// Replaces the content by that of the child "ZoneDetector" at the current path. Without that child, the
+  /// lists are read at the current path and the options keep their values. Missing options keep their values,
+  /// except sensitivity (then 10) and triggerActiveLevel (then "high"). An unknown level or shape is logged
+  /// as a warning and loading goes on. Pops one path level at the end, also when there is no "ZoneDetector"
+  /// to enter. A rectangle that does not have two points is logged as an error and hides what follows it in
+  /// the document, since it leaves the path inside its entry.
+  /// @throws boost::property_tree::ptree_error for a required key that is missing or mistyped and for a
+  ///   "useSoftwareAPICommand" that is not a boolean, std::out_of_range for an "index" outside its range; the
+  ///   detector is then partly loaded, and the path stays where the read failed. What
+  ///   LoggingManager::getLogger throws
   void load(SettingsManager& settings);
-  /// Writes the document below the current path. Zones without a shape are left out. What the store holds
-  /// already and the document does not overwrite stays there, the ends of longer lists among it: save into a
-  /// fresh store.
+  /// Writes the document below the current path, without the zones that have no shape. It removes nothing
+  /// that the store holds already, such as the ends of longer lists: save into a fresh store.
+  /// @throws what a host's own shape throws
   void save(SettingsManager& settings) const;
 
   /// Checks an untrusted document before it is loaded, and stops at the first fault. May run on any thread.
-  /// @param input read up to 102400 bytes; the document must be shorter. When it is set to throw its
-  ///   failures, these are held back
-  /// @throws std::runtime_error with the fault as text
+  /// @param input read up to 102400 bytes; the document must be shorter. Exceptions that it is set to
+  ///   throw do not leave this operation
+  /// @throws std::runtime_error with the fault as text, and what LoggingManager::getLogger throws
   static void validate(std::istream& input);
   /// The part of `validate` that checks the "ExclusionZone" list at the current path, and leaves the path
   /// there. A polygon without geometry gets an empty "Polygon" node.

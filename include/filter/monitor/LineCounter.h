@@ -27,7 +27,7 @@ struct Crossing {
   std::int32_t id = 0;
   std::string className;  ///< as seen when the crossing was accepted
   Stamp met{0};           ///< when its reference point met the line, interpolated between two sightings
-  core::PlanarPoint where{0.0, 0.0};  ///< and where
+  core::PlanarPoint where{0.0, 0.0};  ///< where its reference point met the line
   Stamp accepted{0};                  ///< the sighting that found it clear on the new side
 };
 
@@ -42,7 +42,7 @@ struct LineTally {
   std::string line;
   CrossingCounts crossings;                       ///< every crossing
   std::map<std::string, CrossingCounts> byClass;  ///< the same, by class name; empty name: not classified
-  /// The tracks that crossed, of those not yet forgotten.
+  /// The tracks that crossed and are not forgotten.
   detection::CounterLineCounts ids;
 };
 
@@ -59,8 +59,8 @@ enum class CrossingVerdict : std::int32_t {
   PassedBeside,  ///< it changed sides, but not over the segment
   Jumped,        ///< it was faster than the maximum speed: taken for another object, which begins anew
   Counted,       ///< it went over the line
-  BeganOnLine,   ///< it was not clear when it was first seen, then on one side, and never left that: where it
-                 ///< came from is not known
+  BeganOnLine,   ///< it was not clear when it was first seen, then clear on one side, which it never left: it
+                 ///< is not known where it came from
 };
 
 /// The verdict as a sentence without a subject, such as "changed sides beside the line's ends". Empty for a
@@ -78,13 +78,13 @@ struct CrossingExplanation {
 };
 
 struct LineCounterOptions {
-  /// A track whose last sighting is this old or older is forgotten; above zero, 2 s unless given.
+  /// A track whose last sighting is this old or older is forgotten; above zero.
   Duration forgetAfter = std::chrono::seconds(2);
-  /// How far off the line an object must be to be clear of it, in the unit of the plan; 0 or more. Raise it
-  /// for objects that are mere points, whose footprint gives no margin against jitter.
+  /// How far off the line an object must be to be clear of it, in the unit of the plan; 0 or more, and
+  /// finite. Raise it for objects that are mere points, whose footprint gives no margin against jitter.
   double clearance = 0.0;
-  /// In units of the plan a second; above zero. A reference point that moves faster between two sightings did
-  /// not move: the id went over to another object, which begins anew.
+  /// In units of the plan per second; above zero. When a reference point moves faster between two sightings,
+  /// the counter takes it that the id went over to another object, which begins anew.
   double maxSpeed = std::numeric_limits<double>::infinity();
 };
 
@@ -100,35 +100,37 @@ struct LineCounterOptions {
 ///   the line. Touching the line is not clear.
 /// - *Path*: the straight steps from each sighting's reference point to the next one's, however far apart.
 /// - *Meet*: a step meets the line when one of its ends lies left of the line and the other does not. A
-///   reference point exactly on the line counts as lying right of it; so a step that begins or ends on the
-///   line meets it there, once, and only if the other end is on the left. The instant is interpolated
-///   linearly between the stamps of the two sightings.
+///   reference point exactly on the line counts as lying right of it. So a step that begins or ends on the
+///   line meets it there once if its other end lies on the left, and does not meet it otherwise. The instant
+///   is interpolated linearly between the stamps of the two sightings.
 /// - *Pass over*: a step passes over the segment when the point where it meets the line belongs to the
-///   segment. The segment's ends belong to it.
+///   segment. The ends of the segment belong to it.
 ///
 /// An object counts when it was clear on one side, is clear on the other, and its path between these two
 /// sightings passed over the segment more often towards the new side than back. The crossing's instant is
-/// that of the last pass towards the new side. Each time it is found clear, the account of passes starts
-/// over.
+/// that of the last pass towards the new side. Each time the object is found clear, its passes are counted
+/// from zero again.
 ///
-/// So what touches the line and goes back, stands on it or jitters about it without getting clear counts
-/// nothing; what is seen before and after counts, however fast; what goes round the ends does not. Leaving
-/// out a sighting at which the object is not clear changes no count unless an end of the segment lies in the
-/// triangle of that reference point with the one before and the one after it. Leaving out one at which it is
-/// clear may change counts: the first and the last clear sighting on a side decide what lies between them. A
-/// line whose ends are the same point, or not finite, counts nothing.
+/// So an object does not count when it touches the line and goes back, stands on the line, or jitters about
+/// it without getting clear. An object that is seen before and after the line counts, however fast it is. An
+/// object that goes round the ends does not count. If a sighting at which the object is not clear is left
+/// out, no count changes, unless an end of the segment lies in the triangle of that reference point with the
+/// one before and the one after it. If a sighting at which the object is clear is left out, counts may
+/// change: the first and the last clear sighting on a side decide what lies between them. A line whose ends
+/// are the same point, or not finite, counts nothing.
 ///
-/// Ids below zero count nowhere. A track is forgotten when its last sighting is `forgetAfter` old or older,
-/// at the next `update` or `advance`, even if that one sees it again; it then begins anew. Memory is bounded
-/// by the most tracks that were known at once and the class names ever counted, however long it runs. The
-/// time of a frame depends on the objects in it, not on the tracks that are out of sight.
+/// Objects with an id below zero are not counted. The next `update` or `advance` forgets the tracks whose
+/// last sighting is `forgetAfter` old or older. If that `update` sees such a track again, the track begins
+/// anew. Memory is bounded by the most tracks that were known at once and the class names ever counted,
+/// however long the counter runs. The time of a frame depends on the objects in it, not on the tracks that
+/// are out of sight.
 ///
-/// Lines are counted independently of each other. A value: copies go on independently, and one that was moved
-/// from goes on as a counter without lines. One thread at a time; const calls may run concurrently. Every
-/// operation may throw std::bad_alloc; what else it throws stands there.
+/// Lines are counted independently of each other. A value: copies go on independently, and a counter that was
+/// moved from goes on without lines. One thread at a time; const calls may run concurrently. Every operation
+/// that is not noexcept may throw std::bad_alloc; each one says what else it throws.
 class ORVANTIS_API LineCounter {
  public:
-  /// @param lines as CounterLines::clone() gives them; a line goes by its key
+  /// @param lines as CounterLines::clone() gives them; the name of a line is its key in the map
   /// @throws std::invalid_argument for an option outside its range
   explicit LineCounter(const std::map<std::string, detection::CounterLine>& lines,
                        const LineCounterOptions& options = {});
@@ -141,16 +143,16 @@ class ORVANTIS_API LineCounter {
   /// Takes the next frame. An object that cannot be placed (see `referencePoint`) counts as not seen.
   /// @return the crossings that this frame completed, in the order of the objects, each in the order of the
   ///   lines' names
-  /// @throws std::invalid_argument for a stamp that is not later than the last frame's or is earlier than
-  /// that
-  ///   of `advance`, naming both, and for two objects of one id, naming it; nothing is changed then
+  /// @throws std::invalid_argument, with both stamps in its text, for a stamp that is not later than the last
+  ///   frame's or is earlier than the last one of `advance`; also, with the id in its text, for two objects
+  ///   of one id. Nothing is changed then
   std::vector<Crossing> update(Stamp stamp, const std::vector<TrackedObject>& objects);
 
-  /// Time passes without objects being seen, up to and including the stamp: forgets the tracks that are due.
-  /// The next frame's stamp may be the same one, and its result does not depend on whether time was said to
-  /// pass before. Nothing happens where the last stamp is this one already.
-  /// @throws std::invalid_argument, naming both, for a stamp that is earlier than the last one of a frame or
-  ///   of this operation; nothing is changed then
+  /// Tells that no object was seen up to and including the stamp: forgets the tracks that are due then. The
+  /// next frame may have the same stamp, and its result does not depend on whether this was called before.
+  /// The same stamp as the last one changes nothing.
+  /// @throws std::invalid_argument, with both stamps in its text, for a stamp that is earlier than the last
+  ///   one of a frame or of this operation; nothing is changed then
   void advance(Stamp stamp);
 
   /// One for each line, in the order of their names. The reference holds until the counter is assigned to,
@@ -161,10 +163,12 @@ class ORVANTIS_API LineCounter {
 
   /// The side on which each track was last clear of a line; empty for an unknown line.
   detection::CounterLineDirections directions(const std::string& line) const;
-  /// The tracks that are not clear of a line now, with the side on which they last were, in ascending order
-  /// of their ids; those that never were clear are left out. Empty for an unknown line.
+  /// The tracks that are not clear of a line now, with the side on which they last were clear, in ascending
+  /// order of their ids, without those that never were clear. Empty for an unknown line.
   std::vector<detection::CounterLineTrackable> onLine(const std::string& line) const;
 
+  /// Why the track did or did not count on the line, after the last frame. An unknown line or track has a
+  /// verdict too.
   CrossingExplanation explain(const std::string& line, std::int32_t id) const;
 
   /// The number of tracks that are not forgotten.

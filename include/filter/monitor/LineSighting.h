@@ -12,21 +12,21 @@ namespace orvantis::filter::monitor {
 /// How one sighting of an object lies beside a counter line, by the rules of LineCounter.
 struct LineSighting {
   core::PlanarPoint reference{0.0, 0.0};  ///< see `referencePoint`
-  /// Of the reference point, exactly: ON is on the line itself, which counts as right of it.
+  /// The exact side of the reference point. ON is on the line itself, which counts as right of it.
   detection::CounterLineDirectionType side = detection::CounterLineDirectionType::ON;
   /// Whether the object is clear of the line on that side.
   bool isClear = false;
-  /// Of the reference point from the line, prolonged without end, in the unit of the plan: above zero on the
-  /// left, below zero on the right. Rounded, so it may be zero a hair beside the line.
+  /// From the line, prolonged without end, to the reference point, in the unit of the plan: above zero on the
+  /// left, below zero on the right. Rounded, so it may be zero very close to the line.
   double distance = 0.0;
 };
 
-/// What LineCounter sees of one sighting. It keeps no history of a track; who wants a table of its sightings
-/// asks for each.
+/// What LineCounter sees of one sighting. LineCounter keeps no history of a track; for a table of sightings,
+/// call this for each of them.
 /// @param clearance as in LineCounterOptions
-/// @return nothing for a line without sides, whose ends are the same point or not finite, and for a footprint
-///   that cannot be placed
-/// @throws std::invalid_argument unless the clearance is zero or more and finite
+/// @return nothing for a line whose ends are the same point or not finite, which has no sides, and for a
+///   footprint that cannot be placed (see `referencePoint`)
+/// @throws std::invalid_argument unless the clearance is zero or more and finite; nothing else
 ORVANTIS_API std::optional<LineSighting> lineSighting(const detection::CounterLine& line,
                                                       const core::State& footprint, double clearance = 0.0);
 

@@ -4,8 +4,8 @@
 
 namespace orvantis::filter::monitor {
 
-/// When a frame was taken: nanoseconds since an epoch that the host chooses, the same for everything it feeds
-/// in. Negative stamps are as good as positive ones. Nothing here reads a clock.
+/// When a frame was taken: nanoseconds since an epoch that the host chooses, the same for all its frames. A
+/// stamp may be negative. The library reads no clock.
 using Stamp = std::chrono::nanoseconds;
 
 /// The time between two stamps.

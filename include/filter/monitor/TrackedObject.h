@@ -20,8 +20,8 @@ struct TrackedObject {
   std::string className;  ///< empty: not classified
 };
 
-/// Where an object is when it has to be one point: the centre that a box was built from, exactly; else the
-/// centroid of the region that the footprint's outer ring bounds.
+/// The one point that stands for an object: for a box, exactly the centre that it was built from; for any
+/// other footprint, the centroid of the region that its outer ring bounds.
 ///
 /// @return nothing for a footprint that cannot be placed: one without vertices, or with a coordinate that is
 ///   not finite. Such an object counts as not seen: it is in no zone and crosses no line. Throws nothing.
@@ -29,7 +29,7 @@ ORVANTIS_API std::optional<core::PlanarPoint> referencePoint(const core::State& 
 
 /// The same for a footprint of which only the outline is known: the centroid of the region that its outer
 /// ring bounds. A ring that bounds no area, such as the four equal corners of a box without extent, has the
-/// middle of its bounding box instead. The point never lies outside the bounding box.
+/// middle of its bounding box instead. The point never lies outside the bounding box. Throws nothing.
 ORVANTIS_API std::optional<core::PlanarPoint> referencePoint(const core::PlanarPolygon& footprint);
 
 }  // namespace orvantis::filter::monitor

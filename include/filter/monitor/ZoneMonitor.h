@@ -28,7 +28,7 @@ struct ZoneEvent {
   Stamp accepted{0};        ///< the frame that completed the debounce time
 };
 
-/// What one frame of points came to.
+/// What one frame of points means for the zones.
 struct PointFrame {
   using Level = detection::ZoneDetector::TriggerZoneValue;
 
@@ -59,13 +59,14 @@ struct ZoneExplanation {
   ZoneSlot slot;
   std::uint64_t counted = 0;  ///< points inside the zone and outside every exclusion zone
   int minPoints = 0;          ///< the zone is occupied from this count on
-  std::uint64_t taken = 0;    ///< points inside the zone that do not count, being inside an exclusion zone
-  /// The exclusion zones that took them. A point inside several of them stands at each, so these may add up
-  /// to more than `taken`.
+  std::uint64_t taken = 0;    ///< points inside the zone and inside an exclusion zone, which do not count
+  /// The exclusion zones that took them. A point inside several of them is counted for each, so these may add
+  /// up to more than `taken`.
   std::vector<ExclusionShare> takenBy;
   bool isOccupiedNow = false;  ///< what the last frame alone said
   bool isOccupied = false;     ///< the reported state
-  /// When the two differ: since when, and how much longer they must differ for the reported state to follow.
+  /// Empty while the two agree. While they differ: the frame since which they do, and how much longer they
+  /// must differ until the reported state changes.
   std::optional<Stamp> differsSince;
   std::optional<Duration> missing;
 };
@@ -75,27 +76,29 @@ struct ZoneExplanation {
 /// Works on a snapshot of a detector: later changes of the detector do not reach it.
 ///
 /// A zone is occupied in a frame when at least the detector's minimum number of points are inside it and
-/// outside every exclusion zone; with a minimum of 0 or less it always is. Its reported state, at first
-/// cleared, follows once all frames since some stamp have said otherwise and the present one is at least the
-/// debounce time later than that stamp; with a debounce time of 0 or less that is at once. The time is
-/// measured between stamps, in both directions alike: one frame that agrees with the reported state starts it
-/// over. An empty slot, and a zone without shape, is never occupied.
+/// outside every exclusion zone; with a minimum of 0 or less it always is. Its reported state is cleared at
+/// first. It changes when all frames since some stamp differ from it and the present frame is at least the
+/// debounce time later than that stamp; with a debounce time of 0 or less it changes at once. The time is
+/// measured between stamps, for both changes alike. One frame that agrees with the reported state starts the
+/// time over. An empty slot, and a zone without a shape, is never occupied.
 ///
-/// Zones of a detector may be bound to sensors: a `Zone3dTarsel` in a slot, or among the exclusion zones, as
-/// the host put it there. Where frames come by sensor, such a zone counts, or takes, the points of its own
-/// sensors alone, none at all while it is not enabled, and those of every sensor when it names none. Any
-/// other zone counts the points of all. Where frames come without sensors, every zone counts every point. A
-/// detector that was copied has plain zones only.
+/// A host may bind zones to sensors: it puts a `Zone3dTarsel` into a slot or among the exclusion zones. When
+/// frames come by sensor, a bound zone counts (or, as an exclusion zone, takes) only the points of the
+/// sensors that it names; when it names none, the points of every sensor; while it is not enabled, no points.
+/// Any other zone counts the points of every sensor. When frames come without sensors, every zone counts
+/// every point. A detector that was assigned to has plain zones only.
 ///
-/// All fields are followed all the time; the outputs show the active one. Memory does not grow with the
-/// number of frames. A value: copies go on independently. One thread at a time.
+/// The monitor follows all fields all the time; the outputs show the active field. Memory does not grow with
+/// the number of frames. A value: copies go on independently. One thread at a time; const calls may run
+/// concurrently. Every operation may throw std::bad_alloc, and what a host's own shape throws; each one says
+/// what else it throws.
 class ORVANTIS_API ZoneMonitor {
  public:
   /// The active field is the detector's evaluation field index.
-  /// @throws std::out_of_range when that is none of the 8 fields, std::invalid_argument for more than 32
-  ///   exclusion zones, and for a shape that gives no copy of itself, naming its zone
+  /// @throws std::out_of_range when that index is above 7; std::invalid_argument for more than 32 exclusion
+  ///   zones and, with the name of the zone in its text, for a shape whose `makeCopy` gives null
   explicit ZoneMonitor(const detection::ZoneDetector& detector);
-  // A move is a copy, which costs little: so one that was moved from goes on as well.
+  // A move is a copy, which costs little: so a monitor that was moved from still works.
   ZoneMonitor(const ZoneMonitor&) = default;
   ZoneMonitor& operator=(const ZoneMonitor&) = default;
   ~ZoneMonitor() = default;
@@ -112,18 +115,19 @@ class ORVANTIS_API ZoneMonitor {
   /// The field whose zones drive the outputs, from the next frame on.
   /// @throws std::out_of_range unless 0 to 7; nothing is changed then
   void setActiveField(int field);
+  /// Throws nothing.
   int activeField() const { return activeField_; }
 
-  /// Takes the next frame.
-  /// @throws std::invalid_argument, naming both stamps, unless the stamp is later than the last one's;
-  ///   nothing is changed then
+  /// Takes the next frame. Whatever it throws, nothing is changed then.
+  /// @throws std::invalid_argument, with both stamps in its text, unless the stamp is later than that of the
+  ///   last frame
   PointFrame update(Stamp stamp, const classify::PointsView<float>& points);
   PointFrame update(Stamp stamp, const classify::PointsView<double>& points);
-  /// The same for the points of several sensors, which make one frame; a sensor may be there more than once.
+  /// The same for the points of several sensors, which make one frame. A sensor may have more than one entry.
   PointFrame update(Stamp stamp, const std::vector<SensorPoints>& sensors);
 
-  /// Looks into the last frame: one entry for each zone that has a shape, in the order of the slots.
-  /// @param points the same that the last `update` was given; they are not kept here
+  /// Explains the last frame: one entry for each zone that has a shape, in the order of the slots.
+  /// @param points those that the last `update` was given; the monitor keeps no points
   std::vector<ZoneExplanation> explain(const classify::PointsView<float>& points) const;
   std::vector<ZoneExplanation> explain(const classify::PointsView<double>& points) const;
   std::vector<ZoneExplanation> explain(const std::vector<SensorPoints>& sensors) const;
