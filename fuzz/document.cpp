@@ -1,0 +1,74 @@
+// check: any bytes get findings that point into them, or a configuration: the one that the library loads from
+// the same text. A configuration is drawn and told without a fault.
+
+#include <algorithm>
+#include <cstddef>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include <boost/json/parse.hpp>
+#include <boost/json/serialize.hpp>
+
+#include <filter/detection/CounterLines.h>
+
+#include "Check.h"
+#include "Documents.h"
+#include "document/Check.h"
+#include "document/DocumentJson.h"
+#include "drawing/SitePlan.h"
+
+using orvantis::SettingsManager;
+using orvantis::filter::detection::CounterLines;
+using orvantis::filter::detection::ZoneDetector;
+using namespace orvantis::toolkit;
+
+namespace {
+
+std::string saved(const ZoneDetector& detector) {
+  SettingsManager settings;
+  detector.save(settings);
+  return orvantis::fuzz::documentText(settings);
+}
+
+void checkPlaces(const CheckedDocument& checked, std::string_view text) {
+  const auto lines = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1;
+  for (const Finding& finding : checked.findings) {
+    ORVANTIS_FUZZ_CHECK(!finding.text.empty());
+    ORVANTIS_FUZZ_CHECK(finding.at.line <= lines);
+    ORVANTIS_FUZZ_CHECK(finding.at.column <= text.size() + 1);
+  }
+}
+
+void checkConfiguration(const Configuration& configuration, const std::uint8_t* data, std::size_t size) {
+  SettingsManager settings;
+  ORVANTIS_FUZZ_CHECK(orvantis::fuzz::loadDocument(settings, data, size));
+  ZoneDetector detector;
+  detector.load(settings);
+  ORVANTIS_FUZZ_CHECK(saved(detector) == saved(configuration.detector));
+  CounterLines lines;
+  lines.load(settings);
+  ORVANTIS_FUZZ_CHECK(lines.clone().size() == configuration.lines.size());
+
+  const std::string told = boost::json::serialize(toObject(configuration));
+  ORVANTIS_FUZZ_CHECK(boost::json::parse(told).is_object());
+  try {
+    const std::string picture = drawPlan(planOf(configuration));
+    ORVANTIS_FUZZ_CHECK(picture.substr(0, 5) == "<svg ");
+  } catch (const std::runtime_error& error) {
+    ORVANTIS_FUZZ_CHECK(error.what()[0] != '\0');  // the coordinates are too far apart to draw
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string text(reinterpret_cast<const char*>(data), size);
+  const CheckedDocument checked = check(text);
+  ORVANTIS_FUZZ_CHECK(checked.configuration.has_value() == (checked.errors() == 0));
+  checkPlaces(checked, text);
+  if (checked.configuration) {
+    checkConfiguration(*checked.configuration, data, size);
+  }
+  return 0;
+}
