@@ -140,7 +140,7 @@ void expectMoved(std::size_t size) {
 }
 
 TEST(PointMover, MovesEveryPointInDoubleAndKeepsTheType) {
-  for (const std::size_t size : {0, 1, 255, 256, 257, 1000}) {
+  for (const std::size_t size : {0U, 1U, 255U, 256U, 257U, 1000U}) {
     expectMoved<float>(size);
     expectMoved<double>(size);
   }
