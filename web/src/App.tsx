@@ -1,0 +1,98 @@
+// The page: bar, tools, views, panels, time line.
+
+import { dropped } from './app/files';
+import { set, type State, type Tab } from './app/state';
+import { usePage } from './app/useState';
+import { Bar } from './panels/Bar';
+import { Events } from './panels/Events';
+import { Explain } from './panels/Explain';
+import { Findings } from './panels/Findings';
+import { Help } from './panels/Help';
+import { Lamps } from './panels/Lamps';
+import { TextPanel } from './panels/TextPanel';
+import { Timeline } from './panels/Timeline';
+import { Tools } from './panels/Tools';
+import { Zones } from './panels/Zones';
+import { PlanView } from './scene/PlanView';
+import { SideView } from './scene/SideView';
+import { SolidView } from './scene/SolidView';
+import { useDark } from './scene/useSize';
+
+const TABS: readonly { readonly tab: Tab; readonly name: (state: State) => string }[] = [
+  { tab: 'zones', name: () => 'Zones' },
+  { tab: 'findings', name: (state) => `Findings ${state.check ? state.check.findings.length : ''}` },
+  { tab: 'events', name: (state) => `Events ${state.session ? state.session.events.length : ''}` },
+  { tab: 'explain', name: () => 'Explain' },
+  { tab: 'text', name: () => 'Text' },
+];
+
+function Panel({ state }: { state: State }) {
+  const { tab } = state;
+  const walk = (event: KeyboardEvent): void => {
+    const by = { ArrowRight: 1, ArrowLeft: -1 }[event.key];
+    if (!by) return;
+    const at = TABS.findIndex((one) => one.tab === tab);
+    const next = TABS[(at + by + TABS.length) % TABS.length]!;
+    set({ tab: next.tab });
+    document.getElementById(`tab-${next.tab}`)?.focus();
+  };
+  return (
+    <aside class="panel" aria-label="Panels">
+      <div class="tabs" role="tablist" aria-label="Panels" onKeyDown={walk}>
+        {TABS.map((one) => (
+          <button key={one.tab} id={`tab-${one.tab}`} type="button" role="tab" aria-selected={tab === one.tab} aria-controls="panel" tabindex={tab === one.tab ? 0 : -1} class={one.tab === 'findings' && state.check?.findings.some((finding) => finding.severity === 'error') ? 'bad' : ''} onClick={() => set({ tab: one.tab })}>{one.name(state)}</button>
+        ))}
+      </div>
+      <div id="panel" class="content" role="tabpanel" aria-labelledby={`tab-${tab}`} tabindex={0}>
+        {tab === 'zones' ? <Zones state={state} /> : null}
+        {tab === 'findings' ? <Findings state={state} /> : null}
+        {tab === 'events' ? <Events state={state} /> : null}
+        {tab === 'explain' ? <Explain state={state} /> : null}
+        {tab === 'text' ? <TextPanel state={state} /> : null}
+      </div>
+    </aside>
+  );
+}
+
+function placeText({ pointer }: State): string {
+  return pointer ? `x ${pointer.x.toFixed(2)} m, y ${pointer.y.toFixed(2)} m` : '';
+}
+
+function sceneText({ scene, counts, sceneName }: State): string {
+  if (!scene) return 'Drop frames, recordings, tracks or a document anywhere. Nothing leaves this computer.';
+  const left = counts ? `, ${counts.excluded} taken by exclusion zones` : '';
+  return `${sceneName}: ${scene.points} points, ${scene.noReturns} no returns${left}`;
+}
+
+export function App() {
+  const state = usePage();
+  const isDark = useDark();
+  return (
+    <div
+      class="page"
+      onDragOver={(event) => event.preventDefault()}
+      onDrop={(event) => {
+        event.preventDefault();
+        if (event.dataTransfer) void dropped(event.dataTransfer);
+      }}
+    >
+      <Bar state={state} />
+      <Tools state={state} />
+      <main class="work">
+        {state.view === 'plan' ? <PlanView state={state} isDark={isDark} /> : <SolidView state={state} isDark={isDark} />}
+        <SideView state={state} isDark={isDark} />
+      </main>
+      <Panel state={state} />
+      <footer class="foot">
+        <Lamps state={state} />
+        <Timeline state={state} />
+        <div class="status">
+          <span class="scenetext">{sceneText(state)}</span>
+          <span class="pointer">{placeText(state)}</span>
+        </div>
+      </footer>
+      <p class={`message ${state.message?.isError ? 'error' : ''}`} role={state.message?.isError ? 'alert' : 'status'}>{state.message?.text ?? ''}</p>
+      {state.showHelp ? <Help /> : null}
+    </div>
+  );
+}

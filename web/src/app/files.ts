@@ -1,0 +1,178 @@
+// Opening what is dropped or picked: documents, frames, recordings, tracks. Nothing leaves the computer.
+
+import type { Source } from '../../engine/types';
+import { stepped } from '../edit/history';
+import { read } from '../edit/model';
+import { JsonFault } from '../text/json';
+import { say, sayError } from './actions';
+import { forgetScenes } from './follow';
+import { pause } from './play';
+import { fitZones } from './look';
+import { get, set } from './state';
+
+export interface Opened {
+  readonly file: File;
+  /** With which the very file can be written again. */
+  readonly handle?: FileSystemFileHandle;
+}
+
+const RECORDING = /\.(mcap|bag)$/i;
+
+async function firstLine(file: File): Promise<string> {
+  return (await file.slice(0, 400).text()).split(/\r?\n/, 1)[0]!.toLowerCase();
+}
+
+async function isTracks(file: File): Promise<boolean> {
+  if (!/\.(csv|txt)$/i.test(file.name)) return false;
+  const names = (await firstLine(file)).split(/[,;\s]+/);
+  return names.includes('stamp') && names.includes('id');
+}
+
+const byName = new Intl.Collator('en', { numeric: true });
+
+/** A document takes the place of the one that is open, as one step that can be undone. */
+export function openDocument(text: string, fileName: string, isSaved: boolean): void {
+  const { history } = get();
+  try {
+    read(text);
+  } catch (error) {
+    if (!(error instanceof JsonFault)) throw error;
+    set({ tab: 'text' });
+  }
+  set({
+    history: stepped(history, `Open ${fileName}`, text),
+    live: null,
+    fileName,
+    ...(isSaved ? { savedText: text } : {}),
+    selection: [],
+    vertex: -1,
+    sketch: [],
+    hidden: new Set(),
+    locked: new Set(),
+    before: { label: 'as opened', text, session: null },
+    target: { kind: 'field', field: 0 },
+    activeField: get().doc.fields[0]?.index ?? 0,
+  });
+  const { doc, activeField } = get();
+  if (!doc.fields.some((field) => field.index === activeField)) set({ activeField: doc.fields[0]?.index ?? 0 });
+  fitZones();
+}
+
+const LARGEST_READ = 8 << 20;
+
+async function documentText(file: File): Promise<string> {
+  if (file.size > LARGEST_READ) throw new Error(`${file.name} has ${file.size} bytes; a document has fewer than 102400.`);
+  const bytes = await file.arrayBuffer();
+  try {
+    return new TextDecoder('utf-8', { fatal: true, ignoreBOM: true }).decode(bytes);
+  } catch {
+    throw new Error(`${file.name} is not UTF-8 text.`);
+  }
+}
+
+let handle: FileSystemFileHandle | null = null;
+let writtenAt = 0;
+
+export function documentHandle(): { handle: FileSystemFileHandle | null; writtenAt: number } {
+  return { handle, writtenAt };
+}
+export function setDocumentHandle(to: FileSystemFileHandle | null, at: number): void {
+  [handle, writtenAt] = [to, at];
+}
+
+let clouds: readonly Source[] = [];
+
+/** Points and tracks that belong together. Throws what the engine refuses; the work before is still there then. */
+export async function openSources(newClouds: readonly Source[], tracks: Source | null, name: string): Promise<void> {
+  const { engine } = get();
+  if (!engine) throw new Error('The engine is not ready yet.');
+  const all = newClouds.length > 0 ? newClouds : clouds;
+  if (all.length === 1 && !tracks && !RECORDING.test(all[0]!.name)) {
+    const scene = await engine.openFrame(all[0]!);
+    forget();
+    clouds = all;
+    set({ scene, sceneName: name, recording: null, session: null, objects: [], before: { ...get().before, session: null } });
+    say(scene.positions.length === 0 ? `${name} has no finite point: there is nothing to see.` : `${name}: ${scene.points} points, ${scene.noReturns} no returns.`);
+  } else {
+    const recording = await engine.openRecording({ ...(all.length > 0 ? { clouds: all } : {}), ...(tracks ? { tracks } : {}) });
+    forget();
+    clouds = all;
+    const { before } = get();
+    set({ session: null, scene: null, counts: null, objects: [], moment: 0, explanation: null, before: { ...before, session: null } });
+    set({ recording, recordingName: name, sceneName: name });
+  }
+}
+
+function forget(): void {
+  pause();
+  forgetScenes();
+  const { engine, recording } = get();
+  if (recording) void engine?.closeRecording(recording.id);
+}
+
+/** Whatever it is, in any mixture. */
+export async function open(files: readonly Opened[]): Promise<void> {
+  try {
+    const documents = files.filter(({ file }) => /\.json$/i.test(file.name));
+    const others = files.filter((one) => !documents.includes(one)).map(({ file }) => file);
+    const flags = await Promise.all(others.map(isTracks));
+    const tracks = others.filter((_, i) => flags[i]);
+    const frames = others.filter((_, i) => !flags[i]).sort((a, b) => byName.compare(a.name, b.name));
+    if (documents.length > 1) throw new Error('One document at a time: drop the other one on "Compare".');
+    if (tracks.length > 1) throw new Error('One file of tracks at a time.');
+    const [first] = documents;
+    if (first) {
+      openDocument(await documentText(first.file), first.file.name, true);
+      setDocumentHandle(first.handle ?? null, first.file.lastModified);
+      say(`${first.file.name} is open.`);
+    }
+    const name = (frames[0] ?? tracks[0])?.name ?? '';
+    if (name) await openSources(frames, tracks[0] ?? null, frames.length > 1 ? `${name} and ${frames.length - 1} more` : name);
+  } catch (error) {
+    sayError(error);
+  }
+}
+
+/** Another document beneath this one, dashed, and its events beside these. */
+export async function compareWith(file: File): Promise<void> {
+  try {
+    const text = await documentText(file);
+    read(text);
+    set({ before: { label: file.name, text, session: null }, showBefore: true });
+    say(`Compared with ${file.name}: it is drawn dashed.`);
+  } catch (error) {
+    sayError(error instanceof JsonFault ? new Error(`${file.name} is not JSON: ${error.message}.`) : error);
+  }
+}
+
+/** Files of the computer, by the browser's own dialogue. */
+export async function pick(): Promise<void> {
+  const picker = (window as { showOpenFilePicker?: (options: object) => Promise<FileSystemFileHandle[]> }).showOpenFilePicker;
+  if (picker) {
+    const handles = await picker({ multiple: true }).catch(() => []);
+    if (handles.length > 0) await open(await Promise.all(handles.map(async (one) => ({ file: await one.getFile(), handle: one }))));
+    return;
+  }
+  pickPlain(true, (files) => void open(files.map((file) => ({ file }))));
+}
+
+export function pickPlain(isMany: boolean, take: (files: readonly File[]) => void): void {
+  const input = document.createElement('input');
+  input.type = 'file';
+  input.multiple = isMany;
+  input.addEventListener('change', () => take([...(input.files ?? [])]));
+  input.click();
+}
+
+/** What was dropped; with handles where the browser gives them. */
+export async function dropped(data: DataTransfer): Promise<void> {
+  type Item = DataTransferItem & { getAsFileSystemHandle?: () => Promise<FileSystemHandle | null> };
+  const found = [...data.items].filter((one) => one.kind === 'file').map((one: Item) => ({ file: one.getAsFile(), handle: one.getAsFileSystemHandle?.() }));
+  const files: Opened[] = [];
+  for (const { file, handle: later } of found) {
+    const given = await later?.catch(() => null);
+    if (given?.kind === 'directory') say('A folder cannot be dropped; drop the files in it.', true);
+    else if (file) files.push(given ? { file, handle: given as FileSystemFileHandle } : { file });
+  }
+  if (files.length > 0) await open(files);
+}

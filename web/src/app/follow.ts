@@ -1,0 +1,134 @@
+// Keeps what the engine says in step with the document: findings and counts with every edit, the recording after it.
+
+import type { Count, Scene, Session } from '../../engine/types';
+import { sayError } from './actions';
+import { get, set, type State, subscribe, textOf } from './state';
+
+// Calls that wait for the one before them; of those that wait only the newest is done.
+function newestOnly(work: () => Promise<void>): () => void {
+  let isBusy = false;
+  let isWanted = false;
+  const run = async (): Promise<void> => {
+    isBusy = true;
+    while (isWanted) {
+      isWanted = false;
+      await work().catch(sayError);
+    }
+    isBusy = false;
+  };
+  return () => {
+    isWanted = true;
+    if (!isBusy) void run();
+  };
+}
+
+async function counted(scene: Scene | null, text: string): Promise<Count | null> {
+  const { engine } = get();
+  if (!engine) return null;
+  if (scene) return engine.count(scene.id, text, { verdicts: true });
+  return { check: await engine.check(text), counts: null };
+}
+
+const countAgain = newestOnly(async () => {
+  const { scene } = get();
+  const text = textOf();
+  const count = await counted(scene, text);
+  if (count && get().scene === scene) set({ check: count.check, counts: count.counts });
+});
+
+// Scenes of moments that were shown, the last ones, so that playing in a loop reads nothing again.
+const MOST_POINTS_KEPT = 3_000_000;
+const scenes = new Map<string, Scene>();
+
+function keep(key: string, scene: Scene): void {
+  scenes.set(key, scene);
+  let points = [...scenes.values()].reduce((sum, one) => sum + one.points, 0);
+  for (const [oldest, one] of scenes) {
+    if (points <= MOST_POINTS_KEPT || oldest === key) break;
+    points -= one.points;
+    scenes.delete(oldest);
+    void get().engine?.closeScene(one.id);
+  }
+}
+
+async function sceneOf(recording: number, moment: number): Promise<Scene | null> {
+  const { engine, session } = get();
+  if (!engine || !session || ((session.has[moment] ?? 0) & 1) === 0) return null;
+  const key = `${recording}/${moment}`;
+  const known = scenes.get(key);
+  if (known) {
+    scenes.delete(key);
+    scenes.set(key, known);
+    return known;
+  }
+  const scene = await engine.openMoment(recording, moment);
+  keep(key, scene);
+  return scene;
+}
+
+const showMoment = newestOnly(async () => {
+  const { engine, recording, session, moment, scene: shown } = get();
+  if (!engine || !recording || !session || session.moments === 0) return;
+  // A moment with objects alone leaves the points that were there in view.
+  const scene = (await sceneOf(recording.id, moment)) ?? shown;
+  const count = await counted(scene, textOf());
+  const objects = recording.hasTracks ? await engine.objectsAt(recording.id, moment) : [];
+  if (get().recording !== recording) return;
+  set({ scene, objects, ...(count ? { check: count.check, counts: count.counts } : {}) });
+});
+
+function progressText(moments: number): string {
+  return `Evaluating: ${moments} ${moments === 1 ? 'moment' : 'moments'}`;
+}
+
+async function runOf(text: string): Promise<Session | null> {
+  const { engine, recording, activeField } = get();
+  if (!engine || !recording) return null;
+  const check = await engine.check(text);
+  if (!check.site) return null;
+  const hasField = check.site.evaluationFields.some((field) => field.index === activeField);
+  return engine.run(recording.id, text, hasField ? { activeField } : {}, {
+    onProgress: ({ moments }) => set({ progress: progressText(moments) }),
+  });
+}
+
+const runAgain = newestOnly(async () => {
+  const { recording, before } = get();
+  if (!recording) return;
+  const text = textOf();
+  try {
+    const session = await runOf(text);
+    if (get().recording !== recording) return;
+    const old = get().session;
+    if (session) {
+      set({ session, moment: Math.min(get().moment, Math.max(0, session.moments - 1)) });
+      if (old && old !== get().before.session && old !== session) void get().engine?.closeSession(old.id);
+      if (!old) showMoment();
+    }
+    if (before.session === null && before === get().before) {
+      const first = before.text === text && session ? session : await runOf(before.text);
+      if (first && before === get().before) set({ before: { ...before, session: first } });
+    }
+  } finally {
+    set({ progress: '' });
+  }
+});
+
+/** Of a recording that is closed nothing is kept. */
+export function forgetScenes(): void {
+  for (const scene of scenes.values()) void get().engine?.closeScene(scene.id);
+  scenes.clear();
+}
+
+function follow(now: State, old: State): void {
+  if (!now.engine) return;
+  const isNewText = textOf(now) !== textOf(old);
+  if (isNewText || now.engine !== old.engine || (now.scene !== old.scene && now.session === null)) countAgain();
+  const isNewRun = isNewText || now.recording !== old.recording || now.activeField !== old.activeField || (now.before !== old.before && now.before.session === null);
+  if (now.recording && isNewRun) runAgain();
+  if (now.recording && now.moment !== old.moment) showMoment();
+}
+
+export function followDocument(): void {
+  subscribe(follow);
+}

@@ -1,0 +1,58 @@
+import { render } from 'preact';
+import { openEngine } from '../engine/engine';
+import { App } from './App';
+import { say, sayError } from './app/actions';
+import { keepWork, restored } from './app/autosave';
+import { EXAMPLE_NAME, exampleDocument, exampleSources } from './app/example';
+import { openSources } from './app/files';
+import { followDocument } from './app/follow';
+import { obeyKeys } from './app/keys';
+import { textIn } from './app/link';
+import { fitZones } from './app/look';
+import { get, set } from './app/state';
+import { begin, stepped } from './edit/history';
+import './styles.css';
+
+interface First {
+  readonly text: string;
+  readonly savedText: string;
+  readonly fileName: string;
+  readonly note: string;
+}
+
+// What a link holds, else work that was not saved, else the example.
+async function firstDocument(): Promise<First> {
+  const linked = await textIn(location.hash).catch((error: unknown) => {
+    sayError(error);
+    return null;
+  });
+  if (linked !== null) return { text: linked, savedText: '', fileName: 'linked.json', note: 'This document came with the link.' };
+  const kept = await restored();
+  if (kept) return { ...kept, note: `Work on ${kept.fileName} that was not saved is here again. Undo leads back to what was saved.` };
+  const text = await exampleDocument();
+  return { text, savedText: text, fileName: EXAMPLE_NAME, note: '' };
+}
+
+async function start(): Promise<void> {
+  const first = await firstDocument();
+  const { text, savedText, fileName, note } = first;
+  // Work that was restored is one step after what was saved, so that it can be undone.
+  set({ history: begin(savedText && note ? savedText : text), savedText, fileName, before: { label: 'as opened', text: savedText || text, session: null } });
+  set({ history: stepped(get().history, 'Work that was not saved', text) });
+  set({ activeField: get().doc.fields[0]?.index ?? 0 });
+  fitZones();
+  if (note) say(note);
+  keepWork();
+  followDocument();
+  const engine = await openEngine();
+  set({ engine, engineVersion: (await engine.version()).version });
+  if (fileName !== EXAMPLE_NAME) return;
+  const { clouds, tracks } = await exampleSources();
+  if (get().recording === null && get().scene === null) await openSources(clouds, tracks, 'The crossing');
+  document.documentElement.dataset['ready'] = 'true';
+}
+
+render(<App />, document.getElementById('page')!);
+obeyKeys();
+start().catch(sayError);
+if ('serviceWorker' in navigator && import.meta.env.PROD) navigator.serviceWorker.register(new URL('sw.js', document.baseURI)).catch(() => undefined);
