@@ -51,13 +51,13 @@ CounterLineDirectionType CounterLine::direction(const point& p) const {
   const auto [first, second] = endPoints(points_);
   const double cross =
       (second.x() - first.x()) * (p.y() - first.y()) - (second.y() - first.y()) * (p.x() - first.x());
-  // The tolerance is single precision's, on the rounded value: together they decide which points count as on
-  // the line.
+  // Both the rounding to single precision and its epsilon decide which points count as on the line; hosts
+  // rely on these.
   const auto rounded = static_cast<float>(cross);
   int sign = 0;
   auto side = CounterLineDirectionType::ON;
   if (!(std::abs(rounded) <= std::numeric_limits<float>::epsilon())) {
-    sign = rounded > 0.0F ? 1 : -1;  // NaN is not above 0, so it lies to the right
+    sign = rounded > 0.0F ? 1 : -1;  // NaN is not above 0, so it gives RIGHT
     side = sign > 0 ? CounterLineDirectionType::LEFT : CounterLineDirectionType::RIGHT;
   }
   logger_.traceStream().write("direction::'", name_, "':", p.x(), ":", p.y(), "::::", first.x(), ":",

@@ -10,7 +10,7 @@ namespace {
 
 using boost::property_tree::ptree;
 
-// property_tree's own conversion, but the same in every process locale and on every system.
+// Converts as property_tree does, but in the same way in every process locale and on every system.
 constexpr toolkit::ValueText<double> numbers;
 
 ptree toTree(const core::PlanarPoint& point) {

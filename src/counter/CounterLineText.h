@@ -8,8 +8,8 @@
 
 namespace orvantis::filter::detection {
 
-// The forms in which lines stand in log records. They look like JSON and are not meant to be: people read
-// them, nothing parses them, and their exact shape is what log filters know.
+// How log records write lines. It looks like JSON but is not JSON. Log filters depend on the exact text, so
+// it must stay as it is.
 
 std::ostream& operator<<(std::ostream& out, const CounterLine& line);
 std::ostream& operator<<(std::ostream& out, const std::map<std::string, CounterLine>& lines);

@@ -7,8 +7,8 @@
 
 namespace orvantis::filter::detection {
 
-/// First and second point of a line. A line that was moved from holds none and reads as one from (0, 0) to
-/// (0, 0).
+/// First and second point of a line. A line that was moved from holds no points and reads as a line from
+/// (0, 0) to (0, 0).
 inline std::pair<core::PlanarPoint, core::PlanarPoint> endPoints(
     const std::vector<core::PlanarPoint>& points) {
   const core::PlanarPoint origin(0.0, 0.0);

@@ -1,4 +1,4 @@
-// The "ZoneDetector" document. Positions in its lists are consecutive; the slots stand in the "index" keys.
+// The "ZoneDetector" document. Its lists have no gaps; the key "index" of an entry says which slot it fills.
 
 #include <filter/detection/ZoneDetector.h>
 #include <settings/SettingsManager.h>
@@ -50,7 +50,7 @@ void ZoneDetector::loadExclusionZones(SettingsManager& settings) {
   exclusionZones_.clear();
   for (int k = 0; k < settings.getChildCount("ExclusionZone"); ++k) {
     settings.pathPush("ExclusionZone", k, nullptr);
-    settings.get<std::string>("name", defaultName("ExclusionZone", k));  // for the trace alone
+    settings.get<std::string>("name", defaultName("ExclusionZone", k));  // read only so that it is traced
     const auto zone = std::make_shared<Zone3dBase>();
     zone->load(settings);
     settings.pathPop();
@@ -90,8 +90,7 @@ void ZoneDetector::save(SettingsManager& settings) const {
   settings.pathPop();
 }
 
-// A zone's own save puts its name once more, so the default name of an unnamed zone does not survive in the
-// document.
+// Zone3dBase::save writes "name" again, so the document has no default name for a zone without a name.
 
 void ZoneDetector::saveExclusionZones(SettingsManager& settings) const {
   int k = 0;

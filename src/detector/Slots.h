@@ -13,7 +13,7 @@ std::size_t checkedFieldSlot(int field);
 /// @throws std::out_of_range outside 0..2
 std::size_t checkedZoneSlot(int zone);
 
-/// The name of a field or zone that has none of its own, made of the kind and the slot.
+/// The name that a field or zone without a name gets, such as "Zone2" for kind "Zone" and slot 2.
 std::string defaultName(const char* kind, int slot);
 
 }  // namespace orvantis::filter::detection

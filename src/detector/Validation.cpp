@@ -24,15 +24,14 @@ static_assert(maxZonesPerField == ZoneDetector::NUM_ZONES_PER_EVAL_FIELD);
 static_assert(maxExclusionZones == ZoneDetector::MAX_NUM_EXCLUSION_ZONES);
 static_assert(maxPolygonVertices == Polygon::MAX_NUM_POLYGON_SIDES);
 
-// The stream's bytes, of which there must be fewer than the limit: reading the limit in full leaves the end
-// unseen.
+// The bytes of the stream. There must be fewer than the limit: when the limit is read in full, the stream has
+// not seen its end.
 std::string readLimited(std::istream& input) {
   std::string bytes(documentSizeLimit, '\0');
   try {
     input.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   } catch (const std::exception&) {
-    // A stream that throws its failures, of which the end of a short document is one. Its state says the
-    // same.
+    // A stream may be set to throw, also at the end of a short document. Its state tells what happened.
   }
   if (!input.eof()) {
     throw std::runtime_error("Input file size exceeds maximum allowable size of " +
@@ -42,7 +41,7 @@ std::string readLimited(std::istream& input) {
   return bytes;
 }
 
-// Whatever keeps the bytes from becoming a document is the file's fault, and its text the message.
+// Every exception becomes a std::runtime_error, since that is all that `validate` may throw for a document.
 void parse(const std::string& bytes, SettingsManager& settings) {
   bool isParsed = false;
   try {

@@ -9,7 +9,7 @@
 namespace orvantis::filter::detection {
 namespace {
 
-// An independent zone, or null for one without a shape. Derived kinds become plain volumes.
+// An independent zone; null when the zone has no shape. The copy of a derived class is a plain Zone3dBase.
 std::shared_ptr<Zone3dBase> cloneZone(const std::shared_ptr<Zone3dBase>& zone) {
   const std::shared_ptr<Zone> shape = zone ? zone->getZone2d() : nullptr;
   return shape ? std::make_shared<Zone3dBase>(shape->makeCopy(), zone->getZMin(), zone->getZMax()) : nullptr;

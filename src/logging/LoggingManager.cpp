@@ -22,13 +22,13 @@ struct LoggingManager::Registry {
   };
 
   const spdlog::sink_ptr defaultSink = std::make_shared<spdlog::sinks::stderr_sink_mt>();
-  // The sinks that all loggers share; the sink of sinks brings the lock.
+  // The sinks that all loggers share. This sink of sinks also locks them.
   std::shared_ptr<spdlog::sinks::dist_sink_mt> sinks =
       std::make_shared<spdlog::sinks::dist_sink_mt>(std::vector<spdlog::sink_ptr>{defaultSink});
   std::mutex mutex;
   std::map<std::string, std::unique_ptr<Entry>> entries;
-  // Guards the flag alone. A sink may ask for a logger, so the lock of the sinks is not taken inside the
-  // mutex above.
+  // Guards only the flag below. `mutex` cannot do that: a sink may ask for a logger, which locks `mutex`
+  // inside the lock of the sinks, so locking them in the other order could deadlock.
   std::mutex defaultSinkMutex;
   bool hasDefaultSink = true;
 };

@@ -9,8 +9,8 @@
 namespace orvantis::planar {
 namespace {
 
-// Takes spikes off a ring: whenever the way turns back at a vertex, that vertex goes, and the stretch that is
-// walked twice is kept as a line.
+// Cuts spikes off a ring: when the ring turns back at a vertex, it removes that vertex and keeps the stretch
+// that the ring covers twice as a line.
 class SpikeCutter {
  public:
   explicit SpikeCutter(std::vector<Line>& spikes) : spikes_(spikes) {}
@@ -21,7 +21,7 @@ class SpikeCutter {
     }
   }
 
-  // The closed ring of what is left; empty when all of it was spikes.
+  // The closed ring that is left; empty when the whole ring was spikes.
   Ring close() {
     while (shortensAtTheJoint()) {
     }
@@ -50,7 +50,7 @@ class SpikeCutter {
     return false;
   }
 
-  // The same where the last vertex is followed by the first one.
+  // The same at the joint, where the first vertex follows the last one.
   bool shortensAtTheJoint() {
     if (numKept() < smallestRing) {
       return false;
@@ -79,7 +79,7 @@ class SpikeCutter {
 
   std::vector<Line>& spikes_;
   std::vector<PlanarPoint> kept_;
-  std::size_t first_ = 0;  // of those kept
+  std::size_t first_ = 0;  // index in kept_ of the first vertex that is left
 };
 
 Ring cutSpikes(const Ring& ring, std::vector<Line>& spikes) {
@@ -113,7 +113,7 @@ CleanPolygon clean(const PlanarPolygon& polygon) {
       continue;
     }
     if (result.region.outer().empty()) {
-      addEdges(gap, result.spikes);  // without an interior there is nothing to cut a hole into
+      addEdges(gap, result.spikes);  // a polygon without an interior has no holes
     } else {
       result.region.inners().push_back(std::move(gap));
     }

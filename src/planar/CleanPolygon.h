@@ -6,10 +6,10 @@
 
 namespace orvantis::planar {
 
-/// A polygon taken apart into what the relations of Boost.Geometry are right about and the rest. Together
-/// they are the same closed set of points.
+/// A polygon split into a region, for which the relations of Boost.Geometry are right, and spikes, for which
+/// they are not. Together they are the same closed set of points as the polygon.
 struct CleanPolygon {
-  /// Closed rings without spikes and repeated vertices, the outer one clockwise, holes counterclockwise.
+  /// Closed rings without spikes and repeated vertices, the outer ring clockwise, the holes counterclockwise.
   /// Empty when the polygon has no interior.
   PlanarPolygon region;
   /// Where a ring runs back over itself: lines of the border that enclose nothing.

@@ -22,7 +22,8 @@ bool covers(const PlanarPolygon& region, const Line& line) {
          bg::covered_by(bg::model::linestring<PlanarPoint>{line.from, line.to}, region);
 }
 
-// What is left of the piece where the line from `low` to `high` is cut out, which is given in the same order.
+// Appends what is left of the piece when the line from `low` to `high` is cut out of it. All of them lie on
+// one line, in the order of `before`.
 void cutOut(const PlanarPoint& low, const PlanarPoint& high, const Along& before, const Line& piece,
             std::vector<Line>& left) {
   if (before(piece.to, low) || before(high, piece.from)) {
@@ -61,7 +62,7 @@ bool cover(const PlanarPolygon& region, const std::vector<Line>& others, const L
   }
   const Along before(line);
   std::vector<Line> rest = {before(line.to, line.from) ? Line{line.to, line.from} : line};
-  // A cut is at an end of another line, which is a vertex: no place is rounded.
+  // A cut lies at the end of another line, which is a vertex, so no coordinate is rounded.
   for (const Line& other : others) {
     if (areCollinear(line.from, line.to, other.from) && areCollinear(line.from, line.to, other.to)) {
       const auto [low, high] = std::minmax(other.from, other.to, before);

@@ -6,7 +6,7 @@
 
 namespace orvantis::planar {
 
-/// From one place to another, or one place alone.
+/// A straight line between two places, which may be the same.
 struct Line {
   PlanarPoint from;
   PlanarPoint to;
@@ -15,8 +15,8 @@ struct Line {
 /// Whether the three places are on one line, up to rounding, as the relations of Boost.Geometry see it.
 bool areCollinear(const PlanarPoint& a, const PlanarPoint& b, const PlanarPoint& c);
 
-/// Orders places on one line by the coordinate that tells them apart best, so that no difference of theirs is
-/// needed, which might overflow.
+/// Orders places on one line by the coordinate along which the line is longer. So it needs no difference of
+/// coordinates, which might overflow.
 class Along {
  public:
   explicit Along(const Line& line);

@@ -17,7 +17,8 @@ namespace orvantis::planar {
 
 namespace {
 
-// A stored ring seen as an open one, so that the edge from its last vertex to its first is always there.
+// A stored ring that Boost.Geometry reads as open, so that it always has the edge from the last vertex to the
+// first.
 struct OpenRing {
   using iterator = Ring::const_iterator;
   using const_iterator = Ring::const_iterator;
@@ -50,7 +51,7 @@ namespace {
 
 namespace bg = boost::geometry;
 
-// The region of one ring alone, read as an outer one.
+// The region that one ring bounds, without holes.
 PlanarPolygon filled(const Ring& ring) {
   PlanarPolygon region;
   region.outer() = ring;
@@ -62,11 +63,12 @@ bool interiorsMeet(const PlanarPolygon& a, const PlanarPolygon& b) {
   return bg::relate(a, b, bg::de9im::mask("T********"));
 }
 
-// `overlaps` of Boost 1.81 takes the place where a hole touches the outer ring for one where interiors meet.
-// The relations of single rings are right, and tell what holds for a polygon with holes beside one without.
+// `overlaps` of Boost 1.81 is wrong when a hole touches the outer ring: it takes that place for one where
+// interiors meet. It is right for single rings, so the answer for a polygon with holes and one without is
+// put together from their rings.
 bool regionsOverlap(const PlanarPolygon& holed, const PlanarPolygon& plain) {
   const PlanarPolygon whole = filled(holed.outer());
-  bool leavesPlain = false;  // whether `plain` has a part outside
+  bool leavesPlain = false;  // whether `plain` has a part in a hole
   for (const Ring& hole : holed.inners()) {
     const PlanarPolygon gap = filled(hole);
     if (bg::within(plain, gap)) {
@@ -90,7 +92,7 @@ bool anySpikeMeets(const CleanPolygon& spiky, const CleanPolygon& polygon) {
 }
 
 double signedArea(const Ring& ring) {
-  // Without a repeated first vertex: its edge adds zero, or NaN where its x taken twice is beyond the range.
+  // The repeated first vertex is left out: its edge adds zero, but NaN when twice its x overflows.
   const std::size_t count = numVertices(ring);
   if (count < smallestRing) {
     return 0.0;
@@ -107,8 +109,7 @@ double signedArea(const Ring& ring) {
 }  // namespace
 
 bool contains(const PlanarPolygon& polygon, const PlanarPoint& point) {
-  // Whether a ring bounds a region is asked last: few points come that far, and the test goes through all
-  // vertices.
+  // `isRing` comes last: it goes through all vertices, and few points get that far.
   const Ring& outer = polygon.outer();
   const std::vector<Ring>& holes = polygon.inners();
   if (!isFinite(point) || outer.size() < smallestRing || !bg::within(point, OpenRing{outer}) ||
@@ -123,7 +124,7 @@ bool contains(const PlanarPolygon& polygon, const PlanarPoint& point) {
 bool within(const PlanarPolygon& inner, const PlanarPolygon& outer) {
   const CleanPolygon a = clean(inner);
   const CleanPolygon b = clean(outer);
-  // The interiors have to meet, so what is spikes alone is within nothing, and nothing is within it.
+  // The interiors have to meet. So a ring of spikes only is within nothing, and nothing is within it.
   return !a.region.outer().empty() && !b.region.outer().empty() && bg::within(a.region, b.region) &&
          std::all_of(a.spikes.begin(), a.spikes.end(),
                      [&](const Line& spike) { return cover(b.region, b.spikes, spike); });

@@ -9,12 +9,13 @@
 /// one not counted, or with a coordinate that is not finite bounds no region: it shares no point with
 /// anything.
 ///
-/// A spike, where the ring runs back over itself, belongs to the border of the polygon and encloses nothing.
-/// So does a ring that is spikes alone, such as the footprint of an object without width: it meets what it
-/// lies across, but it has no interior, so it is within nothing, contains nothing and overlaps nothing.
+/// A spike is a place where the ring runs back over itself. It belongs to the border of the polygon and
+/// encloses nothing. The same holds for a ring of spikes only, such as the footprint of an object without
+/// width: it meets what it lies across, but it has no interior, so it is within nothing, contains nothing and
+/// overlaps nothing.
 ///
-/// For a ring that touches or crosses itself in another way, and where products of two coordinates overflow,
-/// the relations give some answer and never throw.
+/// The relations never throw anything but std::bad_alloc. For a ring that touches or crosses itself in
+/// another way, and when products of two coordinates overflow, their answer is not specified.
 namespace orvantis::planar {
 
 using core::PlanarPoint;

@@ -29,7 +29,7 @@ inline std::size_t numVertices(const Ring& ring) {
   return ring.size() - (isClosed ? 1 : 0);
 }
 
-/// Whether the ring is part of a polygon at all: it has enough vertices, and all of them are finite.
+/// Whether the ring bounds a region: it has at least 3 vertices, and all of them are finite.
 inline bool isRing(const Ring& ring) {
   return numVertices(ring) >= smallestRing && std::all_of(ring.begin(), ring.end(), isFinite);
 }

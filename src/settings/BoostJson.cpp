@@ -1,2 +1,2 @@
-// Boost.JSON compiled into this library, so that the library needs Boost's headers only.
+// Compiles Boost.JSON into this library, so that the library needs only Boost's headers.
 #include <boost/json/src.hpp>

@@ -7,7 +7,7 @@ namespace {
 
 using boost::property_tree::ptree;
 
-// Child number `position` of that name in the order of the iterators. There is one.
+// Child number `position` of that name in the order of the iterators. The caller has checked that it exists.
 template <typename Iterator>
 ptree* findFrom(Iterator child, const std::string& name, bool hasAllThatName, std::size_t position) {
   for (;; ++child) {
@@ -24,7 +24,7 @@ ptree* findFrom(Iterator child, const std::string& name, bool hasAllThatName, st
 
 std::size_t countNamed(const ptree& node, const std::string& name) {
   const auto [begin, end] = node.equal_range(name);
-  // A list mostly has few neighbours of other names, or none: count both until one kind is through.
+  // Most lists have few neighbours of other names. So both kinds are counted in step, until one of them ends.
   auto named = begin;
   auto other = node.ordered_begin();
   for (std::size_t n = 0;; ++n) {

@@ -7,8 +7,8 @@
 
 namespace orvantis::json {
 
-// The children of one name in document order, found anew each time. property_tree's own search by name gives
-// them in the order in which they were inserted, which is another one after an insertion in front or a sort.
+// The children of one name in document order, searched again on each call. property_tree's own search by name
+// gives them in the order of their insertion, which differs after an insertion in front or a sort.
 
 std::size_t countNamed(const boost::property_tree::ptree& node, const std::string& name);
 

@@ -20,8 +20,8 @@ bool isExponentSign(char c) {
 }
 
 // Not 0 when the letter of a long exponent may be at `at`: with and without a sign, the second to the tenth
-// character after it are digits. It looks at few of them and has neither branches nor anything wider than a
-// byte, so that the compiler looks at many places together.
+// character after the letter are digits. This checks only two of them, without branches and in bytes, so that
+// the compiler can check many places at once.
 unsigned char mayStartAt(const char* at) {
   const auto lowerCase = static_cast<unsigned char>(static_cast<unsigned char>(at[0]) | 0x20U);
   const auto second = static_cast<unsigned char>(at[2] - '0');
@@ -32,7 +32,7 @@ unsigned char mayStartAt(const char* at) {
 }  // namespace
 
 Part findLongExponent(std::string_view text, std::size_t from) {
-  constexpr std::size_t length = keptDigits + 2;  // of the shortest one: letter and digits
+  constexpr std::size_t length = keptDigits + 2;  // of the shortest long exponent: letter and digits
   constexpr std::size_t step = 256;
   for (std::size_t begin = from; begin + length <= text.size(); begin += step) {
     const std::size_t end = std::min(begin + step, text.size() - length + 1);

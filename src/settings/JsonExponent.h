@@ -11,14 +11,14 @@ struct Part {
   std::size_t end;
 };
 
-/// The digits of an exponent beyond its first nine, at or after `from`; both ends are the text's when there
-/// are none. What it finds may also stand in a string.
+/// The digits of an exponent beyond its first nine, at or after `from`. When there are none, both ends are
+/// the end of the text. It also finds them inside of strings.
 ///
-/// Boost.JSON refuses an exponent that does not fit into an int, which a JSON number may well have; the first
-/// nine digits always fit.
+/// Boost.JSON refuses an exponent that does not fit into an int, although JSON allows it. The first nine
+/// digits always fit.
 Part findLongExponent(std::string_view text, std::size_t from);
 
-/// How much of the text can be given to the parser so that no number is cut in two.
+/// How many bytes of the text the parser can be given without cutting a number in two.
 std::size_t endOfLastToken(std::string_view text);
 
 }  // namespace orvantis::json

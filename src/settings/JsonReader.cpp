@@ -24,12 +24,12 @@ using boost::json::error_code;
 using boost::json::string_view;
 using boost::property_tree::ptree;
 
-// What a handler answers to an event: that the parser shall read on. Only the parser itself refuses a text.
+// The answer of a handler to an event: the parser reads on. Only the parser itself refuses a text.
 using ReadOn = std::true_type;
 
-// Receives the parser's events and lets them pass, which is enough to check a text. Notes when the parser
-// stops inside a number. The names are the parser's. Sets no limits of its own: sizes are the caller's
-// business and the depth is the parser's.
+// Receives the parser's events and ignores them, which is enough to check a text. It notes when the parser
+// stops inside a number. The parser prescribes the names. It sets no limits: the caller limits the sizes and
+// the parser limits the depth.
 struct Checker {
   static constexpr std::size_t max_array_size = std::numeric_limits<std::size_t>::max();
   static constexpr std::size_t max_object_size = std::numeric_limits<std::size_t>::max();
@@ -62,7 +62,7 @@ struct Checker {
   bool isInNumber = false;
 };
 
-// Grows the tree from the events that carry something.
+// Builds the tree from the events.
 class TreeBuilder : public Checker {
  public:
   explicit TreeBuilder(Document& document) : document_(document) {
@@ -171,8 +171,8 @@ class TreeBuilder : public Checker {
     return node;
   }
 
-  // A tree takes a new child as a copy only. Copying a blank one that is kept for its name, and not one made
-  // for the occasion, saves two of five allocations; documents use few names over and over.
+  // A property tree copies each new child. Copying a blank child that is kept for each name, instead of one
+  // that is made each time, saves two of five allocations; documents repeat few names.
   ptree& append(ptree& parent, const std::string& name) {
     constexpr std::size_t maxBlanks = 64;
     if (blanks_.size() == maxBlanks) {
@@ -203,8 +203,9 @@ boost::json::parse_options strictOptions() {
   return options;
 }
 
-// Gives the parser a text, and of an exponent that it would refuse the first digits only: the others, of
-// which the value that it makes is not used, go to its handler alone. Returns how much of the text was read.
+// Gives the parser a text. Of an exponent that it would refuse, it gets only the first digits; the others go
+// to the handler directly. The value that the parser computes is then wrong, but nobody uses it: the handler
+// keeps the text. Returns how much of the text was read.
 template <typename Handler>
 std::size_t feed(boost::json::basic_parser<Handler>& parser, std::string_view text, bool more,
                  error_code& error) {
@@ -276,10 +277,10 @@ ptree* parentOf(const ptree& node) {
 
 std::string read(std::istream& in, Document& document) {
   boost::json::basic_parser<TreeBuilder> parser(strictOptions(), document);
-  // Not on the stack beside the parser: the parser returns its own address for "stopped early", and the end
+  // Not on the stack beside the parser: the parser returns its own address to say "stopped early", so the end
   // of the block must not be that address.
   std::vector<char> block(16384);
-  std::size_t held = 0;  // bytes at the start of the block that the parser has not got yet
+  std::size_t held = 0;  // bytes at the start of the block that the parser has yet to read
   Position at;
   bool first = true;
   while (in) {
@@ -289,7 +290,7 @@ std::string read(std::istream& in, Document& document) {
     try {
       in.read(block.data() + held, static_cast<std::streamsize>(block.size() - held));
     } catch (const std::ios_base::failure&) {
-      // A host may have asked its stream to throw, also at the end; the state says what happened.
+      // A host's stream may be set to throw, also at its end. Its state tells what happened.
     }
     std::string_view text(block.data(), held + static_cast<std::size_t>(in.gcount()));
     if (first) {
@@ -342,7 +343,7 @@ void copy(const ptree& from, ptree& to) {
 }
 
 void clear(ptree& root) noexcept {
-  // Each node on the way down keeps the address of its parent in place of its text, which needs no memory.
+  // On the way down, each node stores the address of its parent in place of its text, which needs no memory.
   ptree* node = &root;
   setParent(root, &root);
   while (!root.empty()) {

@@ -10,7 +10,7 @@
 
 namespace orvantis::json {
 
-/// A tree that is being made. Frees it without recursion.
+/// A tree that is being built. Its destructor frees it without recursion.
 struct Document {
   Document() = default;
   Document(const Document&) = delete;
@@ -26,8 +26,8 @@ struct Document {
 };
 
 /// Reads one JSON document from the whole stream.
-/// @return what is wrong with it, with line and column (counted from 1, in characters); empty when it was
-/// read
+/// @return what is wrong with it, with line and column (counted from 1, in characters); empty when the
+///   document was read
 std::string read(std::istream& in, Document& document);
 
 /// Whether `read` would accept the text.
@@ -37,8 +37,7 @@ bool isReadable(std::string_view text);
 /// @param to an empty tree
 void copy(const boost::property_tree::ptree& from, boost::property_tree::ptree& to);
 
-/// Frees what is below the node without recursion, and without memory. The texts on the way are lost, its own
-/// too.
+/// Frees the nodes below the node without recursion and without memory. It overwrites the text of the node.
 void clear(boost::property_tree::ptree& root) noexcept;
 
 }  // namespace orvantis::json

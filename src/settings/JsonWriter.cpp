@@ -15,11 +15,11 @@ namespace {
 using boost::property_tree::ptree;
 
 using Nodes = std::vector<const ptree*>;
-// The children of each name that stands more than once, by the one that the search by name finds first.
+// The children of each repeated name. The key is the child that the search by name finds first.
 using Lists = std::unordered_map<const ptree*, Nodes>;
 
-// In document order, which the search by name does not keep when a host has sorted the children or put one in
-// front.
+// In document order. The search by name gives another order when a host has sorted the children or inserted
+// one in front.
 Lists repeatedIn(const ptree& node) {
   Lists lists;
   for (const auto& [name, child] : node) {
@@ -127,7 +127,7 @@ class TreeWriter {
     return true;
   }
 
-  // A point and its like read best on one line.
+  // Points and other small objects are easier to read on one line.
   bool isShort(const ptree& node) const {
     return node.size() <= 2 &&
            std::all_of(node.begin(), node.end(), [this, &node](const ptree::value_type& child) {

@@ -24,8 +24,8 @@ struct Translator : toolkit::ValueText<T> {};
 template <>
 struct Translator<std::string> : boost::property_tree::id_translator<std::string> {};
 
-// Takes the names of a dotted key one by one. Going through them in a loop, where property_tree recurses,
-// takes a key of any length.
+// Gives the names of a dotted key one by one. property_tree recurses for each name, which overflows the stack
+// for a long key; a loop over these names does not.
 class KeyNames {
  public:
   explicit KeyNames(const std::string& key) : key_(key) {}
@@ -71,7 +71,7 @@ ptree& makeKey(ptree& root, const std::string& key) {
   return *node;
 }
 
-// As makeKey, but the last name is always a new child.
+// Like makeKey, but the last name always becomes a new child.
 ptree& addKey(ptree& root, const std::string& key) {
   ptree* node = &root;
   KeyNames names(key);
@@ -190,8 +190,8 @@ boost::optional<const ptree&> SettingsManager::getChildOptional(const std::strin
 }
 
 ptree& SettingsManager::putChild(const std::string& name, const ptree& child) {
-  // Everything that can fail comes before the store is changed; and the child may be a part of what it
-  // replaces.
+  // The copy comes first: what can fail must fail before the store is changed, and the child may be a part of
+  // the node that it replaces.
   json::Document copy;
   json::copy(child, copy.root);
   const bool isText = !copy.root.data().empty();
@@ -276,7 +276,7 @@ ptree* SettingsManager::firstChild(const std::string& name) const {
   return child != current().not_found() ? &child->second : nullptr;
 }
 
-// Null when there is none.
+// Null when there is no such child.
 ptree* SettingsManager::childAt(const std::string& name, int index) const {
   if (index < 0) {
     return nullptr;
@@ -328,7 +328,7 @@ ptree* SettingsManager::append(const std::string& name) {
   const bool extendsList = list.known && list.name == name;
   list.known = list.known && !extendsList;
   ptree* node = &appendTo(current(), name);
-  // A node that was erased through a reference may have had this address, and left its notation.
+  // A node that a host erased through a reference may have had this address; its notation is still there.
   notation_.erase(node);
   if (extendsList) {
     list.children.push_back(node);
@@ -344,7 +344,7 @@ void SettingsManager::wrote(const ptree& node, const T& value) {
     flags = json::needsQuotedFlag(value) ? json::Quoted : 0;
   }
   if (const auto found = notation_.find(&node); found != notation_.end()) {
-    // Another value, but in the same list.
+    // The value is new, but the node is still the only element of its array.
     found->second = static_cast<unsigned char>(flags | (found->second & json::OneElementList));
   } else if (flags != 0) {
     notation_.emplace(&node, flags);

@@ -77,9 +77,9 @@ bool Sector::within(const Point& point) const {
 }
 
 bool Sector::isBetweenBearings(double dx, double dy) const {
-  // How far to the left of either bearing the point is. The directions and the products are rounded to 2^-53
-  // of their size, or to a multiple of the least double, and the bearing itself to 2^-52: what is farther
-  // away than some of that has no need of it.
+  // How far to the left of each bearing the point is. The directions and the products are rounded to 2^-53
+  // of their size, or to a multiple of the least double, and the bearing itself to 2^-52. A point that is
+  // farther from both bearings than a few such errors is decided here, without computing its bearing.
   const double leftOfMin = minDirection_.x() * dy - minDirection_.y() * dx;
   const double leftOfMax = maxDirection_.x() * dy - maxDirection_.y() * dx;
   const double doubt = (std::abs(dx) + std::abs(dy)) * 0x1p-48 + std::numeric_limits<double>::min();
@@ -96,7 +96,8 @@ bool Sector::isBetweenBearings(double dx, double dy) const {
 }
 
 bool Sector::intersects(const polygon& area) const {
-  // 16 bits: an outline with a multiple of 65536 vertices on one side counts as having none there, as ever.
+  // 16 bits, because hosts rely on the answers: with a multiple of 65536 vertices on one side, the outline
+  // counts as having none there.
   std::uint16_t inside = 0;
   std::uint16_t outside = 0;
   for (const core::PlanarPoint& vertex : area.outer()) {

@@ -10,12 +10,12 @@
 
 namespace orvantis::filter::detection {
 
-/// A copy that no later change of the shape reaches. In a header alone, because the libraries that need it
-/// do not see the symbols of this one's layers.
+/// A copy that no later change of the shape reaches. Inline, because the libraries that need it do not see
+/// the hidden symbols of this one.
 ///
-/// The shapes of this project copy themselves whole with their copy constructors, where Sector::makeCopy
-/// drops the origin. A host's own shape, derived from one of them or not, can only be asked for a copy.
-/// @throws std::invalid_argument when the shape gives no copy of itself, and what its `makeCopy` throws
+/// Polygon, Rectangle and Sector are copied by their copy constructors, because Sector::makeCopy drops the
+/// origin. A host's own shape, also one that is derived from these, can only be copied by its `makeCopy`.
+/// @throws std::invalid_argument when `makeCopy` gives null, and what it throws
 inline std::shared_ptr<const Zone> exactCopy(const Zone& shape) {
   const std::type_info& type = typeid(shape);
   if (type == typeid(Polygon)) {

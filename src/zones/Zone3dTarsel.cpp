@@ -12,7 +12,7 @@
 namespace orvantis::filter::detection {
 namespace {
 
-// Writes each name and a blank.
+// Writes a blank after each name.
 struct NameList {
   const std::set<std::string>& names;
 
@@ -78,8 +78,8 @@ void Zone3dTarsel::save(SettingsManager& settings, int index) {
   if (!specificSensors_.empty()) {
     settings.pathPush("Sensors");
     for (const std::string& sensor : specificSensors_) {
-      // Added, not put: put would write every name over the first one. Over an element that is there already
-      // the names come to those it lists.
+      // `put` would write every name over the first one. With `add`, the names are added to those of an
+      // element that is there already.
       settings.add("lidar", sensor);
     }
     settings.pathPop();
