@@ -4,13 +4,13 @@
 
 namespace orvantis::filter::monitor {
 
-/// An axis-parallel box, borders included.
+/// An axis-parallel box. Its borders belong to it.
 struct Bounds {
   core::PlanarPoint low;
   core::PlanarPoint high;
 };
 
-/// Some box or other when a coordinate is not finite.
+/// The bounding box of a ring. When a coordinate is not finite, the box has no meaning.
 /// @param ring with at least one vertex
 Bounds boundsOf(const core::PlanarPolygon::ring_type& ring);
 

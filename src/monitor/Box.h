@@ -7,12 +7,12 @@
 
 namespace orvantis::filter::monitor {
 
-/// An oriented box: its corners are the centre, plus or minus each of the two halves, but for rounding.
+/// An oriented box: up to rounding, its corners are the centre plus or minus each of the two halves.
 struct Box {
   core::PlanarPoint centre;
   core::PlanarPoint halfLength;
   core::PlanarPoint halfWidth;
-  double largest;  ///< coordinate of a corner, without sign
+  double largest;  ///< the largest coordinate of the corners, without sign
 };
 
 /// Nothing for a footprint that was not built as a box.
@@ -23,7 +23,7 @@ std::optional<Box> boxOf(const core::State& footprint);
 /// @param ring of finite coordinates, with at least one vertex
 Box boxAround(const core::PlanarPolygon::ring_type& ring);
 
-/// The larger coordinate, without signs.
+/// The larger of the two coordinates without their signs.
 double largestOf(const core::PlanarPoint& point);
 
 }  // namespace orvantis::filter::monitor

@@ -13,14 +13,14 @@ namespace {
 
 using core::PlanarPoint;
 
-// The test of a ring for being simple takes the square of this.
+// The time of `isSimple` grows with the square of this.
 constexpr std::size_t mostVertices = 64;
-// In units of the plan. Relations of polygons take cross products up to about 2e-16 for zero, so shapes this
-// small and a margin away from each other must give far larger ones.
+// In units of the plan. The relations of polygons take cross products up to about 2e-16 for zero. Shapes of
+// at least this size that are a margin apart give far larger ones.
 constexpr double shortest = 1e-3;
 constexpr double largestSensible = 1e100;
 
-// How far two shapes must be apart, or one inside the other, for rounding to be of no account.
+// How far two shapes must be apart, or one inside the other, so that rounding cannot change the answer.
 double marginAt(double largestCoordinate) {
   return 1e-9 * (1.0 + largestCoordinate);
 }
@@ -46,7 +46,7 @@ double distanceFrom(const PlanarPoint& from, const PlanarPoint& to, const Planar
   return distance(point, {from.x() + nearest * way.x(), from.y() + nearest * way.y()});
 }
 
-// Whether two edges that share no vertex keep away from each other.
+// Whether two edges that share no vertex are farther than the margin from each other.
 bool areApart(const PlanarPoint& a, const PlanarPoint& b, const PlanarPoint& c, const PlanarPoint& d,
               double margin) {
   const bool cross =
@@ -111,7 +111,8 @@ std::optional<bool> BoxContact::sharesAnyPoint(const Box& box) const {
     return std::nullopt;
   }
   const double margin = marginAt(largest);
-  // Along the box and across it, both times its other half extent: it reaches from -reach to reach.
+  // Positions along the box are multiplied by its half width, positions across it by its half length. So in
+  // both directions the box reaches from -reach to reach.
   const double reach = std::abs(cross(box.halfLength, box.halfWidth));
   const double alongMargin = margin * widthSize;
   const double acrossMargin = margin * lengthSize;

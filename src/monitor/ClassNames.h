@@ -7,7 +7,7 @@
 
 namespace orvantis::filter::monitor {
 
-/// The names of classes by number, so that what is kept of each track holds a number instead of a text.
+/// Numbers the names of classes, so that each track stores a number instead of a text.
 class ClassNames {
  public:
   std::uint32_t numberOf(const std::string& name) {
@@ -15,7 +15,7 @@ class ClassNames {
     if (known != numbers_.end()) {
       return known->second;
     }
-    names_.push_back(name);  // first, so that there is no number without a name where memory runs out
+    names_.push_back(name);  // first: if memory runs out below, no number is without a name
     return numbers_.emplace(name, static_cast<std::uint32_t>(names_.size() - 1)).first->second;
   }
   const std::string& nameOf(std::uint32_t number) const { return names_[number]; }

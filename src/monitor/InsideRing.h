@@ -6,8 +6,8 @@
 
 namespace orvantis::filter::monitor {
 
-/// Whether a point lies inside a ring: whether a ray from it crosses the ring an odd number of times. Exact,
-/// but for points on the ring itself, which may be either.
+/// Whether a point lies inside a ring: a ray from it crosses the ring an odd number of times. Exact, except
+/// for points on the ring itself, which may get either answer.
 /// @param ring of finite coordinates, the first vertex repeated at the end or not
 bool isInside(const std::vector<core::PlanarPoint>& ring, const core::PlanarPoint& point);
 

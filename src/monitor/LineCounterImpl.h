@@ -16,7 +16,7 @@
 
 namespace orvantis::filter::monitor {
 
-/// A LineCounter, beside the questions that its header answers from what is here.
+/// The state of a LineCounter, and what changes it.
 class __attribute__((visibility("hidden"))) LineCounter::Impl {
  public:
   /// No lines.
@@ -31,8 +31,8 @@ class __attribute__((visibility("hidden"))) LineCounter::Impl {
   std::size_t numTracks() const { return tracks_.size(); }
   CrossingExplanation explain(const std::string& name, std::int32_t id) const;
 
-  /// Calls back with the id of each track, what the lines know of it, and the number of this line; in
-  /// ascending order of the ids. Not at all for a line that is not there or has no sides.
+  /// Calls `visit` for each track in ascending order of the ids, with its id, its passages, and the number of
+  /// the line in them. Calls nothing for a line that does not exist or has no sides.
   template <typename Visit>
   void forEachTrack(const std::string& name, const Visit& visit) const {
     const Line* line = find(name);
@@ -45,7 +45,7 @@ class __attribute__((visibility("hidden"))) LineCounter::Impl {
  private:
   struct Line {
     std::string name;
-    std::optional<std::uint32_t> number;  // in the scan; none without sides
+    std::optional<std::uint32_t> number;  // in the scan; empty for a line without sides
   };
   struct Track {
     Instant last;
@@ -57,7 +57,7 @@ class __attribute__((visibility("hidden"))) LineCounter::Impl {
   void follow(const TrackedObject& object, const Instant& now, std::vector<Crossing>& crossings);
   bool isJump(const Instant& from, const Instant& to) const;
   Crossing crossingOf(std::int32_t id, const LastCrossing& crossing) const;
-  const Line* find(const std::string& name) const;  // null for a line that is not there
+  const Line* find(const std::string& name) const;  // null when there is no such line
 
   LineCounterOptions options_;
   std::vector<Line> lines_;
@@ -67,7 +67,7 @@ class __attribute__((visibility("hidden"))) LineCounter::Impl {
   Tracks<Track> tracks_;
   ClassNames classNames_;
   Clock clock_;
-  LineScan::Bits seen_;  // of the sighting at hand; a member to keep its memory
+  LineScan::Bits seen_;  // of the current sighting; a member, so that its memory is used again
 };
 
 }  // namespace orvantis::filter::monitor

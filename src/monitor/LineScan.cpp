@@ -20,12 +20,12 @@ double dot(const core::PlanarPoint& a, const core::PlanarPoint& b) {
   return a.x() * b.x() + a.y() * b.y();
 }
 
-// Above any error of a product that underflows.
+// Larger than the error of a product that underflows.
 constexpr double smallest = std::numeric_limits<double>::min();
 
-// How far the rounded heights over a line may be off, for each unit of its length. Of the centre's height,
-// the corners' and the clearance all roundings together are less than 48 epsilons of the largest coordinate;
-// more is taken. With coordinates beyond all sense, whose products overflow, nothing is sure.
+// An upper bound of the error of the rounded heights over a line, for each unit of its length. All roundings
+// of the heights of centre and corners and of the clearance together are less than 48 epsilons of the largest
+// coordinate; the bound is larger. Beyond `sensible`, products may overflow, so no answer is sure.
 double doubtOf(double largest) {
   constexpr double sensible = 1e100;
   return largest <= sensible ? 128.0 * std::numeric_limits<double>::epsilon() * largest
@@ -53,7 +53,8 @@ std::uint64_t LineScan::allLines(std::size_t word) const {
 }
 
 void LineScan::scan(const core::State& footprint, const core::PlanarPoint& reference, Bits& bits) const {
-  // The corners of a box are its footprint's vertices; the box around another footprint only holds them.
+  // The corners of a box are the vertices of its footprint. For another footprint, the box around it may be
+  // larger, so only the answer "clear" counts.
   const std::optional<Box> tight = boxOf(footprint);
   const Box box = tight ? *tight : boxAround(footprint.polygon().outer());
   const double doubt = doubtOf(std::max(box.largest, largest_));
@@ -78,8 +79,9 @@ void LineScan::scan(const core::State& footprint, const core::PlanarPoint& refer
   }
 }
 
-// Most lines are farther off than any corner. Without branches: hardly anything about the next line can be
-// guessed from this one. From the last line on, so that each bit is shifted to its place.
+// Most lines are farther from the centre than any corner. There are no branches, because a processor cannot
+// predict the answer for the next line. The loop begins at the last line, so that each bit is shifted to its
+// place.
 LineScan::Word LineScan::farLines(std::size_t word, const Box& box, double doubt) const {
   const double radius = std::sqrt(dot(box.halfLength, box.halfLength) + dot(box.halfWidth, box.halfWidth) +
                                   2.0 * std::abs(dot(box.halfLength, box.halfWidth)));

@@ -13,10 +13,10 @@
 
 namespace orvantis::filter::monitor {
 
-/// Puts one sighting beside many lines at once.
+/// Tells for one sighting and many lines on which side it is and whether it is clear.
 ///
-/// The answers are the exact ones. Nearly all of them come from one rounded product for each line, which is
-/// asked exactly only where the rounding could matter.
+/// The answers are exact. Nearly all of them come from one rounded product for each line; the exact test is
+/// made only when rounding could change the answer.
 class LineScan {
  public:
   /// One bit for each line, 64 to a word.
@@ -41,7 +41,7 @@ class LineScan {
   // A line as a function of the plan, a x + b y + c: the cross product, above zero on its left.
   struct Functions {
     std::vector<double> a, b, c;
-    std::vector<double> length;     // by which distances grow to be cross products
+    std::vector<double> length;     // a distance times this is a cross product
     std::vector<double> clearance;  // as a cross product
   };
   struct Word {
@@ -54,14 +54,15 @@ class LineScan {
   };
 
   std::size_t numWords() const { return (lines_.size() + 63) / 64; }
-  // The lines of a word that the circle around the box is clear of; the others' bits mean nothing.
+  // The lines of a word that the circle around the box is clear of. The bits of the other lines have no
+  // meaning.
   Word farLines(std::size_t word, const Box& box, double doubt) const;
-  // How the box lies, if rounding cannot have turned it.
+  // How the box lies beside the line; nothing when rounding could change the answer.
   std::optional<Beside> besideLine(std::size_t number, const Box& box, double doubt) const;
 
   std::vector<SidedLine> lines_;
   Functions functions_;
-  double largest_ = 0.0;  // of the lines' coordinates, without sign
+  double largest_ = 0.0;  // the largest coordinate of the lines, without sign
 };
 
 }  // namespace orvantis::filter::monitor

@@ -23,7 +23,7 @@ std::optional<LineSighting> lineSighting(const detection::CounterLine& line, con
   sighting.reference = *reference;
   sighting.side = sign > 0 ? Side::LEFT : sign < 0 ? Side::RIGHT : Side::ON;
   sighting.isClear = clearSide(*sided, footprint.polygon().outer(), *reference).has_value();
-  // With the exact sign: rounding may turn that of a product that is almost zero.
+  // Takes the exact sign, because rounding may turn the sign of a product that is almost zero.
   const double amount = std::abs(crossProduct(sided->first, sided->second, *reference)) / sided->length;
   sighting.distance = sign == 0 ? 0.0 : std::copysign(amount, sign);
   return sighting;

@@ -9,7 +9,7 @@
 namespace orvantis::filter::monitor {
 
 void requireUniqueIds(const std::vector<TrackedObject>& objects) {
-  // As most trackers give them; then there is nothing to sort.
+  // Most trackers give ids in ascending order. Then there is nothing to sort.
   std::int32_t last = -1;
   const bool isAscending = std::all_of(objects.begin(), objects.end(), [&](const TrackedObject& object) {
     return std::exchange(last, object.id) < object.id;

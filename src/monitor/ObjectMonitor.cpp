@@ -139,7 +139,7 @@ void ObjectMonitor::Impl::follow(const TrackedObject& object, std::uint32_t zone
   forEachSlot(entered, [&](std::size_t slot) { track.entered[slot] = stamp; });
   report(Kind::Left, left, object.id, track, stamp, events);
   report(Kind::Entered, entered, object.id, track, stamp, events);
-  // Last, as nothing here can fail: the numbers always are those of the tracks.
+  // What cannot fail comes last: so the numbers agree with the tracks also when memory runs out above.
   track.zones = zones;
   forEachSlot(left, [&](std::size_t slot) { --inside_[slot]; });
   forEachSlot(entered, [&](std::size_t slot) { ++inside_[slot]; });

@@ -12,18 +12,18 @@ int signOf(double value) {
   return static_cast<int>(value > 0.0) - static_cast<int>(value < 0.0);
 }
 
-// What rounding takes from the product of the two.
+// The exact product less the rounded product.
 double lostBy(double a, double b) {
   return std::fma(a, b, -(a * b));
 }
 
-// The cross product multiplied out, so that no difference of coordinates has to be rounded.
+// The cross product is multiplied out, so that no difference of coordinates has to be rounded.
 int exactOrientation(const core::PlanarPoint& a, const core::PlanarPoint& b, const core::PlanarPoint& c) {
   std::array sum = {lostBy(a.x(), b.y()), a.x() * b.y(), lostBy(-a.y(), b.x()), -a.y() * b.x(),
                     lostBy(b.x(), c.y()), b.x() * c.y(), lostBy(-b.y(), c.x()), -b.y() * c.x(),
                     lostBy(c.x(), a.y()), c.x() * a.y(), lostBy(-c.y(), a.x()), -c.y() * a.x()};
-  // Term by term, what is before becomes components of increasing magnitude that do not overlap, so in the
-  // end the last one that is not zero has the sign of the whole.
+  // After each step, the terms up to this one are components of increasing magnitude that do not overlap. So
+  // in the end the last component that is not zero has the sign of the sum.
   for (double& term : sum) {
     for (double* component = sum.data(); component != &term; ++component) {
       // The rounded sum goes on to the next component, its rounding error stays here.
@@ -54,7 +54,8 @@ double distance(const core::PlanarPoint& a, const core::PlanarPoint& b) {
   if (!(larger > 0.0) || !std::isfinite(dx) || !std::isfinite(dy)) {
     return dx + dy;
   }
-  // By a power of two near 1, which rounds nothing that counts, so that squares stay within the range.
+  // Scaling by a power of two rounds nothing that matters, and keeps the squares from overflowing or
+  // underflowing.
   const int exponent = std::ilogb(larger);
   const double x = std::ldexp(dx, -exponent);
   const double y = std::ldexp(dy, -exponent);
@@ -65,9 +66,8 @@ int orientation(const core::PlanarPoint& a, const core::PlanarPoint& b, const co
   const double left = (b.x() - a.x()) * (c.y() - a.y());
   const double right = (b.y() - a.y()) * (c.x() - a.x());
   const double difference = left - right;
-  // Each product carries three roundings and their difference a fourth, each of at most half an epsilon;
-  // beyond this bound none of them can turn the sign. All but points that are almost on the line are decided
-  // here.
+  // Each product has three roundings and their difference a fourth, each of at most half an epsilon. Beyond
+  // this bound they cannot turn the sign. Only points that are almost on the line are not decided here.
   constexpr double bound = 2.0 * std::numeric_limits<double>::epsilon();
   if (std::abs(difference) > bound * (std::abs(left) + std::abs(right))) {
     return signOf(difference);

@@ -11,7 +11,7 @@ namespace {
 
 using Side = Passages::Side;
 
-// Where the step meets the line, given that its ends lie on different sides.
+// Where and when the step meets the line. Its ends must lie on different sides.
 Instant meeting(const SidedLine& line, const Instant& from, const Instant& to) {
   if (orientation(line.first, line.second, from.place) == 0) {
     return from;
@@ -39,7 +39,7 @@ void Passages::takeStep(std::uint32_t number, const SidedLine& line, const Insta
   if (!clearSide) {
     return;
   }
-  // The two ends of the segment on the same side of the way: it passes beside them.
+  // Both ends of the segment are on the same side of the step, so it does not pass over the segment.
   if (orientation(from.place, to.place, line.first) * orientation(from.place, to.place, line.second) > 0) {
     return;
   }

@@ -20,7 +20,7 @@ struct Instant {
   core::PlanarPoint place{0.0, 0.0};
 };
 
-/// A crossing without the texts, which the counter has: the last one of a track over a line.
+/// The last crossing of a track over a line. Its texts are kept once in the counter, here are their numbers.
 struct LastCrossing {
   std::uint32_t line = 0;
   std::uint32_t className = 0;
@@ -29,10 +29,10 @@ struct LastCrossing {
   Stamp accepted{0};
 };
 
-/// What the lines of a counter know of one track. Lines go by their numbers.
+/// What is known of one track on the lines of a counter. A line is identified by its number.
 ///
-/// Two bytes for each line; what else is known of a line is kept only while there is something to know, so
-/// that many tracks on many lines stay small.
+/// It stores two bytes for each line. Passes and crossings have entries only for the lines that have some, so
+/// that many tracks on many lines need little memory.
 class Passages {
  public:
   using Side = detection::CounterLineDirectionType;
@@ -41,11 +41,11 @@ class Passages {
   /// @param verdict NeverClear, or Jumped
   void begin(std::size_t numLines, CrossingVerdict verdict);
 
-  /// Accounts for the way from the last sighting to this one, which begins and ends on different sides of the
-  /// line by their reference points.
+  /// Counts the step from the last sighting to this one as a pass if it goes over the segment. The two
+  /// reference points must lie on different sides of the line.
   void takeStep(std::uint32_t number, const SidedLine& line, const Instant& from, const Instant& to);
 
-  /// Takes note of the side on which the track is clear of the line now, if it is.
+  /// Notes the side on which the track is clear of the line now, if it is clear.
   /// @param isFirst whether it is the first sighting of the track
   /// @return when this completes a crossing, where and when it met the line
   std::optional<Instant> takeSide(std::uint32_t number, const std::optional<Side>& side, bool isFirst);
@@ -62,10 +62,10 @@ class Passages {
     std::uint8_t verdict;
     std::uint8_t side;  // ON while it was never clear
   };
-  // Over a segment, since the track was last clear of the line.
+  // Over the segment of a line, since the track was last clear of the line.
   struct Passes {
     std::uint32_t line;
-    std::int32_t balance;  // away from the side where it was clear, less those back
+    std::int32_t balance;  // passes away from the side where it was clear, less passes back
     Instant lastAway;
   };
 

@@ -18,7 +18,7 @@ using detection::Sector;
 
 using Ring = core::PlanarPolygon::ring_type;
 
-// Calls back with each edge of the ring, the closing one included, until that returns true.
+// Calls `test` with each edge of the ring, also the closing one, until it returns true.
 template <typename Test>
 bool anyEdge(const Ring& ring, const Test& test) {
   for (std::size_t i = 0; i < ring.size(); ++i) {
@@ -29,7 +29,7 @@ bool anyEdge(const Ring& ring, const Test& test) {
   return false;
 }
 
-// What bounds a sector, with the bearings as directions of length 1.
+// The border of a sector, with the bearings as directions of length 1.
 struct Border {
   explicit Border(const Sector& sector) : origin(sector.getOrigin().x(), sector.getOrigin().y()) {
     const SectorLimits limits = limitsOf(sector);
@@ -44,8 +44,8 @@ struct Border {
   PlanarPoint second;
 };
 
-// The shares of the way from one point to another at which it may enter or leave the sector: both ends, the
-// circle, and the lines of the two bearings. In ascending order.
+// Where the way from one point to another may enter or leave the sector, as shares of the way in ascending
+// order: at both ends, on the circle, and on the lines of the two bearings.
 class Cuts {
  public:
   Cuts(const Border& border, const PlanarPoint& from, const PlanarPoint& to) {
@@ -68,7 +68,7 @@ class Cuts {
       return;
     }
     std::size_t at = size_++;
-    for (; shares_[at - 1] > share; --at) {  // ends at the first one, which is 0
+    for (; shares_[at - 1] > share; --at) {  // ends at the first share, which is 0
       shares_[at] = shares_[at - 1];
     }
     shares_[at] = share;

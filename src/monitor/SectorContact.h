@@ -15,11 +15,12 @@ struct SectorLimits {
 SectorLimits limitsOf(const detection::Sector& sector);
 
 /// Whether the region that the footprint's outer ring bounds and the sector share a point: a vertex is within
-/// the sector, an edge runs through it, or it lies inside the ring. Vertices are judged by Sector::within;
-/// what an edge merely grazes between them may be decided either way by rounding. Holes are not looked at.
+/// the sector, an edge runs through it, or the sector lies inside the ring. Sector::within decides for the
+/// vertices; when an edge only touches the sector between them, rounding may decide either way. Holes are not
+/// checked.
 ///
-/// The sector's own `within` and `intersects` look at vertices only, so an object that lies across a sector
-/// without a corner in it would not be seen.
+/// The sector's own `within` and `intersects` check only vertices, so they miss an object that lies across
+/// the sector without a corner in it.
 bool shareAnyPoint(const detection::Sector& sector, const core::PlanarPolygon& footprint);
 
 }  // namespace orvantis::filter::monitor

@@ -7,7 +7,8 @@
 
 namespace orvantis::filter::monitor {
 
-/// A counter line that divides the plan into two sides, and how far off it an object is clear of it.
+/// A counter line that divides the plan into two sides, with the clearance from which on an object is clear
+/// of it.
 struct SidedLine {
   core::PlanarPoint first;
   core::PlanarPoint second;
@@ -18,7 +19,7 @@ struct SidedLine {
 /// @throws std::invalid_argument unless the clearance is zero or more and finite
 void requireClearance(double clearance);
 
-/// Nothing for a line whose ends are the same point or not finite: it has no sides.
+/// @return nothing for a line whose ends are the same point or not finite, since it has no sides
 std::optional<SidedLine> sidedLine(const detection::CounterLine& line, double clearance);
 
 /// The side on which a sighting is clear of the line, if it is: all vertices of the footprint's outer ring

@@ -9,7 +9,7 @@
 namespace orvantis::filter::monitor {
 
 Duration elapsed(Stamp from, Stamp to) {
-  // In unsigned numbers, where the difference of the two farthest stamps still fits.
+  // Unsigned, because the difference of two far stamps overflows a signed number.
   const std::uint64_t ticks =
       static_cast<std::uint64_t>(to.count()) - static_cast<std::uint64_t>(from.count());
   const auto longest = static_cast<std::uint64_t>(Duration::max().count());

@@ -6,7 +6,7 @@
 
 namespace orvantis::filter::monitor {
 
-/// The time from one stamp to a later one; the longest duration when it is longer than that.
+/// The time from one stamp to a later one; when no Duration is that long, the longest Duration.
 Duration elapsed(Stamp from, Stamp to);
 
 /// The stamp at a share of the way from one stamp to a later one: 0 is the first, 1 the second.
@@ -18,14 +18,14 @@ void requireForgetAfter(Duration forgetAfter);
 /// @throws std::invalid_argument, naming both stamps, unless the stamp is later than the last one
 void requireLater(Stamp stamp, const std::optional<Stamp>& last);
 
-/// The order of the stamps that one monitor is given. Frames come one after the other; time passes from one
-/// to the next, and may have passed up to the stamp of the next one before that is given.
+/// Checks the order of the stamps that one monitor is given. Each frame must be later than the frame before.
+/// Time may pass between frames, up to the stamp of the next frame.
 class Clock {
  public:
   /// @throws std::invalid_argument, naming both stamps, unless the stamp is later than the last frame's and
   ///   time has not passed beyond it
   void requireFrame(Stamp stamp) const;
-  /// @throws std::invalid_argument, naming both stamps, when the stamp is earlier than one before
+  /// @throws std::invalid_argument, naming both stamps, when the stamp is earlier than the last one
   void requirePassing(Stamp stamp) const;
 
   /// Only after `requireFrame`.

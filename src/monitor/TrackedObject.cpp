@@ -44,8 +44,8 @@ bool canBePlaced(const Ring& ring) {
 }  // namespace
 
 std::optional<core::PlanarPoint> referencePoint(const core::State& footprint) {
-  // A box has to be where it was said to be: the centroid of its rounded corners may lie an ulp beside, which
-  // is another side of a line that runs through its centre.
+  // A box takes its given centre. The centroid of its rounded corners may be one rounding step off, and so on
+  // another side of a line that runs through the centre.
   if (footprint.centre() && canBePlaced(footprint.polygon().outer())) {
     return footprint.centre();
   }

@@ -16,9 +16,9 @@ namespace orvantis::filter::monitor {
 
 /// What is known of each track that is not forgotten.
 ///
-/// The tracks hang together in the order of their last sightings, so that a frame costs nothing for those
-/// that it does not see and that are not due to be forgotten. Memory stays that of the most tracks there ever
-/// were at once. A value.
+/// The tracks form a list in the order of their last sightings. So a frame costs no time for tracks that it
+/// does not see and that are not due to be forgotten. Memory is that of the most tracks there ever were at
+/// once. A value.
 template <typename Track>
 class Tracks {
  public:
@@ -29,16 +29,16 @@ class Tracks {
     bool isFirst;
   };
 
-  /// Null for a track that is not there.
+  /// Null when there is no such track.
   const Track* find(std::int32_t id) const {
     const auto found = slotById_.find(id);
     return found != slotById_.end() ? &slots_[found->second].track : nullptr;
   }
 
-  /// The track is seen: it is the last one to be forgotten now.
+  /// Notes that the track is seen, and makes it if it is new.
   /// @param id    zero or above
   /// @param stamp not earlier than any before
-  /// @param make  gives a track that is not there yet; where it throws, nothing is changed
+  /// @param make  gives a new track; when it throws, nothing is changed
   template <typename Make>
   Sighting see(std::int32_t id, Stamp stamp, const Make& make) {
     std::uint32_t slot = slotOf(id);
@@ -55,7 +55,7 @@ class Tracks {
   }
 
   /// Forgets the tracks whose last sighting is `age` old or older.
-  /// @param visit is called with id, track and last sighting of each before, in ascending order of the ids
+  /// @param visit is called before with id, track and last sighting of each, in ascending order of the ids
   template <typename Visit>
   void forget(Stamp now, Duration age, const Visit& visit) {
     std::vector<std::uint32_t> due;
@@ -98,8 +98,8 @@ class Tracks {
   };
 
   std::uint32_t slotOf(std::int32_t id) const {
-    // Most trackers give their objects in the same order in every frame, so that the next one is that which
-    // was seen next the last time.
+    // Most trackers give their objects in the same order in every frame. So the next track is likely to be
+    // the one that came next in the frame before.
     if (expected_ != none && slots_[expected_].id == id) {
       return expected_;
     }
@@ -146,7 +146,7 @@ class Tracks {
   std::map<std::int32_t, std::uint32_t> slotById_;
   std::uint32_t first_ = none;     // the longest out of sight
   std::uint32_t last_ = none;      // the last one seen
-  std::uint32_t expected_ = none;  // the one that was seen after the last one seen, at the time before
+  std::uint32_t expected_ = none;  // in the frame before, it came after the track that was seen last
 };
 
 }  // namespace orvantis::filter::monitor

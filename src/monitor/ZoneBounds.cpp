@@ -24,7 +24,7 @@ Bounds everywhere() {
   return {{-infinity, -infinity}, {infinity, infinity}};
 }
 
-// Of the whole disc, and a little more, as the distance from the apex is rounded where it is asked.
+// The bounds of the whole disc, made a little larger, because the sector's own test rounds distances.
 Bounds boundsOfSector(const Sector& sector) {
   const double radius = std::abs(limitsOf(sector).radius);
   const double x = sector.getOrigin().x();
@@ -39,7 +39,7 @@ Bounds boundsOfSector(const Sector& sector) {
 Bounds boundsOfShape(const detection::Zone& shape) {
   const std::type_info& type = typeid(shape);
   if (type == typeid(Polygon) || type == typeid(Rectangle)) {
-    // One with a coordinate that is not finite meets nothing, so any bounds will do for it.
+    // A ring with a coordinate that is not finite meets nothing, so its bounds do not matter.
     const auto ring = ringOf(static_cast<const Polygon&>(shape));
     return ring.empty() ? everywhere() : boundsOf(ring);
   }
@@ -76,7 +76,7 @@ std::uint32_t ZoneBounds::near(const Bounds& bounds, double zMin, double zMax) c
     return 0;
   }
   std::uint32_t near = 0;
-  // Without branches: where an object is not in one zone tells little of the next.
+  // Without branches: a processor cannot predict from one zone whether the object touches the next.
   const auto isAtLeast = [](double a, double b) { return static_cast<std::uint32_t>(a >= b); };
   for (std::size_t slot = 0; slot < NUM_ZONE_SLOTS; ++slot) {
     const std::uint32_t touches =

@@ -11,7 +11,8 @@
 
 namespace orvantis::filter::monitor {
 
-/// The bounding boxes and heights of zones, by slot. They tell which zones an object can be in at all.
+/// The bounding boxes and heights of zones, by slot. They rule out most of the zones that an object is not
+/// in.
 class ZoneBounds {
  public:
   /// No zones.
@@ -19,8 +20,8 @@ class ZoneBounds {
 
   void set(std::size_t slot, const detection::Zone& shape, double zMin, double zMax);
 
-  /// A bit for each zone whose heights touch the given ones, and whose bounding box the given one. A range of
-  /// heights whose lower end is above its upper one, or not a number, touches nothing.
+  /// A bit for each zone whose heights touch the given heights and whose bounding box touches the given
+  /// bounds. A range of heights whose lower end is above its upper end, or is not a number, touches nothing.
   std::uint32_t near(const Bounds& bounds, double zMin, double zMax) const;
 
  private:

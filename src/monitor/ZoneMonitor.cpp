@@ -88,7 +88,7 @@ PointFrame ZoneMonitor::update(Stamp stamp, const std::vector<SensorPoints>& sen
   return follow(stamp, counted);
 }
 
-// What a later frame came to.
+// Changes the state only at its end, so that nothing is changed when memory runs out.
 PointFrame ZoneMonitor::follow(Stamp stamp, const ZoneCounts& counted) {
   PointFrame frame;
   frame.stamp = stamp;

@@ -23,7 +23,8 @@ using detection::Polygon;
 using detection::Sector;
 using detection::ZoneDetector;
 
-// Not by comparison of values: a NaN is the same as itself, and -0 may be rounded another way than 0.
+// Compares bits, because == would call a NaN different from itself, and -0 equal to 0, which may round
+// otherwise.
 bool sameBits(double a, double b) {
   std::uint64_t bitsOfA = 0;
   std::uint64_t bitsOfB = 0;
@@ -50,7 +51,7 @@ bool sameGeometry(const Sector& a, const Sector& b) {
          sameBits(a.getOrigin().y(), b.getOrigin().y());
 }
 
-// Shapes of another kind than the library's cannot be looked into, so they are never the same.
+// The geometry of a host's own shape is not known, so two of them are never the same.
 bool sameShape(const detection::Zone& a, const detection::Zone& b) {
   if (typeid(a) != typeid(b)) {
     return false;
@@ -65,7 +66,7 @@ bool sameShape(const detection::Zone& a, const detection::Zone& b) {
 }
 
 std::optional<BoxContact> boxContactOf(const detection::Zone& shape) {
-  // A shape that a host derived from a polygon may have its own answer.
+  // A shape that a host derived from a polygon may answer in its own way.
   if (typeid(shape) != typeid(Polygon) && typeid(shape) != typeid(detection::Rectangle)) {
     return std::nullopt;
   }
@@ -110,7 +111,7 @@ ZoneTable::ZoneTable(const ZoneDetector& detector) {
 }
 
 void ZoneTable::bind(const detection::Zone3dBase& volume, std::size_t bit) {
-  constexpr std::size_t maskSize = 64;  // a classifier refuses the detector that has more
+  constexpr std::size_t maskSize = 64;  // PointClassifier refuses a detector with more zones
   const auto* bound = dynamic_cast<const detection::Zone3dTarsel*>(&volume);
   if (bound == nullptr || bit >= maskSize) {
     return;

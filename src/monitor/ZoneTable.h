@@ -26,18 +26,18 @@ class ZoneTable {
   /// @throws std::invalid_argument for a shape that gives no copy of itself
   explicit ZoneTable(const detection::ZoneDetector& detector);
 
-  /// Whether a zone with a shape stands there.
+  /// Whether the slot has a zone with a shape.
   bool hasZone(std::size_t slot) const { return entries_[slot].has_value(); }
-  /// @param slot where there is a zone
+  /// @param slot one that has a zone
   ZoneSlot describe(std::size_t slot) const;
   /// @param k below the number of the detector's exclusion zones
   const std::string& exclusionZoneName(std::size_t k) const { return exclusionZoneNames_[k]; }
-  /// The zones that the points of a sensor count for, exclusion zones among them: those that are not bound to
-  /// other sensors. Each by its bit in the masks of the classifier; the bits of zones that are not there are
-  /// set.
+  /// The field zones and exclusion zones that the points of a sensor count for: all but those that are bound
+  /// only to other sensors, and those that are bound and not enabled. Each zone has the bit that it has in
+  /// the masks of the classifier; the bits of zones that do not exist are set.
   ZoneBits zonesThatCount(const std::string& sensor) const;
-  /// Whether both tables have the same zone there: type of shape, geometry and heights, bit by bit. Names do
-  /// not matter. Two slots without a zone are the same.
+  /// Whether both tables have the same zone in the slot: the type of shape, the geometry and the heights are
+  /// equal bit by bit. Names do not matter. Two slots without a zone are the same.
   bool hasSameZone(std::size_t slot, const ZoneTable& other) const;
 
   /// A bit for each zone whose heights touch the given ones and whose shape shares a point with the
@@ -49,7 +49,7 @@ class ZoneTable {
   struct Entry {
     std::string name;
     std::shared_ptr<const detection::Zone> shape;
-    std::optional<BoxContact> boxContact;  // of a polygon, where it can answer
+    std::optional<BoxContact> boxContact;  // for a polygon, if it can answer
     double zMin;
     double zMax;
   };
@@ -57,7 +57,7 @@ class ZoneTable {
   // A zone that does not count the points of every sensor.
   struct Binding {
     ZoneBits zone;
-    std::set<std::string> sensors;  // none: it counts no points
+    std::set<std::string> sensors;  // empty: the zone counts no points
   };
 
   void bind(const detection::Zone3dBase& volume, std::size_t bit);

@@ -16,7 +16,7 @@ using classify::ZoneCounts;
 
 constexpr ZoneBits fieldZones = (ZoneBits{1} << NUM_ZONE_SLOTS) - 1;
 
-// Whether the point is finite. Others are no returns, even where a shape holds them: a whole disc holds a
+// Whether the point is finite. Other points are not returns, even if a shape holds them: a whole disc holds a
 // NaN.
 template <typename Real>
 bool isReturn(const PointsView<Real>& points, std::size_t point) {
@@ -30,7 +30,7 @@ bool isReturn(const PointsView<Real>& points, std::size_t point) {
   return true;
 }
 
-// Gives the mask of each point that is a return to `take`, with the bits of these zones alone.
+// Calls `take` with the mask of each point that is a return, reduced to the bits of these zones.
 template <typename Take>
 void forEachReturn(const PointClassifier& classifier, const Points& points, ZoneBits zones,
                    const Take& take) {

@@ -10,20 +10,20 @@
 
 namespace orvantis::filter::monitor {
 
-/// Zones, each by its bit in the masks of the classifier: those that the points of a sensor count for.
+/// A set of zones, each as its bit in the masks of the classifier.
 using ZoneBits = std::uint64_t;
 constexpr ZoneBits allZones = ~ZoneBits{0};
 
-/// Where the points inside a zone go.
+/// How many points inside a zone count, and how many are taken by exclusion zones.
 struct ZoneTally {
   std::uint64_t counted = 0;  ///< outside every exclusion zone
   std::uint64_t taken = 0;
-  /// By number of the exclusion zone; a point inside several stands at each.
+  /// By number of the exclusion zone. A point inside several of them is counted for each.
   std::array<std::uint64_t, detection::ZoneDetector::MAX_NUM_EXCLUSION_ZONES> takenBy{};
 };
 using ZoneTallies = std::array<ZoneTally, NUM_ZONE_SLOTS>;
 
-/// The counts of the points, for these zones alone: for the others they are not there.
+/// The counts of the points for these zones only: no point counts for the others.
 classify::ZoneCounts count(const classify::PointClassifier& classifier, const classify::Points& points,
                            ZoneBits zones);
 
