@@ -11,8 +11,8 @@ namespace orvantis::filter::classify {
 
 /// How the points of a view lie in memory.
 enum class Layout {
-  Arrays,  ///< three arrays of numbers that are aligned
-  Records  ///< x, y and z in succession; behind each z as many bytes again as it has may be read
+  Arrays,  ///< three arrays of aligned numbers
+  Records  ///< x, y and z in succession; as many bytes after z as z has may be read too
 };
 
 /// Points that are classified together, and where their masks go.
@@ -26,10 +26,10 @@ struct Block {
   std::uint64_t* masks;
 };
 
-/// The value that stands `offset` bytes from an address.
+/// The value `offset` bytes after an address.
 template <typename Real>
 Real valueAt(const void* from, std::size_t offset) {
-  // An offset beyond half of all sizes is a negative one.
+  // A stride may be negative, as a std::size_t beyond half its range; the offset is then negative too.
   const auto* at = static_cast<const unsigned char*>(from) + static_cast<std::ptrdiff_t>(offset);
   Real value;
   std::memcpy(&value, at, sizeof(Real));

@@ -5,7 +5,8 @@
 namespace orvantis::filter::classify {
 namespace {
 
-constexpr std::size_t mostBytesApart = std::size_t{1} << 20U;  // more than that are records of no driver
+constexpr std::size_t mostBytesApart = std::size_t{1}
+                                       << 20U;  // records with larger gaps are copied; no driver makes them
 
 constexpr std::size_t bytesAtOnce = 12288;
 
@@ -23,7 +24,7 @@ bool areArrays(const PointsView<Real>& points) {
          addressOf(points.y) % alignof(Real) == 0 && addressOf(points.z) % alignof(Real) == 0;
 }
 
-// What is read past the last number of a record is in the next one.
+// A reader may read past the z of a record, into the next record. So the last record is copied.
 template <typename Real>
 bool areRecords(const PointsView<Real>& points) {
   return addressOf(points.y) == addressOf(points.x) + sizeof(Real) &&
@@ -56,7 +57,7 @@ bool Blocks<Real>::next() {
     return false;
   }
   if (first_ < numDirect_) {
-    // This block and the next one stay in the first-level cache.
+    // Not larger, so that this block and the next one stay in the first-level cache.
     size_ = std::min({Block<Real>::capacity,
                       wholeGroups<Real>(std::max(bytesAtOnce / points_.stride, std::size_t{256})),
                       numDirect_ - first_});

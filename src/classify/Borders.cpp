@@ -18,9 +18,9 @@ using detection::Polygon;
 using detection::Sector;
 using detection::Zone;
 
-// Beyond this the bands of the argument would be wider than a millimetre; no map projection reaches it.
+// Beyond this the safety bands would be wider than a millimetre. No map projection has such coordinates.
 constexpr double largestCoordinate = 1.0e7;
-// More vertices than that would cost more to index than to ask.
+// Indexing more vertices would take longer than asking the shape.
 constexpr std::size_t mostVertices = 4096;
 constexpr std::size_t smallestRing = 3;
 constexpr double wholeDiscTolerance = 0.0001;
@@ -28,10 +28,10 @@ constexpr double wholeDiscTolerance = 0.0001;
 constexpr double turn = 2.0 * std::numbers::pi;
 // One rounding step at 1.
 constexpr double ulp = 0x1p-52;
-// Keeps a band from vanishing where the margins are set to zero.
+// Keeps a band from vanishing when a test sets the margins to zero.
 constexpr double smallestBand = 1.0e-20;
-// What a curve's value in floats may be off by, relative to the sum of the terms' magnitudes: each goes
-// through at most eight roundings, of 2^-24.
+// The relative error of a curve's value in floats, for each unit of the sum of its terms' magnitudes: each
+// term goes through at most eight roundings of 2^-24.
 constexpr double floatError = 0x1.1p-21;
 
 // The angle from one bearing counterclockwise to another, from 0 to less than a turn.
@@ -134,13 +134,13 @@ std::optional<Outline> outlineOf(const Zone& shape) {
 
 namespace {
 
-// Above this a computed side determinant of coordinate differences up to `reach` has the true sign, and does
-// not count as zero.
+// When coordinate differences are at most `reach`, a computed side determinant above this has the true sign
+// and does not count as zero.
 double surelyNotZero(double reach) {
   return ulp * (std::max(1.0, reach) + 16.0 * reach * reach);
 }
 
-// A point may lie a little outside the cell that it is put into, and the cell has only to touch the border.
+// A point may lie a little outside its cell, and a cell needs only to touch the border to have a curve.
 constexpr double cellsBeyond = 2.0;
 
 }  // namespace
@@ -162,8 +162,9 @@ Margins::Margins(const Bounds& zone, const Patch& patch, double scale)
       reach_(2.0 * (zone.longSide() + cellsBeyond * patch.cell)),
       determinant_(surelyNotZero(reach_)),
       tolerance_(ulp * std::max(1.0, zone.largestCoordinate() + reach_)) {
-  // A point in a decided cell is at least half the slack above or below the edge. Points that were moved onto
-  // the patch's rim may be as far away as Lattice::farthest; the determinant grows with that distance.
+  // A point in a decided cell is at least half the slack above or below the edge. Points that are looked up
+  // at the rim of the patch may be as far away as Lattice::farthest; the determinant grows with that
+  // distance.
   const double far = Lattice::farthest;
   steepWidth_ =
       scale * std::max(2.0 * determinant_ / (0.5 * patch.slack), 2.0 * surelyNotZero(far + reach_) / far);
@@ -186,7 +187,8 @@ Curve Margins::curveOf(const Border& border) const {
   return scaled(0.0, -dy / length, dx / length, (dy * x - dx * y) / length, band);
 }
 
-// The curve with these coefficients, whose value decides nothing within the band and where floats may be off.
+// The curve with these coefficients, scaled so that values between -1 and 1 cover the band and the error of
+// floats.
 Curve Margins::scaled(double q, double a, double b, double c, double band) const {
   const double u = farthestX_;
   const double v = farthestY_;
@@ -205,7 +207,8 @@ bool Margins::isSteep(const Border& border) const {
     return false;
   }
   const double width = std::abs(border.x2 - border.x1);
-  // A point between ends as close as this counts as equal to both, and the edge as upright.
+  // When the ends are as close as this in x, a point between them counts as equal to both, and the edge as
+  // upright.
   const double upright = ulp * std::max(1.0, std::min(std::abs(border.x1), std::abs(border.x2)));
   return width > upright && width < steepWidth_;
 }
@@ -222,7 +225,7 @@ void Margins::coverSegment(const Border& segment, std::vector<Span>& spans) cons
   const auto [left, right] = std::minmax(segment.x1, segment.x2);
   const auto [bottom, top] = std::minmax(segment.y1, segment.y2);
   const bool everyRow = isSteep(segment);
-  // Within a column, a segment narrower than that is taken whole: its slope would amplify rounding.
+  // A narrow segment is taken whole in each column, because its slope would amplify rounding.
   const bool isNarrow = right - left < patch_.cell / 16.0;
   const double slope = (segment.y2 - segment.y1) / (segment.x2 - segment.x1);
   const int lastColumn = patch_.column(right + slack_);
@@ -263,7 +266,8 @@ void Margins::coverArc(const Border& arc, std::vector<Span>& spans) const {
   }
 }
 
-// Of the cells that the circle passes through between two heights, those that the arc does, or nearly.
+// Among the cells that the circle passes through between two heights, takes those that the arc touches or
+// almost touches.
 void Margins::coverArcRows(const Border& arc, int column, double low, double high,
                            std::vector<Span>& spans) const {
   const int lastRow = std::min(patch_.row(high), lastRow_);

@@ -30,18 +30,18 @@ struct Border {
   double endY{};
 };
 
-/// The border of a zone whose verdict changes nowhere else.
+/// The border of a zone. The zone's verdict changes only across these pieces.
 struct Outline {
-  std::vector<Border> pieces;  ///< none: the zone contains nothing
+  std::vector<Border> pieces;  ///< empty: the zone contains nothing
   Bounds bounds;
 };
 
-/// No outline for a shape whose border is not known, or not safe to reason about: its zone is always asked.
+/// @return nothing for a shape whose border is unknown or has numbers that are too large or not finite; such
+///   a zone is always asked
 std::optional<Outline> outlineOf(const detection::Zone& shape);
 
-/// A line or a circle as the sign of q (u^2 + v^2) + a u + b v + c, with (u, v) the point less (x, y), in
-/// floats. Scaled so that a value between -1 and 1 is too close to zero for its sign to be the zone's
-/// verdict.
+/// A line or a circle: the sign of q (u^2 + v^2) + a u + b v + c tells the side, with (u, v) the point less
+/// (x, y), in floats. It is scaled so that values from -1 to 1 are those whose sign rounding may turn.
 struct Curve {
   float q;
   float a;
@@ -60,12 +60,12 @@ struct Span {
   int last;
 };
 
-/// Where the borders of a zone lie on its patch of the lattice, with the margins that make the cells safe.
-/// The argument is in docs/classifier.md.
+/// Where the borders of a zone lie on its patch of the lattice, with margins for all rounding.
+/// docs/classifier.md explains why the margins are large enough.
 class Margins {
  public:
   /// @param zone bounds the border of the zone
-  /// @param scale one, but for the test that shows that the margins are needed
+  /// @param scale 1, except in the test that shows that the margins are needed
   Margins(const Bounds& zone, const Patch& patch, double scale);
 
   Curve curveOf(const Border& border) const;
@@ -84,14 +84,14 @@ class Margins {
   void coverArcRows(const Border& arc, int column, double low, double high, std::vector<Span>& spans) const;
 
   Patch patch_;
-  // No border has a mark beyond.
+  // The columns and rows that borders may mark.
   int firstColumn_;
   int lastColumn_;
   int firstRow_;
   int lastRow_;
   float centreX_;  // of the zone: curves count coordinates from there
   float centreY_;
-  double farthestX_;  // no point that a curve decides is farther from the centre
+  double farthestX_;  // how far from the centre a point that a curve decides can be
   double farthestY_;
   double scale_;
   double slack_;        // more than the distance by which a point may lie outside the cell it is put into

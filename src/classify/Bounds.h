@@ -6,7 +6,7 @@
 
 namespace orvantis::filter::classify {
 
-/// An upright box of the plan.
+/// An axis-parallel box of the plan.
 struct Bounds {
   double minX = std::numeric_limits<double>::infinity();
   double minY = std::numeric_limits<double>::infinity();

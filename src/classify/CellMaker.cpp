@@ -77,7 +77,7 @@ PlanCell CellMaker::cutCell(std::uint64_t held, const Stroke& border) {
   return {last, Kind::Cut};
 }
 
-// The same borders mostly cross in several columns.
+// Borders that cross mostly do so in several columns, so equal cells are kept once.
 PlanCell CellMaker::crossedCell(const CrossedCell& cell) {
   constexpr std::size_t numCompared = 32;
   std::vector<CrossedCell>& all = cells_.crossedCells;
@@ -90,7 +90,7 @@ PlanCell CellMaker::crossedCell(const CrossedCell& cell) {
   return {static_cast<std::uint32_t>(all.size() - 1), Kind::Crossed};
 }
 
-// Of the decisions.
+// From the decisions in `decisions_`.
 PlanCell CellMaker::tangledCell(std::uint64_t held) {
   std::vector<Decision>& all = cells_.decisions;
   const auto first = static_cast<std::uint32_t>(all.size());
@@ -115,7 +115,8 @@ Decision CellMaker::decisionOf(const Stroke& border) {
   return {{first, second}, border.bit, border.known, border.inside};
 }
 
-// Only the curves that several borders share a cell with are kept by themselves.
+// Only the curves of cells with several borders have an entry in the list of curves; a cut cell has its own
+// copy.
 std::uint16_t CellMaker::numberOf(std::uint32_t curve) {
   std::uint16_t& number = numbers_[curve];
   if (number == 0 && cells_.curves.size() <= mostCurves) {

@@ -7,7 +7,7 @@
 
 namespace orvantis::filter::classify {
 
-/// Makes cells of the strokes in them.
+/// Makes cells from the strokes in them.
 class CellMaker {
  public:
   explicit CellMaker(const std::vector<Curve>& curves) : curves_(curves) {
@@ -17,7 +17,7 @@ class CellMaker {
   }
 
   /// @param held the zones that hold the cell whole
-  /// @param borders what the other zones are in it
+  /// @param borders the strokes of the other zones in it
   PlanCell cellOf(std::uint64_t held, const std::vector<const Stroke*>& borders);
 
   /// A cell that asks these zones.
@@ -38,8 +38,8 @@ class CellMaker {
   const std::vector<Curve>& curves_;
   PlanCells cells_;
   std::vector<std::uint32_t> lastCut_;    // by curve, the last of its cut cells
-  std::vector<std::uint32_t> cutBefore_;  // by cut cell, the one before with the same curve
-  std::vector<std::uint16_t> numbers_;    // by curve, its number in the cells' curves; 0: it has none yet
+  std::vector<std::uint32_t> cutBefore_;  // by cut cell, the cut cell before it with the same curve
+  std::vector<std::uint16_t> numbers_;    // by curve, its number in the cells' curves; 0: no number yet
   std::vector<Decision> decisions_;       // of one cell
 };
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t mostCodes = std::size_t{1} << 16U;
 
-// Goes through the rows of a column, from one at which a stroke begins or ends to the next.
+// Goes through the rows of a column at which strokes begin or end.
 class ColumnSweep {
  public:
   ColumnSweep(int numRows, std::uint64_t everywhere, CellMaker& maker)
@@ -79,13 +79,12 @@ class ColumnSweep {
   const Stroke* strokes_ = nullptr;
   std::vector<const Stroke*> borders_;  // in the order of the strokes
   std::vector<std::uint32_t>
-      first_;  // by row, a change there: twice the number of a stroke, and one for its end
-  std::vector<std::uint32_t> next_;     // by change, another one in the same row
+      first_;  // by row, a change there: twice the number of a stroke, plus 1 for its end
+  std::vector<std::uint32_t> next_;     // by change, another change in the same row
   std::vector<std::uint64_t> changes_;  // by row, a bit where there is one
 };
 
-// A set for the points with a coordinate that is not a number, whichever it is, and a cell that asks every
-// zone.
+// A set of zones for points with a NaN coordinate, and a cell that asks every zone.
 void makeSpecialCells(const std::vector<OutlinedZone>& zones, std::uint64_t alwaysAsked, CellMaker& maker) {
   constexpr double nan = std::numeric_limits<double>::quiet_NaN();
   std::uint64_t every = 0;

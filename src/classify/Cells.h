@@ -11,21 +11,21 @@
 
 namespace orvantis::filter::classify {
 
-/// What a cell is before its code is known.
+/// A cell before its code is known.
 struct PlanCell {
   enum class Kind : std::uint8_t { Decided, Cut, Crossed, Tangled };
 
-  std::uint32_t number;  ///< of its kind; of a decided one in the palette
+  std::uint32_t number;  ///< among the cells of its kind; for a decided cell, in the palette
   Kind kind;
 };
 
-/// Cells of one column in succession that are the same.
+/// Equal cells that follow each other in one column.
 struct CellRun {
   PlanCell cell;
   std::uint16_t length;
 };
 
-/// What all cells are, and what decides the points of each kind. See Grid.
+/// All cells, and the tables that decide the points of each kind. See Grid.
 struct PlanCells {
   std::vector<CellRun> runs;  ///< column by column
   PlanCell ofNaN{};

@@ -24,7 +24,7 @@ namespace {
 
 #if ORVANTIS_HAS_VECTORS
 
-// Appends the points of a group to the lists: without a jump, for nobody can guess which.
+// Appends the points of a group to the lists, without a branch, which a processor could not predict.
 HWY_INLINE void collectGroup(const std::uint64_t* from, std::size_t first, std::uint32_t*& cells,
                              std::uint32_t*& heights) {
   const Words isOpenCell = hn::Set(words, static_cast<std::uint32_t>(openCell >> 32U));
@@ -44,7 +44,7 @@ HWY_INLINE void collectGroup(const std::uint64_t* from, std::size_t first, std::
 HWY_INLINE void collectGroup(const std::uint64_t* from, std::size_t first, std::uint32_t*& cells,
                              std::uint32_t*& heights) {
   for (std::size_t i = first; i < first + Block<float>::groupSize; ++i) {
-    // Written in any case, and kept by the next one's place.
+    // Always written; the list grows only when the point belongs to it.
     *cells = static_cast<std::uint32_t>(i);
     cells += (from[i] & openCell) != 0 ? 1 : 0;
     *heights = static_cast<std::uint32_t>(i);

@@ -9,7 +9,7 @@ namespace {
 
 using CurveNumbers = std::array<std::uint16_t, CrossedCell::numCurves>;
 
-// Where there are fewer curves, the first one stands several times.
+// When there are fewer curves, the first one is repeated.
 std::optional<CurveNumbers> curvesOf(std::span<const Decision> decisions) {
   CurveNumbers curves{};
   std::size_t size = 0;
@@ -51,7 +51,7 @@ std::optional<CrossedCell> combined(std::span<const Decision> decisions, std::ui
     const auto sideOf = [&](std::uint16_t curve) {
       return sides >> (std::find(curves->begin(), curves->end(), curve) - curves->begin()) & 1U;
     };
-    // A curve that stands several times has one side.
+    // A repeated curve has the same side each time, so some combinations cannot occur.
     unsigned possible = 0;
     for (std::size_t k = 0; k < curves->size(); ++k) {
       possible |= sideOf((*curves)[k]) << k;

@@ -9,9 +9,10 @@
 
 namespace orvantis::filter::classify {
 
-/// The zones on each combination of sides that a cell's decisions tell together.
+/// The zones for each combination of sides, from all decisions of a cell together.
 /// @param decided the zones that hold all of the cell
-/// @return nothing when the decisions have more curves than a crossed cell, or one of them none
+/// @return nothing when the decisions have more curves than a crossed cell can have, or one of them has no
+///   curve
 std::optional<CrossedCell> combined(std::span<const Decision> decisions, std::uint64_t decided,
                                     Palette& palette);
 

@@ -23,8 +23,8 @@ namespace {
 
 #if ORVANTIS_HAS_VECTORS
 
-// One step of adding in separate bits: `sum` and two vectors become `sum` and what is carried. With AVX-512
-// two instructions, of which the compiler does not find the one that carries.
+// One step of adding bit by bit: adds two vectors to `sum` and returns the carry. With AVX-512 these are two
+// instructions; the compiler does not find the one for the carry by itself.
 HWY_INLINE Words carried(Words& sum, Words a, Words b) {
 #if HWY_TARGET <= HWY_AVX3 && HWY_ARCH_X86
   const Words carry{_mm512_ternarylogic_epi32(sum.raw, a.raw, b.raw, 0xE8)};
@@ -35,8 +35,8 @@ HWY_INLINE Words carried(Words& sum, Words a, Words b) {
   return carry;
 }
 
-// What each of two vectors of masks counts for, in any order: its field zones or, where an exclusion zone
-// holds the point, the excluded.
+// What the masks of two vectors count for, in any order: their field zones or, when an exclusion zone holds
+// the point, the excluded points.
 HWY_INLINE Words countedBits(const std::uint64_t* from) {
   const Masks excluded = hn::Set(masks, BitCounts::excludedBit);
   const Masks first = hn::Min(hn::LoadU(masks, from), excluded);
@@ -44,7 +44,7 @@ HWY_INLINE Words countedBits(const std::uint64_t* from) {
   return hn::ConcatEven(words, hn::BitCast(words, second), hn::BitCast(words, first));
 }
 
-// Adds up 64 vectors of masks a time. @return how many masks that were
+// Adds up 64 vectors of masks at a time. @return how many masks it added
 std::size_t countGroups(const std::uint64_t* from, std::size_t size, BitCounts& counts) {
   const std::size_t group = 64 * hn::Lanes(words);
   std::size_t done = 0;
@@ -81,7 +81,7 @@ std::size_t countGroups(const std::uint64_t* from, std::size_t size, BitCounts& 
     for (std::size_t k = 0; k < sums.size(); ++k) {
       hn::Store(sums[k], words, counts.planes[k].data());
     }
-    // How far it carries cannot be predicted: it goes through the next planes in any case.
+    // A processor cannot predict how far it carries, so the first planes are always done.
     for (std::size_t k = sums.size(); k < 2 * sums.size() || !hn::AllTrue(words, carry == hn::Zero(words));
          ++k) {
       const Words sum = hn::Load(words, counts.planes[k].data());
@@ -98,14 +98,14 @@ void countMasks(const std::uint64_t* from, std::size_t size, BitCounts& counts) 
 #if ORVANTIS_HAS_VECTORS
   const std::size_t done = countGroups(from, size, counts);
   if (done < size) {
-    // Padded with masks that count nothing.
+    // The rest, padded with masks that count for nothing.
     alignas(64) std::array<std::uint64_t, 64 * hn::MaxLanes(words)> rest{};
     std::copy(from + done, from + size, rest.begin());
     countGroups(rest.data(), rest.size(), counts);
   }
 #else
   for (std::size_t i = 0; i < size; ++i) {
-    // Adds one number to counters that keep their bits in separate words: bit k of all in plane k.
+    // Adds one number to counters that keep bit k of all counts in plane k.
     std::uint32_t carry =
         from[i] < BitCounts::excludedBit ? static_cast<std::uint32_t>(from[i]) : BitCounts::excludedBit;
     for (std::size_t k = 0; carry != 0; ++k) {
@@ -135,7 +135,7 @@ std::array<std::uint64_t, BitCounts::numCounts> BitCounts::sums() const {
     if (std::all_of(planes[k].begin(), planes[k].end(), [](std::uint32_t word) { return word == 0; })) {
       continue;
     }
-    // In how many words each bit is set: that of bit i in byte i / 8 of number i % 8.
+    // In how many words each bit is set: the number for bit i is byte i / 8 of element i % 8.
     std::array<std::uint32_t, byteSize> numSet{};
     for (const std::uint32_t word : planes[k]) {
       for (std::size_t shift = 0; shift < byteSize; ++shift) {

@@ -7,7 +7,7 @@
 
 namespace orvantis::filter::classify {
 
-/// Asks for bytes that will be read soon. They may lie past the end of what is read.
+/// Prefetches bytes that will be read soon. They may lie past the end of the data.
 inline void fetch(const void* from, std::size_t ahead, std::size_t size) {
   constexpr std::size_t lineSize = 64;
   const std::uintptr_t first = reinterpret_cast<std::uintptr_t>(from) + ahead;

@@ -4,18 +4,18 @@
 
 namespace orvantis::filter::classify {
 
-/// Bits of a mask that stand for no zone. Sets of zones that come from the tables have them, so that what two
-/// tables have in common tells whether a point is decided; no caller sees them.
-inline constexpr std::uint64_t openCell = std::uint64_t{1}
-                                          << 63U;  ///< the cell's zones are yet to be decided
-inline constexpr std::uint64_t openHeight = std::uint64_t{1} << 62U;  ///< and those of the height
+/// Bits of a mask that do not stand for a zone. The sets of zones in the tables have them: the bits that two
+/// sets have in common tell whether a point is decided. No caller sees them.
+inline constexpr std::uint64_t openCell = std::uint64_t{1} << 63U;  ///< the zones of the cell are not decided
+inline constexpr std::uint64_t openHeight = std::uint64_t{1}
+                                            << 62U;  ///< the zones of the height are not decided
 
 inline constexpr unsigned numZoneBits = 56;
 inline constexpr std::uint64_t zoneBits = (std::uint64_t{1} << numZoneBits) - 1;
 
-/// Between the zones and the flags stands the number of a bit: while the mask has it, the cell is to be
-/// decided. In a cut cell that is the bit of its one border's zone, which often is not at the height of a
-/// point; in others it is the flag.
+/// The bits between the zones and the flags are the number of another bit. While the mask has that bit, the
+/// cell is not decided. In a cut cell it is the bit of the zone whose border it is, which often is not at the
+/// height of a point, so that nothing is left to decide; in other cells it is the flag.
 inline constexpr std::uint64_t decidingBits = std::uint64_t{63} << numZoneBits;
 constexpr std::uint64_t decidedWhile(unsigned bit) {
   return std::uint64_t{bit} << numZoneBits;

@@ -6,20 +6,20 @@
 
 namespace orvantis::filter::classify {
 
-/// Floats near this are one apart: adding it rounds to whole numbers.
+/// Floats near this are 1 apart, so adding it rounds to whole numbers.
 inline constexpr float wholeNumbers = 0x1.8p23F;
 
-/// Numbers the values of an axis in steps of one size, but for gaps in which nothing is: these have one
-/// number each, and so have all values before the first piece and after the last one. A larger value never
-/// has a smaller number, whatever is rounded.
+/// Numbers the values of an axis in steps of one size. Each empty gap between pieces has only one number, and
+/// so have all values before the first piece and all values after the last one. A larger value never has a
+/// smaller number, despite all rounding.
 struct Folding {
   static constexpr std::size_t mostPieces = 4;
 
-  float origin = 0.0F;  ///< value number 0 lies here, when the first piece begins here
+  float origin = 0.0F;  ///< the value that has number 0, where the first piece begins
   float stepsPerUnit = 1.0F;
   std::size_t numPieces = 1;
-  std::array<float, mostPieces> offsets{};  ///< from the origin to where a piece begins; the first one's is 0
-  std::array<float, mostPieces> counts{};   ///< how many steps a piece is long: whole numbers
+  std::array<float, mostPieces> offsets{};  ///< from the origin to the begin of each piece; 0 for the first
+  std::array<float, mostPieces> counts{};   ///< the length of each piece in steps, a whole number
 
   /// The number of a value that is `distance` from the origin, before it is rounded to a whole number.
   float position(float distance) const {

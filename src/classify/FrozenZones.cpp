@@ -27,7 +27,7 @@ void append(std::vector<FrozenZone>& zones, const std::shared_ptr<Zone3dBase>& z
 std::vector<FrozenZone> freeze(const ZoneDetector& detector) {
   const auto& exclusionZones = detector.getExclusionZoneVector();
   if (exclusionZones.size() > ZoneDetector::MAX_NUM_EXCLUSION_ZONES) {
-    throw std::invalid_argument("A point classifier takes at most 32 exclusion zones, the detector has " +
+    throw std::invalid_argument("A point classifier takes at most 32 exclusion zones, but the detector has " +
                                 std::to_string(exclusionZones.size()));
   }
   std::vector<FrozenZone> zones;

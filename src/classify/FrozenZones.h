@@ -11,10 +11,10 @@
 
 namespace orvantis::filter::classify {
 
-/// Of the mask of a point: there are at most that many zones.
+/// The bits of the mask of a point: there are at most that many zones.
 inline constexpr std::size_t numBits = std::numeric_limits<std::uint64_t>::digits;
 
-/// A zone as it was when the classifier was made. Its shape is the classifier's own.
+/// A zone as it was when the classifier was made. The classifier owns its shape.
 struct FrozenZone {
   std::shared_ptr<const detection::Zone> shape;
   double zMin;
@@ -23,7 +23,7 @@ struct FrozenZone {
 };
 
 /// The zones of the detector that can contain a point: those with a shape and a height between their bounds.
-/// @throws std::invalid_argument for more than 32 exclusion zones, or a shape that gives no copy of itself
+/// @throws std::invalid_argument for more than 32 exclusion zones, or a shape whose `makeCopy` gives null
 std::vector<FrozenZone> freeze(const detection::ZoneDetector& detector);
 
 }  // namespace orvantis::filter::classify

@@ -21,7 +21,7 @@ std::size_t bytesOf(const std::vector<T>& values) {
   return values.size() * sizeof(T);
 }
 
-// The zones that some point in a cell of each code may have.
+// By code, the zones that some point in a cell of that code may be in.
 std::vector<std::uint64_t> paletteOf(const PlanCells& cells) {
   std::vector<std::uint64_t> palette = cells.palette.sets();
   const auto add = [&palette](std::uint64_t zones, unsigned deciding) {

@@ -14,62 +14,63 @@ namespace orvantis::filter::classify {
 /// A cell that exactly one border crosses.
 struct alignas(32) CutCell {
   Curve curve;
-  std::array<std::uint16_t, 2> zones;  ///< the codes of the sets on its negative and its positive side
+  std::array<std::uint16_t, 2> zones;  ///< the codes of the zones on its negative and its positive side
   std::uint8_t zone;                   ///< the bit of the zone whose border it is
 };
 
-/// A cell that several borders cross, but at most three curves: the set of zones on each combination of their
-/// sides.
+/// A cell that several borders with at most three curves cross. It has the set of zones for each combination
+/// of their sides.
 struct alignas(32) CrossedCell {
   static constexpr std::size_t numCurves = 3;
-  static constexpr std::uint16_t noSet = 0xFFFF;  ///< never a set's code: the crossed cells' come after them
+  static constexpr std::uint16_t noSet =
+      0xFFFF;  ///< not the code of any set: those of the other cells come after the sets
 
-  std::array<std::uint16_t, numCurves> curves{};  ///< in Grid::curves; some stand several times
-  /// By combination, with the side of curve k as bit k of its number, the code of its zones.
+  std::array<std::uint16_t, numCurves> curves{};  ///< in Grid::curves; some may be repeated
+  /// The code of the zones for each combination. The side of curve k is bit k of the combination's number.
   std::array<std::uint16_t, 1U << numCurves> zonesOn{};
   std::uint16_t decided{};  ///< the code of the zones that hold all of the cell
-  std::uint64_t asked{};    ///< the other zones, which are asked where nothing else is known
+  std::uint64_t asked{};    ///< the zones that are asked when the combination is not known
 };
 
-/// What decides one zone in a tangled cell. Each combination of the sides of its curves has one verdict: with
-/// the first curve's side as bit 0 and the second one's as bit 1 of its number, the combination has a bit in
-/// `known` and `inside`. What is not known is the zone's to answer.
+/// What decides one zone in a tangled cell. Each combination of the sides of its curves has one verdict. The
+/// side of the first curve is bit 0 of the combination's number, that of the second curve bit 1. The
+/// combination has a bit in `known` and in `inside`. When it is not known, the zone is asked.
 struct Decision {
   static constexpr std::size_t numCurves = 2;
 
-  std::array<std::uint16_t, numCurves> curves;  ///< in Grid::curves; twice the same when there is only one
+  std::array<std::uint16_t, numCurves> curves;  ///< in Grid::curves; the same twice when there is only one
   std::uint8_t bit;
   std::uint8_t known : 4;
   std::uint8_t inside : 4;
 };
 
-/// A cell that more curves cross: zone by zone. By pairs of decisions, of one zone or two mostly, so that the
-/// loop over them is foreseen. A decision without a partner stands twice.
+/// A cell that more curves cross. It is decided zone by zone, with two decisions in each step: most cells
+/// have one or two, so a processor predicts the end of the loop. A decision without a partner is repeated.
 struct TangledCell {
   std::uint32_t first;
   std::uint16_t numPairs;
   std::uint16_t decided;  ///< the code of the zones that hold all of the cell
 };
 
-/// The plan, cell by cell. A cell has a 16-bit code. The first ones mean a set of zones; then come the cut
-/// cells, then the crossed ones, then the tangled ones.
+/// The plan, cell by cell. A cell has a 16-bit code. The first codes are sets of zones; then come the cut
+/// cells, then the crossed cells, then the tangled cells.
 struct Grid {
-  /// What the tables may take, beside the curves.
+  /// The most memory that the tables take, without the curves.
   static constexpr std::size_t mostBytes = std::size_t{1} << 20U;
-  static constexpr std::uint16_t curveOfZero = 0;  ///< decides nothing
+  static constexpr std::uint16_t curveOfZero = 0;  ///< a curve that decides nothing
 
   Folding columns;
   Folding rows;
 
-  /// Column by column; then those of two cells that are nowhere.
+  /// Column by column; then the codes of two cells that have no place on the plan.
   std::vector<std::uint16_t> codes;
-  /// For points with a coordinate of the plan that is not a number.
+  /// For points whose x or y is NaN.
   std::size_t cellOfNaN() const { return codes.size() - 2; }
   /// For points too far away for the lattice.
   std::size_t cellFarAway() const { return codes.size() - 1; }
 
-  /// By code, with the flags: the zones that hold some point of such a cell, and openHeight; openCell where
-  /// they do not hold all of them.
+  /// By code, with the flags: the zones that hold some point of such a cell, and openHeight; and openCell
+  /// when these zones do not hold all points of the cell.
   std::vector<std::uint64_t> palette;
   std::uint32_t firstCut{};
   std::uint32_t firstCrossed{};
@@ -87,7 +88,7 @@ struct Grid {
   std::size_t bytes() const;
 };
 
-/// The finest grid, from the cell that suits the zones upwards, within the bound on memory.
+/// The finest grid within the bound on memory, beginning with the cell size that suits the zones.
 Grid gridOf(const std::vector<FrozenZone>& zones, double safety);
 
 }  // namespace orvantis::filter::classify

@@ -10,7 +10,7 @@
 
 namespace orvantis::filter::classify {
 
-/// Two numbers that stand side by side, read at once: reading is what takes the time here.
+/// Two neighbouring numbers that are read at once, because reading takes most of the time here.
 struct Pair {
   explicit Pair(const std::uint32_t* from) { std::memcpy(&both, from, sizeof(both)); }
 
@@ -21,7 +21,7 @@ struct Pair {
   std::uint64_t both;
 };
 
-/// Looks the masks of a group of points up.
+/// Looks up the masks of a group of points.
 class GroupLookup {
  public:
   explicit GroupLookup(const LookupTables& tables)
@@ -30,7 +30,7 @@ class GroupLookup {
         slabs_(tables.slabs),
         heightMasks_(tables.heightMasks) {}
 
-  // Written out for all points of a group: counting them takes as long as looking them up.
+  // Unrolled for all points of a group: a loop counter would take as much time as the look-up.
   template <std::size_t... pairs>
   void operator()(const std::uint32_t* cells, const std::uint32_t* heights, std::uint64_t* out,
                   std::index_sequence<pairs...>) const {

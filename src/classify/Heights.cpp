@@ -44,8 +44,8 @@ void makeSlabs(Heights& heights, const std::vector<FrozenZone>& zones) {
   }
 }
 
-// The buckets lie about the starts: a bound that stands for none, such as 1000 m, must not make them wide.
-// Any folding is right; this one leaves few points in a bucket in which a slab starts.
+// The buckets lie around the starts, so that a bound such as 1000 m, which means no bound, does not make them
+// wide. Every folding gives right answers; this one leaves few points in buckets in which a slab starts.
 Folding foldingOver(const std::vector<double>& starts) {
   constexpr double numBuckets = 4096.0;
   constexpr double narrow = 0.004;
@@ -104,7 +104,7 @@ void fillBuckets(Heights& heights) {
   heights.buckets = foldingOver(dividing);
   std::vector<std::uint8_t> count(static_cast<std::size_t>(heights.buckets.last()) + 1, 0);
   for (const float start : finite) {
-    // Rounded as a height of the points is: rounding keeps the order of a start and a height.
+    // Rounded in the same way as the heights of points, because rounding keeps their order.
     ++count[static_cast<std::size_t>(heights.buckets.number(start))];
   }
   heights.slabs.reserve(count.size() + 2);

@@ -17,26 +17,27 @@ namespace orvantis::filter::classify {
 /// the height that starts it. Heights are put into narrow buckets by a function that keeps their order. A
 /// bucket in which no slab starts lies in one slab.
 struct Heights {
-  static constexpr std::uint8_t openBucket = 0x80;  ///< with the number of the slab below the first start
-  static constexpr std::uint8_t noSlab = 0x7F;      ///< of what is not a number
+  static constexpr std::uint8_t openBucket =
+      0x80;  ///< together with the number of the slab below the first start
+  static constexpr std::uint8_t noSlab = 0x7F;  ///< the slab of NaN
 
-  /// No zone has a height below or above, rounded to float.
+  /// No zone has a height below the first or above the second, both rounded to float.
   float lowestInside = std::numeric_limits<float>::infinity();
   float highestInside = -std::numeric_limits<float>::infinity();
 
   Folding buckets;
-  std::vector<std::uint8_t> slabs;  ///< by bucket; then those of NaN and of what is infinite
+  std::vector<std::uint8_t> slabs;  ///< by bucket; then those of NaN and of infinite heights
 
-  /// By entry of `slabs`, with the flags: openCell where there is a zone, and all bits for open buckets.
+  /// By entry of `slabs`, with the flags: openCell if there is a zone; all bits for open buckets.
   std::array<std::uint64_t, 256> masks{};
 
-  std::vector<double> slabStarts;        ///< then twice NaN, which nothing is above
-  std::vector<std::uint64_t> slabMasks;  ///< one more than there are starts: below the first one
+  std::vector<double> slabStarts;        ///< followed by two NaNs, which no height reaches
+  std::vector<std::uint64_t> slabMasks;  ///< the first one is for the heights below the first start
 
   /// The zones at a height in an open bucket.
   std::uint64_t zonesAt(double height, std::uint32_t bucket) const {
     std::size_t slab = slabs[bucket] & (openBucket - 1U);
-    // Mostly one slab starts in the bucket. Whether below or above the height, nobody can guess.
+    // Mostly one slab starts in the bucket. Without a branch, because a processor cannot predict the answer.
     slab += height >= slabStarts[slab] ? 1U : 0U;
     slab += height >= slabStarts[slab] ? 1U : 0U;
     while (height >= slabStarts[slab]) {

@@ -3,16 +3,16 @@
 namespace orvantis::filter::classify {
 namespace {
 
-// As many cells as their codes fit into the second-level cache of most processors.
+// The codes of that many cells fit into the second-level cache of most processors.
 constexpr double numCells = 0x1p17;
-// What curves and positions lose as floats grows with the number of cells along an axis.
+// The rounding errors of curves and positions grow with the number of cells along an axis.
 constexpr double mostAlong = 2000.0;
 constexpr double smallestCell = 0x1p-13;
-// The corner of the lattice is then at most 2^23 cells from the origin, which a float holds to an eighth of a
-// cell.
+// With this the corner of the lattice is at most 2^23 cells from the origin, so that a float holds it to an
+// eighth of a cell.
 constexpr double cellPerCoordinate = 0x1p-22;
-// Cells before and behind the zones of a piece. What lies outside is looked up at the rim, which no border
-// may mark.
+// Cells before and behind the zones of a piece. Points outside are looked up at the rim, so no border may
+// mark the rim.
 constexpr double margin = 3.0;
 
 double lengthOf(const std::vector<Axis::Interval>& pieces) {
@@ -23,7 +23,7 @@ double lengthOf(const std::vector<Axis::Interval>& pieces) {
   return length;
 }
 
-// Without the gaps that the margins on both sides of them would fill.
+// Joins pieces when the margins on both sides of the gap would fill it.
 std::vector<Axis::Interval> joined(const std::vector<Axis::Interval>& pieces, double cell) {
   std::vector<Axis::Interval> result;
   for (const Axis::Interval& piece : pieces) {
@@ -67,7 +67,7 @@ Axis::Piece Axis::pieceAt(double value) const {
     first += static_cast<int>(folding_.counts[k]);
     ++k;
   }
-  // A cell's number is that of the value in its middle.
+  // A cell has the number of the value in its middle.
   const auto offset = static_cast<double>(folding_.offsets[k]);
   const auto count = static_cast<double>(folding_.counts[k]);
   return {origin + offset - 0.5 * cell, first, static_cast<int>(count) + 1, offset + (count + 1.0) * cell};

@@ -11,7 +11,7 @@
 
 namespace orvantis::filter::classify {
 
-/// Square cells over a part of the plan without gaps.
+/// Square cells over a part of the plan, without gaps.
 struct Patch {
   double x0 = 0.0;
   double y0 = 0.0;
@@ -20,8 +20,8 @@ struct Patch {
   int rows = 1;
   int firstColumn = 0;  ///< in the lattice
   int firstRow = 0;
-  /// More than twice as far as a point may lie outside the cell that it is put into: what the marks of a
-  /// border are widened by.
+  /// By how much the marks of a border are widened: more than twice the distance by which a point may lie
+  /// outside its cell.
   double slack = 0.0;
 
   int column(double x) const { return index(x - x0, columns); }
@@ -48,8 +48,8 @@ class Axis {
   const Folding& folding() const { return folding_; }
   int size() const { return folding_.last() + 1; }
 
-  /// Of the piece that a value lies in: where its first cell begins, which one that is, how many it has, and
-  /// how far from the origin the last one is.
+  /// The piece that a value lies in: where its first cell begins, the number of that cell, how many cells it
+  /// has, and how far the last cell is from the origin.
   struct Piece {
     double begin;
     int first;
@@ -62,11 +62,11 @@ class Axis {
   Folding folding_;
 };
 
-/// Where zones lie along one axis, but for the widest gaps, as far as leaving them out halves what is left.
+/// Where zones lie along one axis. Leaves out the widest gaps as long as that at least halves the length.
 std::vector<Axis::Interval> piecesOf(std::vector<Axis::Interval> intervals);
 
-/// Cells over the whole plan. What lies outside of it, or in a gap, is looked up at the rim of the nearest
-/// piece.
+/// Cells over the parts of the plan where zones lie. A point outside of them is looked up at the rim of the
+/// nearest piece.
 struct Lattice {
   /// A point farther than this from the origin in y is not looked up.
   static constexpr double farthest = 0x1p25;
@@ -79,7 +79,7 @@ struct Lattice {
   Patch patchOf(const Bounds& zone) const;
 };
 
-/// Lattices for zones with these bounds, from a fine one to coarser ones.
+/// Lattices for zones with given bounds, from a fine one to coarser ones.
 class Lattices {
  public:
   explicit Lattices(const std::vector<Bounds>& zones);

@@ -53,8 +53,8 @@ void placeAll(const LookupTables& tables, const Block<Real>& block, Pending& pen
   PlainPlacing<purpose, Real>(tables, block).place(pending, places);
 }
 
-// Asks for what the next block will read and write at these points' places: the processor does so too late,
-// when the tables have been read.
+// Prefetches what the next block will read and write, because the processor would begin only after the tables
+// have been read.
 template <typename Real>
 HWY_INLINE void fetchNext(const Block<Real>& block, std::size_t first) {
   constexpr std::size_t lineSize = 64;

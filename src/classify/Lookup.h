@@ -8,11 +8,11 @@
 
 namespace orvantis::filter::classify {
 
-/// What the masks are for: with counts, points with a coordinate that is not finite are counted too.
+/// What the masks are for. With Counts, points with a coordinate that is not finite are counted as well.
 enum class Purpose { Masks, Counts };
 
-/// Looks the points of a block up: their cells' zones and their heights' zones become the masks, and those
-/// that the tables do not decide become pending. Runs on the best instructions that the processor has.
+/// Looks up the points of a block: the zones of cell and height become the mask of each point, and the points
+/// that the tables do not decide become pending. Uses the best instructions that the processor has.
 NoReturns lookUp(const Grid& grid, const Heights& heights, const Block<float>& block, Purpose purpose,
                  Pending& pending);
 NoReturns lookUp(const Grid& grid, const Heights& heights, const Block<double>& block, Purpose purpose,

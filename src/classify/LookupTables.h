@@ -10,8 +10,8 @@
 
 namespace orvantis::filter::classify {
 
-/// What looking points up takes from the tables, by value: what is written could otherwise change it, for all
-/// the compiler knows.
+/// What looking up points needs from the tables, by value. With references, the compiler would have to expect
+/// that writing masks changes it.
 struct LookupTables {
   LookupTables(const Grid& grid, const Heights& heights)
       : columns(grid.columns),
@@ -47,7 +47,7 @@ struct LookupTables {
   const std::uint64_t* heightMasks;
 };
 
-/// The bits of `wholeNumbers`: those of a whole number added to it, less these, are that number.
+/// The bits of `wholeNumbers`. The bits of `wholeNumbers` plus a whole number, less these, are that number.
 inline constexpr std::uint32_t wholeBits = 0x4B400000;
 
 }  // namespace orvantis::filter::classify

@@ -7,7 +7,7 @@
 
 namespace orvantis::filter::classify {
 
-/// Gives each set of zones a code, in the order in which they come.
+/// Gives each set of zones a code, in the order in which the sets are first seen.
 class Palette {
  public:
   std::uint32_t codeOf(std::uint64_t set) {
@@ -28,7 +28,7 @@ class Palette {
  private:
   static constexpr std::uint32_t none = ~std::uint32_t{0};
 
-  // Where a set stands, or may be put.
+  // The place of a set, or a free place for it.
   std::size_t placeOf(std::uint64_t set) const {
     constexpr std::uint64_t golden = 0x9E3779B97F4A7C15U;
     const std::size_t mask = places_.size() - 1;

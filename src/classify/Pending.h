@@ -12,8 +12,9 @@ namespace orvantis::filter::classify {
 struct PointList {
   static constexpr std::size_t padding = 64;  ///< a vector may be written past the last entry
 
-  /// Not initialised: a block fills what it reads. Far from the end of a page of memory: the same few entries
-  /// are written as a whole vector again and again, which takes long across two pages.
+  /// Not initialised, because a block fills what it reads. Aligned, so that it begins far from the end of a
+  /// memory page: whole vectors are written to the first few entries again and again, which is slow across
+  /// two pages.
   alignas(2048) std::array<std::uint32_t, Block<float>::capacity + padding> points;
   std::size_t size = 0;
 };

@@ -18,10 +18,10 @@ struct NoReturns {
 struct Places {
   static constexpr std::size_t capacity = Block<float>::capacity;
 
-  /// Where they begin. Not initialised: what is read was written.
+  /// The first point of each of them. Not initialised, because only what was written is read.
   std::array<std::uint32_t, capacity / Block<float>::groupSize> groups;
   std::size_t numGroups = 0;
-  NoReturns noReturns;  ///< where these are counted
+  NoReturns noReturns;  ///< counted only if asked for
 };
 
 }  // namespace orvantis::filter::classify

@@ -28,7 +28,7 @@ namespace orvantis::filter::classify {
 namespace HWY_NAMESPACE {
 namespace {
 
-// As Folding::position, of which it must be the same function for heights.
+// Like Folding::position. For heights it must give the same numbers, bit for bit.
 class FoldedVectors {
  public:
   explicit FoldedVectors(const Folding& folding)
@@ -38,7 +38,7 @@ class FoldedVectors {
 
   HWY_INLINE Floats steps(Floats distance) const { return distance * stepsPerUnit_; }
 
-  // Rounded to a whole number, as the lower bits of a float.
+  // The whole number nearest to it, in the lower bits of a float.
   HWY_INLINE Floats number(Floats distance, Floats stepsFromOrigin) const {
     Floats sum = hn::Min(hn::Max(stepsFromOrigin, hn::Zero(floats)), count_);
     for (std::size_t k = 1; k < Folding::mostPieces && k < folding_.numPieces; ++k) {
@@ -72,7 +72,8 @@ class Placing {
         mayBeInside = hn::Or(mayBeInside, atSomeZone(first + k * lanes));
       }
       if (hn::AllFalse(floats, mayBeInside)) {
-        // Points below and above all zones come in long runs: the ground in a frame.
+        // Points below and above all zones come in long runs, such as the ground, so whole groups are
+        // skipped.
         for (std::size_t i = 0; i < Block<Real>::groupSize; i += hn::Lanes(masks)) {
           hn::StoreU(hn::Zero(masks), masks, block_.masks + first + i);
         }
@@ -108,7 +109,7 @@ class Placing {
     const Floats number = hn::MulAdd(columnNumber, numRows_, rows_.number(y, row));
     Ints cell = hn::BitCast(ints, number) - hn::Set(ints, std::int32_t{wholeBits});
     Floats height = buckets_.number(z, bucket);
-    // One test for what is rare: not a number, infinite, or far away.
+    // One test for all rare cases: NaN, infinite, or far away.
     const Floats squares = hn::MulAdd(column, column, hn::MulAdd(row, row, bucket * hn::Zero(floats)));
     if (HWY_UNLIKELY(!hn::AllTrue(floats, squares <= squareOfFarthest_))) {
       const Floats farthest = hn::Set(floats, t_.farthest);
@@ -146,7 +147,7 @@ class Placing {
       if (HWY_LIKELY(hn::AllFalse(floats, isInfinite))) {
         noReturns_.count += lanes - hn::CountTrue(floats, isFinite);
       } else {
-        // What is infinite as a float may be a finite double.
+        // A finite double may be infinite as a float.
         noReturns_.haveInfinite = true;
         for (std::size_t point = i; point < i + lanes; ++point) {
           noReturns_.count += isReturn(block_.points, point) ? 0U : 1U;
@@ -160,8 +161,7 @@ class Placing {
   const Reader reader_;
   NoReturns noReturns_;
 
-  // Spread over vectors once: the compiler would do it again for every vector of points that is not left
-  // early.
+  // Spread over vectors once here, because the compiler would do it again for every vector of points.
   const FoldedVectors columns_{t_.columns};
   const FoldedVectors rows_{t_.rows};
   const FoldedVectors buckets_{t_.buckets};

@@ -73,7 +73,7 @@ class PlainPlacing {
     return numInside == 0;
   }
 
-  // As Folding::position, for all at once.
+  // Like Folding::position, for all values at once.
   static void positions(const Folding& folding, const Numbers& distances, Numbers& sums) {
     sums.fill(0.0F);
     for (std::size_t k = 0; k < folding.numPieces; ++k) {
@@ -145,7 +145,7 @@ class PlainPlacing {
     if constexpr (purpose == Purpose::Counts) {
       for (std::size_t i = 0; i < size; ++i) {
         if (!std::isfinite(x_[i]) || !std::isfinite(y_[i]) || !std::isfinite(z_[i])) {
-          // What is infinite as a float may be a finite double.
+          // A finite double may be infinite as a float.
           noReturns_.count += isReturn(block_.points, first + i) ? 0U : 1U;
           noReturns_.haveInfinite =
               noReturns_.haveInfinite || std::isinf(x_[i]) || std::isinf(y_[i]) || std::isinf(z_[i]);

@@ -51,7 +51,8 @@ class FloatArrays {
   Floats originY_;
 };
 
-// Four floats for a point, x, y, z and any, for each point of a vector: in its first quarter, points 0 to 3.
+// Four floats for each point of a vector: x, y, z and one more that is ignored. The first quarter has points
+// 0 to 3.
 struct Quads {
   // `load` gives the four floats of the point with that number.
   template <typename Load>
@@ -73,7 +74,7 @@ struct Quads {
     return pairs(hn::InterleaveUpper(floats, first, second), hn::InterleaveUpper(floats, third, fourth));
   }
 
-  // The lower halves of each block of 16 bytes.
+  // Joins the lower halves of each block of 16 bytes.
   HWY_INLINE static Floats pairs(Floats low, Floats high) {
     return hn::BitCast(floats, hn::InterleaveLower(masks, hn::BitCast(masks, low), hn::BitCast(masks, high)));
   }

@@ -10,7 +10,7 @@ namespace orvantis::filter::classify {
 
 /// The verdicts on the combinations of sides of up to two curves; see Decision.
 struct Sides {
-  // Of a single curve, taken twice.
+  // The sides of a single curve, which is both the first and the second curve.
   static constexpr unsigned negative = 0b0001;
   static constexpr unsigned positive = 0b1000;
   static constexpr unsigned both = negative | positive;
@@ -24,7 +24,7 @@ struct Sides {
   }
 };
 
-/// Cells of one column, from a corner to the opposite one.
+/// The extent of cells of one column.
 struct Box {
   double minX;
   double minY;
@@ -32,13 +32,14 @@ struct Box {
   double maxY;
 };
 
-/// On which side of a curve a point is; nothing when it is too close to it.
+/// On which side of a curve a point is; 0 when it is too close to the curve.
 unsigned sideOf(const Curve& curve, double x, double y);
 
-/// Asks a shape for one point of each side of the curve that is not known and that a corner of the box shows.
+/// Asks a shape about one point on each side of the curve that is not known yet and that has a corner of the
+/// box.
 void askSides(const detection::Zone& shape, const Box& box, const Curve& curve, Sides& sides);
 
-/// Asks a shape for one point of each combination of sides that a sample of the box shows.
+/// Asks a shape about one point of each combination of sides that samples of the box find.
 Sides askSides(const detection::Zone& shape, const Box& box, const std::array<const Curve*, 2>& curves);
 
 }  // namespace orvantis::filter::classify

@@ -42,7 +42,7 @@ void StrokeMaker::markBorders(const Margins& margins) {
   }
 }
 
-// By columns, and in a column as they come.
+// Sorts the marks by column, and keeps their order within a column.
 void StrokeMaker::sortMarks() {
   const auto [first, last] = std::minmax_element(
       marks_.begin(), marks_.end(), [](const Mark& a, const Mark& b) { return a.column < b.column; });
@@ -64,7 +64,7 @@ void StrokeMaker::sortMarks() {
 void StrokeMaker::makeColumn(Mark* first, Mark* end) {
   gaps_.clear();
   if (std::any_of(first, end, [](const Mark& mark) { return mark.isSteep; })) {
-    // In all rows of the lattice, whatever patch the zone lies in.
+    // A steep edge may concern every row of the lattice, not only those of the zone's patch.
     append({-patch_.firstRow, lattice_.rows.size() - 1 - patch_.firstRow}, Stroke::Kind::Asked);
     gapsBefore_.clear();
     return;
@@ -94,8 +94,8 @@ void StrokeMaker::makeColumn(Mark* first, Mark* end) {
   gaps_.swap(gapsBefore_);
 }
 
-// No border is crossed on the way to a neighbour that is not marked either: it has the same verdict. Below
-// the first border of a column and above the last one lies the outside.
+// A neighbour in the column before that is not marked either has the same verdict, because no border lies
+// between. Below the first border of a column and above the last one is the outside.
 bool StrokeMaker::isInside(const Rows& rows) const {
   for (const Gap& gap : gapsBefore_) {
     if (gap.rows.first <= rows.last && rows.first <= gap.rows.last) {
@@ -133,7 +133,7 @@ void StrokeMaker::makePart(const Run& run, const Rows& rows, const Mark* first, 
   std::size_t numCurves = 0;
   for (const Mark* mark = first; mark != end; ++mark) {
     const bool isHere = mark->first <= rows.first && mark->last >= rows.last;
-    // One circle may have two marks.
+    // A circle may have two marks in a column.
     const bool isKnown = numCurves > 0 && mark->curve == curves[0];
     if (isHere && !isKnown) {
       curves[std::min<std::size_t>(numCurves, 1)] = mark->curve;
@@ -151,8 +151,8 @@ void StrokeMaker::makePart(const Run& run, const Rows& rows, const Mark* first, 
   }
 }
 
-// A part that reaches to the lower or upper end of its run has the verdict beyond on the side of the curve
-// that lies beyond: the zone need not be asked.
+// A part at the lower or upper end of its run has a neighbour whose verdict is known. It holds on that side
+// of the curve, so the zone is not asked for it.
 Sides StrokeMaker::sidesOf(const Run& run, const Rows& rows, const Curve& curve) const {
   Sides sides;
   if (rows.first == run.rows.first) {

@@ -26,7 +26,7 @@ class StrokeMaker {
   const std::vector<Curve>& curves() const { return curves_; }
 
  private:
-  // What one piece of the border marks in a column, or all rows where it is steep.
+  // The rows that one piece of the border marks in a column; all rows when it is steep.
   struct Mark {
     int column;
     int first;
@@ -39,12 +39,12 @@ class StrokeMaker {
     int first;
     int last;
   };
-  // Rows that no border marks: one verdict holds for them.
+  // Rows that no border marks, which have the same verdict.
   struct Gap {
     Rows rows;
     bool isInside;
   };
-  // Rows that borders mark without a gap, and the verdicts below and above.
+  // Rows that borders mark without a gap, and the verdicts below and above them.
   struct Run {
     Rows rows;
     bool isInsideBelow;
@@ -69,20 +69,20 @@ class StrokeMaker {
   std::vector<Placed> strokes_;
   std::vector<Curve> curves_;
 
-  // Of the zone.
+  // The state for one zone.
   const OutlinedZone* zone_ = nullptr;
   Patch patch_;
   std::vector<Span> spans_;
   std::vector<Mark> marks_;
   std::vector<Mark> sortedMarks_;
-  int firstColumn_ = 0;            // with a mark
-  std::vector<std::size_t> ends_;  // of the columns' marks, from that one on
+  int firstColumn_ = 0;            // the first column with a mark
+  std::vector<std::size_t> ends_;  // the end of each column's marks, from that column on
 
-  // Of the column.
+  // The state for one column.
   int column_ = 0;
   std::vector<Gap> gaps_;
   std::vector<Gap> gapsBefore_;  // in the column before
-  std::vector<int> starts_;      // of the parts of a run
+  std::vector<int> starts_;      // the first rows of the parts of a run
 };
 
 }  // namespace orvantis::filter::classify

@@ -18,29 +18,29 @@ struct OutlinedZone {
   Outline outline;
 };
 
-/// Cells of one column of a lattice, from row `first` to row `last`, and what one zone is there.
+/// Cells of one column of a lattice, from row `first` to row `last`, and how one zone is decided in them.
 struct Stroke {
   enum class Kind : std::uint8_t {
-    Inside,    ///< it holds them whole
-    OneCurve,  ///< one of its curves passes through them
+    Inside,    ///< the zone holds all of them
+    OneCurve,  ///< one curve of the zone passes through them
     TwoCurves,
-    Asked  ///< what is to be done about it is unknown
+    Asked  ///< the zone is asked
   };
 
   std::uint16_t first;
   std::uint16_t last;
   std::uint8_t bit;
   Kind kind;
-  std::uint8_t known : 4;  ///< of Sides; of one curve taken twice
+  std::uint8_t known : 4;  ///< as in Sides; a single curve is taken twice
   std::uint8_t inside : 4;
   std::array<std::uint32_t, 2> curves;  ///< in Strokes::curves
 };
 
-/// What all zones are in all cells.
+/// How all zones are decided in all cells.
 struct Strokes {
   std::vector<Curve> curves;
   std::vector<Stroke> strokes;               ///< column by column, and zone by zone in a column
-  std::vector<std::uint32_t> firstOfColumn;  ///< and one more: the end
+  std::vector<std::uint32_t> firstOfColumn;  ///< and the end of the last column
 };
 
 /// The first phase of making a grid.

@@ -32,7 +32,7 @@ struct Position {
   Real y;
 };
 
-// A single number as a vector, for the processor's one instruction of multiplying and adding.
+// A vector of one number, so that the processor multiplies and adds in one instruction.
 constexpr hn::CappedTag<float, 1> single;
 
 template <typename Real>
@@ -66,7 +66,7 @@ class Decider {
  private:
   HWY_INLINE std::uint64_t zonesInCut(const CutCell& cell, const Position<Real>& at) const {
     const float value = valueOf(cell.curve, at);
-    // Looked up and not chosen: which side a point is on cannot be predicted.
+    // Looked up without a branch, because a processor cannot predict the side of a point.
     const std::uint64_t zones = grid_.palette[cell.zones[value > 0.0F ? 1 : 0]];
     if (HWY_LIKELY(std::abs(value) > 1.0F)) {
       return zones;
@@ -114,7 +114,7 @@ class Decider {
     return asked(decision.bit, at);
   }
 
-  // The bit of the zone, if it says itself that the point is inside.
+  // Asks the zone itself. The bit of the zone if the point is inside, else 0.
   std::uint64_t asked(unsigned zone, const Position<Real>& at) const {
     return bitIf(shapes_[zone]->within(detection::Point(at.x, at.y)), zone);
   }
@@ -123,14 +123,14 @@ class Decider {
   const ShapesByBit& shapes_;
 };
 
-// Leaves the points out whose cells are decided by their heights. @return how many are left
+// Leaves out the points for which the height alone decides. @return how many are left
 std::size_t leaveOutDecided(PointList& list, std::uint64_t* masks) {
   std::size_t numLeft = 0;
   for (std::size_t i = 0; i < list.size; ++i) {
     const std::uint32_t point = list.points[i];
     const std::uint64_t mask = masks[point];
     masks[point] = mask & (zoneBits | openHeight);
-    // Written in any case, and kept by the next one's place: a jump would be guessed wrong too often.
+    // Always written; the list grows only when the point stays. A branch would be mispredicted too often.
     list.points[numLeft] = point;
     numLeft += isStillOpen(mask) ? 1U : 0U;
   }

@@ -15,8 +15,8 @@ namespace orvantis::filter::classify {
 /// The shapes to ask, by bit; null where there is no zone.
 using ShapesByBit = std::array<const detection::Zone*, numBits>;
 
-/// Decides what the tables leave open: takes away the zones that do not hold the pending points. Before,
-/// their masks have the zones that may.
+/// Decides what the tables leave open: removes the zones that do not hold a pending point from its mask,
+/// which has all zones that may hold it.
 void decide(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const Block<float>& block,
             Pending& pending);
 void decide(const Grid& grid, const Heights& heights, const ShapesByBit& shapes, const Block<double>& block,

@@ -1,4 +1,5 @@
-// Vectors, and what Highway lacks of them. Read once for each kind of processor: the guard toggles.
+// Types of vectors, and operations that Highway lacks. Read once for each kind of processor: the guard
+// toggles.
 #if defined(ORVANTIS_CLASSIFY_VECTORS) == defined(HWY_TARGET_TOGGLE)
 #ifdef ORVANTIS_CLASSIFY_VECTORS
 #undef ORVANTIS_CLASSIFY_VECTORS
@@ -13,7 +14,7 @@
 
 #include <hwy/highway.h>
 
-// The other kinds take one number at a time.
+// These two kinds of processors take one number at a time.
 #undef ORVANTIS_HAS_VECTORS
 #if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
 #define ORVANTIS_HAS_VECTORS 0
@@ -30,7 +31,7 @@ namespace {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-// A vector of floats and what fits into the same space or has as many lanes.
+// A vector of floats, and vectors of the same size or with as many lanes.
 constexpr hn::ScalableTag<float> floats;
 constexpr hn::RebindToSigned<decltype(floats)> ints;
 constexpr hn::RebindToUnsigned<decltype(floats)> words;
@@ -42,12 +43,13 @@ using Words = hn::Vec<decltype(words)>;
 using Masks = hn::Vec<decltype(masks)>;
 using Lanes = hn::Mask<decltype(floats)>;
 
-// A processor may have vectors of floats alone.
+// Some processors have vectors of floats but not of doubles.
 template <typename Real>
 constexpr bool hasVectorsOf = sizeof(Real) == sizeof(float) || HWY_HAVE_FLOAT64;
 
 #if !(HWY_TARGET <= HWY_AVX3 && HWY_ARCH_X86)
-// By which lanes are chosen, as the bits of a number: these lanes in order, then any.
+// The index is a number whose bits are the chosen lanes. The entry has these lanes in order; the rest is
+// arbitrary.
 using CompressOrders = std::array<std::array<std::uint32_t, hn::MaxLanes(words)>, 1U << hn::MaxLanes(words)>;
 constexpr CompressOrders makeCompressOrders() {
   CompressOrders orders{};
@@ -63,8 +65,8 @@ constexpr CompressOrders makeCompressOrders() {
 }
 alignas(64) constexpr CompressOrders compressOrders = makeCompressOrders();
 
-// Not Highway's own ways: of one g++ makes a copy of a whole table on the stack for every vector, and on
-// WebAssembly they go through memory.
+// Highway's own operations are not used: for one of them g++ copies a whole table to the stack for every
+// vector, and on WebAssembly they go through memory.
 HWY_INLINE unsigned bitsOf(hn::Mask<decltype(words)> where) {
 #if HWY_TARGET == HWY_WASM
   return wasm_i32x4_bitmask(where.raw);
@@ -76,7 +78,7 @@ HWY_INLINE unsigned bitsOf(hn::Mask<decltype(words)> where) {
 }
 #endif
 
-// Appends the chosen entries to a list. Up to a whole vector is written past its end.
+// Appends the chosen entries to a list. It writes up to a whole vector past the new end.
 HWY_INLINE void append(std::uint32_t*& list, hn::Vec<decltype(words)> entries,
                        hn::Mask<decltype(words)> where) {
 #if HWY_TARGET <= HWY_AVX3 && HWY_ARCH_X86

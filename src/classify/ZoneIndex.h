@@ -15,10 +15,10 @@
 
 namespace orvantis::filter::classify {
 
-/// The zones of a detector, prepared for lookup. Immutable.
+/// The zones of a detector, prepared for look-up. Immutable.
 class ZoneIndex {
  public:
-  /// @param safety one; other values only to show that the safety margins are needed
+  /// @param safety 1, except in tests that show that the safety margins are needed
   explicit ZoneIndex(const detection::ZoneDetector& detector, double safety = 1.0);
 
   template <typename Real>
@@ -27,7 +27,7 @@ class ZoneIndex {
   ZoneCounts count(const PointsView<Real>& points, std::uint64_t* masks) const;
 
   const Grid& grid() const { return grid_; }
-  /// Of the tables, without the copies of the shapes.
+  /// The memory of the tables, without the copies of the shapes.
   std::size_t bytes() const { return grid_.bytes() + heights_.bytes(); }
 
  private:

@@ -15,7 +15,7 @@
 namespace orvantis::toolkit {
 namespace {
 
-// Enough for few calls of the system.
+// Large enough that the system is called rarely.
 constexpr std::size_t bufferSize = 1U << 16U;
 
 bool isReplaceable(const std::string& path) {
@@ -23,10 +23,10 @@ bool isReplaceable(const std::string& path) {
   const auto type = std::filesystem::status(path, error).type();
   return type == std::filesystem::file_type::not_found || type == std::filesystem::file_type::regular ||
          type ==
-             std::filesystem::file_type::directory;  // which the system refuses to replace, with its reason
+             std::filesystem::file_type::directory;  // the system then says why a folder cannot be replaced
 }
 
-// The mode and, through a link, the place of the file that is replaced.
+// The file that is replaced, behind links, and its mode.
 struct Target {
   std::string path;
   mode_t mode;
@@ -37,7 +37,7 @@ Target resolve(const std::string& path) {
   const std::filesystem::path real = std::filesystem::canonical(path, error);
   struct stat status {};
   if (error || ::stat(real.c_str(), &status) != 0) {
-    return {path, 0666};  // new; less what the user's mask takes
+    return {path, 0666};  // a new file; the user's mask takes bits away
   }
   return {real.string(), status.st_mode & 0777U};
 }
@@ -100,7 +100,7 @@ void AtomicFile::append(std::string_view text) {
 
 void AtomicFile::commit() {
   write();
-  // A device has nothing to bring to the disk, and may say so with an error.
+  // fsync fails for some devices, which have no disk.
   if (!isDirect() && ::fsync(file_) != 0) {
     fail(errno);
   }

@@ -7,21 +7,21 @@
 
 namespace orvantis::toolkit {
 
-/// A file that is written whole or not at all: a new file in the same folder, named as the old one with
-/// `.part` and a number behind it, takes the place of the old one only when every byte is on the disk. A path
-/// that names something else than a file, such as /dev/stdout, is written to directly.
+/// A file that is written whole or not at all. The bytes go to a new file in the same folder, named like the
+/// old one with `.part` and a number at the end. It replaces the old file only when every byte is on the
+/// disk. A path that is not that of a file, such as /dev/stdout, is written to directly.
 ///
-/// What fails throws a Failure with the path and the reason; the old file is then as it was and nothing else
-/// is left behind.
+/// Every operation throws a Failure with the path and the reason when it fails. The old file is then
+/// unchanged, and the new file is removed.
 class AtomicFile {
  public:
   explicit AtomicFile(const std::string& path);
   AtomicFile(AtomicFile&& other) noexcept;
   AtomicFile& operator=(AtomicFile&& other) = delete;
-  ~AtomicFile();  ///< without `commit` there is no new file
+  ~AtomicFile();  ///< without `commit`, removes the new file
 
   void append(std::string_view text);
-  /// Once, after the last `append`.
+  /// Replaces the old file. Call it once, after the last `append`.
   void commit();
 
  private:
@@ -30,9 +30,9 @@ class AtomicFile {
   bool isDirect() const { return part_.empty(); }
 
   std::string path_;    // as the user named it
-  std::string target_;  // through links
-  std::string part_;    // empty: written to directly
-  std::string buffer_;  // not yet written
+  std::string target_;  // the file itself, behind links
+  std::string part_;    // the new file; empty: the target is written to directly
+  std::string buffer_;  // bytes that are not written yet
   int file_ = -1;
 };
 

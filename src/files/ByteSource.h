@@ -16,14 +16,13 @@ class ByteSource {
  public:
   virtual ~ByteSource() = default;
 
-  /// The number of bytes; nothing where only reading tells. Such a source is read forwards: an offset is
-  /// never less than the one of the call before.
-  /// @throws nothing
+  /// The number of bytes; nothing when only reading can tell it. Such a source is read forwards: each offset
+  /// is at least that of the call before. Throws nothing.
   virtual std::optional<std::uint64_t> size() const = 0;
 
-  /// The bytes from `offset` on: `count` of them, fewer only where the source ends before. Takes no memory
-  /// for bytes that are not there, whatever `count` is. The span is valid until the next call.
-  /// @throws what the source says when it cannot be read
+  /// The bytes from `offset` on: `count` bytes, or fewer if the source ends before. Takes no memory for bytes
+  /// that do not exist, however large `count` is. The span is valid until the next call.
+  /// @throws what the source throws when it cannot be read
   virtual std::span<const std::byte> bytes(std::uint64_t offset, std::uint64_t count) = 0;
 
  protected:
@@ -32,7 +31,7 @@ class ByteSource {
   ByteSource& operator=(const ByteSource&) = default;
 };
 
-/// Bytes in memory that somebody else owns; they are seen, not copied.
+/// Bytes in memory that the caller owns. They are not copied.
 class MemorySource final : public ByteSource {
  public:
   explicit MemorySource(std::span<const std::byte> bytes) : bytes_(bytes) {}

@@ -6,13 +6,13 @@
 
 namespace orvantis::toolkit {
 
-/// Why something cannot be done that a file, or another input from outside, is at fault for. Its text is
-/// "path:line:column: reason", without what is not known.
+/// The fault of a file or another input from outside. Its text is "path:line:column: reason", without the
+/// parts that are not known.
 class Failure : public std::runtime_error {
  public:
   explicit Failure(const std::string& reason) : Failure("", reason) {}
   Failure(const std::string& path, const std::string& reason) : Failure(path, 0, 0, reason) {}
-  /// @param line,column from 1, the column in bytes; 0: not known
+  /// @param line,column from 1, the column in bytes; 0 when not known
   Failure(const std::string& path, std::size_t line, std::size_t column, const std::string& reason)
       : std::runtime_error(textOf(path, line, column, reason)),
         path_(path),

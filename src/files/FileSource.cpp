@@ -13,7 +13,8 @@
 namespace orvantis::toolkit {
 namespace {
 
-// Read beyond what is asked for: the head of a record is read with the record before it.
+// How many more bytes are read than asked for, so that the head of a record is read with the record before
+// it.
 constexpr std::uint64_t ahead = 4096;
 
 }  // namespace
@@ -41,7 +42,7 @@ std::span<const std::byte> FileSource::bytes(std::uint64_t offset, std::uint64_t
 
 void FileSource::fill(std::uint64_t offset, std::size_t count) {
   if (buffer_.size() < count) {
-    buffer_.clear();  // what is in it need not be moved along
+    buffer_.clear();  // so that its old content is not copied
     buffer_.resize(count + count / 8);
   }
   begin_ = offset;

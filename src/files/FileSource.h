@@ -11,8 +11,8 @@
 
 namespace orvantis::toolkit {
 
-/// A file that is read in ranges into a buffer, which is reused and as large as the largest range so far. The
-/// file is as long as it was when it was opened; what it loses later is missing at the end.
+/// A file that is read in ranges into a buffer, which is reused and as large as the largest range so far. Its
+/// size is that when it was opened. If the file becomes shorter, the spans end early.
 class FileSource final : public ByteSource {
  public:
   /// @throws Failure with the path and the reason

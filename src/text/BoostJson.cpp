@@ -1,2 +1,2 @@
-// Boost.JSON compiled into the toolkit; the copy inside the settings library is hidden there.
+// Compiles Boost.JSON into the toolkit. The settings library has a copy of its own, whose symbols are hidden.
 #include <boost/json/src.hpp>

@@ -11,7 +11,7 @@
 namespace orvantis::toolkit {
 namespace {
 
-// Boost's own writer gives 1.5 as 1.5E0, which reads badly.
+// Boost's own writer writes 1.5 as 1.5E0, which is hard to read.
 void append(std::string& text, const boost::json::value& value) {
   if (const auto* number = value.if_double()) {
     text += std::isfinite(*number) ? toText(*number) : "null";

@@ -7,8 +7,8 @@
 
 namespace orvantis::toolkit {
 
-/// The value as JSON on one line, numbers as short as they can be and still read back the same; a number that
-/// is not finite, which JSON does not know, becomes null.
+/// The value as JSON on one line. Numbers have the shortest text that reads back as the same number. A number
+/// that is not finite becomes null, because JSON has no such numbers.
 std::string toJson(const boost::json::value& value);
 
 /// The text as a JSON string with its quotes.

@@ -5,8 +5,8 @@
 
 namespace orvantis::toolkit {
 
-/// A to Z as a to z, every other byte as it is, whatever the process locale: a keyword of a file must not
-/// mean something else on another system.
+/// A to Z become a to z, every other byte stays as it is. Not std::tolower, which depends on the process
+/// locale: a keyword of a file must mean the same on every system.
 constexpr char lowerCase(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }

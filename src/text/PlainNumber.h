@@ -9,10 +9,10 @@
 #include <string_view>
 #include <system_error>
 
-// Numbers and text on systems whose standard library has no conversion of floating-point numbers without a
-// locale. It relies on a C library whose strtod and snprintf round correctly and know no other locale than
-// the classic one, as the one of WebAssembly does. Only Number.cpp includes it; a test compares it with the
-// standard library's conversions where both are there.
+// Conversions between numbers and text for systems whose standard library cannot convert floating-point
+// numbers without a locale. They rely on a C library, such as that of WebAssembly, whose strtod and snprintf
+// round correctly and have only the classic locale. Only Number.cpp includes this. A test compares it with
+// the standard library's conversions on systems that have both.
 
 namespace orvantis::toolkit::plain {
 
@@ -20,7 +20,7 @@ inline bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-/// Where the longest decimal number at the beginning of the text ends; `first` when there is none.
+/// The end of the longest decimal number at the beginning of the text; `first` when there is none.
 inline const char* endOfNumber(const char* first, const char* last) {
   const char* at = first;
   if (at != last && *at == '-') {
@@ -82,7 +82,7 @@ std::from_chars_result readNumber(const char* first, const char* last, Real& val
   }
   const std::string text(first, end);
   const Real number = convert(text.c_str(), nullptr);
-  // Out of range: what is written is neither zero nor infinite, but its nearest number is.
+  // Out of range: the text is neither zero nor infinite, but the nearest double is.
   const bool isWord = (text.back() | 0x20) > '9';
   const bool isZero =
       text.substr(0, text.find_first_of("eE")).find_first_of("123456789") == std::string::npos;
@@ -117,7 +117,7 @@ inline std::string shortest(double value) {
   const int count = static_cast<int>(digits.size());
   std::string fixed;
   if (exponent >= count - 1) {
-    // Digits beyond the shortest ones are those of the number itself, not zeros.
+    // Behind the shortest digits come the number's own digits, not zeros.
     std::array<char, 400> whole{};
     std::snprintf(whole.data(), whole.size(), "%.0f", std::fabs(value));
     fixed = whole.data();

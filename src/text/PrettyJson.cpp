@@ -7,7 +7,7 @@
 namespace orvantis::toolkit {
 namespace {
 
-// One line, with blanks between things.
+// The value on one line, with blanks between its parts.
 std::string spaced(const boost::json::value& value) {
   std::string text;
   if (const auto* array = value.if_array(); array != nullptr && !array->empty()) {
@@ -25,7 +25,7 @@ std::string spaced(const boost::json::value& value) {
   return toJson(value);
 }
 
-// What begins in that column and does not fit its line is broken up.
+// Appends a value that begins in that column. It breaks the value into lines if it does not fit on its line.
 void append(std::string& text, const boost::json::value& value, std::size_t indent, std::size_t column) {
   constexpr std::size_t width = 100;
   const std::string line = spaced(value);

@@ -6,8 +6,8 @@
 
 namespace orvantis::toolkit {
 
-/// The value as JSON for people: what fits a line stands on one, and the text ends with a line end. Numbers
-/// as in `toJson`.
+/// The value as JSON that is easy to read: a value that fits on one line is on one line, and the text ends
+/// with a line end. Numbers are written as by `toJson`.
 std::string toPrettyJson(const boost::json::value& value);
 
 }  // namespace orvantis::toolkit

@@ -58,7 +58,7 @@ struct ToCell {
   std::string operator()(const std::vector<double>& values) const { return std::to_string(values.size()); }
   std::string operator()(const Record& value) const { return std::to_string(value.size()); }
   std::string operator()(const std::vector<Record>& values) const {
-    return std::to_string(values.size());  // what a cell can say of a list of things
+    return std::to_string(values.size());  // the cell has only the number of entries
   }
   template <typename Whole>
   std::string operator()(Whole value) const {

@@ -13,12 +13,12 @@ bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-// A decimal number as it is written: its digits from the first one that is not 0, and how many of them stand
+// A decimal number as it is written: its digits from the first one that is not 0, and how many of them are
 // before the point.
 struct Decimal {
   std::string digits;
   std::int64_t whole = 0;
-  const char* end = nullptr;  // none: not a number
+  const char* end = nullptr;  // null: not a number
 };
 
 Decimal readDecimal(const char* at, const char* last) {

@@ -52,7 +52,7 @@ std::string printable(std::string_view raw) {
   std::string result;
   for (std::size_t i = 0; i < text.size(); ++i) {
     auto byte = static_cast<unsigned char>(text[i]);
-    // U+0080 to U+009F, in two bytes, are control characters too.
+    // U+0080 to U+009F, which have two bytes, are control characters too.
     const bool isLongControl =
         byte == 0xC2U && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0U;
     if (isLongControl) {

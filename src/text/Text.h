@@ -7,8 +7,8 @@
 
 namespace orvantis::toolkit {
 
-/// The text with U+FFFD for every byte that is not UTF-8, as a path or a class may have: JSON and SVG must
-/// be.
+/// The text with U+FFFD for every byte that is not UTF-8. Paths and class names may have such bytes, but JSON
+/// and SVG must be UTF-8.
 std::string toUtf8(std::string_view text);
 
 /// How many bytes at the beginning of the text are UTF-8.
@@ -21,13 +21,14 @@ std::string printable(std::string_view raw);
 /// The columns a terminal needs for the text: its characters, not its bytes.
 std::size_t displayWidth(std::string_view text);
 
-/// At most so many characters of the text, whole ones; what is left out is shown by "…".
+/// At most that many whole characters of the text; "…" shows that some are left out.
 std::string shortened(const std::string& text, std::size_t characters);
 
-/// The head and as much of the end of the text as fit into so many columns; what is left out is shown by "…".
+/// The head and as much of the end of the text as fit into that many columns; "…" shows that some is left
+/// out.
 std::string endOf(std::string_view head, std::string_view text, std::size_t columns);
 
-/// The system's words for an error number.
+/// The system's message for an error number.
 std::string errorText(int number);
 
 /// "1 point", "2 points".

@@ -21,8 +21,8 @@ bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-// What from_chars takes of a text that a stream takes: no blanks around it, no plus. Empty when it does not
-// begin like a decimal number.
+// The text without the blanks around it and the plus in front, which a stream accepts but from_chars does
+// not. Empty when it does not begin like a decimal number.
 std::string_view plainNumber(std::string_view text) {
   constexpr std::string_view blanks = " \t\n\v\f\r";
   text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
@@ -38,7 +38,7 @@ std::string_view plainNumber(std::string_view text) {
   return isNumber ? text : std::string_view();
 }
 
-// Whether a decimal number that is out of range is so because it is small.
+// Whether a decimal number that is out of range is too small rather than too large.
 bool isSmall(std::string_view number) {
   const std::size_t e = std::min(number.find_first_of("eE"), number.size());
   const std::string_view digits = number.substr(0, e);
@@ -86,7 +86,8 @@ boost::optional<bool> ValueText<bool>::get_value(const std::string& text) const 
   using Traits = std::char_traits<char>;
   std::istringstream in(text);
   in.imbue(std::locale::classic());
-  // Out of memory must not pass for a text that is not a value, which would quietly give the default.
+  // Lets std::bad_alloc through. Otherwise it would look like a text that is not a value, which silently
+  // gives the default.
   in.exceptions(std::ios::badbit);
   bool value = false;
   boost::property_tree::customize_stream<char, Traits, bool>::extract(in, value);
