@@ -88,7 +88,14 @@ export function App() {
         <Timeline state={state} />
         <div class="status">
           <span class="scenetext">{sceneText(state)}</span>
+          {state.scene ? (
+            <span class="legend">
+              <i class="dot counted" /> counts in a zone <i class="dot taken" /> taken by an exclusion zone
+            </span>
+          ) : null}
+          <span class="gap" />
           <span class="pointer">{placeText(state)}</span>
+          <span title="The engine's version and its memory">{state.engineVersion}</span>
         </div>
       </footer>
       <p class={`message ${state.message?.isError ? 'error' : ''}`} role={state.message?.isError ? 'alert' : 'status'}>{state.message?.text ?? ''}</p>

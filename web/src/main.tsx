@@ -45,7 +45,7 @@ async function start(): Promise<void> {
   keepWork();
   followDocument();
   const engine = await openEngine();
-  set({ engine, engineVersion: (await engine.version()).version });
+  set({ engine, engineVersion: `engine ${(await engine.version()).version}` });
   if (fileName !== EXAMPLE_NAME) return;
   const { clouds, tracks } = await exampleSources();
   if (get().recording === null && get().scene === null) await openSources(clouds, tracks, 'The crossing');

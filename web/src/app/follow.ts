@@ -81,6 +81,14 @@ function progressText(moments: number): string {
   return `Evaluating: ${moments} ${moments === 1 ? 'moment' : 'moments'}`;
 }
 
+let running = new AbortController();
+
+// What is being evaluated is given up: something newer takes its place.
+function stopRun(): void {
+  running.abort();
+  running = new AbortController();
+}
+
 async function runOf(text: string): Promise<Session | null> {
   const { engine, recording, activeField } = get();
   if (!engine || !recording) return null;
@@ -89,6 +97,7 @@ async function runOf(text: string): Promise<Session | null> {
   const hasField = check.site.evaluationFields.some((field) => field.index === activeField);
   return engine.run(recording.id, text, hasField ? { activeField } : {}, {
     onProgress: ({ moments }) => set({ progress: progressText(moments) }),
+    signal: running.signal,
   });
 }
 
@@ -96,6 +105,7 @@ const runAgain = newestOnly(async () => {
   const { recording, before } = get();
   if (!recording) return;
   const text = textOf();
+  const { signal } = running;
   try {
     const session = await runOf(text);
     if (get().recording !== recording) return;
@@ -109,24 +119,42 @@ const runAgain = newestOnly(async () => {
       const first = before.text === text && session ? session : await runOf(before.text);
       if (first && before === get().before) set({ before: { ...before, session: first } });
     }
+  } catch (error) {
+    if (!signal.aborted) throw error;
   } finally {
     set({ progress: '' });
   }
+  const version = await get().engine?.version();
+  if (version) set({ engineVersion: `engine ${version.version}, ${Math.ceil(version.memory / 2 ** 20)} MiB` });
 });
 
 /** Of a recording that is closed nothing is kept. */
 export function forgetScenes(): void {
+  stopRun();
   for (const scene of scenes.values()) void get().engine?.closeScene(scene.id);
   scenes.clear();
+}
+
+// Outputs are those of the active field, so what is compared is evaluated again with it.
+function freshBefore(now: State, old: State): void {
+  const { before } = now;
+  if (now.activeField !== old.activeField && before.session !== null) set({ before: { ...before, session: null } });
+  const left = old.before.session;
+  if (before !== old.before && left && left !== before.session && left !== now.session) void now.engine?.closeSession(left.id);
 }
 
 function follow(now: State, old: State): void {
   if (!now.engine) return;
   const isNewText = textOf(now) !== textOf(old);
   if (isNewText || now.engine !== old.engine || (now.scene !== old.scene && now.session === null)) countAgain();
-  const isNewRun = isNewText || now.recording !== old.recording || now.activeField !== old.activeField || (now.before !== old.before && now.before.session === null);
-  if (now.recording && isNewRun) runAgain();
+  const isNewBefore = now.before !== old.before && now.before.session === null;
+  const isNewRun = isNewText || now.recording !== old.recording || now.activeField !== old.activeField || isNewBefore;
+  if (now.recording && isNewRun) {
+    stopRun();
+    runAgain();
+  }
   if (now.recording && now.moment !== old.moment) showMoment();
+  freshBefore(now, old);
 }
 
 export function followDocument(): void {

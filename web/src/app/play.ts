@@ -17,7 +17,7 @@ function waitAfter(moment: number): number {
 
 let timer = 0;
 
-// The next moment is shown when its time has come and the one before was drawn: none is left out.
+// The next moment comes when its time has come and the page was drawn; points follow as fast as they are counted.
 function step(): void {
   const { session, moment, isPlaying } = get();
   if (!isPlaying || !session) return;

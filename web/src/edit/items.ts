@@ -53,6 +53,14 @@ function zoneHolder(doc: Doc): Node {
   return member(doc.root, 'ZoneDetector') ?? doc.root;
 }
 
+// Into the top node, which is made where the document holds no zones at all: options stand nowhere else.
+function zoneListAppended(doc: Doc, key: 'EvaluationField' | 'ExclusionZone', value: Json): Splice {
+  const holder = zoneHolder(doc);
+  const isBare = holder === doc.root && !member(holder, 'EvaluationField') && !member(holder, 'ExclusionZone');
+  if (!isBare || holder.kind !== 'object') return appended(doc, holder, key, value);
+  return memberAdded(doc.text, holder, 'ZoneDetector', { version: '1.1', [key]: [value] });
+}
+
 /** The lowest slot that is free; none: all are taken. */
 export function freeSlot(taken: readonly { readonly index: number }[], slots: number): number | undefined {
   return Array.from({ length: slots }, (_, i) => i).find((slot) => !taken.some((one) => one.index === slot));
@@ -82,14 +90,14 @@ export function fieldAdded(doc: Doc, name: string, zone: NewZone): string {
     throw new Refusal(`A document has at most ${MOST_FIELDS} fields.`);
   }
   const field = { name, index, Zone: [newZoneJson(zone, 0)] };
-  return spliced(doc.text, [appended(doc, zoneHolder(doc), 'EvaluationField', field)]);
+  return spliced(doc.text, [zoneListAppended(doc, 'EvaluationField', field)]);
 }
 
 export function exclusionAdded(doc: Doc, zone: NewZone): string {
   if (doc.exclusions.length >= MOST_EXCLUSIONS) {
     throw new Refusal(`A document has at most ${MOST_EXCLUSIONS} exclusion zones.`);
   }
-  return spliced(doc.text, [appended(doc, zoneHolder(doc), 'ExclusionZone', newZoneJson(zone, null))]);
+  return spliced(doc.text, [zoneListAppended(doc, 'ExclusionZone', newZoneJson(zone, null))]);
 }
 
 export function lineAdded(doc: Doc, name: string, first: Pt, second: Pt): string {

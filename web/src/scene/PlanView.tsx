@@ -12,6 +12,7 @@ import { PlanPointer } from './pointer';
 import { PointCanvas } from './PointCanvas';
 import { Labels, pathOf, Shapes, type ToPixel } from './Shapes';
 import { Sketch } from './Sketch';
+import { Taken } from './Taken';
 import { useSize } from './useSize';
 import { noteOf, occupiedIds } from '../app/counts';
 import { closePolygon } from '../app/draw';
@@ -103,6 +104,7 @@ export function PlanView({ state, isDark }: { state: State; isDark: boolean }) {
           <pattern id="hatch" width="7" height="7" patternUnits="userSpaceOnUse" patternTransform="rotate(45)"><path class="hatch" d="M0 0v7" /></pattern>
           <marker id="arrow" viewBox="0 0 10 10" refX="8" refY="5" markerWidth="11" markerHeight="11" markerUnits="userSpaceOnUse" orient="auto"><path class="arrowhead" d="M0 0L10 5L0 10z" /></marker>
         </defs>
+        {scene ? <Taken scene={scene} counts={counts} toPixel={toPixel} /> : null}
         {state.showBefore ? <Ghost text={state.before.text} toPixel={toPixel} /> : null}
         <Shapes doc={doc} toPixel={toPixel} marks={marks} />
         <Objects objects={state.objects} toPixel={toPixel} />

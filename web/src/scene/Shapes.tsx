@@ -4,6 +4,7 @@ import type { Finding } from '../../engine/types';
 import { labelPlace, minus, ringOf } from '../edit/geometry';
 import { type Doc, type Item, itemAt, type Line, type Pt, type Zone } from '../edit/model';
 import { EXCLUSION, fieldColour } from './colours';
+import { placed } from './labels';
 
 export type ToPixel = (p: Pt) => Pt;
 
@@ -108,17 +109,34 @@ export function Shapes({ doc, toPixel, marks }: { doc: Doc; toPixel: ToPixel; ma
   );
 }
 
+// What is selected first, then the zones of the active field, lines last.
+function rankOf(doc: Doc, item: Item, marks: Marks): number {
+  if (marks.selection.includes(item.id)) return 0;
+  if (item.kind === 'line') return 4;
+  if (item.kind === 'exclusion') return 3;
+  return doc.fields[item.field]?.index === marks.activeField ? 1 : 2;
+}
+
 export function Labels({ doc, toPixel, marks, noteOf }: { doc: Doc; toPixel: ToPixel; marks: Marks; noteOf: (item: Item) => string }) {
   const faults = severities(doc, marks.findings);
+  const shown = [...doc.byId.values()].filter((item) => isPlaced(item) && !marks.isHidden(item.id));
+  const wanted = shown
+    .map((item) => ({ item, rank: rankOf(doc, item, marks) }))
+    .sort((a, b) => a.rank - b.rank)
+    .map(({ item }) => {
+      const p = toPixel(labelPlace(ringOf(item)));
+      return { id: item.id, at: { x: p.x, y: p.y + (item.kind === 'line' ? 22 : 4) }, letters: item.name.length, lines: noteOf(item) ? 2 : 1 };
+    });
+  const places = placed(wanted);
   return (
     <g class="labels">
-      {[...doc.byId.values()].filter((item) => isPlaced(item) && !marks.isHidden(item.id)).map((item) => {
-        const p = toPixel(labelPlace(ringOf(item)));
-        const isLine = item.kind === 'line';
+      {shown.map((item) => {
+        const p = places.get(item.id);
         const fault = faults.get(item.id);
         const note = noteOf(item);
+        if (!p) return null;
         return (
-          <text key={item.id} class={item.kind} data-label={item.id} style={item.kind === 'zone' ? { '--own': colourOf(doc, item) } : {}} x={p.x} y={p.y + (isLine ? 22 : 4)} text-anchor="middle">
+          <text key={item.id} class={item.kind} data-label={item.id} style={item.kind === 'zone' ? { '--own': colourOf(doc, item) } : {}} x={p.x} y={p.y} text-anchor="middle">
             {fault ? <tspan class={fault}>{fault === 'error' ? '✕ ' : '! '}</tspan> : null}
             {item.name}
             {note ? <tspan class="note" x={p.x} dy="15">{note}</tspan> : null}

@@ -8,7 +8,7 @@ export const EXCLUSION = '#5b6672';
 export const LINE = '#b3123f';
 
 export function fieldColour(index: number): string {
-  return FIELDS[((index % FIELDS.length) + FIELDS.length) % FIELDS.length] ?? FIELDS[0]!;
+  return FIELDS[((index % FIELDS.length) + FIELDS.length) % FIELDS.length] ?? FIELDS[0]!; // a slot that is not a number has the first
 }
 
 interface ScanColours {
@@ -27,7 +27,7 @@ function packed(hex: string): number {
 }
 
 const LIGHT: ScanColours = {
-  ground: packed('#c3ccd5'), low: packed('#93a4b5'), high: packed('#3e5870'), counted: packed('#b8500c'), taken: packed('#a06cb0'), excluded: packed('#d5dbe1'),
+  ground: packed('#c3ccd5'), low: packed('#93a4b5'), high: packed('#3e5870'), counted: packed('#b8500c'), taken: packed('#7d4a8f'), excluded: packed('#d5dbe1'),
 };
 const DARK: ScanColours = {
   ground: packed('#3b4652'), low: packed('#64788c'), high: packed('#a9bccf'), counted: packed('#ff9a4d'), taken: packed('#c792d6'), excluded: packed('#303943'),

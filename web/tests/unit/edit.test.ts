@@ -186,6 +186,7 @@ describe('lists', () => {
     for (const text of ['{}', '{\n}', '{ "ZoneDetector": {} }', '{\n  "ZoneDetector": {\n    "EvaluationField": []\n  }\n}']) {
       const after = read(lineAdded(read(exclusionAdded(read(fieldAdded(read(text), 'F', drawn)), drawn)), 'L', { x: 0, y: 0 }, { x: 1, y: 0 }));
       expect([after.fields.length, after.exclusions.length, after.lines.length], text).toEqual([1, 1, 1]);
+      expect(after.fields[0]!.id, text).toBe('ZoneDetector/EvaluationField[0]');
     }
   });
 
