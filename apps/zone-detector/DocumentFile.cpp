@@ -10,17 +10,17 @@ namespace orvantis::app {
 namespace {
 
 // What is wrong, one error a line; a file that is not a document has thousands.
-std::string refusal(const std::string& path, const CheckedDocument& document) {
+std::string refusal(const std::string& path, const std::vector<Finding>& findings, const std::string& hint) {
   constexpr std::size_t shown = 20;
-  std::string text = counted(document.errors(), "error");
+  std::string text = counted(countOf(findings, Severity::Error), "error");
   std::size_t count = 0;
-  for (const Finding& finding : document.findings) {
+  for (const Finding& finding : findings) {
     if (finding.severity() == Severity::Error && ++count <= shown) {
       text += "\n" + textOf(path, finding, "error");
     }
   }
   if (count > shown) {
-    text += "\n" + counted(count - shown, "more error") + "; \"zone-detector validate\" shows all";
+    text += "\n" + counted(count - shown, "more error") + hint;
   }
   return text;
 }
@@ -41,16 +41,21 @@ std::string textOf(const std::string& path, const Finding& finding, const std::s
   return finding.excerpt.empty() ? text : text + "\n" + finding.excerpt;
 }
 
-Configuration readConfiguration(const std::string& path, const Console& console) {
-  CheckedDocument document = checkFile(path);
-  if (!document.configuration) {
-    throw Failure(path, refusal(path, document));
+void tellFindings(const std::string& path, const std::vector<Finding>& findings, const std::string& hint,
+                  const Console& console) {
+  if (countOf(findings, Severity::Error) > 0) {
+    throw Failure(path, refusal(path, findings, hint));
   }
   if (!console.quiet) {
-    for (const Finding& finding : document.findings) {
+    for (const Finding& finding : findings) {
       console.err << textOf(path, finding, "warning") << '\n';
     }
   }
+}
+
+Configuration readConfiguration(const std::string& path, const Console& console) {
+  CheckedDocument document = checkFile(path);
+  tellFindings(path, document.findings, "; \"zone-detector validate\" shows all", console);
   return std::move(*document.configuration);
 }
 

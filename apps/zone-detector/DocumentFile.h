@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "document/Check.h"
 
@@ -15,6 +16,12 @@ toolkit::CheckedDocument checkFile(const std::string& path);
 /// A finding as it is printed: "path:line:column: error: place: text", without the colour, and for a fault of
 /// the JSON the line itself.
 std::string textOf(const std::string& path, const toolkit::Finding& finding, const std::string& severity);
+
+/// Prints warnings on the error stream.
+/// @param hint behind the number of errors that are not shown
+/// @throws Failure with the path and the errors, when there are any
+void tellFindings(const std::string& path, const std::vector<toolkit::Finding>& findings,
+                  const std::string& hint, const Console& console);
 
 /// Reads, checks and loads a zone document. Its warnings go to the error stream.
 /// @throws Failure with the path and every error, when there are any

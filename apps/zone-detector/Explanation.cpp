@@ -9,6 +9,7 @@
 #include "ExplanationTables.h"
 #include "InputWarnings.h"
 #include "Progress.h"
+#include "TimeLine.h"
 #include "session/ExplanationRecords.h"
 #include "session/Session.h"
 #include "text/Record.h"
@@ -99,7 +100,7 @@ class Explainer {
 Account run(const Configuration& configuration, const ExplainOptions& options, const Console& console,
             int& exitCode) {
   const Stamp end = options.at.value_or(Stamp::max());
-  TimeLine timeLine(options.recording);
+  TimeLine timeLine(options.recording, configuration, console);
   Progress progress(console, timeLine.cloudCount());
   Explainer explainer(configuration, options);
   InputWarnings warnings;

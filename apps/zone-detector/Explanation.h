@@ -6,7 +6,7 @@
 
 #include <filter/monitor/Stamp.h>
 
-#include "TimeLine.h"
+#include "Recording.h"
 #include "session/SessionOptions.h"
 
 namespace orvantis::app {

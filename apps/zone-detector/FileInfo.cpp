@@ -45,11 +45,6 @@ RecordingContents contentsOf(const std::string& path) {
   return readContents(source, builtInDecoders());
 }
 
-bool isRecordingFile(const std::string& path) {
-  FileSource source(path);
-  return isRecording(source.bytes(0, 16));
-}
-
 FileInfo infoOf(const std::string& path, const ColumnNames& columns, const Console& console) {
   FileInfo info;
   info.file = path;
@@ -181,7 +176,7 @@ int info(const InfoOptions& options, const Console& console) {
   constexpr int cut = 4;
   int code = 0;
   bool isFirst = true;
-  for (const std::string& file : filesOf(options.files)) {
+  for (const std::string& file : filesOf(options.files, {})) {
     try {
       const FileInfo found = infoOf(file, options.columns, console);
       if (options.json) {

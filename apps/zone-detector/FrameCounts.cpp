@@ -1,6 +1,8 @@
 #include "FrameCounts.h"
 
 #include <cstdint>
+#include <memory>
+#include <set>
 #include <utility>
 
 #include "CloudReader.h"
@@ -14,6 +16,7 @@
 #include "ZoneCells.h"
 #include "document/Configuration.h"
 #include "document/FieldZones.h"
+#include "session/SensorZones.h"
 #include "session/ZoneCounter.h"
 #include "text/Record.h"
 #include "text/StampText.h"
@@ -25,6 +28,8 @@ namespace {
 using filter::classify::PointClassifier;
 using filter::classify::ZoneCounts;
 using filter::detection::ZoneDetector;
+using filter::monitor::PointFrame;
+using SensorZones = std::vector<std::shared_ptr<filter::detection::Zone3dTarsel>>;
 
 std::uint64_t countOf(const FieldZone& zone, const ZoneCounts& counts) {
   return counts.inside[static_cast<std::size_t>(PointClassifier::zoneBit(zone.field, zone.zone))];
@@ -34,6 +39,7 @@ struct CountedFrame {
   std::size_t number;
   const InputFrame& input;
   ZoneCounts counts;
+  std::optional<PointFrame> sensorZones;
 
   std::uint64_t points() const { return sizeOf(input.points) + dropped(); }
   std::uint64_t dropped() const {
@@ -41,11 +47,25 @@ struct CountedFrame {
   }
 };
 
-void printTable(const CountedFrame& frame, const std::vector<FieldZone>& zones, std::uint64_t minPoints,
-                const Console& console) {
-  const std::string at = frame.input.stamp
-                             ? " " + frame.input.topic + " at " + toText(*frame.input.stamp) + " s"
-                             : std::string();
+void printSensorZones(const PointFrame& frame, const SensorZones& zones, std::uint64_t minPoints,
+                      const Console& console) {
+  Table table({"SENSOR ZONE", "SENSORS", ">POINTS", "≥ " + std::to_string(minPoints)});
+  for (std::size_t i = 0; i < zones.size(); ++i) {
+    std::string sensors;
+    for (const std::string& name : zones[i]->getSpecificSensors()) {
+      sensors += (sensors.empty() ? "" : ", ") + name;
+    }
+    table.addRow({std::to_string(i) + " " + zones[i]->getName(), sensors.empty() ? "all" : sensors,
+                  std::to_string(frame.counts[i]), frame.counts[i] >= minPoints ? "yes" : "no"});
+  }
+  table.print(console);
+}
+
+void printTable(const CountedFrame& frame, const std::vector<FieldZone>& zones,
+                const SensorZones& sensorZones, std::uint64_t minPoints, const Console& console) {
+  const std::string topic = frame.input.topic.empty() ? "" : " " + frame.input.topic;
+  const std::string at =
+      frame.input.stamp ? topic + " at " + toText(*frame.input.stamp) + " s" : std::string();
   const std::string dropped =
       frame.dropped() == 0 ? std::string() : ", " + std::to_string(frame.dropped()) + " dropped";
   console.out << (frame.number == 0 ? "" : "\n")
@@ -62,15 +82,54 @@ void printTable(const CountedFrame& frame, const std::vector<FieldZone>& zones, 
     table.addRow(std::move(row));
   }
   table.print(console);
+  if (frame.sensorZones) {
+    printSensorZones(*frame.sensorZones, sensorZones, minPoints, console);
+  }
 }
 
-void printJson(const CountedFrame& frame, const std::vector<FieldZone>& zones, std::uint64_t minPoints,
-               const Console& console) {
+std::vector<Record> recordsOf(const std::vector<SensorFrame>& sensors) {
+  std::vector<Record> list;
+  for (const SensorFrame& sensor : sensors) {
+    Record record = {{"name", "", sensor.sensor}, {"file", "", sensor.file}};
+    if (!sensor.topic.empty()) {
+      record.push_back({"topic", "", sensor.topic});
+    }
+    record.push_back({"stamp", "", sensor.stamp});
+    record.push_back({"points", "", std::uint64_t{sizeOf(sensor.points)}});
+    list.push_back(std::move(record));
+  }
+  return list;
+}
+
+std::vector<Record> recordsOf(const PointFrame& frame, const SensorZones& zones, std::uint64_t minPoints) {
+  std::vector<Record> list;
+  for (std::size_t i = 0; i < zones.size(); ++i) {
+    const std::set<std::string> sensors = zones[i]->getSpecificSensors();
+    list.push_back({{"zone", "", std::uint64_t{i}},
+                    {"name", "", zones[i]->getName()},
+                    {"enabled", "", zones[i]->enabled()},
+                    {"sensors", "", std::vector<std::string>(sensors.begin(), sensors.end())},
+                    {"points", "", frame.counts[i]},
+                    {"reached", "", frame.counts[i] >= minPoints}});
+  }
+  return list;
+}
+
+void printJson(const CountedFrame& frame, const std::vector<FieldZone>& zones, const SensorZones& sensorZones,
+               std::uint64_t minPoints, const Console& console) {
   const InputFrame& input = frame.input;
-  Record record = {{"frame", "", std::uint64_t{frame.number}}, {"file", "", input.file}};
+  Record record = {{"frame", "", std::uint64_t{frame.number}}};
+  if (input.sensors.empty()) {
+    record.push_back({"file", "", input.file});
+  }
   if (input.stamp) {
-    record.push_back({"topic", "", input.topic});
+    if (input.sensors.empty()) {
+      record.push_back({"topic", "", input.topic});
+    }
     record.push_back({"stamp", "", *input.stamp});
+  }
+  if (!input.sensors.empty()) {
+    record.push_back({"sensors", "", recordsOf(input.sensors)});
   }
   record.push_back({"points", "", frame.points()});
   record.push_back({"noReturns", "", frame.counts.noReturns});
@@ -92,6 +151,9 @@ void printJson(const CountedFrame& frame, const std::vector<FieldZone>& zones, s
                     {"reached", "", count >= minPoints}});
   }
   record.push_back({"zones", "", std::move(list)});
+  if (frame.sensorZones) {
+    record.push_back({"sensorZones", "", recordsOf(*frame.sensorZones, sensorZones, minPoints)});
+  }
   console.out << toJson(record) << '\n';
 }
 
@@ -104,31 +166,37 @@ int countFrames(const Configuration& configuration, const RunOptions& options, c
   const PointClassifier classifier(detector);
   const std::vector<FieldZone> zones = zonesOf(detector);
   HeightWatch heights(zones);
-  FrameInput input(filesOf(options.recording.clouds), options.recording.frames);
+  const std::unique_ptr<FrameSource> input = openFrames(options.recording, configuration, console);
+  auto sensorMonitor = options.recording.sensors.empty() ? std::nullopt : monitorOfSensorZones(configuration);
   InputWarnings warnings;
-  Progress progress(console, input.filesLeft());
+  Progress progress(console, input->frameCount());
   std::size_t number = 0;
   while (Interrupt::signal() == 0) {
-    const std::optional<InputFrame> frame = input.next();
+    const std::optional<InputFrame> frame = input->next();
     if (!frame) {
       break;
     }
-    progress.show(number, input, frame->file);
+    progress.show(number, *input, frame->file);
     const ZoneCounts counts =
         options.reference
             ? countZoneByZone(detector, frame->points)
             : std::visit([&](const auto& view) { return classifier.count(view); }, frame->points);
+    std::optional<PointFrame> sensorZones;
+    if (sensorMonitor) {
+      sensorZones = sensorMonitor->update(*frame->stamp, pointsBySensor(*frame));
+    }
     heights.add(frame->points);
     warnings.add(*frame);
     progress.erase();
-    (options.json ? printJson : printTable)({number++, *frame, counts}, zones, minPoints, console);
+    (options.json ? printJson : printTable)({number++, *frame, counts, sensorZones}, zones,
+                                            configuration.sensorZones, minPoints, console);
     console.flush();
   }
-  warnings.tell(input, console);
+  warnings.tell(*input, console);
   if (Interrupt::signal() == 0) {
     warnOfHeights(heights, console);
   }
-  return exitCodeOf(input);
+  return exitCodeOf(*input);
 }
 
 }  // namespace orvantis::app

@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
+#include <optional>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "Console.h"
 #include "FrameInput.h"
@@ -11,6 +13,8 @@
 
 namespace orvantis::app {
 namespace {
+
+using filter::monitor::Stamp;
 
 bool isDigit(char c) {
   return c >= '0' && c <= '9';
@@ -52,7 +56,37 @@ bool isInput(const std::string& name) {
   return toolkit::frameKindOf(name) || ending == ".mcap" || ending == ".bag" || ending == ".zst";
 }
 
-void addFolder(const std::string& folder, std::deque<std::string>& files) {
+// The stamp of the first frame of a recording; nothing for other files, and where there is none that can be
+// read: whoever reads it says why.
+std::optional<Stamp> firstStampOf(const std::string& path, const FrameOptions& options) {
+  try {
+    if (!isRecordingFile(path)) {
+      return std::nullopt;
+    }
+    const auto frame = FrameInput({path}, options).next();
+    return frame ? frame->stamp : std::nullopt;
+  } catch (const Failure&) {
+    return std::nullopt;
+  }
+}
+
+// Recordings in the order in which they were made, if all files are some.
+void sortByStamps(std::vector<std::string>& paths, const FrameOptions& options) {
+  std::vector<std::pair<Stamp, std::string>> stamped;
+  for (const std::string& path : paths) {
+    const auto stamp = firstStampOf(path, options);
+    if (!stamp) {
+      return;
+    }
+    stamped.emplace_back(*stamp, path);
+  }
+  std::stable_sort(stamped.begin(), stamped.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::transform(stamped.begin(), stamped.end(), paths.begin(),
+                 [](const auto& entry) { return entry.second; });
+}
+
+void addFolder(const std::string& folder, const FrameOptions& options, std::deque<std::string>& files) {
   std::vector<std::string> names;
   std::error_code error;
   for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
@@ -69,9 +103,12 @@ void addFolder(const std::string& folder, std::deque<std::string>& files) {
   std::sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
     return comesBefore(a, b) || (!comesBefore(b, a) && a < b);
   });
+  std::vector<std::string> paths;
   for (const std::string& name : names) {
-    files.push_back((std::filesystem::path(folder) / name).string());
+    paths.push_back((std::filesystem::path(folder) / name).string());
   }
+  sortByStamps(paths, options);
+  files.insert(files.end(), paths.begin(), paths.end());
 }
 
 void addList(std::deque<std::string>& files) {
@@ -91,13 +128,13 @@ void addList(std::deque<std::string>& files) {
 
 }  // namespace
 
-std::deque<std::string> filesOf(const std::vector<std::string>& words) {
+std::deque<std::string> filesOf(const std::vector<std::string>& words, const FrameOptions& options) {
   std::deque<std::string> files;
   for (const std::string& word : words) {
     if (word == standardInput) {
       addList(files);
     } else if (std::filesystem::is_directory(word)) {
-      addFolder(word, files);
+      addFolder(word, options, files);
     } else {
       files.push_back(word);
     }

@@ -1,5 +1,6 @@
 #include "FrameInput.h"
 
+#include <algorithm>
 #include <array>
 #include <thread>
 #include <utility>
@@ -37,18 +38,24 @@ auto named(const std::string& path, Read read) {
   }
 }
 
+}  // namespace
+
 bool isRecordingFile(const std::string& path) {
   FileSource source(path);
   return isRecording(source.bytes(0, 16));
 }
-
-}  // namespace
 
 FrameInput::OpenRecording::OpenRecording(const std::string& file, const FrameOptions& options)
     : path(file), source(file), reader(source, {options.topics, options.stampFrom, builtInDecoders()}) {}
 
 FrameInput::FrameInput(std::deque<std::string> paths, FrameOptions options)
     : paths_(std::move(paths)), options_(std::move(options)), filter_(options_.limits) {}
+
+std::optional<std::size_t> FrameInput::frameCount() const {
+  const bool areSingle = std::all_of(paths_.begin(), paths_.end(),
+                                     [](const std::string& path) { return frameKindOf(path).has_value(); });
+  return areSingle ? std::optional(paths_.size()) : std::nullopt;
+}
 
 FrameInput::Bytes FrameInput::bytesOf(const std::string& path) {
   if (coming_.valid()) {

@@ -9,8 +9,7 @@
 #include <string>
 #include <vector>
 
-#include <filter/monitor/Stamp.h>
-
+#include "FrameSource.h"
 #include "files/FileSource.h"
 #include "recording/ColumnNames.h"
 #include "recording/FrameReader.h"
@@ -21,8 +20,6 @@
 
 namespace orvantis::app {
 
-struct Console;
-
 /// How the bytes of files become the points of frames.
 struct FrameOptions {
   toolkit::ColumnNames columns;     ///< of .bin and text files; none: found out
@@ -32,38 +29,22 @@ struct FrameOptions {
   std::optional<toolkit::Pose> pose;  ///< of the sensor in the frame of the site; none: the points are in it
 };
 
-/// A frame of points.
-struct InputFrame {
-  std::string file;                             ///< as it was given
-  std::string topic;                            ///< of a recording; empty: the file is one frame
-  std::optional<filter::monitor::Stamp> stamp;  ///< of a recording
-  toolkit::Points points;  ///< in the frame of the site; valid until the next frame is read
-  std::vector<toolkit::Column> columns;
-  std::uint64_t atOrigin = 0;  ///< points at exactly (0, 0, 0), those that were dropped among them
-  toolkit::DroppedPoints dropped;
-};
-
 /// The frames of files, one after the other. A file is one frame, or a recording of many. While a frame is
 /// worked on, the next file is read.
-class FrameInput {
+class FrameInput : public FrameSource {
  public:
   FrameInput(std::deque<std::string> paths, FrameOptions options);
 
   /// One more file behind the others.
   void add(std::string path) { paths_.push_back(std::move(path)); }
 
-  /// @return nothing at the end
-  /// @throws Failure with the path, the place and the reason
-  std::optional<InputFrame> next();
+  std::optional<InputFrame> next() override;
 
-  /// Bytes of files that were opened so far.
-  std::uint64_t bytes() const { return bytes_; }
-  /// What is left of the files to be opened.
-  std::size_t filesLeft() const { return paths_.size(); }
-
-  /// Recordings that could not be read to their end, in words, and those whose stamps go back.
-  const std::vector<std::string>& warnings() const { return warnings_; }
-  bool isDamaged() const { return isDamaged_; }
+  std::uint64_t bytes() const override { return bytes_; }
+  /// Before the first one is read; not where there are recordings among the files.
+  std::optional<std::size_t> frameCount() const override;
+  std::vector<std::string> warnings() const override { return warnings_; }
+  bool isDamaged() const override { return isDamaged_; }
 
  private:
   using Bytes = std::vector<std::byte>;
@@ -98,9 +79,15 @@ class FrameInput {
   bool isDamaged_ = false;
 };
 
-/// The files that a user's words mean: a folder is the frames and recordings in it, in the natural order of
-/// their names, "-" a list from the standard input, a path a line.
+/// Whether the first bytes of a file are those of a recording.
+/// @throws Failure when they cannot be read
+bool isRecordingFile(const std::string& path);
+
+/// The files that a user's words mean: a folder is the frames and recordings in it, recordings in the order
+/// of their first stamps, else all of them in the natural order of their names; "-" is a list from the
+/// standard input, a path a line.
+/// @param options for the first stamps
 /// @throws Failure for a folder without any, and when a list cannot be read
-std::deque<std::string> filesOf(const std::vector<std::string>& words);
+std::deque<std::string> filesOf(const std::vector<std::string>& words, const FrameOptions& options);
 
 }  // namespace orvantis::app

@@ -1,7 +1,7 @@
 #include "InputWarnings.h"
 
 #include "Console.h"
-#include "FrameInput.h"
+#include "FrameSource.h"
 #include "Interrupt.h"
 #include "text/Text.h"
 
@@ -15,7 +15,7 @@ void InputWarnings::add(const InputFrame& frame) {
   }
 }
 
-void InputWarnings::tell(const FrameInput& input, const Console& console) const {
+void InputWarnings::tell(const FrameSource& input, const Console& console) const {
   if (framesAtOrigin_ > 0) {
     console.warn("in " + counted(framesAtOrigin_, "frame") + ", first in " + printable(firstAtOrigin_) +
                  ", more than 1 % of the points are at (0, 0, 0), as many drivers write \"no return\"; "
@@ -26,7 +26,7 @@ void InputWarnings::tell(const FrameInput& input, const Console& console) const 
   }
 }
 
-int exitCodeOf(const FrameInput& input) {
+int exitCodeOf(const FrameSource& input) {
   constexpr int cutRecording = 4;
   if (Interrupt::signal() != 0) {
     return Interrupt::exitCode();

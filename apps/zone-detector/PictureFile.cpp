@@ -4,6 +4,7 @@
 
 #include "Console.h"
 #include "RunCommand.h"
+#include "TimeLine.h"
 #include "files/AtomicFile.h"
 
 namespace orvantis::app {
@@ -19,6 +20,8 @@ void PictureFile::finish(const SessionResult&) {
   const Recording& recording = options_.recording;
   if (!recording.stamps.empty()) {
     title += ", " + nameOf(recording.stamps);
+  } else if (!recording.sensors.empty()) {
+    title += ", " + nameOf(recording.sensors);
   } else if (!recording.clouds.empty()) {
     title += ", " + nameOf(recording.clouds.front());
     title += recording.clouds.size() > 1 ? " to " + nameOf(recording.clouds.back()) : "";

@@ -4,7 +4,7 @@
 #include <unistd.h>
 
 #include "Console.h"
-#include "FrameInput.h"
+#include "FrameSource.h"
 #include "text/Number.h"
 #include "text/Text.h"
 
@@ -18,7 +18,7 @@ std::size_t terminalWidth() {
 
 }  // namespace
 
-void Progress::show(std::size_t done, const FrameInput& input, const std::string& what) {
+void Progress::show(std::size_t done, const FrameSource& input, const std::string& what) {
   const auto now = std::chrono::steady_clock::now();
   constexpr std::chrono::milliseconds pause(50);  // more often nobody sees
   if (!console_.progress || (done > 0 && now - last_ < pause)) {

@@ -8,7 +8,7 @@
 namespace orvantis::app {
 
 struct Console;
-class FrameInput;
+class FrameSource;
 
 /// A line on the error stream that says how far the work is, while somebody watches; erased before anything
 /// else is written and at the end. It is never wider than the terminal: a wrapped line could not be erased.
@@ -21,7 +21,7 @@ class Progress {
   ~Progress() { erase(); }
 
   /// @param input whose frame is worked on
-  void show(std::size_t done, const FrameInput& input, const std::string& what);
+  void show(std::size_t done, const FrameSource& input, const std::string& what);
   void erase();
 
  private:

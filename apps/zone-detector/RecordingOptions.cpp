@@ -1,5 +1,6 @@
 #include "RecordingOptions.h"
 
+#include <cmath>
 #include <map>
 #include <string>
 
@@ -28,6 +29,23 @@ void addRecordingOptions(CLI::App& command, Recording& recording) {
       ->option_text("LIST")
       ->excludes(clouds)
       ->excludes(rate);
+  CLI::Option* const sensors =
+      command
+          .add_option("--sensors", recording.sensors,
+                      "list of sensors, each with its pose and its files or topic; - is the standard input")
+          ->option_text("SENSORS")
+          ->excludes("--stamps");
+  constexpr double nanosecond = 1e-9;
+  command
+      .add_option_function<double>(
+          "--window",
+          [&recording](double seconds) {
+            recording.window = filter::monitor::Duration(std::llround(seconds / nanosecond));
+          },
+          "seconds by which frames of several sensors may differ; 0.05 unless given")
+      ->option_text("S")
+      ->check(between(0.0, 3600.0))
+      ->needs(sensors);
   CLI::Option* const tracks =
       command.add_option("--tracks", recording.tracks, "tracked objects; - is the standard input")
           ->option_text("TRACKS");
@@ -41,7 +59,8 @@ void addRecordingOptions(CLI::App& command, Recording& recording) {
   command.add_option("--topic", frames.topics, "of recordings, the point clouds to take; may be given again")
       ->option_text("NAME")
       ->expected(1)
-      ->take_all();
+      ->take_all()
+      ->excludes(sensors);
   command.add_option("--stamp-from", "stamps of recordings: the messages' own, or when they were logged")
       ->option_text("header|log")
       ->check(oneOf({"header", "log"}))
@@ -60,6 +79,7 @@ void addRecordingOptions(CLI::App& command, Recording& recording) {
       .add_option("--pose",
                   "x,y,z,roll,pitch,yaw of the sensor in the frame of the zones; metres and degrees")
       ->option_text("POSE")
+      ->excludes(sensors)
       ->check(parsedBy(toolkit::Pose::parse))
       ->each([&frames](const std::string& text) { frames.pose = toolkit::Pose::parse(text); });
   command.add_option("--tracks-format", "csv unless given")
@@ -71,10 +91,10 @@ void addRecordingOptions(CLI::App& command, Recording& recording) {
 
 void checkRecording(const Recording& recording, const std::string& document) {
   if (!recording.hasClouds() && !recording.hasTracks()) {
-    throw CLI::RequiredError("CLOUD, --stamps or --tracks");
+    throw CLI::RequiredError("CLOUD, --sensors, --stamps or --tracks");
   }
   int standardInputs = 0;
-  for (const std::string& path : {document, recording.stamps, recording.tracks}) {
+  for (const std::string& path : {document, recording.stamps, recording.sensors, recording.tracks}) {
     standardInputs += path == standardInput ? 1 : 0;
   }
   for (const std::string& path : recording.clouds) {

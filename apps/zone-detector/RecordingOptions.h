@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "TimeLine.h"
+#include "Recording.h"
 
 namespace CLI {
 class App;

@@ -22,6 +22,7 @@ const CommandText text = {"run", "count points in zones, or tell what happens in
   zone-detector run --json site.json frames/*.bin > counts.jsonl
   zone-detector run site.json frames/*.pcd --rate 10 --tracks tracks.csv
   zone-detector run site.json --stamps frames.txt --csv tables --plot run.svg
+  zone-detector run site.json drive.mcap --sensors sensors.json --events
 
 Counts, for each frame, the points inside each zone and outside every exclusion zone. Frames are PCD, PLY,
 LAS, text and .bin files and the point clouds of MCAP files and ROS bags. Stops at the first frame that cannot
@@ -53,7 +54,8 @@ void addRunCommand(CLI::App& program, Task& task) {
   CLI::Option* const reference =
       command.add_flag("--reference", options->reference, "ask every zone for every point, slowly")
           ->option_text(" ");
-  for (const char* const ofSession : {"--events", "--rate", "--stamps", "--tracks", "--csv", "--plot"}) {
+  for (const char* const ofSession :
+       {"--sensors", "--events", "--rate", "--stamps", "--tracks", "--csv", "--plot"}) {
     reference->excludes(command.get_option(ofSession));
   }
   command.final_callback([options, &task] {

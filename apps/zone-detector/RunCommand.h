@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "TimeLine.h"
+#include "Recording.h"
 #include "drawing/SvgPlan.h"
 #include "session/SessionOptions.h"
 

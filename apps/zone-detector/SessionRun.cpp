@@ -15,6 +15,7 @@
 #include "Progress.h"
 #include "RunCommand.h"
 #include "TableFiles.h"
+#include "TimeLine.h"
 #include "document/FieldZones.h"
 #include "session/Durations.h"
 #include "session/HeightWatch.h"
@@ -42,12 +43,13 @@ void printTaken(const Durations& taken, const Console& console) {
 
 std::vector<std::unique_ptr<SessionOutput>> outputsOf(const RunOptions& options,
                                                       const Configuration& configuration,
-                                                      const SessionInputs& inputs, const Console& console) {
+                                                      const Session& session, const SessionInputs& inputs,
+                                                      const Console& console) {
   std::vector<std::unique_ptr<SessionOutput>> outputs;
   outputs.push_back(std::make_unique<EventLines>(console, options.json));
   if (!options.csvFolder.empty()) {
-    outputs.push_back(
-        std::make_unique<TableFiles>(options.csvFolder, SessionTables(zonesOf(configuration.detector))));
+    outputs.push_back(std::make_unique<TableFiles>(
+        options.csvFolder, SessionTables(zonesOf(configuration.detector), session.sensorZoneNames().size())));
   }
   if (!options.picture.empty()) {
     outputs.push_back(std::make_unique<PictureFile>(
@@ -74,24 +76,28 @@ std::optional<Moment> nextOf(TimeLine& timeLine) {
 
 int runSession(const Configuration& configuration, const RunOptions& options, const Console& console) {
   const Interrupt interrupt;
-  TimeLine timeLine(options.recording);
-  Session session(configuration, options.session);
+  TimeLine timeLine(options.recording, configuration, console);
+  SessionOptions sessionOptions = options.session;
+  sessionOptions.followsSensorZones = !options.recording.sensors.empty();
+  Session session(configuration, sessionOptions);
   SessionSummary summary;
   const std::vector<FieldZone> zones = zonesOf(configuration.detector);
   const SessionInputs inputs{options.recording.hasClouds(), options.recording.hasTracks()};
   HeightWatch heights(zones);
   InputWarnings warnings;
-  const auto outputs = outputsOf(options, configuration, inputs, console);
+  const auto outputs = outputsOf(options, configuration, session, inputs, console);
   Progress progress(console, timeLine.cloudCount());
   while (const std::optional<Moment> moment = nextOf(timeLine)) {
     std::optional<Points> points;
+    std::vector<filter::monitor::SensorPoints> sensors;
     if (moment->frame) {
       progress.show(summary.pointFrames(), timeLine.input(), moment->frame->file);
       points = moment->frame->points;
+      sensors = pointsBySensor(*moment->frame);
       heights.add(*points);
       warnings.add(*moment->frame);
     }
-    const SessionFrame frame = session.take(moment->stamp, points, moment->objectsOrNull());
+    const SessionFrame frame = session.take(moment->stamp, points, moment->objectsOrNull(), sensors);
     summary.add(frame);
     if (!frame.events.empty()) {
       progress.erase();

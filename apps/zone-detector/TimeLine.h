@@ -2,30 +2,21 @@
 
 #include <cstddef>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include <filter/monitor/Stamp.h>
 
-#include "FrameInput.h"
+#include "FrameClock.h"
+#include "Recording.h"
 #include "recording/StampList.h"
 #include "recording/TrackReader.h"
 
 namespace orvantis::app {
 
-/// Where the frames of a recording come from.
-struct Recording {
-  std::vector<std::string> clouds;  ///< files, folders, or - for a list from the standard input
-  FrameOptions frames;
-  std::optional<double> rate;  ///< of the clouds in Hz; none: 10
-  std::string stamps;          ///< a list of clouds and their stamps, in place of `clouds`; empty: none
-  std::string tracks;          ///< empty: none
-  toolkit::TracksFormat tracksFormat = toolkit::TracksFormat::Csv;
-
-  bool hasClouds() const { return !clouds.empty() || !stamps.empty(); }
-  bool hasTracks() const { return !tracks.empty(); }
-};
+class FrameInput;
 
 /// What a recording has for one stamp: points, objects or both.
 struct Moment {
@@ -42,8 +33,8 @@ struct Moment {
 /// comes through a pipe is told as it comes.
 class TimeLine {
  public:
-  /// @throws Failure when the list or the tracks cannot be read or are wrong
-  explicit TimeLine(const Recording& recording);
+  /// @throws Failure when the list, the sensors or the tracks cannot be read or are wrong
+  TimeLine(const Recording& recording, const toolkit::Configuration& configuration, const Console& console);
 
   /// The number of frames of points; nothing when it is not known beforehand.
   std::optional<std::size_t> cloudCount() const { return cloudCount_; }
@@ -53,9 +44,9 @@ class TimeLine {
   std::optional<Moment> next();
 
   /// The frames as they were read so far.
-  const FrameInput& input() const { return input_; }
+  const FrameSource& input() const { return *input_; }
   /// Frames that were left out, because their stamps are not later than that of a frame before.
-  std::uint64_t numLate() const { return numLate_; }
+  std::uint64_t numLate() const { return numLate_ + input_->numLate(); }
 
  private:
   void readList(const std::string& path);
@@ -63,12 +54,12 @@ class TimeLine {
   void fetchTracks();
   filter::monitor::Stamp stampOf(const InputFrame& frame);
 
-  std::optional<double> rate_;
+  FrameClock clock_;
   bool isListed_;
-  std::uint64_t numFrames_ = 0;              // without stamps of their own
   std::optional<toolkit::StampList> list_;   // from the standard input, to its end
   std::deque<toolkit::StampedPath> listed_;  // those to come, as far as they were read
-  FrameInput input_;
+  std::unique_ptr<FrameSource> input_;
+  FrameInput* files_ = nullptr;  // the same, where the frames are listed
   std::optional<std::size_t> cloudCount_;
   std::optional<InputFrame> frame_;  // the one to come, with its stamp
   std::optional<filter::monitor::Stamp> lastFrame_;

@@ -24,8 +24,9 @@ Sensor sensorOf(const LocatedNode& node) {
   }
   if (const LocatedNode* pose = node.find("pose")) {
     constexpr std::array<std::string_view, 6> keys = {"x", "y", "z", "roll", "pitch", "yaw"};
+    auto& values = sensor.pose.emplace();
     for (std::size_t i = 0; i < keys.size(); ++i) {
-      sensor.pose[i] = numberUnder(*pose, keys[i]).value();
+      values[i] = numberUnder(*pose, keys[i]).value();
     }
   }
   return sensor;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,7 +13,8 @@ namespace orvantis::toolkit {
 /// A sensor of a site: where it is, and where its frames come from.
 struct Sensor {
   std::string name;
-  std::array<double, 6> pose{};    ///< x, y, z in metres, roll, pitch, yaw in degrees
+  /// x, y, z in metres, roll, pitch, yaw in degrees; none: the points are in the frame of the zones.
+  std::optional<std::array<double, 6>> pose;
   std::vector<std::string> files;  ///< as they are written; none: those that are given otherwise
   std::string topic;               ///< of recordings; empty: the only one
 };

@@ -37,7 +37,7 @@ TEST(Usage, SaysWhatIsWrongInASentenceAndWhereTheHelpIs) {
 TEST(Usage, OfACommandNamesItsHelp) {
   const std::vector<std::pair<Words, std::string>> rows = {
       {{"run"}, "FILE is missing"},
-      {{"run", "site.json"}, "CLOUD, --stamps or --tracks is missing"},
+      {{"run", "site.json"}, "CLOUD, --sensors, --stamps or --tracks is missing"},
       {{"run", "site.json", "--rate", "-1", "a.pcd"}, "--rate must be above 0, not \"-1\""},
       {{"run", "site.json", "--rate", "0", "a.pcd"}, "--rate must be above 0, not \"0\""},
       {{"run", "site.json", "--rate", "ten", "a.pcd"}, "--rate must be a number, not \"ten\""},

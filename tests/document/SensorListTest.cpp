@@ -34,7 +34,7 @@ TEST(SensorList, HoldsWhatItSays) {
   EXPECT_EQ(list.sensors[0].pose, (std::array<double, 6>{1, -2.5, 4, 0, 20, 90}));
   EXPECT_EQ(list.sensors[0].files, (Texts{"f", "g/*"}));
   EXPECT_EQ(list.sensors[0].topic, "");
-  EXPECT_EQ(list.sensors[1].pose, (std::array<double, 6>{}));
+  EXPECT_EQ(list.sensors[1].pose, std::nullopt);
   EXPECT_EQ(list.sensors[1].files, Texts{"drive.mcap"});
   EXPECT_EQ(list.sensors[1].topic, "/rear");
   EXPECT_TRUE(list.sensors[2].files.empty());

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <filter/monitor/SensorPoints.h>
+#include <filter/monitor/Stamp.h>
+
+#include "recording/PointFilter.h"
+#include "recording/Points.h"
+
+namespace orvantis::app {
+
+/// What one sensor gave to a frame.
+struct SensorFrame {
+  std::string sensor;
+  std::string file;
+  std::string topic;  ///< of a recording
+  filter::monitor::Stamp stamp{0};
+  toolkit::Points points;
+};
+
+/// A frame of points.
+struct InputFrame {
+  std::string file;                             ///< as it was given
+  std::string topic;                            ///< of a recording; empty: the file is one frame
+  std::optional<filter::monitor::Stamp> stamp;  ///< of a recording
+  toolkit::Points points;  ///< in the frame of the site; valid until the next frame is read
+  std::vector<toolkit::Column> columns;
+  std::uint64_t atOrigin = 0;  ///< points at exactly (0, 0, 0), those that were dropped among them
+  toolkit::DroppedPoints dropped;
+  std::vector<SensorFrame> sensors;  ///< whose points these are, in this order; empty: nobody said it
+};
+
+/// The points of a frame by sensor, as a monitor takes them.
+std::vector<filter::monitor::SensorPoints> pointsBySensor(const InputFrame& frame);
+
+/// The frames of an input, one after the other.
+class FrameSource {
+ public:
+  FrameSource() = default;
+  FrameSource(const FrameSource&) = delete;
+  FrameSource& operator=(const FrameSource&) = delete;
+  virtual ~FrameSource() = default;
+
+  /// @return nothing at the end
+  /// @throws Failure with the path, the place and the reason
+  virtual std::optional<InputFrame> next() = 0;
+
+  /// Bytes of files that were opened so far.
+  virtual std::uint64_t bytes() const = 0;
+  /// How many frames there are; nothing when it is not known beforehand.
+  virtual std::optional<std::size_t> frameCount() const = 0;
+  /// Frames that were left out, because their stamps are not later than that of a frame before.
+  virtual std::uint64_t numLate() const { return 0; }
+
+  /// Recordings that could not be read to their end, in words, and other things that a user should know.
+  virtual std::vector<std::string> warnings() const = 0;
+  /// Whether a recording could not be read to its end.
+  virtual bool isDamaged() const = 0;
+};
+
+}  // namespace orvantis::app
