@@ -15,7 +15,7 @@ namespace {
 
 constexpr double pi = 3.141592653589793;
 
-// Bearings are put together in units of 2^-126.
+// Bearings are computed in units of 2^-126.
 constexpr int unit = -126;
 constexpr Wide halfTurn = wide(0xc90fdaa22168c234, 0xc4c6628b80dc1cd1);
 // atan(i / 16)
@@ -46,7 +46,7 @@ constexpr Factors inverseOddNumbers() {
 }
 constexpr Factors oddFactors = inverseOddNumbers();
 
-// A coordinate without its sign: mantissa * 2^exponent, with bit 52 as the highest of the mantissa.
+// A coordinate without its sign: mantissa * 2^exponent. The highest bit of the mantissa is bit 52.
 struct Leg {
   std::uint64_t mantissa;
   int exponent;
@@ -62,7 +62,7 @@ Leg legOf(std::uint64_t magnitude) {
   return {lowHalf(binary.mantissa) << shift, binary.exponent - shift};
 }
 
-// mantissa * 2^exponent, with a mantissa above 2^126, and less than 1 left over when it is not exact.
+// mantissa * 2^exponent, with a mantissa above 2^126. When it is not exact, less than 1 unit is missing.
 struct Quotient {
   Wide mantissa;
   int exponent;
@@ -73,7 +73,7 @@ Quotient divide(std::uint64_t dividend, std::uint64_t divisor) {
   const int dividendShift = std::countl_zero(dividend);
   const int divisorShift = std::countl_zero(divisor);
   divisor <<= divisorShift;
-  // Less than twice the divisor, so both halves of the quotient fit.
+  // The dividend is less than twice the divisor, so both halves of the quotient fit.
   const Wide first = static_cast<Wide>(dividend << dividendShift) << 63;
   const std::uint64_t high = lowHalf(first / divisor);
   const Wide second = (first - static_cast<Wide>(high) * divisor) << 64;
@@ -81,10 +81,10 @@ Quotient divide(std::uint64_t dividend, std::uint64_t divisor) {
   return {wide(high, low), divisorShift - dividendShift - 127, second == static_cast<Wide>(low) * divisor};
 }
 
-// atan(q) = q (1 - q^2 (1/3 - q^2 (1/5 - ...))) for q up to 1/32. The quotient lacks less than one unit, and
-// its square less than 2 parts of 2^128. The bracket is less than 4 parts off, and by a third of the error of
-// the square. What the series leaves out is far below one part. With one for the product that is less than 8
-// units.
+// atan(q) = q (1 - q^2 (1/3 - q^2 (1/5 - ...))) for q up to 1/32. The quotient is too small by less than one
+// unit, and its square by less than 2 parts of 2^128. The bracket is off by less than 4 parts, plus a third
+// of the error of the square. The terms that the series leaves out are far below one part. With one part for
+// the product, the sum is less than 8 units.
 Estimate seriesOf(const Quotient& q) {
   const Wide square = highProduct(q.mantissa, q.mantissa);  // in units of 2^(128 + 2 * exponent)
   const Wide less =
@@ -92,20 +92,20 @@ Estimate seriesOf(const Quotient& q) {
   return {q.mantissa - less, q.exponent, 8};
 }
 
-// Where y is less than 2^-61 of x, the bearing is y/x less a part of 2^-122 of it and of smaller powers. The
-// middle between two doubles has 54 digits, a coordinate 53. So unless it is y/x, it is at least 2^-107 of
-// y/x away from it, and the bearing is on the same side.
+// For y below 2^-61 of x, the bearing is y/x less about 2^-122 of it. The middle between two doubles has 54
+// digits, a coordinate 53. So the middle is either y/x itself or at least 2^-107 of y/x away from it, and
+// then the bearing is on the same side of the middle as y/x.
 double leastBearing(const Leg& y, const Leg& x) {
   const Quotient q = divide(y.mantissa, x.mantissa);
   return nearest({q.mantissa, q.exponent + y.exponent - x.exponent, 0},
                  [&](const Binary&) { return !q.isExact; });
 }
 
-// The bearing of a direction within an eighth turn from an axis, from there on: atan(shorter / longer), as
-// atan(i/16) and the rest, for which atan(a) - atan(b) = atan((a - b) / (1 + a b)).
+// The angle between a direction and an axis that is at most an eighth turn away: atan(shorter / longer). It
+// is split into atan(i/16) and a rest, by atan(a) - atan(b) = atan((a - b) / (1 + a b)).
 struct FromAxis {
   Wide sixteenths;  // in units of 2^-126, less than one too small
-  bool isLess;      // whether the rest is taken off
+  bool isLess;      // whether the rest is subtracted
   Estimate rest;
 };
 
@@ -118,7 +118,7 @@ FromAxis fromAxis(const Leg& shorter, const Leg& longer) {
     q.exponent -= shift;
     return {0, false, seriesOf(q)};
   }
-  // All of this is exact and below 2^63.
+  // All of these numbers are exact and below 2^63.
   const std::uint64_t wanted = 16 * shorter.mantissa;
   const std::uint64_t given = i * longer.mantissa << shift;
   const std::uint64_t divisor = (16 * longer.mantissa << shift) + i * shorter.mantissa;
@@ -128,7 +128,7 @@ FromAxis fromAxis(const Leg& shorter, const Leg& longer) {
   return {bearingsOfSixteenths[static_cast<std::size_t>(i)], isLess, rest};
 }
 
-// Of a direction that is not along an axis, in the half plane above the x axis.
+// The bearing of a direction that is not along an axis, in the half plane above the x axis.
 double bearingOf(const Leg& y, const Leg& x, bool isLeft, Wide doubt) {
   const bool isSteep = x < y;
   const Leg& longer = isSteep ? y : x;
@@ -144,7 +144,7 @@ double bearingOf(const Leg& y, const Leg& x, bool isLeft, Wide doubt) {
     const Wide rest = shiftedRight(part.rest.mantissa, unit - part.rest.exponent);
     const Wide angle = part.isLess ? part.sixteenths - rest : part.sixteenths + rest;
     const Wide axis = isSteep ? halfTurn / 2 : (isLeft ? halfTurn : 0);
-    // Less than one unit is missing of each of the three, and of the rest 8 * 2^-5 more.
+    // Each of the three terms is too small by less than one unit, and the rest by 8 * 2^-5 more.
     value = {isSteep == isLeft ? axis + angle : axis - angle, unit, 4};
   }
   value.error += doubt;

@@ -5,7 +5,7 @@
 
 #include "trigonometry/Wide.h"
 
-/// Doubles as the integers that they are made of.
+/// Doubles as integer mantissas and exponents.
 namespace orvantis::trigonometry {
 
 /// mantissa * 2^exponent.
@@ -15,7 +15,7 @@ struct Binary {
 };
 
 constexpr int mantissaBits = 53;
-/// Of the least double above zero.
+/// The exponent of the least double above zero.
 constexpr int leastExponent = -1074;
 
 inline std::uint64_t bitsOf(double value) {
@@ -33,7 +33,7 @@ inline double doubleOf(std::uint64_t bits) {
 constexpr std::uint64_t signBit = std::uint64_t{1} << 63;
 constexpr std::uint64_t bitsOfInfinity = std::uint64_t{0x7FF} << 52;
 
-/// From the bits of a finite number without its sign.
+/// @param magnitude the bits of a finite number without its sign
 constexpr Binary binaryOf(std::uint64_t magnitude) {
   const std::uint64_t hidden = std::uint64_t{1} << 52;
   const auto exponent = static_cast<int>(magnitude >> 52);
@@ -42,10 +42,11 @@ constexpr Binary binaryOf(std::uint64_t magnitude) {
                        : Binary{fraction | hidden, exponent + leastExponent - 1};
 }
 
-/// The double mantissa * 2^exponent, which must be one: at most 2^53, and shorter than that only at the least
-/// exponent.
+/// The double mantissa * 2^exponent. It must be a double: the mantissa is at most 2^53, and below 2^52 only
+/// with the least exponent.
 inline double doubleOf(std::uint64_t mantissa, int exponent) {
-  // A mantissa of 2^53 carries into the exponent, one below 2^52 takes the hidden bit out of it.
+  // A mantissa of 2^53 carries into the exponent. A mantissa below 2^52 has no hidden bit, so that the sum
+  // makes the exponent 0.
   return doubleOf((static_cast<std::uint64_t>(exponent - leastExponent) << 52) + mantissa);
 }
 

@@ -4,9 +4,9 @@
 
 namespace orvantis::trigonometry {
 
-/// The functions of Trigonometry.h with less trust in what 128 bits tell: values are taken as open by `doubt`
-/// more units of those bits than is proven. With 2^76 all the digits that matter come from the exact
-/// comparison, which otherwise nearly nothing reaches; so tests can compare the two.
+/// The functions of Trigonometry.h with a larger error bound: `doubt` is added to the proven error, in units
+/// of the last of 128 bits. With 2^76 the exact comparison decides all digits that matter. Ordinary values
+/// almost never reach it, so this lets tests compare the two.
 double sine(double angle, Wide doubt);
 double cosine(double angle, Wide doubt);
 double bearing(double y, double x, Wide doubt);

@@ -4,16 +4,16 @@
 
 #include "trigonometry/FixedPoint.h"
 
-// The values are worked out with a number of words behind the point that doubles until the two that are
-// compared differ by more than a word; an error stays far below that. It is counted in units of the last
-// digit. Each of the t terms of a series takes a few operations, and an operation drops less than one unit,
-// so the errors are below 10 t, and t is below 32 times the number of words: below 2^32 for any number of
-// words that fits into a memory.
+// The two values that are compared are computed with more and more words behind the point, twice as many each
+// time, until they differ by more than a word. The error stays far below that: counted in units of the last
+// digit, each of the t terms of a series takes a few operations, and each operation drops less than one unit,
+// so the errors are below 10 t. As t is below 32 times the number of words, they are below 2^32 for any
+// number of words that fits into a memory.
 
 namespace orvantis::trigonometry {
 namespace {
 
-constexpr std::size_t fewestWords = 8;  // the exact digits of all arguments fit
+constexpr std::size_t fewestWords = 8;  // room for the exact digits of all arguments
 
 // atan(1 / n) = 1/n - 1/(3 n^3) + 1/(5 n^5) - ...
 FixedPoint bearingOfInverse(std::uint32_t n, std::size_t numWords) {
@@ -46,7 +46,7 @@ FixedPoint halfPi(std::size_t numWords) {
   return result;
 }
 
-// An angle as quarter turns and what is left, from 0 to pi/2.
+// An angle as quarter turns and a rest from 0 to pi/2.
 struct Quadrant {
   unsigned count;  // modulo 4
   FixedPoint rest;
@@ -54,8 +54,9 @@ struct Quadrant {
 
 Quadrant quadrantOf(const Binary& angle, std::size_t numWords) {
   constexpr int angleBits = 64;
-  // From a number below 1 it is doubled up to the angle, and whenever it passes a quarter turn, that is taken
-  // off. The error of pi/2 is doubled with it, for which there are more digits at first.
+  // Begins with a number below 1 and doubles it up to the angle. Each time it passes a quarter turn, the
+  // quarter turn is subtracted. The doubling also doubles the error of pi/2, so the first steps have more
+  // digits.
   const int numDoublings = std::max(angle.exponent + angleBits, 0);
   const std::size_t numFirst = numWords + static_cast<std::size_t>(numDoublings) / 32 + 1;
   const FixedPoint quarterTurn = halfPi(numFirst);
@@ -89,14 +90,14 @@ Direction directionOf(const FixedPoint& angle, std::size_t numWords) {
     Direction& sum = i % 4 < 2 ? added : taken;
     (i % 2 == 0 ? sum.cosine : sum.sine) += term;
   }
-  // Near a quarter turn the error may take the cosine below zero, and near zero the sine.
+  // The error may make the cosine negative near a quarter turn, and the sine near zero.
   const auto difference = [&](FixedPoint all, const FixedPoint& less) {
     return all < less ? FixedPoint(numWords) : all -= less;
   };
   return {difference(added.cosine, taken.cosine), difference(added.sine, taken.sine)};
 }
 
-// Asks with more and more digits until there is an answer, which is not 0.
+// Asks with more and more digits until the answer is not 0, which means undecided.
 template <typename Question>
 bool isPositive(const Question& compareWith) {
   for (std::size_t numWords = fewestWords;; numWords *= 2) {

@@ -18,7 +18,7 @@ FixedPoint::FixedPoint(std::size_t numWords, std::uint32_t value) : words_(numWo
 }
 
 FixedPoint::FixedPoint(std::size_t numWords, const Binary& value) : words_(numWords + 1) {
-  // Word i has the digits from `shift` on of the mantissa, which may begin below or above it.
+  // Word i has the digits of the mantissa from `shift` on. The mantissa may begin below or above the word.
   const int lowest = -wordBits * static_cast<int>(numWords) - value.exponent;
   for (std::size_t i = 0; i < words_.size(); ++i) {
     const int shift = lowest + wordBits * static_cast<int>(i);

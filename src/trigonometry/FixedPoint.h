@@ -8,9 +8,9 @@
 
 namespace orvantis::trigonometry {
 
-/// A number from 0 up to 2^32 with as many binary digits behind the point as are asked for. What does not fit
-/// behind the point is cut off, so that a product or a quotient is less than one unit of the last digit too
-/// small. Two that are put together must have as many digits.
+/// A number from 0 up to 2^32 with a chosen number of binary digits behind the point. Further digits are cut
+/// off, so a product or a quotient is too small by less than one unit of the last digit. Both operands of an
+/// operation must have the same number of digits.
 class FixedPoint {
  public:
   /// With `numWords` words of 32 digits behind the point.
@@ -26,7 +26,7 @@ class FixedPoint {
   FixedPoint& operator/=(std::uint32_t divisor);
   FixedPoint operator*(const FixedPoint& other) const;
 
-  /// Without the last words.
+  /// The number with only that many words behind the point.
   FixedPoint cutTo(std::size_t numWords) const;
 
   /// 1 when `a` is greater, -1 when `b` is, 0 when they differ by less than one unit of the word before the

@@ -6,10 +6,11 @@
 
 namespace orvantis::trigonometry {
 
-/// The length of the vector (x, y), at most one unit of the last place off, and the same on every machine: C
-/// libraries differ in the last bit of theirs. Infinite when a coordinate is, else NaN when one is.
+/// The length of the vector (x, y), with an error of at most one unit of the last place. It is the same on
+/// every machine, unlike std::hypot, which differs in the last bit between C libraries. Infinite when a
+/// coordinate is infinite, else NaN when a coordinate is NaN.
 inline double length(double x, double y) {
-  // Where squares are neither lost nor too large.
+  // Between these, squares neither underflow nor overflow.
   constexpr double least = 0x1p-900;
   constexpr double most = 0x1p+1000;
   const double squares = x * x + y * y;

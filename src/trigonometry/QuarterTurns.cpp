@@ -9,8 +9,8 @@ namespace {
 // 256 bits, the lowest word first.
 using Words = std::array<std::uint64_t, 4>;
 
-// The binary digits of 2/pi, the highest word first, behind as many zeros as a small angle asks for. The
-// least angle needs those from 2^80 on, the largest double those down to 2^-1226.
+// The binary digits of 2/pi, the highest word first, with as many zeros in front as a small angle needs. The
+// least angle needs the digits from 2^80 on, the largest double the digits down to 2^-1226.
 constexpr int leadingZeroDigits = 128;
 constexpr std::array<std::uint64_t, 22> twoOverPi = {
     0x0000000000000000, 0x0000000000000000, 0xa2f9836e4e441529, 0xfc2757d1f534ddc0, 0xdb6295993c439041,
@@ -19,7 +19,7 @@ constexpr std::array<std::uint64_t, 22> twoOverPi = {
     0x6d367ecf27cb09b7, 0x4f463f669e5fea2d, 0x7527bac7ebe5f17b, 0x3d0739f78a5292ea, 0x6bfb5fb11f8d5d08,
     0x56033046fc7b6bab, 0xf0cfbc209af4361d};
 
-// 256 of those digits, from the one that is worth 2^-first on.
+// 256 of those digits, beginning with the digit of 2^-first.
 Words digitsFrom(int first) {
   const int position = first - 1 + leadingZeroDigits;
   const auto word = static_cast<std::size_t>(position / 64);
@@ -70,13 +70,13 @@ Wide upperHalf(const Words& words) {
 
 }  // namespace
 
-// The reduction of M. Payne and R. Hanek, "Radian reduction for trigonometric functions", 1983: of the
-// product of the angle and 2/pi only the digits around the binary point are worked out. Those of 2/pi that
-// give whole turns are left out in front, and behind them those that are too small to matter.
+// The reduction of M. Payne and R. Hanek, "Radian reduction for trigonometric functions", 1983: it computes
+// only the digits of the product of the angle and 2/pi around the binary point. It leaves out the digits of
+// 2/pi that give whole turns, and those that are too small to matter.
 QuarterTurns quarterTurnsOf(const Binary& angle) {
-  // Where digit i counts angle.mantissa * 2^(angle.exponent - i), the first one taken gives twice the
-  // mantissa. So the product is in units of 2^-254, and modulo 4. What is left out behind is worth less than
-  // one in the last digit, or 2^53 of those units.
+  // Digit i is worth angle.mantissa * 2^(angle.exponent - i), so the first digit that is taken is worth twice
+  // the mantissa. The product is then in units of 2^-254, modulo 4. The digits left out behind are worth less
+  // than one in the last digit, which is 2^53 of those units.
   const Words turns = product(digitsFrom(angle.exponent - 1), lowHalf(angle.mantissa));
   Words rest = shiftedLeft(turns, 2);
   const bool isLess = (rest[3] >> 63) != 0;
@@ -84,14 +84,14 @@ QuarterTurns quarterTurnsOf(const Binary& angle) {
   if (isLess) {
     negate(rest);
   }
-  // Of all doubles 6381956970095103 * 2^797 comes nearest to a multiple of a quarter turn but zero: by
-  // 2^-61.5 quarter turns (the worst case of the table in J.-M. Muller, "Elementary Functions", which
-  // continued fractions give). So there are no more than 61 zeros.
+  // Of all doubles, 6381956970095103 * 2^797 is nearest to a multiple of a quarter turn other than zero:
+  // 2^-61.5 quarter turns away (the worst case in the table of J.-M. Muller, "Elementary Functions", which
+  // continued fractions give). So there are at most 61 zeros.
   const int zeros = leadingZeros(upperHalf(rest));
   const Wide mantissa = upperHalf(shiftedLeft(rest, zeros));
-  // The rest is the mantissa in units of 2^(-128 - zeros) quarter turns. Less than 1 was cut off, and the
-  // 2^53 from above are less than 2^-11 now. Times pi/2 as 0.79 * 2^128, of which less than 1 is cut off,
-  // too, the unit is 2^(-127 - zeros), and what is missing less than 4 of it.
+  // The rest is the mantissa in units of 2^(-128 - zeros) quarter turns. Less than 1 unit was cut off, and
+  // the 2^53 units from above are now less than 2^-11. It is multiplied by pi/2, as 0.79 * 2^128 with less
+  // than 1 cut off. Then the unit is 2^(-127 - zeros), and less than 4 units are missing.
   constexpr Wide halfPi = wide(0xc90fdaa22168c234, 0xc4c6628b80dc1cd1);
   return {count % 4, isLess, {highProduct(mantissa, halfPi), -127 - zeros, 4}};
 }

@@ -4,14 +4,14 @@
 
 namespace orvantis::trigonometry {
 
-/// An angle as quarter turns and an angle of at most an eighth turn, of which it is that much more or less.
+/// An angle as a number of quarter turns plus or minus a rest of at most an eighth turn.
 struct QuarterTurns {
   unsigned count;  ///< modulo 4
-  bool isLess;     ///< whether the rest is taken off
+  bool isLess;     ///< whether the rest is subtracted
   Estimate rest;   ///< in radians; its mantissa is from 2^126 up to 2^128, and its exponent at most -127
 };
 
-/// From a finite angle of at least 2^-27 in size.
+/// @param angle finite, and at least 2^-27
 QuarterTurns quarterTurnsOf(const Binary& angle);
 
 }  // namespace orvantis::trigonometry

@@ -6,24 +6,24 @@
 
 namespace orvantis::trigonometry {
 
-/// A positive number that is known up to an error: mantissa * 2^exponent, and at most `error` * 2^exponent
-/// more or less.
+/// A positive number that is known up to an error: it differs from mantissa * 2^exponent by at most
+/// error * 2^exponent.
 struct Estimate {
   Wide mantissa;
   int exponent;
   Wide error;
 };
 
-/// The double nearest to the number. Where the error leaves open which of two doubles that is,
-/// `exceeds(middle)` has to tell whether the number is greater than the middle between them; it never is the
-/// middle itself. The mantissa must be at least 2^100, and the error below that.
+/// The double nearest to the number. When the error leaves open which of two doubles that is,
+/// `exceeds(middle)` tells whether the number is greater than the middle between them; the number is never
+/// the middle itself. The mantissa must be at least 2^100, and the error below that.
 template <typename Exceeds>
 double nearest(const Estimate& estimate, const Exceeds& exceeds) {
   const int shift = leadingZeros(estimate.mantissa);
   const Wide mantissa = estimate.mantissa << shift;
   const int exponent = estimate.exponent - shift;
-  // How many bits the double has no place for: more of them where it is so small that its exponent cannot go
-  // down further.
+  // How many bits do not fit into the double. They are more for a double so small that its exponent is the
+  // least one.
   const int drop = std::max(128 - mantissaBits, leastExponent - exponent);
   if (drop > 128) {
     return 0.0;

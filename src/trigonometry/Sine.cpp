@@ -28,30 +28,31 @@ constexpr Factors inverseFactorials(unsigned first) {
 constexpr Factors sineFactors = inverseFactorials(3);
 constexpr Factors cosineFactors = inverseFactorials(2);
 
-// The square of an angle of at most an eighth turn, in parts of 2^128. Of the angle less than 4 units of
-// 2^-127 are missing, so of the square less than 20 parts, what is cut off here included.
+// The square of an angle of at most an eighth turn, in parts of 2^128. The angle is too small by less than 4
+// units of 2^-127, so the square is too small by less than 20 parts, including what is cut off here.
 Wide squared(const Estimate& angle) {
   const Wide square = highProduct(angle.mantissa, angle.mantissa);  // in units of 2^(128 + 2 * exponent)
   const int shift = -256 - 2 * angle.exponent;
   return shift >= 0 ? shiftedRight(square, shift) : square << -shift;
 }
 
-// angle * (1 - angle^2 (1/3! - angle^2 (1/5! - ...))). The bracket is less than 4 parts of 2^128 off, and by
-// a sixth of the error of the square: 8 in all. What the series leaves out is far below one part. The
-// mantissa makes no more units of the parts, and its product drops one more.
+// angle * (1 - angle^2 (1/3! - angle^2 (1/5! - ...))). The bracket is off by less than 4 parts of 2^128, plus
+// a sixth of the error of the square: 8 in all. The terms that the series leaves out are far below one part.
+// Multiplying by the mantissa does not make more units of these parts, and drops one more.
 Estimate sineOf(const Estimate& angle) {
   const Wide less = highProduct(angle.mantissa, alternating(sineFactors, squared(angle)));
   return {angle.mantissa - less, angle.exponent, angle.error + 12};
 }
 
-// 1 - angle^2 (1/2! - angle^2 (1/4! - ...)). The same, with half the error of the square.
+// 1 - angle^2 (1/2! - angle^2 (1/4! - ...)). Its error is computed in the same way, with half that of the
+// square.
 Estimate cosineOf(const Estimate& angle) {
   const Wide less = alternating(cosineFactors, squared(angle));
   return {less == 0 ? ~Wide{0} : 0 - less, -128, 20};
 }
 
-// Below 2^-27 the sine is less than half of the way to the middle between the angle and the next double
-// away from it, and so is the cosine from 1.
+// Below 2^-27, the sine differs from the angle by less than half the way to the middle between two doubles,
+// and so does the cosine from 1.
 constexpr std::uint64_t bitsOfLeastAngle = static_cast<std::uint64_t>(1023 - 27) << 52;
 
 }  // namespace

@@ -1,12 +1,12 @@
 #pragma once
 
 /// Sine, cosine and bearing that are the same on every machine: the double nearest to the true value, for
-/// every argument. C libraries leave the last bit open, and two of them differ in it for one argument in ten,
-/// which moves a point on the border of a sector or of a turned rectangle to the other side.
+/// every argument. C libraries do not promise the last bit, and two of them differ in it for one argument in
+/// ten. That would move a point on the border of a sector or of a turned rectangle to the other side.
 ///
-/// Nothing of the arithmetic is done in floating point, so the answers depend neither on the compiler and its
-/// flags nor on the rounding mode. Thread-safe. Allocates nothing, unless the value is closer to the middle
-/// between two doubles than 1e-18 of their distance, where more digits are needed.
+/// All arithmetic is done in integers, so the answers depend neither on the compiler and its flags nor on the
+/// rounding mode. Thread-safe. Allocates nothing, except when the value is closer to the middle between two
+/// doubles than 1e-18 of their distance, since more digits are needed then.
 namespace orvantis::trigonometry {
 
 /// The sine of an angle in radians. -0.0 for -0.0; NaN for NaN and for the infinities.

@@ -5,8 +5,8 @@
 
 namespace orvantis::trigonometry {
 
-/// 128 bits; a type of both g++ and clang, for WebAssembly too. `using` would not take the word that says
-/// that this extension is meant.
+/// An unsigned integer of 128 bits, which g++ and clang have, also for WebAssembly. A typedef, because
+/// `using` does not accept __extension__, which prevents a warning.
 __extension__ typedef unsigned __int128 Wide;  // NOLINT(modernize-use-using)
 
 constexpr Wide wide(std::uint64_t high, std::uint64_t low) {
@@ -30,12 +30,12 @@ constexpr Wide highProduct(Wide a, Wide b) {
   return highHigh + highHalf(lowHigh) + highHalf(highLow) + highHalf(carried);
 }
 
-/// Shifts that may be as long as the number or longer.
+/// Shifts right by any number of bits, also by 128 or more.
 constexpr Wide shiftedRight(Wide value, int bits) {
   return bits < 128 ? value >> bits : 0;
 }
 
-/// 127 for zero, so that a shift by it is one.
+/// 127 for zero, so that shifting by the result is valid.
 constexpr int leadingZeros(Wide value) {
   return highHalf(value) != 0 ? std::countl_zero(highHalf(value)) : 64 + std::countl_zero(lowHalf(value) | 1);
 }
