@@ -10,7 +10,8 @@ namespace {
 
 using Tree = SettingsManager::Tree;
 
-// Fills a node as the settings store would have from the text. A document has a bounded depth.
+// Fills a node as the settings store would from the text. It may recurse, because the depth of a document is
+// limited.
 void fill(Tree& tree, const LocatedNode& node) {
   tree.data() = node.text;
   for (const LocatedNode& child : node.children) {
@@ -31,7 +32,7 @@ Configuration load(const LocatedNode& document) {
   }
   Configuration configuration;
   configuration.detector.load(settings);
-  // Loading the detector ends one level above where it began, at the root: the lines stand there.
+  // Loading the detector leaves the path at the root, where the lines are.
   filter::detection::CounterLines lines;
   lines.load(settings);
   configuration.lines = lines.clone();

@@ -13,15 +13,16 @@ namespace orvantis::toolkit {
 
 struct LocatedNode;
 
-/// What a zone document holds.
+/// The content of a zone document.
 struct Configuration {
   filter::detection::ZoneDetector detector;
   std::map<std::string, filter::detection::CounterLine> lines;
-  std::vector<std::shared_ptr<filter::detection::Zone3dTarsel>> sensorZones;  ///< bound to sensors, in order
+  std::vector<std::shared_ptr<filter::detection::Zone3dTarsel>>
+      sensorZones;  ///< the zones that are bound to sensors, in order
 };
 
-/// Loads a document that was checked. What it was checked as is what is loaded: its text is not read again.
-/// @throws whatever the library's load throws
+/// Loads a checked document from its nodes, so that exactly what was checked is loaded.
+/// @throws what the library's `load` operations throw
 Configuration load(const LocatedNode& document);
 
 }  // namespace orvantis::toolkit

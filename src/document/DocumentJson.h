@@ -6,7 +6,7 @@
 
 namespace orvantis::toolkit {
 
-/// What a document holds as one JSON object, with the keys that docs/command.md describes.
+/// The content of a document as one JSON object with the keys that docs/command.md describes.
 boost::json::object toObject(const Configuration& configuration);
 
 /// "low" or "high".

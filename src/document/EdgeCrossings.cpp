@@ -9,8 +9,8 @@ namespace orvantis::toolkit {
 namespace {
 
 using filter::detection::Point;
-// Every double is a fraction, so fractions decide without rounding. A polygon has 16 vertices, so slow is
-// fast enough.
+// Every double is a fraction, so fractions decide without rounding. They are slow, but a polygon has at most
+// 16 vertices.
 using Exact = boost::multiprecision::cpp_rational;
 
 struct Edge {
@@ -49,8 +49,8 @@ Point crossingPoint(const Edge& a, const Edge& b) {
           Exact(Exact(a.from.y()) + t * dy).convert_to<double>()};
 }
 
-// Whether edges that follow each other at `shared` fold back onto each other, and the end that lies on the
-// other.
+// Whether two edges with the common vertex `shared` fold back onto each other. Gives the end of one that lies
+// on the other.
 std::optional<Point> foldsBack(const Point& before, const Point& shared, const Point& after) {
   if (turn(before, shared, after) != 0) {
     return std::nullopt;
@@ -125,7 +125,7 @@ std::vector<EdgeCrossing> findEdgeCrossings(const std::vector<Point>& ring) {
 
 bool isFlat(const std::vector<Point>& ring) {
   for (std::size_t i = 2; i < ring.size(); ++i) {
-    // The turn is straight on too when the first two vertices are the same; then they tell no line yet.
+    // Tries all earlier pairs, because the first two vertices may be the same point, which is not a line.
     for (std::size_t j = 1; j < i; ++j) {
       if (turn(ring[0], ring[j], ring[i]) != 0) {
         return false;

@@ -7,16 +7,16 @@
 
 namespace orvantis::toolkit {
 
-/// Two edges of a ring that share more than they should. An edge is known by the vertex it begins at.
+/// Two edges of a ring that cross or touch where they should not. An edge has the index of its first vertex.
 struct EdgeCrossing {
   std::size_t first = 0;
   std::size_t second = 0;
-  filter::detection::Point at;  ///< a point that both have, rounded
-  bool proper = false;          ///< whether they cross; otherwise they touch or run along each other
+  filter::detection::Point at;  ///< a common point, rounded
+  bool proper = false;          ///< whether they cross; else they touch or overlap
 };
 
-/// Every pair of edges that keeps a ring from being simple. The ring is read as closed and repeated vertices
-/// are passed over. Decided exactly, whatever the coordinates; they must be finite.
+/// Every pair of edges because of which a ring is not simple. The ring is read as closed, and repeated
+/// vertices are skipped. Exact. The coordinates must be finite.
 std::vector<EdgeCrossing> findEdgeCrossings(const std::vector<filter::detection::Point>& ring);
 
 /// Whether all vertices lie on one line.

@@ -13,14 +13,14 @@ bool isLaterByte(char c) {
   return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
 }
 
-// A tab is shown as one blank, so that the caret stands where it should.
+// A tab is shown as one blank, so that the caret is below the right column.
 std::string shown(std::string_view text) {
   std::string result(text);
   std::replace(result.begin(), result.end(), '\t', ' ');
   return printable(result);
 }
 
-// The last so many bytes, or the first; no character is cut in two.
+// The last (or first) bytes of the text, at most `size`, without cutting a character in two.
 std::string_view lastOf(std::string_view text, std::size_t size) {
   text.remove_prefix(text.size() - std::min(size, text.size()));
   while (!text.empty() && isLaterByte(text.front())) {

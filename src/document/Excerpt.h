@@ -7,11 +7,10 @@
 
 namespace orvantis::toolkit {
 
-/// Where a byte of a text is. The text may begin with a byte order mark, which has no column.
+/// The position of a byte in a text. A byte order mark at the beginning has no column.
 Position positionOf(std::string_view text, std::size_t offset);
 
-/// The line that the byte is in, made printable and cut to what fits a terminal, and beneath it a caret at
-/// the byte.
+/// The line of the byte, made printable and cut to the width of a terminal, and below it a caret at the byte.
 std::string excerptAt(std::string_view text, std::size_t offset);
 
 }  // namespace orvantis::toolkit

@@ -19,7 +19,7 @@ struct FieldZone {
   std::string name() const { return volume->getName(); }
 };
 
-/// All of them, in the order of their indices.
+/// All zones of the evaluation fields, in the order of their indices.
 std::vector<FieldZone> zonesOf(const filter::detection::ZoneDetector& detector);
 
 }  // namespace orvantis::toolkit

@@ -7,15 +7,15 @@
 
 namespace orvantis::toolkit {
 
-/// A place in a text, both counted from 1; a column is a character, whatever its bytes.
+/// A place in a text. Lines and columns count from 1, and a column is one character.
 struct Position {
   std::size_t line = 1;
   std::size_t column = 1;
 };
 
-/// What a finding is about. Each has a text id, which stays as it is from version to version.
+/// What a finding is about. Each kind has a text id, which never changes.
 enum class FindingKind {
-  // What keeps a document from being loaded, or what loading drops without a word: errors.
+  // Errors: the document cannot be loaded, or loading drops something silently.
   TooLarge,
   JsonFault,
   WrongType,
@@ -34,7 +34,7 @@ enum class FindingKind {
   RepeatedLine,
   InvalidId,
   Refused,
-  // What is loaded as it stands, but is hardly meant: warnings.
+  // Warnings: it is loaded, but is probably a mistake.
   UnknownKey,
   UnreadShape,
   NeedlessList,
@@ -52,7 +52,7 @@ enum class FindingKind {
 
 enum class Severity { Error, Warning };
 
-/// Such as "missing-key".
+/// The text id, such as "missing-key".
 std::string_view idOf(FindingKind kind);
 Severity severityOf(FindingKind kind);
 /// "error" or "warning".
@@ -64,12 +64,12 @@ struct Finding {
   Position at;
   std::string path;  ///< such as ZoneDetector/EvaluationField[0]/Zone[1]/Polygon; empty for the document
   std::string text;
-  std::string excerpt;  ///< of a JSON fault: the line, and beneath it a caret at the column
+  std::string excerpt;  ///< for a JSON fault: the line, and below it a caret at the column
 
   Severity severity() const { return severityOf(kind); }
 };
 
-/// How many of the findings are of that severity.
+/// How many of the findings have that severity.
 std::size_t countOf(const std::vector<Finding>& findings, Severity severity);
 
 }  // namespace orvantis::toolkit

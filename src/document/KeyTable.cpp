@@ -16,7 +16,7 @@ using filter::detection::ZoneDetector;
 using enum ValueType;
 using Keys = std::vector<Key>;
 
-// A whole disc that was saved reaches from up to pi to one turn more.
+// A saved whole disc has angles up to pi plus one turn.
 constexpr double largestAngle = 3.0 * std::numbers::pi + 1e-9;
 constexpr std::string_view angleHint = "angles are radians, a turn is 6.2832";
 
@@ -46,7 +46,7 @@ Key indexKey(std::string_view description, int slots) {
           .isLabel = true};
 }
 
-// The shape of a zone and its heights, with these defaults; empty: they are required.
+// The shape of a zone and its heights, with these defaults. Heights with an empty default are required.
 Keys shapeKeys(std::string_view zMin, std::string_view zMax) {
   return {
       {.name = "shape",

@@ -16,9 +16,9 @@ namespace {
 using boost::json::error_code;
 using boost::json::string_view;
 
-// Receives the parser's events, named by the parser. The text is fed a piece at a time, and no piece holds
-// more than one bracket, text or literal, so an event belongs to the piece that was fed last. Only the end of
-// a number is not known before the next piece, which is why the last literal is remembered.
+// Receives the parser's events; the parser prescribes the names. The parser gets the text piece by piece, and
+// a piece has at most one bracket, text or literal. So an event belongs to the last piece. The exception is a
+// number, whose end the parser sees only in the next piece; so the last literal is remembered.
 class Builder {
  public:
   static constexpr std::size_t max_array_size = std::numeric_limits<std::size_t>::max();
@@ -26,7 +26,7 @@ class Builder {
   static constexpr std::size_t max_string_size = std::numeric_limits<std::size_t>::max();
   static constexpr std::size_t max_key_size = std::numeric_limits<std::size_t>::max();
 
-  // An object or array that is still open; an array adds to `node` under one name.
+  // An object or array that is still open. An array adds its elements to `node` under one name.
   struct Frame {
     LocatedNode* node;
     std::string name;
@@ -44,7 +44,7 @@ class Builder {
     }
   }
   const std::vector<Frame>& open() const { return open_; }
-  // Digits of the number that is being read, which the parser need not see.
+  // Adds digits of the current number that the parser does not get.
   void addDigits(std::string_view digits) { text_ += digits; }
 
   bool on_document_begin(error_code&) { return true; }
@@ -159,8 +159,8 @@ bool isLiteral(std::string_view piece) {
   return blanks.find(piece[0]) == std::string_view::npos && marks.find(piece[0]) == std::string_view::npos;
 }
 
-// How much of a piece the parser is given. It refuses exponents beyond an int, which are JSON all the same;
-// nine digits always fit.
+// How many bytes of a piece the parser gets. It refuses exponents that do not fit into an int, although JSON
+// allows them; nine digits always fit.
 std::size_t parsedSize(std::string_view piece) {
   constexpr std::size_t keptDigits = 9;
   if (!isLiteral(piece) || piece[0] == '"') {
@@ -229,7 +229,7 @@ LocatedDocument parseLocated(std::string_view json) {
   options.max_depth = static_cast<std::size_t>(SettingsManager::MAX_DEPTH);
   LocatedDocument result;
   LocatedNode root;
-  // Not on the stack beside the text: the parser returns its own address for "stopped early".
+  // On the heap: the parser returns its own address to say "stopped early", so the text must not end there.
   const auto parser = std::make_unique<boost::json::basic_parser<Builder>>(options, root);
   Position at;
   const auto fail = [&](SyntaxFault::Reason reason, std::size_t offset) {

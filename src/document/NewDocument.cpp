@@ -15,12 +15,13 @@ using boost::json::array;
 using boost::json::object;
 using filter::detection::Point;
 
-// To the centimetre, where a double tells centimetres.
+// Rounded to the centimetre, unless the number is too large for that.
 double rounded(double value) {
   return std::abs(value) < 1e9 ? std::round(value * 100.0) / 100.0 + 0.0 : value;
 }
 
-// Half of the zone's side: a quarter of the data, at least half a metre, and enough to be told apart.
+// Half of the zone's side: a quarter of the extent, but at least half a metre, and large enough that its
+// corners differ.
 double halfSide(double low, double high) {
   return std::max({(high - low) / 8.0, 0.5, std::max(std::abs(low), std::abs(high)) * 1e-9});
 }

@@ -42,7 +42,7 @@ std::string referenceTo(ObjectKind kind) {
   return "#";
 }
 
-// The words in any letter case.
+// A pattern for the words in any letter case.
 std::string patternOf(const std::vector<std::string_view>& words) {
   std::string pattern;
   for (const std::string_view word : words) {
@@ -81,7 +81,7 @@ object numberSchema(const Key& key) {
   if (key.most) {
     number["maximum"] = *key.most;
   }
-  // Numbers in quotes are read too: the library itself writes those of counter lines so.
+  // Numbers in quotes are allowed, because the library itself writes the numbers of counter lines in quotes.
   const char* const pattern =
       isWhole ? R"(^\s*[+-]?[0-9]+\s*$)" : R"(^\s*[+-]?([0-9]+\.?[0-9]*|\.[0-9]+)([eE][+-]?[0-9]+)?\s*$)";
   return {{"anyOf", {number, {{"type", "string"}, {"pattern", pattern}}}}};
@@ -110,7 +110,7 @@ object listSchema(const Key& key) {
   if (key.many) {
     list["maxItems"] = *key.many;
   }
-  // A list of one may stand without its brackets, where one is enough.
+  // A list that may have one entry may have it without brackets.
   return key.fewest > 1 ? list : object{{"anyOf", {list, entrySchema(key)}}};
 }
 
@@ -129,7 +129,7 @@ object keySchema(const Key& key) {
   return result;
 }
 
-// The shape that is asked for has to be there, and the others are not read.
+// The object of the shape that "shape" names is required; those of other shapes are not read.
 array shapeRules() {
   static constexpr std::array<std::string_view, 3> shapes = {"Polygon", "Rectangle", "Sector"};
   array rules;

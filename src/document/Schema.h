@@ -4,9 +4,9 @@
 
 namespace orvantis::toolkit {
 
-/// A JSON Schema (2020-12) of zone documents, made from the table of keys: what it refuses has a finding.
-/// What it cannot say, such as crossing edges or repeated names, it leaves to the findings. Editors complete
-/// and explain with it.
+/// A JSON Schema (2020-12) of zone documents, made from the table of keys. Editors use it to complete and
+/// explain keys. Everything that it refuses is also a finding of `check`. It cannot express everything:
+/// crossing edges and repeated names are findings only.
 boost::json::object schema();
 
 }  // namespace orvantis::toolkit

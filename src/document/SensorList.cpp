@@ -14,7 +14,7 @@ std::string textUnder(const LocatedNode& object, std::string_view key) {
   return text != nullptr ? text->text : std::string();
 }
 
-// All of it was checked.
+// The node was checked before, so everything in it can be read.
 Sensor sensorOf(const LocatedNode& node) {
   Sensor sensor;
   sensor.name = textUnder(node, "name");

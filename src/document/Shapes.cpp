@@ -17,7 +17,7 @@ Arc arcOf(const Sector& sector) {
   double to = 0.0;
   double radius = 0.0;
   sector.getSector(from, to, radius);
-  constexpr double sameAngle = 0.0001;  // as the sector's own test has it
+  constexpr double sameAngle = 0.0001;  // the tolerance of the sector's own test
   if (std::abs(to - from) < sameAngle) {
     return {from, fullTurn, radius};
   }

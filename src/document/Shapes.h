@@ -10,7 +10,7 @@
 
 namespace orvantis::toolkit {
 
-// What shapes and lines come to, for tables and pictures.
+// The geometry of shapes and lines, for tables and pictures.
 
 constexpr double fullTurn = 2.0 * std::numbers::pi;
 
@@ -23,11 +23,11 @@ struct Arc {
 
 Arc arcOf(const filter::detection::Sector& sector);
 
-/// The vertices of a polygon, the turned corners of a rectangle; none for a sector.
+/// The vertices of a polygon, or the turned corners of a rectangle; empty for a sector.
 std::vector<filter::detection::Point> vertices(const filter::detection::Zone& shape);
 
-/// The area in square units, positive: unlike `Zone::area`, the covered part of the disc for every sector and
-/// without the sign of the winding.
+/// The area in square units, never negative. Unlike `Zone::area`, it does not have the sign of the winding,
+/// and it is the covered part of the disc for every sector.
 double coveredArea(const filter::detection::Zone& shape);
 
 /// The direction of a line from its first to its second point, of length 1; (0, 0) for a line without length.

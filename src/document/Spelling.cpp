@@ -32,12 +32,12 @@ std::size_t distance(std::string_view a, std::string_view b) {
 }  // namespace
 
 std::string_view nearest(std::string_view word, std::span<const std::string_view> candidates) {
-  constexpr std::size_t longestWord = 64;  // what is longer is not a slip of one of our keys
+  constexpr std::size_t longestWord = 64;  // a longer word is not a misspelt key
   std::string_view best;
   if (word.size() > longestWord) {
     return best;
   }
-  // One slip in three letters; "minimum" is not a "name".
+  // At most one slip in three letters, so that "minimum" is not taken for "name".
   std::size_t bestDistance = word.size() / 3 + 1;
   for (const std::string_view candidate : candidates) {
     const std::size_t candidateDistance = distance(word, candidate);

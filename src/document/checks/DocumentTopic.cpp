@@ -36,7 +36,7 @@ void checkDocument(const Entry& document, Report& report) {
   }
   const bool hasZones = holdsAny(detector, "EvaluationField") || holdsAny(detector, "ExclusionZone") ||
                         holdsAny(&root, "Zone3d");
-  // A key in the wrong place, or misspelt, has said more already.
+  // Nothing more is said when there is already a finding about a misplaced or misspelt key.
   if (!hasZones && !holdsAny(root.find("CounterLines"), "CounterLine") &&
       !report.has(FindingKind::MisspeltKey) && !report.has(FindingKind::MisplacedKey)) {
     report.add(FindingKind::EmptyDocument, document,

@@ -17,10 +17,10 @@ bool isShape(const Key& key) {
          key.holds == ObjectKind::Sector;
 }
 
-// What the objects are called that hold a key which stands in the wrong place.
+// Where a misplaced key belongs, in words.
 std::string_view homeOf(std::string_view key, ObjectKind kind) {
   if (kind == ObjectKind::SensorList || kind == ObjectKind::Sensor || kind == ObjectKind::Pose) {
-    return {};  // a zone document is another one
+    return {};  // a list of sensors has no keys of a zone document
   }
   static const std::map<ObjectKind, std::string_view> names = {
       {ObjectKind::Document, "at the top of the document"},
@@ -124,7 +124,7 @@ class KeyCheck {
     }
   }
 
-  // The store keeps nothing of it, so the library takes the key for missing.
+  // The settings store keeps nothing of it, so for the library the key is missing.
   void checkEmptyArray(const LocatedNode::EmptyArray& array, const Key& key, bool isAsked) {
     if (!key.isList || key.isRequired || isAsked) {
       report_.add(FindingKind::WrongType, array.key, pathOf(entry_, key.name),
@@ -132,7 +132,7 @@ class KeyCheck {
     }
   }
 
-  // Whether the zone says that it has another shape than this one.
+  // Whether "shape" names another shape than this key.
   bool isOtherShape(const Key& key) const {
     return isShape(key) && !isRead(entry_, key) &&
            std::any_of(known_.begin(), known_.end(),
@@ -144,7 +144,7 @@ class KeyCheck {
   std::vector<const Key*> known_;
   std::vector<std::string_view> names_;
   std::vector<std::string_view> absent_;
-  std::set<std::string_view> meant_;  // the absent keys that a misspelt one stands for
+  std::set<std::string_view> meant_;  // the missing keys that were found misspelt
 };
 
 }  // namespace

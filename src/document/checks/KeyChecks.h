@@ -6,14 +6,14 @@
 
 namespace orvantis::toolkit {
 
-/// The keys that the library reads in the object. A document without the top node "ZoneDetector" has the
-/// detector's too, since its lists are read there.
+/// The keys that the library reads in the object. In a document without the top node "ZoneDetector" these are
+/// also the detector's keys, since its lists are read there.
 std::vector<const Key*> knownKeys(const Entry& entry);
 
-/// Whether the library reads what stands under a known key: of the three shapes a zone may hold, one.
+/// Whether the library reads the value of a known key: of the three shapes of a zone, it reads only one.
 bool isRead(const Entry& entry, const Key& key);
 
-/// What keeps the keys of an object from being read: unknown, in the wrong place, repeated, missing.
+/// Reports the keys of an object that are unknown, misplaced, repeated or missing.
 void checkKeys(const Entry& entry, Report& report);
 
 }  // namespace orvantis::toolkit

@@ -11,7 +11,7 @@
 
 namespace orvantis::toolkit {
 
-/// An object of a document: what it is and where it stands.
+/// An object of a document: its kind and its place.
 struct Entry {
   const LocatedNode& node;
   ObjectKind kind;
@@ -39,11 +39,11 @@ class Report {
   std::set<FindingKind> kinds_;
 };
 
-/// The path of the child with that key; of an entry of a list or array, with its number.
+/// The path of the child with that key; for an entry of a list or array, with its number.
 std::string pathOf(const Entry& parent, std::string_view key);
 std::string pathOf(const Entry& parent, std::string_view key, std::size_t index);
 
-/// The text in quotes, printable and shortened, since it comes from the document.
+/// The text in quotes. It is made printable and shortened, because it comes from the document.
 std::string quoted(std::string_view text);
 
 }  // namespace orvantis::toolkit

@@ -15,7 +15,7 @@ namespace {
 using filter::detection::Point;
 using filter::detection::Polygon;
 
-// The points under "Point"; none when one of them cannot be read.
+// The points under "Point"; nothing when one of them cannot be read.
 std::optional<std::vector<Point>> pointsOf(const LocatedNode& shape) {
   std::vector<Point> points;
   for (const LocatedNode* node : shape.all("Point")) {

@@ -13,7 +13,7 @@ namespace {
 
 void checkObject(const Entry& entry, Report& report);
 
-// What stands under one key of an object.
+// Checks the value, or all entries, of one key of an object.
 void checkEntries(const Entry& parent, const Key& key, Report& report) {
   std::vector<const LocatedNode*> nodes = parent.node.all(key.name);
   if (!key.isList && nodes.size() > 1) {

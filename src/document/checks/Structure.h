@@ -8,9 +8,9 @@ namespace orvantis::toolkit {
 
 struct LocatedNode;
 
-/// All that is wrong or doubtful in a document that is JSON, in the order of the document.
+/// All findings about a document that is JSON, in the order of the document.
 std::vector<Finding> findingsOf(const LocatedNode& root);
-/// The same of a list of sensors.
+/// The same for a list of sensors.
 std::vector<Finding> findingsOfSensors(const LocatedNode& root);
 
 }  // namespace orvantis::toolkit

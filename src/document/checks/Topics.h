@@ -6,9 +6,10 @@
 
 namespace orvantis::toolkit {
 
-// What no single key tells. Each takes an object of its kind; what is not readable in it has been reported.
+// Checks of several keys together. Each takes an object of its kind. Values that cannot be read were reported
+// before and are skipped.
 
-/// Whether the document holds anything that is evaluated, and in the place where all of it is read.
+/// Whether the document has zones or lines, and in the place where all of them are read.
 void checkDocument(const Entry& document, Report& report);
 void checkDetector(const Entry& detector, Report& report);
 /// Heights, and the id of a zone that is bound to sensors.
@@ -16,7 +17,7 @@ void checkZone(const Entry& zone, Report& report);
 void checkPolygon(const Entry& polygon, Report& report);
 void checkRectangle(const Entry& rectangle, Report& report);
 void checkLine(const Entry& line, Report& report);
-/// Its name, and whether it says where its frames come from.
+/// The sensor's name, and whether it says where its frames come from.
 void checkSensor(const Entry& sensor, Report& report);
 
 /// Whether no two entries of the list have the same name, or the same index.

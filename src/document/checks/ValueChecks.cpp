@@ -87,7 +87,7 @@ class ValueCheck {
   }
 
   void reportType() {
-    // Loading loses nothing of what it does not read.
+    // Loading does not read a label, so a wrong type there loses nothing.
     const bool isNote = key_.isLabel && !key_.isRequired;
     add(isNote ? FindingKind::UnlikelyValue : FindingKind::WrongType,
         described(node_) + " stands where " + allowedEntry(key_) + " belongs");

@@ -6,11 +6,11 @@
 
 namespace orvantis::toolkit {
 
-/// Whether the value is of the key's type and within what the table allows; an object is only told from what
-/// is none.
+/// Reports a value that does not have the key's type or is outside of what the table allows. Of an object it
+/// checks only that it is an object.
 void checkValue(const LocatedNode& node, const Key& key, const std::string& path, Report& report);
 
-/// What a value is, for a text: "front", 7, an object, a list.
+/// A value in the words of a finding: "front", 7, an object, a list.
 std::string described(const LocatedNode& node);
 
 }  // namespace orvantis::toolkit

@@ -13,7 +13,7 @@ bool isLeaf(const LocatedNode& node) {
   return node.kind == LocatedNode::Kind::Text || node.kind == LocatedNode::Kind::Literal;
 }
 
-// As the settings store converts it.
+// Converts as the settings store does.
 template <typename T>
 std::optional<T> convert(const LocatedNode& node) {
   if (!isLeaf(node)) {

@@ -10,7 +10,7 @@
 
 namespace orvantis::toolkit {
 
-// What the library reads from a value, as it reads it; none when it cannot, or when there is no such value.
+// What the library would read from a value; nothing when it cannot read it, or when there is no such value.
 
 /// A finite number.
 std::optional<double> numberOf(const LocatedNode& node);

@@ -13,7 +13,7 @@ namespace {
 
 using filter::detection::Zone3dBase;
 
-// A height, or its default where none is given; none where what is given is not a number.
+// A height, or its default when it is not given; nothing when it is given but not a number.
 std::optional<double> heightOf(const Entry& zone, std::string_view key, double byDefault) {
   return zone.node.find(key) == nullptr ? byDefault : numberUnder(zone.node, key);
 }

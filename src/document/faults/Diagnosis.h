@@ -9,7 +9,8 @@
 
 namespace orvantis::toolkit {
 
-/// Finds out why a text is not JSON. The text up to the fault is right, which makes it easy to read again.
+/// Finds out why a text is not JSON. The text before the fault is valid, so it can be read again in a simple
+/// way.
 class Diagnosis {
  public:
   /// What is wrong, and the byte to show.
@@ -24,20 +25,20 @@ class Diagnosis {
   Cause find() const;
 
  private:
-  // Of the whole text.
+  // A fault of the whole text.
   Cause cutOff() const;
   Cause textAfterwards() const;
-  // Of what stands in double quotes.
+  // A fault inside of double quotes.
   Cause inText() const;
   Cause escape() const;
-  // Of what does not.
+  // A fault outside of double quotes.
   Cause betweenTexts() const;
   Cause foreignCharacter() const;
   Cause mark() const;
   Cause word() const;
   std::string wordText(std::string_view whole, char last) const;
   bool isAfterBrokenWord() const;
-  // Where the word begins that the fault is in or follows on.
+  // The begin of the word that the fault is in or follows.
   std::size_t wordBegin() const;
 
   Cause here(std::string text) const { return {std::move(text), at_}; }
@@ -46,9 +47,9 @@ class Diagnosis {
   char at(std::size_t offset) const { return offset < text_.size() ? text_[offset] : '\0'; }
   // The last byte before this one that is not a blank; std::string_view::npos when there is none.
   std::size_t before(std::size_t offset) const;
-  // Whether the fault stands between double quotes.
+  // Whether the fault is inside of double quotes.
   bool isInText() const;
-  // Whether the last text before the fault is a key: it follows on a brace or a comma of an object.
+  // Whether the last text before the fault is a key: it follows a brace or a comma of an object.
   bool isKeyBefore() const;
 
   const SyntaxFault& fault_;
@@ -60,7 +61,7 @@ class Diagnosis {
 /// Whether the byte is a part of words and numbers.
 bool isWordPart(char c);
 bool isDigit(char c);
-/// Whether the byte is one that a value may end with.
+/// Whether a value may end with the byte.
 bool endsValue(char c);
 
 }  // namespace orvantis::toolkit

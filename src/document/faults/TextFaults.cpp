@@ -17,8 +17,8 @@ Diagnosis::Cause Diagnosis::inText() const {
   return escape();
 }
 
-// What is neither a control character nor another encoding is a backslash with the wrong bytes after it. The
-// fault is seen at one of them.
+// The fault is neither a control character nor another encoding, so it is a backslash with wrong bytes after
+// it. The parser stops at one of these bytes.
 Diagnosis::Cause Diagnosis::escape() const {
   const std::size_t backslash = text_.rfind('\\', at_);
   if (backslash == std::string_view::npos) {

@@ -8,7 +8,7 @@
 namespace orvantis::toolkit {
 namespace {
 
-// What other languages write, and what JSON does.
+// Words of other languages, and the words of JSON for them.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 6> foreignWords = {{
     {"true", "true"},
     {"yes", "true"},
@@ -24,7 +24,7 @@ bool isSign(char c) {
 
 }  // namespace
 
-// A word or number that breaks off, such as "tru", "5." or "1e", is seen at the byte after it.
+// The parser stops at the byte after a broken word or number, such as "tru", "5." or "1e".
 bool Diagnosis::isAfterBrokenWord() const {
   if (at_ == 0 || !isWordPart(text_[at_ - 1]) || isDigit(text_[at_ - 1])) {
     return false;
