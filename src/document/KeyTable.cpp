@@ -152,7 +152,7 @@ Keys detectorKeys() {
 
 Keys fieldKeys() {
   return {nameKey("The field's name, in bytes of UTF-8."),
-          indexKey("The field's slot, each once.", ZoneDetector::NUM_EVAL_FIELDS),
+          indexKey("The field's slot; no two fields share one.", ZoneDetector::NUM_EVAL_FIELDS),
           {.name = "Zone",
            .type = Object,
            .description = "The zones of the field.",
@@ -165,10 +165,10 @@ Keys fieldKeys() {
 }
 
 Keys zoneKeys() {
-  return together(
-      {nameKey("The zone's name, in bytes of UTF-8."),
-       indexKey("The zone's slot in its field, each once.", ZoneDetector::NUM_ZONES_PER_EVAL_FIELD)},
-      shapeKeys("0", "20"));
+  return together({nameKey("The zone's name, in bytes of UTF-8."),
+                   indexKey("The zone's slot in its field; no two zones share one.",
+                            ZoneDetector::NUM_ZONES_PER_EVAL_FIELD)},
+                  shapeKeys("0", "20"));
 }
 
 Keys exclusionZoneKeys() {
@@ -186,7 +186,7 @@ Keys sensorZoneKeys() {
        {.name = "enabled", .type = Truth, .description = "Whether the zone is in use.", .byDefault = "true"},
        {.name = "Sensors",
         .type = Object,
-        .description = "The sensors that the zone is bound to; without it, none in particular.",
+        .description = "The sensors that the zone is bound to; without it, all sensors.",
         .holds = ObjectKind::Sensors}},
       shapeKeys("", ""));
 }
@@ -269,7 +269,7 @@ Keys lineKeys() {
   };
   return {{.name = "name",
            .type = Text,
-           .description = "The line's name, each once.",
+           .description = "The line's name; no two lines share one.",
            .isRequired = true,
            .isLabel = true},
           end("first", "Where the line begins. From first to second, the left side is on the left."),
@@ -300,7 +300,7 @@ Keys sensorKeys() {
   return {
       {.name = "name",
        .type = Text,
-       .description = "What zones that are bound to the sensor call it.",
+       .description = "The sensor's name in the zones that are bound to it.",
        .isRequired = true},
       {.name = "pose",
        .type = Object,
@@ -312,7 +312,7 @@ Keys sensorKeys() {
        .description = "Its frames and recordings, or folders of them; without it, those of the command line.",
        .isList = true,
        .plural = "files and folders"},
-      {.name = "topic", .type = Text, .description = "Of recordings, the point clouds to take."}};
+      {.name = "topic", .type = Text, .description = "The topic of its point clouds in recordings."}};
 }
 
 Keys poseKeys() {

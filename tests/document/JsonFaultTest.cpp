@@ -61,13 +61,13 @@ TEST(JsonFault, Comments) {
 
 TEST(JsonFault, Quotes) {
   expectFaults({
-      {"{'a':1}", "1:2: a text stands in double quotes; write \" instead of '"},
-      {"{\"a\":'b'}", "1:6: a text stands in double quotes; write \" instead of '"},
-      {"{\"a\":`b`}", "1:6: a text stands in double quotes; write \" instead of `"},
-      {"{\u201Ca\u201D:1}", "1:2: a text stands in double quotes; write \" instead of \u201C"},
-      {"{a:1}", "1:2: a key stands in double quotes; write \"a\""},
-      {"{\"b\":1, a:1}", "1:9: a key stands in double quotes; write \"a\""},
-      {"{\"a\":front}", "1:6: a text stands in double quotes; write \"front\""},
+      {"{'a':1}", "1:2: a text must be in double quotes; write \" instead of '"},
+      {"{\"a\":'b'}", "1:6: a text must be in double quotes; write \" instead of '"},
+      {"{\"a\":`b`}", "1:6: a text must be in double quotes; write \" instead of `"},
+      {"{\u201Ca\u201D:1}", "1:2: a text must be in double quotes; write \" instead of \u201C"},
+      {"{a:1}", "1:2: a key must be in double quotes; write \"a\""},
+      {"{\"b\":1, a:1}", "1:9: a key must be in double quotes; write \"a\""},
+      {"{\"a\":front}", "1:6: a text must be in double quotes; write \"front\""},
       {"{\"a\":\"b\nc\"}", "1:8: a text has to end in its line; close it with a quote"},
       {"{\"a\":\"b\r\nc\"}", "1:8: a text has to end in its line; close it with a quote"},
       {"{\"a\":\"b\tc\"}", "1:8: a tab cannot stand in a text; write \\t"},
@@ -104,8 +104,8 @@ TEST(JsonFault, WordsThatJsonDoesNotHave) {
       {"{\"x\":no}", "1:6: no is not JSON; write false"},
       {"{\"x\":None}", "1:6: None is not JSON; write null"},
       {"{\"x\":undefined}", "1:6: undefined is not JSON; write null"},
-      {"{\"x\": tru }", "1:7: a text stands in double quotes; write \"tru\""},
-      {"{\"x\":true1}", "1:6: a text stands in double quotes; write \"true1\""},
+      {"{\"x\": tru }", "1:7: a text must be in double quotes; write \"tru\""},
+      {"{\"x\":true1}", "1:6: a text must be in double quotes; write \"true1\""},
   });
 }
 
@@ -120,7 +120,7 @@ TEST(JsonFault, BracketsAndColons) {
       {"{\"a\"}", "1:5: a colon and a value are missing after the key"},
       {"{\"a\",\"b\"}", "1:5: a colon and a value are missing after the key"},
       {"{\"a\" 1}", "1:6: a colon is missing before \"1\""},
-      {"{\"a\"=1}", "1:5: a key and its value are parted by a colon; write : instead of ="},
+      {"{\"a\"=1}", "1:5: a colon must separate a key and its value; write : instead of ="},
       {"{\"a\":}", "1:6: a value is missing after the colon"},
       {"{\"a\":,\"b\":1}", "1:6: a value is missing after the colon"},
       {"{{\"a\":1}}", "1:2: a key is missing before this value"},

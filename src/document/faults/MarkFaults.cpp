@@ -9,7 +9,7 @@ Diagnosis::Cause Diagnosis::betweenTexts() const {
     return here("JSON has no comments; remove it");
   }
   if (c == '\'' || c == '`') {
-    return here("a text stands in double quotes; write \" instead of " + std::string(1, c));
+    return here("a text must be in double quotes; write \" instead of " + std::string(1, c));
   }
   if (static_cast<unsigned char>(c) >= 0x80U) {
     return foreignCharacter();
@@ -21,7 +21,7 @@ Diagnosis::Cause Diagnosis::betweenTexts() const {
     return word();
   }
   if (c == '=') {
-    return here("a key and its value are parted by a colon; write : instead of =");
+    return here("a colon must separate a key and its value; write : instead of =");
   }
   return mark();
 }
@@ -30,7 +30,7 @@ Diagnosis::Cause Diagnosis::foreignCharacter() const {
   for (const std::string_view quote :
        {"\u201C", "\u201D", "\u201E", "\u2018", "\u2019", "\u00AB", "\u00BB"}) {
     if (rest().substr(0, quote.size()) == quote) {
-      return here("a text stands in double quotes; write \" instead of " + std::string(quote));
+      return here("a text must be in double quotes; write \" instead of " + std::string(quote));
     }
   }
   if (rest().substr(0, 2) == "\u00A0") {

@@ -57,7 +57,7 @@ Diagnosis::Cause Diagnosis::word() const {
 
 std::string Diagnosis::wordText(std::string_view whole, char last) const {
   if (fault_.inObject && (last == '{' || last == ',')) {
-    return "a key stands in double quotes; write " + quoted(whole);
+    return "a key must be in double quotes; write " + quoted(whole);
   }
   if (last == '"' && isKeyBefore()) {
     return "a colon is missing before " + quoted(whole);
@@ -77,7 +77,7 @@ std::string Diagnosis::wordText(std::string_view whole, char last) const {
   if (isDigit(whole[0]) || isSign(whole[0]) || whole[0] == '.') {
     return quoted(whole) + " is not a number in JSON; write it like 0.5, -2 or 1e3";
   }
-  return "a text stands in double quotes; write " + quoted(whole);
+  return "a text must be in double quotes; write " + quoted(whole);
 }
 
 }  // namespace orvantis::toolkit
