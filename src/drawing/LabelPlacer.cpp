@@ -20,7 +20,7 @@ double distanceToSegment(const Pixel& p, const Pixel& from, const Pixel& to) {
   return distance(p, {from.x + t * dx, from.y + t * dy});
 }
 
-// Clips the segment against the four sides, one after another.
+// Clips the segment against the four sides of the box.
 bool crosses(const PixelBox& box, const Pixel& from, const Pixel& to) {
   double enter = 0.0;
   double leave = 1.0;
@@ -54,7 +54,7 @@ PixelBox boundsOf(const PixelRing& ring) {
   return {left->x, top->y, right->x - left->x, bottom->y - top->y};
 }
 
-// A raster of places around a label's anchor, the nearest first.
+// The places of a raster around a label's anchor, in order of their distance.
 const std::vector<Pixel>& offsetsByDistance() {
   static const std::vector<Pixel> offsets = [] {
     constexpr double step = 4.0;
@@ -109,12 +109,12 @@ Pixel visualCentre(const PixelRing& ring, const std::vector<const PixelRing*>& o
       double score = distanceToBorder(ring, p);
       for (const PixelRing* other : others) {
         if (areaOf(boundsOf(*other)) >= areaOf(bounds)) {
-          continue;  // the larger one finds another place; this one would go to its own edge
+          continue;  // the larger ring finds another place; this one would have to go to its own edge
         }
         score -= isInside(*other, p) ? shared : 0.0;
         score = std::min(score, distanceToBorder(*other, p));
       }
-      // Equal ones along a middle line: prefer the middle.
+      // All places along a middle line are equally far from the border: this prefers the middle.
       score -= 0.05 * distance(p, bounds.centre());
       if (score > bestScore) {
         best = p;
@@ -138,7 +138,7 @@ std::optional<PixelBox> LabelPlacer::place(const Pixel& anchor, double width, do
   double bestCost = std::numeric_limits<double>::infinity();
   for (const Pixel& offset : offsetsByDistance()) {
     if (std::hypot(offset.x, offset.y) >= bestCost) {
-      break;  // the distance alone costs more, and it only grows
+      break;  // the distance alone costs more, and it grows from here on
     }
     const PixelBox box = PixelBox::around({anchor.x + offset.x, anchor.y + offset.y}, width, height);
     const double boxCost = cost(box, anchor, own);
@@ -161,9 +161,9 @@ double LabelPlacer::cost(const PixelBox& box, const Pixel& anchor, const PixelRi
   if (!isFree) {
     return std::numeric_limits<double>::infinity();
   }
-  constexpr double perLine = 40.0;     // pixels that a label goes to keep off a line
-  constexpr double perRegion = 45.0;   // and out of a region that it does not name
-  constexpr double outsideOwn = 20.0;  // and to stay in its own
+  constexpr double perLine = 40.0;     // how many pixels a label moves to avoid a line
+  constexpr double perRegion = 45.0;   // to avoid a region that it does not name
+  constexpr double outsideOwn = 20.0;  // to stay in its own region
   double sum = distance(box.centre(), anchor);
   for (const Line& line : lines_) {
     sum += crosses(box, line.from, line.to) ? perLine : 0.0;

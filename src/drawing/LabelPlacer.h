@@ -32,28 +32,28 @@ struct PixelBox {
 
 using PixelRing = std::vector<Pixel>;
 
-/// Whether the point is inside the ring, read as closed. For pictures: the border is on either side.
+/// Whether the point is inside the ring, read as closed. Points on the border may get either answer.
 bool isInside(const PixelRing& ring, const Pixel& p);
 
-/// The place inside the ring, as read above, that is farthest from its border and, where there is a choice,
-/// outside the smaller ones of the other rings.
+/// The place inside the ring that is farthest from its border and, if possible, outside of those of the other
+/// rings that are smaller.
 Pixel visualCentre(const PixelRing& ring, const std::vector<const PixelRing*>& others);
 
 /// Finds places for labels so that none covers another.
 class LabelPlacer {
  public:
-  /// @param area labels stay inside
+  /// @param area where labels may be
   explicit LabelPlacer(const PixelBox& area) : area_(area) {}
 
-  /// Nothing is put on this.
+  /// No label may cover the box.
   void block(const PixelBox& box) { blocked_.push_back(box); }
-  /// Labels keep off the line where they can.
+  /// Labels avoid the line if they can.
   void avoidLine(const Pixel& from, const Pixel& to) { lines_.push_back({from, to}); }
-  /// Labels of other things keep out of the region where they can.
+  /// Labels of other things avoid the region if they can.
   void avoidRing(const PixelRing& ring);
 
-  /// The best free place for a label that belongs at `anchor`; none when the picture is full.
-  /// @param own the region that the label names, as it was given to `avoidRing`; null for none
+  /// The best free place for a label near `anchor`; nothing when there is no free place.
+  /// @param own the region that the label names, as it was given to `avoidRing`; null when it names no region
   std::optional<PixelBox> place(const Pixel& anchor, double width, double height, const PixelRing* own);
 
  private:

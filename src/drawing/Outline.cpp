@@ -32,7 +32,7 @@ std::vector<Point> outlineOf(const Sector& sector) {
 }  // namespace
 
 std::vector<Point> outline(const filter::detection::Zone& shape) {
-  // A sector from a document has its origin at (0, 0): the document holds none.
+  // A sector from a document has its origin at (0, 0), because documents have no origins.
   if (const auto* sector = dynamic_cast<const Sector*>(&shape)) {
     return outlineOf(*sector);
   }

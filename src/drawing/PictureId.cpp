@@ -18,7 +18,8 @@ class Hash {
     for (const char c : bytes) {
       value_ = (value_ ^ static_cast<unsigned char>(c)) * 0x100000001B3U;
     }
-    value_ = (value_ ^ 0x100U) * 0x100000001B3U;  // what one text ends with is not what the next begins with
+    value_ = (value_ ^ 0x100U) *
+             0x100000001B3U;  // marks the end of a text, so that "ab", "c" differs from "a", "bc"
   }
   void add(const Point& p) {
     for (const double value : {p.x(), p.y()}) {

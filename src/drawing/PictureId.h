@@ -6,8 +6,8 @@
 
 namespace orvantis::toolkit {
 
-/// Begins the ids of a picture: the same for the same picture, another for any other, so that several can
-/// stand in one page.
+/// The prefix of the ids in a picture. Different pictures have different prefixes, so that one page can show
+/// several pictures.
 std::string idPrefixOf(const PlanContent& content);
 
 }  // namespace orvantis::toolkit

@@ -13,15 +13,15 @@ namespace orvantis::toolkit {
 /// The colour of its field; one colour for all exclusion zones.
 std::string_view colourOf(const PlanContent::Area& area);
 
-/// The pattern that fills exclusion zones, to be defined once in a picture.
+/// The pattern that fills exclusion zones. A picture defines it once.
 SvgElement exclusionHatch(const std::string& ids);
 
-/// Fill and border of a zone of this colour, or of an exclusion zone, on any shape.
+/// Gives a shape the fill and border of a zone of that colour, or of an exclusion zone.
 void drawAsZone(SvgElement& shape, std::string_view colour);
 void drawAsExclusion(SvgElement& shape, const std::string& ids);
 
-/// Zones, and over them exclusion zones. @param rings the outlines of the content's areas, empty ones left
-/// out
+/// Zones, and exclusion zones on top of them.
+/// @param rings the outlines of the content's areas; empty outlines are not drawn
 SvgElement planAreas(const PlanContent& content, const std::vector<PixelRing>& rings);
 
 }  // namespace orvantis::toolkit

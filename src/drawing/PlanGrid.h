@@ -5,7 +5,7 @@
 
 namespace orvantis::toolkit {
 
-/// Lines at round metres behind the plan, with their numbers along its left and lower side.
+/// Lines at round numbers of metres behind the plan, with the numbers along its left and lower side.
 SvgElement planGrid(const Viewport& view);
 
 }  // namespace orvantis::toolkit

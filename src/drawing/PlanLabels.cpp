@@ -16,7 +16,7 @@ namespace {
 struct Label {
   std::string text;
   Pixel anchor;
-  const PixelRing* own;  ///< none: the label of a line
+  const PixelRing* own;  ///< null for the label of a line
   std::string_view colour;
   bool italic;
 };
@@ -31,7 +31,7 @@ Label labelOf(const PlanContent::Area& area, const PixelRing& own, const std::ve
   return {area.name, visualCentre(own, others), &own, colourOf(area), !area.field.has_value()};
 }
 
-// Nearer to the head of the line, where fewer lines of a crossing meet.
+// The label is near the head of the line, where fewer lines cross.
 Label labelOf(const PlanContent::Line& line, const Viewport& view) {
   const Pixel from = view.toPixel(line.first);
   const Pixel to = view.toPixel(line.second);
@@ -39,7 +39,7 @@ Label labelOf(const PlanContent::Line& line, const Viewport& view) {
   return {line.name, anchor, nullptr, palette::counterLine, false};
 }
 
-// From a place inside the zone to its name outside.
+// A thin line from a place inside the zone to its name outside.
 SvgElement pointer(const Pixel& from, const PixelBox& name, std::string_view colour) {
   const Pixel end{std::clamp(from.x, name.left, name.left + name.width),
                   std::clamp(from.y, name.top, name.top + name.height)};
@@ -67,7 +67,7 @@ void drawLabel(const Label& label, LabelPlacer& placer, SvgElement& group) {
   if (label.italic) {
     name.set("font-style", "italic");
   }
-  // A pale seam keeps it legible over a scan.
+  // A pale outline keeps the name legible over a scan.
   name.set("stroke", palette::paper).set("stroke-width", 3.5).set("stroke-opacity", 0.85, 2);
   group.add(name.set("stroke-linejoin", "round").set("paint-order", "stroke").set("text-anchor", "middle"));
 }

@@ -8,9 +8,10 @@
 
 namespace orvantis::toolkit {
 
-/// The names of zones and lines, each beside or inside its own; one that has room nowhere is left out.
+/// The names of zones and lines, each inside or near what it names. A name for which there is no room is left
+/// out.
 /// @param rings the outlines of the content's areas
-/// @param placer knows what is in the way, and learns where the names stand
+/// @param placer knows what names must not cover; the places of the names are added to it
 SvgElement planLabels(const PlanContent& content, const std::vector<PixelRing>& rings, const Viewport& view,
                       LabelPlacer& placer);
 

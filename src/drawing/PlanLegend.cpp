@@ -96,7 +96,7 @@ class Legend {
   const Viewport& view_;
   const PlanTracks& tracks_;
   double left_;
-  double y_;  // of the next sign
+  double y_;  // the height of the next sign
   SvgElement group_{"g"};
 };
 

@@ -6,13 +6,13 @@
 
 namespace orvantis::toolkit {
 
-/// What the signs of a plan mean, beside it: only those that it has.
+/// A legend beside a plan, with only the signs that the plan has.
 struct PlanLegend {
   SvgElement body;
   double bottom;  ///< in pixels
 };
 
-/// @param tracks those of the content
+/// @param tracks the tracks of the content
 PlanLegend planLegend(const PlanContent& content, const Viewport& view, const PlanTracks& tracks);
 
 }  // namespace orvantis::toolkit

@@ -66,7 +66,8 @@ Pixel leftSideOf(const Pixel& from, const Pixel& to) {
   if (length == 0.0) {
     return to;
   }
-  // To the left as seen along the line; pixels run down, so the plane's left turn is a right turn here.
+  // To the left as seen along the line. The y axis of pixels points down, so a left turn of the plane is a
+  // right turn here.
   const Pixel left{(to.y - from.y) / length, -(to.x - from.x) / length};
   return {(from.x + to.x) / 2.0 + leftSideDistance * left.x,
           (from.y + to.y) / 2.0 + leftSideDistance * left.y};

@@ -8,7 +8,7 @@
 
 namespace orvantis::toolkit {
 
-/// Where a crossing was counted. @param isSmall one of very many
+/// The place where a crossing was counted. @param isSmall for a picture with very many crossings
 SvgElement crossingMark(const Pixel& at, std::string_view title, bool isSmall);
 
 /// The origin of the plane, where the sensor often is.
@@ -16,10 +16,10 @@ SvgElement originMark(const Pixel& at);
 
 /// A segment with an arrow head at its second end and an L on its left side.
 SvgElement counterLineMark(const Pixel& from, const Pixel& to, const std::string& ids);
-/// The place of that L; the second end for a segment without length, which has none.
+/// The place of that L. For a segment without length, which has no L, the second end.
 Pixel leftSideOf(const Pixel& from, const Pixel& to);
 
-/// An arrow head for ends of lines, to be defined once in a picture.
+/// An arrow head for the ends of lines. A picture defines it once.
 SvgElement arrowHead(const std::string& id, std::string_view colour, double size);
 
 }  // namespace orvantis::toolkit

@@ -18,9 +18,9 @@ namespace {
 using Dot = PlanContent::Dot;
 using Cell = std::pair<int, int>;  // row, column
 
-constexpr std::size_t mostCells = 14000;  // of a picture that stays a small file
+constexpr std::size_t mostCells = 14000;  // keeps the file of the picture small
 
-// What stands in a cell of the raster: the highest dot decides its shade, many dots make it stronger.
+// The dots in a cell of the raster. The highest dot decides the shade, and many dots make the stroke wider.
 struct Filling {
   double height = 0.0;
   std::size_t count = 0;
@@ -31,7 +31,7 @@ struct Raster {
   std::map<Cell, Filling> cells;
 };
 
-// The raster grows until its cells are few enough: a scan of 100,000 points stays a small file.
+// Makes the cells larger until they are few enough, so that a scan of 100,000 points is a small file.
 Raster rasterOf(const std::vector<Dot>& dots, const Viewport& view, bool counted) {
   const PixelBox box = view.box();
   Raster raster;
@@ -53,7 +53,7 @@ Raster rasterOf(const std::vector<Dot>& dots, const Viewport& view, bool counted
   }
 }
 
-// Short strokes of one path, each from the one before; no path when none is chosen.
+// Draws the chosen cells as short strokes of one path, each relative to the one before. No cell, no path.
 template <typename Choice>
 void addStrokes(SvgElement& group, const Raster& raster, const PixelBox& box, std::string_view colour,
                 double width, Choice isChosen) {
@@ -95,7 +95,8 @@ double groundOf(const std::vector<Dot>& dots) {
 SvgElement planScan(const std::vector<Dot>& dots, const Viewport& view) {
   const Raster raster = rasterOf(dots, view, false);
   const double ground = groundOf(dots);
-  // In metres over the ground: what is below is ground, as rough as it may be; a person is above the second.
+  // In metres above the ground. Dots below the first are the ground, also when it is rough; people reach
+  // above the second.
   constexpr double roughness = 0.25;
   constexpr double knee = 0.7;
   const auto band = [ground](const Filling& filling) {
@@ -104,7 +105,7 @@ SvgElement planScan(const std::vector<Dot>& dots, const Viewport& view) {
   };
   constexpr std::array<std::string_view, 3> colours = {palette::ground, palette::low, palette::high};
   constexpr std::array<double, 3> widths = {1.2, 1.6, 2.0};
-  // Where many dots fall into one cell the stroke is wider: a wall is seen as a line.
+  // A cell with many dots has a wider stroke, so that a wall looks like a line.
   constexpr std::size_t dense = 4;
   SvgElement group("g");
   for (std::size_t i = 0; i < colours.size(); ++i) {

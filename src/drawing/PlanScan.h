@@ -7,11 +7,11 @@
 
 namespace orvantis::toolkit {
 
-/// The height that most dots are at, in steps of 0.1 m; 0 without dots.
+/// The height of most dots, in steps of 0.1 m; 0 without dots.
 double groundOf(const std::vector<PlanContent::Dot>& dots);
 
-/// The dots that do not count in a zone, shaded by how high they are over the ground and how dense they are:
-/// the ground is faint, what stands up is dark, so that walls, cars and people are seen.
+/// The dots that do not count in a zone, shaded by their height above the ground and by their density: the
+/// ground is pale, and walls, cars and people are dark.
 SvgElement planScan(const std::vector<PlanContent::Dot>& dots, const Viewport& view);
 
 /// The dots that count in a zone.

@@ -16,7 +16,8 @@ bool isNear(const Pixel& a, const Pixel& b, double distance) {
   return std::hypot(a.x - b.x, a.y - b.y) < distance;
 }
 
-// Beyond the end of its track where there is room, else beside it; none in a crowd.
+// The place of an id: beyond the end of its track if there is room, else beside it; nothing when there is no
+// room.
 std::optional<PixelBox> placeOfId(const std::vector<Pixel>& sightings, double width,
                                   const std::vector<PixelBox>& taken) {
   const Pixel& begin = sightings.front();
@@ -50,7 +51,8 @@ SvgElement idText(const PixelBox& box, const std::string& id, std::string_view c
       .set("paint-order", "stroke");
 }
 
-// Sightings closer to each other than so many pixels add nothing to see.
+// Leaves out sightings that are closer to the last one than that many pixels, since they would not be
+// visible.
 std::string dataOf(const std::vector<Pixel>& sightings, double distance) {
   std::string data = "M" + at(sightings.front());
   Pixel last = sightings.front();
@@ -78,7 +80,7 @@ bool PlanTracks::hasIds() const {
   return tracks_.size() <= mostIds;
 }
 
-// By the order in which classes first come; one colour for all of a single class.
+// Classes get colours in the order in which they are first seen. A single class needs no colour of its own.
 std::string_view PlanTracks::colourOf(const std::string& className) const {
   if (classes_.size() <= 1 || className.empty()) {
     return palette::trackWithoutClass;
@@ -104,7 +106,7 @@ std::vector<SvgElement> PlanTracks::arrowHeads() const {
   return heads;
 }
 
-// From a dot to an arrow head; of an object that stands still the dot is enough.
+// A line from a dot to an arrow head; for an object that stands still, only the dot.
 SvgElement PlanTracks::trackOf(const std::vector<Pixel>& sightings, std::string_view colour,
                                const std::string& title) const {
   const bool isCrowd = !hasIds();

@@ -10,23 +10,24 @@
 
 namespace orvantis::toolkit {
 
-/// Tracks of objects on a plan: up to a dozen strong and with their ids, more of them thin and see-through.
+/// Tracks of objects on a plan. Up to a dozen tracks are drawn strong and with their ids; more tracks are
+/// drawn thin and transparent, without ids.
 class PlanTracks {
  public:
-  /// @param tracks must outlive this
-  /// @param ids begins the ids of the picture
+  /// @param tracks must outlive this object
+  /// @param ids the prefix of the ids in the picture
   PlanTracks(const std::vector<PlanContent::Track>& tracks, std::string ids);
 
-  /// In the order in which they first come.
+  /// In the order in which they are first seen.
   const std::vector<std::string>& classes() const { return classes_; }
   bool hasIds() const;
 
-  /// All tracks; the boxes of their ids are put to `taken`.
+  /// All tracks. Appends the boxes of their ids to `taken`.
   SvgElement draw(const Viewport& view, std::vector<PixelBox>& taken) const;
-  /// One for the legend.
+  /// A track for the legend.
   SvgElement sample(const Pixel& from, const Pixel& to, const std::string& className) const;
 
-  /// The arrow heads, one for each colour, to be defined once in the picture.
+  /// The arrow heads, one for each colour. The picture defines them once.
   std::vector<SvgElement> arrowHeads() const;
 
  private:

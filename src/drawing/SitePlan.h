@@ -5,7 +5,7 @@
 
 namespace orvantis::toolkit {
 
-/// The zones and counter lines of a document as a plan.
+/// The plan of the zones and counter lines of a document.
 PlanContent planOf(const Configuration& configuration);
 
 }  // namespace orvantis::toolkit

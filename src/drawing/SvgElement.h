@@ -7,20 +7,21 @@
 
 namespace orvantis::toolkit {
 
-/// An element of a picture. Values and texts are escaped here and nowhere else, so that nothing a document
-/// names can become markup.
+/// An element of a picture. It escapes all values and texts, and nothing else escapes them. So a name in a
+/// document cannot become markup.
 class SvgElement {
  public:
   explicit SvgElement(std::string_view name);
 
   SvgElement& set(std::string_view attribute, std::string_view value);
-  /// A length or coordinate in pixels, or a share; to so many decimals, without zeros behind.
+  /// A length or coordinate in pixels, or a share, with at most that many decimals and without trailing
+  /// zeros.
   SvgElement& set(std::string_view attribute, double value, int decimals = 1);
 
-  /// On a line of its own.
+  /// Adds the child on a line of its own.
   SvgElement& add(const SvgElement& child);
   SvgElement& addText(std::string_view text);
-  /// What is shown while the pointer is on the element; nothing when it is empty.
+  /// Adds the text that is shown while the pointer is on the element. An empty text adds nothing.
   SvgElement& addTitle(std::string_view title);
 
   std::string str() const;
@@ -31,7 +32,7 @@ class SvgElement {
   std::string content_;
 };
 
-// The elements that every part of a picture is made of, each with its place.
+// The elements that all parts of a picture use.
 
 SvgElement rectangle(const PixelBox& box);
 /// @param data moves and lines, as SVG has them

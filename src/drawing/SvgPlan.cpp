@@ -91,7 +91,7 @@ class Drawing {
     return definitions;
   }
 
-  // What lies in the plane, cut off at its frame. What must stay legible is kept free of names.
+  // Everything inside the frame, clipped by it. The placer keeps names off what must stay legible.
   SvgElement plan() {
     SvgElement plan("g");
     plan.set("clip-path", "url(#" + content_.idPrefix + "plan)")

@@ -11,7 +11,7 @@
 
 namespace orvantis::toolkit {
 
-/// What a plan shows, in metres.
+/// The content of a plan, in metres.
 struct PlanContent {
   struct Field {
     int index;
@@ -20,7 +20,7 @@ struct PlanContent {
   struct Area {
     std::string name;
     std::vector<filter::detection::Point> ring;
-    std::optional<int> field;  ///< none: an exclusion zone
+    std::optional<int> field;  ///< empty for an exclusion zone
   };
   struct Line {
     std::string name;
@@ -30,13 +30,13 @@ struct PlanContent {
   struct Dot {
     filter::detection::Point at;
     bool counted;         ///< inside a zone and outside every exclusion zone
-    double height = 0.0;  ///< shades it
+    double height = 0.0;  ///< decides its shade
   };
 
   struct Track {
     std::int32_t id;
     std::vector<filter::detection::Point> path;
-    std::string className = {};  ///< colours it
+    std::string className = {};  ///< decides its colour
   };
 
   struct Crossing {
@@ -51,7 +51,7 @@ struct PlanContent {
   };
 
   std::string title;
-  /// Before every id of the picture: two pictures in one page must not share any.
+  /// The prefix of every id in the picture, because two pictures in one page must not have the same ids.
   std::string idPrefix;
   std::vector<Field> fields;
   std::vector<Area> areas;
@@ -59,7 +59,7 @@ struct PlanContent {
   std::vector<Dot> dots;
   std::vector<Track> tracks;
   std::vector<Crossing> crossings;
-  std::optional<Extent> extent;             ///< of the plan; none: all zones, lines and tracks
+  std::optional<Extent> extent;             ///< of the plan; empty: that of all zones, lines and tracks
   std::optional<TimelineContent> timeline;  ///< drawn under the plan
 };
 

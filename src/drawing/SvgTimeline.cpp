@@ -48,7 +48,7 @@ class Drawing {
     std::string lines;
     SvgElement texts("g");
     texts.set("font-size", 12).set("fill", palette::paleInk);
-    // Seconds since 1970 are too long to stand at every tick.
+    // Seconds since 1970 are too long for the ticks, so their common part is in the caption.
     const double base = std::abs(content_.begin) < 1e5 ? 0.0 : std::floor(content_.begin);
     if (const double duration = content_.end - content_.begin; duration > 0.0) {
       const double step = niceStep(duration * 70.0 / width_);
@@ -79,7 +79,7 @@ class Drawing {
                 std::string_view colour, double opacity) {
     std::string data;
     for (const auto& [begin, end] : intervals) {
-      constexpr double shortest = 1.0;  // a single frame is seen too, and stays inside at the end
+      constexpr double shortest = 1.0;  // pixels, so that a single frame is visible, also at the end
       const double from = std::min(toPixel(begin), left_ + width_ - shortest);
       const double length = std::max(toPixel(end) - from, shortest);
       data += "M" + at({from, y_ + offset}) + "h" + px(length) + "v" + px(height) + "h" + px(-length) + "z";
@@ -97,7 +97,7 @@ class Drawing {
     y_ += rowHeight;
   }
 
-  // Points up to the left side, down to the right side.
+  // It points up for a crossing to the left side, down for one to the right side.
   static SvgElement triangle(const Pixel& centre, bool up) {
     const double tip = up ? -5.0 : 5.0;
     const Pixel corner{centre.x - 5.0, centre.y - tip * 0.8};
@@ -107,7 +107,7 @@ class Drawing {
         .set("stroke-width", 0.8);
   }
 
-  // Each with its id, unless the next one is in the way.
+  // Each mark has its id, unless the next mark would cover it.
   void drawMarks(const std::vector<TimelineContent::Mark>& marks, double y) {
     for (std::size_t i = 0; i < marks.size(); ++i) {
       const Pixel centre{toPixel(marks[i].time), y};
@@ -121,7 +121,7 @@ class Drawing {
     }
   }
 
-  // Crossings to the left above the middle of the row, to the right below it, in steps of time.
+  // Bars for crossings in steps of time: to the left above the middle of the row, to the right below it.
   void drawHistogram(const std::vector<TimelineContent::Mark>& marks) {
     constexpr std::size_t steps = 120;
     std::array<std::array<std::size_t, steps>, 2> counts{};
@@ -156,7 +156,7 @@ class Drawing {
       y_ += rowHeight;
       return;
     }
-    // Each direction has its half of the row.
+    // Each direction has one half of the row.
     for (const bool toLeft : {true, false}) {
       std::vector<TimelineContent::Mark> marks;
       std::copy_if(line.crossings.begin(), line.crossings.end(), std::back_inserter(marks),
@@ -198,7 +198,7 @@ class Drawing {
   double left_;
   double top_;
   double width_;
-  double y_;  // of the next row
+  double y_;  // the top of the next row
   SvgElement body_{"g"};
 };
 

@@ -9,15 +9,15 @@
 
 namespace orvantis::toolkit {
 
-/// What happened when; times in seconds.
+/// The content of a time line. Times are in seconds.
 struct TimelineContent {
   using Interval = std::pair<double, double>;
 
   struct ZoneRow {
     std::string name;
     int field;
-    std::vector<Interval> occupied;   ///< by points
-    std::vector<Interval> inhabited;  ///< by tracked objects
+    std::vector<Interval> occupied;   ///< intervals in which points occupy it
+    std::vector<Interval> inhabited;  ///< intervals in which tracked objects are inside
   };
   struct Mark {
     double time;
@@ -37,13 +37,13 @@ struct TimelineContent {
   std::vector<LineRow> lines;
 };
 
-/// A piece of a picture.
+/// A part of a picture.
 struct SvgPiece {
   SvgElement body;
   double height;  ///< in pixels
 };
 
-/// Draws a row for each zone and line over an axis of time; their names stand to the right of it.
+/// Draws a row for each zone and line above an axis of time, with the names to the right of the rows.
 /// @param left,top,width of the rows, in pixels
 SvgPiece drawTimeline(const TimelineContent& content, double left, double top, double width);
 

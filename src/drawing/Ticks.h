@@ -2,9 +2,9 @@
 
 namespace orvantis::toolkit {
 
-/// The smallest 1, 2 or 5 times a power of ten that is not below.
+/// The smallest number that is 1, 2 or 5 times a power of ten and at least `atLeast`.
 double niceStep(double atLeast);
-/// The decimals that multiples of such a step need.
+/// How many decimals multiples of such a step need.
 int decimalsOf(double step);
 
 }  // namespace orvantis::toolkit

@@ -23,7 +23,7 @@ Viewport::Viewport(double left, double right, double bottom, double top) : left_
   }
   scale_ = std::min(largestWidth / width, largestHeight / height);
   size_ = {width * scale_, height * scale_};
-  // A long and thin plan keeps a side that can be read: it shows more of the plane there.
+  // A long and thin plan shows more of the plane, so that its short side is large enough to read.
   if (size_.x < smallestSide) {
     left_ -= (smallestSide - size_.x) / 2.0 / scale_;
     size_.x = smallestSide;
@@ -72,7 +72,7 @@ Viewport viewportFor(const PlanContent& content) {
       points.begin(), points.end(), [](const Point& a, const Point& b) { return a.y() < b.y(); });
   const double size = std::max({right->x() - left->x(), top->y() - bottom->y(), 1.0});
   const double padding = 0.06 * size;
-  // The origin, where the sensor often is, belongs into the picture when it is near.
+  // The origin, where the sensor often is, is shown if it is near.
   const auto reach = [size](double low, double high) {
     return low - size < 0.0 && high + size > 0.0 ? std::pair(std::min(low, 0.0), std::max(high, 0.0))
                                                  : std::pair(low, high);

@@ -9,11 +9,11 @@
 
 namespace orvantis::toolkit {
 
-// Where the plan stands in the picture, in pixels.
+// The place of the plan in the picture, in pixels.
 inline constexpr double marginLeft = 62.0;
 inline constexpr double marginTop = 48.0;
 
-// The rectangle of the plane that the plan shows, and where it is in the picture.
+// The rectangle of the plane that the plan shows, and its place in the picture.
 class Viewport {
  public:
   /// @throws std::runtime_error when the sides are too far apart to draw
@@ -38,8 +38,8 @@ class Viewport {
   Pixel size_;
 };
 
-/// Takes in the zones, the lines and the tracks, and of a plan without any its scan; or what the content asks
-/// for.
+/// The extent that the content asks for. If it asks for none, that of all zones, lines and tracks; if there
+/// are none, that of the scan.
 Viewport viewportFor(const PlanContent& content);
 
 }  // namespace orvantis::toolkit

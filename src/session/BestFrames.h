@@ -11,10 +11,10 @@
 
 namespace orvantis::toolkit {
 
-/// One zone at one frame: what counted, and what nearly did.
+/// One zone at one frame: the points that counted, and those that nearly did.
 struct ZoneMoment {
   filter::monitor::Stamp stamp{0};
-  std::string file;  ///< of the frame
+  std::string file;  ///< the frame's file
   filter::monitor::ZoneExplanation zone;
   ZoneReach reach;
 };
@@ -25,13 +25,14 @@ std::vector<ZoneMoment> momentsOf(filter::monitor::Stamp stamp, const std::strin
                                   const std::vector<filter::monitor::ZoneExplanation>& explanations,
                                   const Points& points);
 
-/// For each zone the frame of a recording that came nearest to occupying it: the most points that count, then
-/// the most inside its outline, then the nearest point; of equal ones the first.
+/// For each zone, the frame of a recording that came nearest to occupying it: the frame with the most points
+/// that count; of equal frames the one with the most points inside the outline; then the one with the nearest
+/// point; then the first.
 class BestFrames {
  public:
   void add(const std::vector<ZoneMoment>& moments);
 
-  /// One for each zone, in the order of the zones; empty before the first frame.
+  /// One entry for each zone, in the order of the zones; empty before the first frame.
   const std::vector<ZoneMoment>& moments() const { return best_; }
 
  private:

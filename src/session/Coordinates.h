@@ -11,7 +11,7 @@ namespace orvantis::toolkit {
 using filter::classify::Points;
 using filter::classify::sizeOf;
 
-/// A point in double precision, whatever that of its frame.
+/// A point in double precision, also when its frame has floats.
 struct Coordinates {
   double x;
   double y;
@@ -24,7 +24,7 @@ struct Coordinates {
 template <typename Real>
 Coordinates coordinatesOf(const filter::classify::PointsView<Real>& points, std::size_t i) {
   const auto at = [&points, i](const void* first) {
-    Real value{};  // copied, since nothing need be aligned
+    Real value{};  // copied, since the address may be unaligned
     std::memcpy(&value, static_cast<const unsigned char*>(first) + i * points.stride, sizeof(Real));
     return static_cast<double>(value);
   };

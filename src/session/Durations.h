@@ -8,14 +8,14 @@
 
 namespace orvantis::toolkit {
 
-/// The middle and the longest of any number of durations, none of them below zero. Memory does not grow with
-/// their number: the middle one is known to four significant digits.
+/// The median and the longest of any number of durations, which must not be below zero. Memory does not grow
+/// with their number, because durations are rounded to four significant digits for the median.
 class Durations {
  public:
   void add(filter::monitor::Duration duration);
 
   std::uint64_t count() const { return count_; }
-  /// Of an even number the middle between the two. Nothing if there is none.
+  /// For an even number of durations, the mean of the middle two. Nothing when there is no duration.
   std::optional<filter::monitor::Duration> median() const;
   std::optional<filter::monitor::Duration> longest() const { return longest_; }
 

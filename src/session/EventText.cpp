@@ -98,7 +98,7 @@ struct TypeName {
   const char* operator()(const Crossing&) const { return "crossing"; }
 };
 
-// What an event is in words; a track without a class is called a track.
+// The sentence about an event. A track without a class is called "track".
 struct Pattern {
   std::string operator()(const ZoneEvent&) const {
     return R"(zone {field}/{zone} "{name}" {event}, since {began} s)";

@@ -11,11 +11,11 @@ namespace orvantis::toolkit {
 /// "left" or "right".
 const char* sideName(filter::detection::CounterLineDirectionType side);
 
-/// What an event is, key by key, as docs/command.md describes it. Everything that is written of an event is
-/// made from this.
+/// The values of an event with the keys that docs/command.md describes. Every output about an event is made
+/// from this.
 Record recordOf(filter::monitor::Stamp stamp, const Event& event);
 
-/// The event as a line for people, without the end of the line.
+/// The event as a sentence, without a line end.
 std::string toLine(filter::monitor::Stamp stamp, const Event& event);
 
 /// The columns of events in tables.

@@ -8,7 +8,7 @@
 
 namespace orvantis::toolkit {
 
-// Explanations, key by key, as docs/command.md describes them.
+// Explanations with the keys that docs/command.md describes.
 
 Record recordOf(const ZoneMoment& moment);
 Record recordOf(const std::string& line, const TrackStory& story);

@@ -18,7 +18,7 @@ bool hasPointBetween(const filter::classify::PointsView<Real>& points, double zM
   return false;
 }
 
-// Every so many points, so that a frame of any size takes no longer than a small one.
+// Takes only some points of a large frame, so that it takes no longer than a small one.
 template <typename Real>
 filter::classify::PointsView<Real> sampleOf(filter::classify::PointsView<Real> points) {
   constexpr std::size_t most = 2048;

@@ -9,20 +9,20 @@
 
 namespace orvantis::toolkit {
 
-/// Notes whether there are points between the heights of each zone: points in one frame of reference and
-/// zones in another look like an empty scene.
+/// Notes whether there are points between the heights of each zone. If there are none, the points are
+/// probably in another frame of reference than the zones, which would look like an empty scene.
 class HeightWatch {
  public:
   struct ZoneHeights {
     FieldZone zone;
-    bool isSeen = false;  ///< whether any finite point at all was between its heights
-    // Of some thousand points of each frame, evenly taken, those inside the outline.
+    bool isSeen = false;  ///< whether any finite point was between its heights
+    // How many points inside the outline there are among a few thousand evenly chosen points of each frame.
     std::uint64_t inside = 0;
-    std::uint64_t between = 0;                                ///< and the heights
-    double lowest = std::numeric_limits<double>::infinity();  ///< of those outside the heights
+    std::uint64_t between = 0;                                ///< those of them that are between the heights
+    double lowest = std::numeric_limits<double>::infinity();  ///< of those that are not between the heights
     double highest = -std::numeric_limits<double>::infinity();
 
-    /// Under 1 % of the points inside the outline are between the heights.
+    /// Whether less than 1 % of the points inside the outline are between the heights.
     bool isNearlyUnseen() const { return isSeen && inside > 100 * between; }
   };
 

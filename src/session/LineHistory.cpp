@@ -37,7 +37,7 @@ void LineHistory::add(Stamp stamp, const std::vector<TrackedObject>& objects,
     }
     const bool isPlaced = filter::monitor::referencePoint(object.footprint).has_value();
     if (object.id < 0 || !isPlaced) {
-      continue;  // the counter has not seen it either
+      continue;  // the counter does not see it either
     }
     TrackStory& story = storyOf(stamp, object);
     const CrossingExplanation before =

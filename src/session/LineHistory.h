@@ -14,37 +14,37 @@
 
 namespace orvantis::toolkit {
 
-/// What became of one track at a line, from its first sighting to its last.
+/// The story of one track at a line, from its first to its last sighting.
 struct TrackStory {
   std::int32_t track = 0;
   std::string className;  ///< as last seen
   filter::monitor::Stamp firstSeen{0};
   filter::monitor::Stamp lastSeen{0};
-  filter::monitor::CrossingExplanation explanation;  ///< as it was at the last sighting
+  filter::monitor::CrossingExplanation explanation;  ///< as it was after the last sighting
   std::uint64_t crossings = 0;
-  /// Where the verdict comes from: the sighting at which it became what it is, and the last one before that
+  /// The sightings that decided: the one at which the verdict became what it is, and the last one before it
   /// at which the track was clear of the line, if there was one.
   filter::monitor::Stamp decidedAt{0};
   std::optional<filter::monitor::Stamp> decidedFrom;
 };
 
-/// A sighting of a track beside a line. No `beside`: the object could not be placed, or the line has no
+/// A sighting of a track at a line. `beside` is empty when the object could not be placed, or the line has no
 /// sides.
 struct StampedSighting {
   filter::monitor::Stamp stamp{0};
   std::optional<filter::monitor::LineSighting> beside;
 };
 
-/// Keeps what a line counter forgets: every track that was ever seen, at one line. A track that begins anew
-/// after it was forgotten is another one. Memory grows with the tracks, and with the sightings of one of
-/// them.
+/// Keeps every track that was ever seen, for one line, also those that a line counter forgets. A track that
+/// begins anew after it was forgotten is another track. Memory grows with the number of tracks, and with the
+/// sightings of the one track whose sightings are kept.
 class LineHistory {
  public:
-  /// @param track whose sightings are kept too; none: of no track
+  /// @param track the track whose sightings are kept; empty: no sightings are kept
   LineHistory(filter::detection::CounterLine line, double clearance, filter::monitor::Duration forgetAfter,
               std::optional<std::int32_t> track);
 
-  /// @param lines as it is after it took these objects
+  /// @param lines the counter after it took these objects
   void add(filter::monitor::Stamp stamp, const std::vector<filter::monitor::TrackedObject>& objects,
            const std::vector<filter::monitor::Crossing>& crossings,
            const filter::monitor::LineCounter& lines);
@@ -61,8 +61,8 @@ class LineHistory {
   filter::monitor::Duration forgetAfter_;
   std::optional<std::int32_t> track_;
   std::vector<TrackStory> stories_;
-  std::map<std::int32_t, std::size_t> current_;               // by track, its last story
-  std::map<std::int32_t, filter::monitor::Stamp> lastClear_;  // by track, of its last story
+  std::map<std::int32_t, std::size_t> current_;               // by track, the index of its last story
+  std::map<std::int32_t, filter::monitor::Stamp> lastClear_;  // by track, in its last story
   std::vector<StampedSighting> sightings_;
 };
 

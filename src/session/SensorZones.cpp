@@ -27,7 +27,7 @@ std::optional<ZoneMonitor> monitorOfSensorZones(const Configuration& configurati
     const int slot = static_cast<int>(i);
     detector.setZone(zones[i], slot / zonesOfField, slot % zonesOfField);
   }
-  return ZoneMonitor(detector);  // it sees what the zones are bound to, which a copy of the detector loses
+  return ZoneMonitor(detector);  // made from this detector, because an assigned copy would lose the bindings
 }
 
 }  // namespace orvantis::toolkit

@@ -49,7 +49,8 @@ SessionFrame Session::take(filter::monitor::Stamp stamp, const std::optional<Poi
     frame.objects = objects_.update(stamp, *objects);
     crossings = lines_.update(stamp, *objects);
   } else {
-    // Who is out of sight while points go on is lost in time and not with the next sighting of somebody.
+    // Time passes: so a track that is out of sight is lost on time, and not only at the next frame of
+    // objects.
     frame.lost = objects_.advance(stamp);
     lines_.advance(stamp);
   }

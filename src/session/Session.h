@@ -17,31 +17,32 @@
 
 namespace orvantis::toolkit {
 
-/// The levels of the outputs are others than in the frame before, or this is the first frame.
+/// The levels of the outputs differ from those of the frame before, or this is the first frame.
 struct OutputEvent {
-  int field = 0;  ///< the active one
+  int field = 0;  ///< the active field
   std::array<filter::monitor::PointFrame::Level, 3> levels{};
 };
 
-/// The same as the event of any zone, of one that is bound to sensors.
+/// The event of a zone that is bound to sensors.
 struct SensorZoneEvent {
-  filter::monitor::ZoneEvent event;  ///< its slot is that of `monitorOfSensorZones`
+  filter::monitor::ZoneEvent event;  ///< its slot is that in `monitorOfSensorZones`
 };
 
 using Event = std::variant<filter::monitor::ZoneEvent, SensorZoneEvent, OutputEvent,
                            filter::monitor::ObjectEvent, filter::monitor::Crossing>;
 
-/// What one moment of a recording came to.
+/// The results for one stamp of a recording.
 struct SessionFrame {
   filter::monitor::Stamp stamp{0};
-  std::size_t pointCount = 0;  ///< no returns included
+  std::size_t pointCount = 0;  ///< including no returns
   std::optional<filter::monitor::PointFrame> points;
-  std::optional<filter::monitor::PointFrame> sensorZones;  ///< those that are bound to sensors
+  std::optional<filter::monitor::PointFrame> sensorZones;  ///< the zones that are bound to sensors
   std::optional<filter::monitor::ObjectFrame> objects;
   std::size_t objectCount = 0;
-  std::vector<filter::monitor::ObjectEvent> lost;  ///< without a frame of objects: by the time alone
+  std::vector<filter::monitor::ObjectEvent>
+      lost;  ///< when there is no frame of objects: tracks lost because time passed
   std::vector<Event> events;
-  filter::monitor::Duration taken{0};  ///< by the monitors; without reading the files
+  filter::monitor::Duration taken{0};  ///< by the monitors, without the reading of files
 };
 
 /// Feeds a recording to the monitors of a zone document.
@@ -51,18 +52,18 @@ class Session {
   ///   zones that are bound to sensors
   explicit Session(const Configuration& configuration, const SessionOptions& options = {});
 
-  /// Takes what there is for the next stamp; points first.
-  /// @param points of a frame; none: there is no frame of points
-  /// @param objects of a frame; null: there is no frame of objects
-  /// @param sensors the same points by sensor, where the zones that are bound to sensors are followed
+  /// Takes the frames of the next stamp, first the points.
+  /// @param points a frame of points; empty when there is no such frame
+  /// @param objects a frame of objects; null when there is no such frame
+  /// @param sensors the same points by sensor, if zones that are bound to sensors are followed
   /// @throws std::invalid_argument as the monitors do
   SessionFrame take(filter::monitor::Stamp stamp, const std::optional<Points>& points,
                     const std::vector<filter::monitor::TrackedObject>* objects,
                     const std::vector<filter::monitor::SensorPoints>& sensors = {});
 
-  /// What the last points came to. @param points the same that `take` was given with them
+  /// Explains the last points. @param points those that the last `take` with points was given
   std::vector<filter::monitor::ZoneExplanation> explainZones(const Points& points) const;
-  /// Of the zones that are bound to sensors, where they are followed.
+  /// The names of the zones that are bound to sensors; empty when they are not followed.
   const std::vector<std::string>& sensorZoneNames() const { return sensorZoneNames_; }
   const filter::monitor::ObjectMonitor& objects() const { return objects_; }
   const filter::monitor::LineCounter& lines() const { return lines_; }

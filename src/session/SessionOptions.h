@@ -10,11 +10,12 @@ namespace orvantis::toolkit {
 
 /// How a session follows tracks, and which field drives its outputs.
 struct SessionOptions {
-  /// Its `forgetAfter` is not read: the one below holds for zones and lines alike.
+  /// Its `forgetAfter` is ignored: the one below holds for zones and lines.
   filter::monitor::LineCounterOptions lines;
   filter::monitor::Duration forgetAfter = filter::monitor::ObjectMonitor::DEFAULT_FORGET_AFTER;
-  std::optional<int> activeField;   ///< none: the detector's evaluation field index
-  bool followsSensorZones = false;  ///< those that are bound to sensors; the points must come by sensor then
+  std::optional<int> activeField;  ///< empty: the detector's evaluation field index
+  bool followsSensorZones =
+      false;  ///< whether zones bound to sensors are followed; points must then come by sensor
 };
 
 }  // namespace orvantis::toolkit

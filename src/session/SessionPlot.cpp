@@ -45,7 +45,7 @@ void SessionPlot::followTracks(Stamp stamp, const std::vector<TrackedObject>& ob
       continue;
     }
     const auto found = tracks_.find(object.id);
-    // An id that was away so long that it begins anew is not joined to where it was before.
+    // An id that was out of sight so long that it begins anew is drawn as a new track.
     const bool isKnown = found != tracks_.end() && stamp - found->second.lastSeen < forgetAfter_;
     if (!isKnown) {
       tracks_.insert_or_assign(object.id, OpenTrack{plan_.tracks.size(), stamp});

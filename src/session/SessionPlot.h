@@ -15,15 +15,14 @@
 
 namespace orvantis::toolkit {
 
-/// Collects what the picture of a session shows. Memory grows with the sightings.
+/// Collects the content of the picture of a session. Memory grows with the number of sightings.
 class SessionPlot {
  public:
-  /// @param forgetAfter as the session has it: an id that was away so long is not joined to where it was
-  /// before
+  /// @param forgetAfter that of the session: an id that was out of sight so long is drawn as a new track
   SessionPlot(const Configuration& configuration, const SessionInputs& inputs,
               filter::monitor::Duration forgetAfter = filter::monitor::ObjectMonitor::DEFAULT_FORGET_AFTER);
 
-  /// @param objects as the session took them; null: there were none
+  /// @param objects those that the session took; null when there was no frame of objects
   void add(const SessionFrame& frame, const std::vector<filter::monitor::TrackedObject>* objects);
 
   /// The picture as an SVG document. @throws std::runtime_error when it cannot be drawn
@@ -36,7 +35,7 @@ class SessionPlot {
   };
 
   void followTracks(filter::monitor::Stamp stamp, const std::vector<filter::monitor::TrackedObject>& objects);
-  /// Makes an interval longer that was on in the frame before, or begins one.
+  /// Extends the last interval if it was on in the frame before, else begins one.
   static void extend(std::vector<TimelineContent::Interval>& intervals, bool wasOn, bool isOn, double time);
 
   std::vector<FieldZone> zones_;

@@ -11,47 +11,47 @@
 
 namespace orvantis::toolkit {
 
-/// Which kinds of input a session has; what a kind gives is left out without it.
+/// Which kinds of input a session has. Results that need a kind are left out without it.
 struct SessionInputs {
   bool points = false;
   bool objects = false;
 };
 
-/// What a zone went through. Durations are measured between stamps.
+/// The summary of a zone. Durations are measured between stamps.
 struct ZoneSummary {
   filter::monitor::Duration occupied{0};  ///< from a frame that reports it occupied to the next frame
   std::uint64_t activations = 0;          ///< how often it became occupied
   std::uint64_t peakPoints = 0;
   std::uint64_t peakObjects = 0;
   std::uint64_t visits = 0;  ///< how often a track entered
-  /// Of the visits, those that last to the end included with the time until their last sighting.
+  /// Of all visits. A visit that lasts to the end counts with the time until its last sighting.
   std::optional<filter::monitor::Duration> medianDwell;
   std::optional<filter::monitor::Duration> longestDwell;
 };
 
-/// Crossings to the left less those to the right.
+/// Crossings to the left minus crossings to the right.
 std::int64_t netToLeft(const filter::monitor::CrossingCounts& counts);
 
-/// Adds up the frames of a session, in constant memory.
+/// Summarises the frames of a session. Memory does not grow with their number.
 class SessionSummary {
  public:
   void add(const SessionFrame& frame);
 
   ZoneSummary of(const FieldZone& zone, const filter::monitor::ObjectMonitor& objects) const;
 
-  /// Of a zone that is bound to sensors: nothing about objects.
+  /// The summary of a zone that is bound to sensors, which has no values about objects.
   const ZoneSummary& ofSensorZone(std::size_t zone) const { return sensorZones_.zones.at(zone); }
 
   std::uint64_t pointFrames() const { return pointFrames_; }
   std::uint64_t objectFrames() const { return objectFrames_; }
-  /// The first and the last stamp; nothing if there was no frame.
+  /// The first and the last stamp; nothing when there was no frame.
   std::optional<filter::monitor::Stamp> begin() const { return begin_; }
   std::optional<filter::monitor::Stamp> end() const { return end_; }
   /// The time that the monitors took for each frame.
   const Durations& taken() const { return taken_; }
 
  private:
-  // What the frames of one monitor say about its zones; the records are in the order of its slots.
+  // The history of the zones of one monitor, in the order of its slots.
   struct ZoneHistory {
     void add(const filter::monitor::PointFrame& frame);
 
@@ -63,7 +63,7 @@ class SessionSummary {
   void addObjects(const filter::monitor::ObjectFrame& frame);
   void addVisits(const std::vector<filter::monitor::ObjectEvent>& events);
 
-  ZoneHistory zones_;  // without what the visits give
+  ZoneHistory zones_;  // without the values about visits
   ZoneHistory sensorZones_;
   std::array<Durations, filter::monitor::NUM_ZONE_SLOTS> dwells_;
   std::uint64_t pointFrames_ = 0;

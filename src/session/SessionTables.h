@@ -10,22 +10,22 @@
 
 namespace orvantis::toolkit {
 
-/// A session as the text of four CSV tables; what a session has no input for is empty in them.
+/// A session as the texts of four CSV tables. Cells for which the session has no input are empty.
 class SessionTables {
  public:
-  /// @param numSensorZones those that are bound to sensors, where they are followed
+  /// @param numSensorZones how many zones that are bound to sensors are followed
   explicit SessionTables(std::vector<FieldZone> zones, std::size_t numSensorZones = 0)
       : zones_(std::move(zones)), numSensorZones_(numSensorZones) {}
 
-  // The first row, and the rows of a frame, each with its line end.
+  // The header row, and the rows of a frame, each with its line end.
 
   std::string eventHeader() const;
   std::string eventRows(const SessionFrame& frame) const;
   std::string frameHeader() const;
-  /// @param file where its points came from
+  /// @param file the file of its points
   std::string frameRow(const SessionFrame& frame, const std::string& file) const;
 
-  // Whole tables, once all frames were added to the summary.
+  // Whole tables, after all frames were added to the summary.
 
   std::string zoneTable(const SessionSummary& summary, const Session& session,
                         const SessionInputs& inputs) const;

@@ -6,7 +6,7 @@
 namespace orvantis::toolkit {
 namespace {
 
-constexpr double binHeight = 0.1;  // as thick as a ground that is not quite flat
+constexpr double binHeight = 0.1;  // the ground is not quite flat
 
 // The value below which that share of the values lies.
 double quantile(std::vector<double> values, double share) {

@@ -9,14 +9,14 @@
 
 namespace orvantis::toolkit {
 
-/// Finds out from frames of points where a site lies: its extent from the points' positions, without the few
-/// far ones, and its ground as the height at which most points are.
+/// Estimates the place of a site from frames of points: its extent, from the positions of the points without
+/// the few far ones, and its ground, as the height of most points.
 class SiteEstimate {
  public:
-  /// Points that are not finite, or at the sensor itself, are no returns and are passed over.
+  /// Points that are not finite, or are at the sensor itself, are not returns and are skipped.
   void add(const Points& points);
 
-  /// None when there was no point.
+  /// Nothing when there was no point.
   std::optional<Site> site() const;
 
  private:

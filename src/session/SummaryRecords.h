@@ -9,8 +9,8 @@
 
 namespace orvantis::toolkit {
 
-/// The summary of a session, key by key, as docs/command.md describes it: one record for each zone, one for
-/// each line, one for all.
+/// The summary of a session with the keys that docs/command.md describes: one record for each zone, one for
+/// each line and one for the whole session.
 std::vector<Record> recordsOf(const SessionSummary& summary, const Session& session,
                               const std::vector<FieldZone>& zones, const SessionInputs& inputs);
 

@@ -7,8 +7,8 @@
 
 namespace orvantis::toolkit {
 
-/// Counts the points of a frame in every zone with the zones' own point test, one zone and one point after
-/// the other. Slow and plain: what the batch classifier has to agree with.
+/// Counts the points of a frame in every zone with the zones' own point test, zone by zone and point by
+/// point. It is slow and simple: the reference that the batch classifier must agree with.
 filter::classify::ZoneCounts countZoneByZone(const filter::detection::ZoneDetector& detector,
                                              const Points& points);
 

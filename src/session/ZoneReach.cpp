@@ -18,7 +18,7 @@ using filter::detection::Zone3dBase;
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-// A shape with its surroundings: most points of a frame are told by these alone.
+// A shape with its bounding box, which is enough to decide about most points of a frame.
 class Surroundings {
  public:
   explicit Surroundings(const Zone& shape) : shape_(shape), ring_(outline(shape)) {
@@ -28,7 +28,7 @@ class Surroundings {
       bottom_ = std::min(bottom_, p.y());
       top_ = std::max(top_, p.y());
     }
-    // The outline of a sector cuts its arc short.
+    // Larger than the outline, because the drawn outline of a sector lies inside of its arc.
     const double margin = 0.01 * std::max(right_ - left_, top_ - bottom_);
     left_ -= margin;
     right_ += margin;
@@ -40,7 +40,7 @@ class Surroundings {
     return boxDistance(p) == 0.0 && shape_.within(Point(p.x, p.y));
   }
 
-  // How far the point is off the box; no shape is nearer.
+  // The distance of the point from the box. The shape is at least as far.
   double boxDistance(const Coordinates& p) const {
     return trigonometry::length(std::max({left_ - p.x, 0.0, p.x - right_}),
                                 std::max({bottom_ - p.y, 0.0, p.y - top_}));
