@@ -54,7 +54,7 @@ class Walk {
     }
   }
 
-  // What a chunk holds: for each connection its number and how many messages.
+  // The content of a chunk: the number of messages of each connection.
   void addChunkInfo(const BagRecord& record, std::uint64_t place) {
     Cursor cursor(record.data, place, "the description of a chunk");
     for (auto left = record.fields.number<std::uint32_t>("count"); left != 0; --left) {
@@ -74,7 +74,7 @@ class Walk {
   BagHeader header_;
   std::uint32_t numConnections_ = 0;
   std::uint32_t numChunks_ = 0;
-  std::map<std::size_t, std::uint64_t> counts_;  // of each topic
+  std::map<std::size_t, std::uint64_t> counts_;  // the messages of each topic
   BagIndex index_;
 };
 

@@ -10,15 +10,15 @@
 
 namespace orvantis::toolkit {
 
-/// What follows the chunks of a bag: its connections, and what each chunk holds.
+/// What follows the chunks of a bag: its connections, and the content of each chunk.
 struct BagIndex {
   BagConnections connections;
-  TopicTable topics;  ///< with the number of their messages
+  TopicTable topics;  ///< with their numbers of messages
   RecordingIndex sums;
 };
 
 /// Reads from the position that the bag's header names to the end.
-/// @throws ReadError when the index is damaged or cut off, or has not what the header counts
+/// @throws ReadError when the index is damaged or cut off, or does not have the numbers that the header says
 BagIndex readBagIndex(ByteSource& source, const BagHeader& header);
 
 }  // namespace orvantis::toolkit

@@ -19,7 +19,7 @@ BagReader::BagReader(ByteSource& source, Decoders decoders)
     connections_ = std::move(index.connections);
     index_ = index.sums;
   } catch (const ReadError&) {
-    return;  // the chunks are read without it, and it is looked at again at their end
+    return;  // the chunks are read without the index, which is read again after them
   }
 }
 
@@ -68,7 +68,7 @@ std::optional<RecordedMessage> BagReader::readRecord() {
   const std::optional<BagRecord> head = bagRecordHead(source_, place);
   const BagOp op = head ? head->fields.op() : BagOp::connection;
   if (op == BagOp::connection || op == BagOp::chunkInfo) {
-    finish();  // the index begins, or would
+    finish();  // the index begins here, or is missing
     return std::nullopt;
   }
   if (op != BagOp::chunk && op != BagOp::messageIndex) {

@@ -14,8 +14,8 @@
 
 namespace orvantis::toolkit {
 
-/// The messages of a ROS bag of version 2.0, with or without its index. A bag has no check sums but those of
-/// bz2 and lz4.
+/// The messages of a ROS bag of version 2.0, with or without its index. The only check sums of a bag are
+/// those of bz2 and lz4.
 class BagReader final : public MessageReader {
  public:
   /// The source must outlive the reader.

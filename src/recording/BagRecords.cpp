@@ -12,7 +12,7 @@ namespace {
 
 constexpr const char* headerName = "the header of a record";
 
-// A compressed chunk of a few kilobytes may unfold to a million of them.
+// Limits memory, because a compressed chunk of a few kilobytes may unfold to a million connections.
 constexpr std::size_t mostConnections = 100'000;
 
 }  // namespace

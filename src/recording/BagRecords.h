@@ -13,7 +13,7 @@
 
 namespace orvantis::toolkit {
 
-/// Stands at the begin of a ROS bag.
+/// The first bytes of a ROS bag.
 inline constexpr std::string_view bagMagic = "#ROSBAG V2.0\n";
 
 /// The kinds of records of a bag.
@@ -29,10 +29,10 @@ enum class BagOp : std::uint8_t {
 /// The named values at the begin of every record, as a view.
 class BagFields {
  public:
-  /// @throws ReadError at `place` when a field is longer than what is left, or has no name
+  /// @throws ReadError at `place` when a field is longer than the rest of the bytes, or has no name
   BagFields(std::span<const std::byte> bytes, std::uint64_t place);
 
-  /// Nothing when the field is not there.
+  /// The value of the field; nothing when it is missing.
   std::optional<std::string_view> text(std::string_view name) const;
 
   /// A number of exactly that size.
@@ -53,19 +53,19 @@ class BagFields {
 /// One record of a bag as a view: a header of named values, and data, each after its length in 4 bytes.
 struct BagRecord {
   BagFields fields;
-  std::span<const std::byte> data;  ///< of a record that is cut off, what is there
-  std::uint64_t dataSize = 0;       ///< as it is claimed
-  std::uint64_t size = 0;           ///< of the whole record, likewise
+  std::span<const std::byte> data;  ///< of a record that is cut off, the bytes that are there
+  std::uint64_t dataSize = 0;       ///< as the record claims
+  std::uint64_t size = 0;           ///< of the whole record, as it claims
 
   bool isWhole() const { return data.size() == dataSize; }
   std::uint64_t availableSize() const { return size - dataSize + data.size(); }
 
-  /// The record at the begin of `bytes`; nothing when its header is not wholly there.
+  /// The record at the begin of `bytes`; nothing when its header is not complete.
   /// @throws ReadError when the header is damaged
   static std::optional<BagRecord> at(std::span<const std::byte> bytes, std::uint64_t place);
 };
 
-/// The connections of a bag. They may be said again, but not otherwise.
+/// The connections of a bag. A connection may be declared again with the same content only.
 class BagConnections {
  public:
   /// @throws ReadError when the record is damaged

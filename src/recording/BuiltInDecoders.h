@@ -4,7 +4,7 @@
 
 namespace orvantis::toolkit {
 
-// One file for each, compiled where the library is there.
+// Each has its own source file, which is compiled only if the library is installed.
 Decoder lz4Decoder();
 Decoder zstdDecoder();
 Decoder bzip2Decoder();

@@ -8,7 +8,7 @@
 
 namespace orvantis::toolkit {
 
-/// The number that lies at an address, which need not be aligned.
+/// The number at an address, which may be unaligned.
 template <bool isBigEndian, typename Number>
 Number load(const std::byte* at) {
   std::array<std::byte, sizeof(Number)> bytes;

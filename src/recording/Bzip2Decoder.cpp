@@ -10,7 +10,7 @@
 namespace orvantis::toolkit {
 namespace {
 
-// One stream, ended whatever happens.
+// One stream of the library, whose destructor ends it.
 class Stream {
  public:
   Stream() {
@@ -22,12 +22,12 @@ class Stream {
   Stream(const Stream&) = delete;
   Stream& operator=(const Stream&) = delete;
 
-  // Moves on in both, and gives the library's code.
+  // Consumes the bytes that were read from both spans, and returns the library's code.
   int step(std::span<const std::byte>& compressed, std::span<std::byte>& room) {
     constexpr std::size_t most = std::numeric_limits<unsigned>::max();
     const auto in = static_cast<unsigned>(std::min(compressed.size(), most));
     const auto out = static_cast<unsigned>(std::min(room.size(), most));
-    // The library reads through this pointer only.
+    // The library only reads through this pointer.
     stream_.next_in = const_cast<char*>(reinterpret_cast<const char*>(compressed.data()));
     stream_.avail_in = in;
     stream_.next_out = reinterpret_cast<char*>(room.data());
@@ -42,7 +42,7 @@ class Stream {
   bz_stream stream_{};
 };
 
-// Whether the stream's end was found. Otherwise the result says why not.
+// Whether the stream's end was found. If not, the result says why.
 bool unfoldStream(std::span<const std::byte>& compressed, std::span<std::byte>& room, Unfolded& result) {
   Stream stream;
   while (true) {

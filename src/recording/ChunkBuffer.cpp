@@ -9,7 +9,7 @@
 namespace orvantis::toolkit {
 namespace {
 
-constexpr std::size_t leastRoom = 64;  // more than none, so that it can grow
+constexpr std::size_t leastRoom = 64;  // above 0, so that doubling makes it grow
 constexpr std::uint64_t MIB = 1U << 20U;
 
 const Decoder& decoderFor(const Decoders& decoders, const CompressedChunk& chunk) {
@@ -31,7 +31,7 @@ const Decoder& decoderFor(const Decoders& decoders, const CompressedChunk& chunk
   return *decoder;
 }
 
-// What may become of a chunk. Of one that is cut off less comes out than it claims.
+// The most bytes that a chunk may unfold to. A chunk that is cut off gives fewer than it claims.
 std::uint64_t mostFrom(const CompressedChunk& chunk) {
   const std::uint64_t limit = unfoldedLimit(chunk.bytes.size());
   if (chunk.unfoldedSize > limit && !chunk.isCutOff) {
@@ -79,11 +79,11 @@ std::span<const std::byte> ChunkBuffer::unfold(const CompressedChunk& chunk) {
   if (chunk.bytes.empty() && (most == 0 || chunk.isCutOff)) {
     return {};
   }
-  // One byte more than it may, so that a chunk which holds more is told from one that fills its room.
+  // One byte more than allowed, so that a chunk that is too large differs from one that fits exactly.
   std::size_t size = std::min(most + 1, std::max({room_.size(), 4 * chunk.bytes.size(), leastRoom}));
   while (true) {
     if (room_.size() < size) {
-      room_.clear();  // what is in it need not be moved along
+      room_.clear();  // so that its old content is not copied
       room_.resize(size);
     }
     const Unfolded unfolded = decoder(chunk.bytes, std::span(room_).first(size));

@@ -10,11 +10,11 @@
 
 namespace orvantis::toolkit {
 
-/// The most bytes that compressed bytes may unfold to. Recorders write chunks of about a megabyte, and one
-/// message may be some tens: up to 64 MiB any ratio is read, for a frame without returns is nearly nothing
-/// when compressed. Above that a ratio of 64 is allowed, far more than the coordinates of points ever give,
-/// and never more than 1 GiB. So a file of a few bytes cannot fill the memory.
-/// @throws nothing
+/// The most bytes that compressed bytes may unfold to, so that a file of a few bytes cannot fill the memory.
+/// Recorders write chunks of about a megabyte, and one message may have some tens of megabytes. Up to 64 MiB
+/// any ratio is allowed, because a frame without returns compresses to almost nothing. Above that, a ratio of
+/// 64 is allowed, which is far more than coordinates of points give, but never more than 1 GiB. Throws
+/// nothing.
 std::uint64_t unfoldedLimit(std::uint64_t compressedSize);
 
 /// A chunk of a recording as its header describes it.
@@ -22,7 +22,7 @@ struct CompressedChunk {
   std::string_view compression;  ///< "lz4", "zstd" or "bz2"
   std::span<const std::byte> bytes;
   std::uint64_t unfoldedSize = 0;  ///< as the header claims
-  bool isCutOff = false;           ///< the file ends within the bytes
+  bool isCutOff = false;           ///< whether the file ends within the bytes
   std::uint64_t place = 0;         ///< where the chunk's record begins
 };
 
@@ -31,10 +31,11 @@ class ChunkBuffer {
  public:
   explicit ChunkBuffer(Decoders decoders) : decoders_(std::move(decoders)) {}
 
-  /// The chunk's content, valid until the next call. Of a chunk that is cut off, as much as comes out.
+  /// The chunk's content, valid until the next call. For a chunk that is cut off, the part that could be
+  /// unfolded.
   ///
-  /// The claimed size is a limit only: memory grows with what comes out, and only as much is taken at first
-  /// as coordinates commonly need, or the chunk before needed.
+  /// The claimed size is only a limit. Memory begins with what coordinates commonly need, or with what the
+  /// chunk before needed, and grows with the bytes that come out.
   /// @throws ReadError for a compression that is not known or not in this build, a chunk that claims or gives
   ///         too much, gives another size than it claims, or is damaged
   std::span<const std::byte> unfold(const CompressedChunk& chunk);

@@ -9,15 +9,15 @@
 
 namespace orvantis::toolkit {
 
-/// Of a text or of records. More would be a row that lost its line ends.
+/// The most columns of a text or of records. A row with more has probably lost its line ends.
 constexpr std::size_t mostColumns = 1000;
 
-/// The columns of a file that does not name them itself.
+/// The names of the columns of a file.
 using ColumnNames = std::vector<std::string>;
 
-/// What a user says about them: how many there are, the first three being x, y and z ("4"), a letter for each
-/// ("xyzi"), or their names ("t,x,y,z").
-/// @throws std::invalid_argument with what is allowed
+/// Reads a user's choice of columns: their number, where the first three are x, y and z ("4"); a letter for
+/// each ("xyzi"); or their names ("t,x,y,z").
+/// @throws std::invalid_argument that says what is allowed
 ColumnNames parseColumnNames(std::string_view text);
 
 /// x, y, z, "column 4", ... @param count at least 3

@@ -4,10 +4,10 @@
 
 #include "recording/Bytes.h"
 
-// The folding below is compiled for each kind of processor that can multiply polynomials, and chosen when the
-// program runs.
+// The folding below is compiled for each kind of processor that can multiply polynomials. The program chooses
+// one when it runs.
 #undef HWY_TARGET_INCLUDE
-#define HWY_WANT_AVX3_DL  // which has vectors of several blocks
+#define HWY_WANT_AVX3_DL  // this target has vectors of several blocks
 #define HWY_TARGET_INCLUDE "recording/Crc32.cpp"
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
@@ -16,7 +16,7 @@
 #define ORVANTIS_RECORDING_CRC32_ONCE
 namespace orvantis::toolkit {
 
-// Polynomials modulo the CRC's, over bits: bit 31 - i of a word is the coefficient of x^i.
+// Polynomials over bits, modulo that of the CRC: bit 31 - i of a word is the coefficient of x^i.
 constexpr std::uint32_t one = 0x80000000U;
 
 constexpr std::uint32_t timesX(std::uint32_t polynomial) {
@@ -33,7 +33,7 @@ constexpr std::uint32_t powerOfX(unsigned exponent) {
 
 using Tables = std::array<std::array<std::uint32_t, 256>, 8>;
 
-// Table k holds what a byte with k more bytes after it adds.
+// Table k has what a byte adds to the CRC when k more bytes follow it.
 constexpr Tables makeTables() {
   Tables tables{};
   for (std::uint32_t byte = 0; byte < 256; ++byte) {
@@ -49,7 +49,7 @@ constexpr Tables makeTables() {
 }
 constexpr Tables tables = makeTables();
 
-// Without the inversions at begin and end.
+// The CRC without the inversions at begin and end.
 inline std::uint32_t plainCrc(const std::byte* at, std::size_t count, std::uint32_t crc) {
   for (; count >= 8; count -= 8, at += 8) {
     const auto low = loadLittleEndian<std::uint32_t>(at) ^ crc;
@@ -76,7 +76,7 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-// Vectors of 128 bits, or of several such blocks where they can be multiplied at once.
+// Vectors of 128 bits, or of several such blocks if the processor can multiply them at once.
 #if HWY_TARGET == HWY_AVX3_DL
 using Words = hn::ScalableTag<std::uint64_t>;
 #else
@@ -84,15 +84,16 @@ using Words = hn::FixedTag<std::uint64_t, 2>;
 #endif
 using Blocks = hn::Vec<Words>;
 constexpr std::size_t size = hn::MaxLanes(Words()) * sizeof(std::uint64_t);
-constexpr std::size_t numVectors = 4;  // so that one multiplication need not wait for the other
+constexpr std::size_t numVectors = 4;  // several, so that no multiplication waits for another
 
 HWY_INLINE Blocks blocksAt(const std::byte* at) {
   const hn::Repartition<std::uint8_t, Words> bytes;
   return hn::BitCast(Words(), hn::LoadU(bytes, reinterpret_cast<const std::uint8_t*>(at)));
 }
 
-// Multiplies each block of 128 bits by x^bits, modulo the CRC's polynomial: its first 64 bits stand 64 places
-// above the others. A product of reflected numbers comes out times x, hence the exponents less one.
+// Multiplies each block of 128 bits by x^bits, modulo the CRC's polynomial. Its first 64 bits are 64 places
+// above the others. A product of reflected numbers is multiplied by x in addition, so the exponents are one
+// less.
 template <unsigned bits>
 HWY_INLINE Blocks moved(Blocks blocks) {
   alignas(16) constexpr std::uint64_t factors[2] = {std::uint64_t{powerOfX(bits + 63)} << 32U,
@@ -101,8 +102,8 @@ HWY_INLINE Blocks moved(Blocks blocks) {
   return hn::Xor(hn::CLMulLower(blocks, factor), hn::CLMulUpper(blocks, factor));
 }
 
-// Folds as V. Gopal and others, "Fast CRC computation for generic polynomials using PCLMULQDQ", 2009: blocks
-// are moved to where the next ones stand, and added to them. What is left at the end has the same CRC.
+// The folding of V. Gopal and others, "Fast CRC computation for generic polynomials using PCLMULQDQ", 2009:
+// blocks are shifted to the place of the next ones and added to them. The rest at the end has the same CRC.
 std::uint32_t foldedCrc(const std::byte* at, std::size_t count, std::uint32_t crc) {
   constexpr std::size_t step = numVectors * size;
   if (count < 2 * step) {
@@ -164,7 +165,7 @@ std::uint32_t crc32(std::span<const std::byte> bytes, std::uint32_t before) {
 }
 
 std::uint32_t crc32OfBoth(std::uint32_t first, std::uint32_t second, std::uint64_t secondLength) {
-  // The second run moves the first by 8 places for each of its bytes; the inversions cancel out.
+  // Each byte of the second run shifts the CRC of the first by 8 places. The inversions cancel out.
   std::uint32_t power = powerOfX(8);
   for (; secondLength != 0; secondLength >>= 1U) {
     if ((secondLength & 1U) != 0) {

@@ -12,11 +12,12 @@
 
 namespace orvantis::toolkit {
 
-/// Takes numbers and texts from bytes one after another. Whatever is asked for beyond the end throws
+/// Takes numbers and texts from bytes one after another. Asking for more bytes than there are throws
 /// ReadError, which names what the bytes are and where they begin.
 class Cursor {
  public:
-  /// `what` the bytes are, such as "a chunk", and `place`, where they begin in the file.
+  /// @param place where the bytes begin in the file
+  /// @param what  what the bytes are, such as "a chunk"
   Cursor(std::span<const std::byte> bytes, std::uint64_t place, const char* what, bool isBigEndian = false)
       : bytes_(bytes), place_(place), what_(what), isBigEndian_(isBigEndian) {}
 
@@ -42,7 +43,7 @@ class Cursor {
     return {reinterpret_cast<const char*>(taken.data()), taken.size()};
   }
 
-  /// A text after its length in 4 bytes.
+  /// A text that follows its length in 4 bytes.
   std::string_view takeText() { return takeText(take<std::uint32_t>()); }
 
   /// Moves on to a multiple of `alignment`, counted from the first byte.

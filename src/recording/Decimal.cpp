@@ -31,8 +31,8 @@ std::from_chars_result readAny(const char* first, const char* last, float& value
   return result;
 }
 
-// Appends the digits that begin at `at` to a number, eight at a time. More than it holds make it wrong, and
-// nothing else. @return where they end
+// Appends the digits that begin at `at` to a number, eight at a time. Too many digits overflow the number,
+// without undefined behaviour. @return the end of the digits
 const char* readDigits(const char* at, const char* last, std::uint64_t& number) {
 #if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
   constexpr std::ptrdiff_t word = 8;
@@ -61,10 +61,11 @@ const char* readDigits(const char* at, const char* last, std::uint64_t& number) 
 constexpr std::size_t mostNearbyPower = 18;
 
 // The double nearest to digits / 10^power, where `near` is the quotient of the two after both were rounded.
-// It is off by less than 2 units of its last place, so what the two differ by, in whole numbers, is less than
-// 2 * 10^18 times such a unit: 64 bits hold it, though neither of the two.
+// `near` is off by less than 2 units of its last place. So near * 10^power and the digits, as whole numbers,
+// differ by less than 2 * 10^18 times such a unit. The difference fits into 64 bits, although the numbers
+// themselves do not.
 // @param power 1 to `mostNearbyPower`
-// @return whether it could be told
+// @return whether the nearest double could be decided
 bool nearestQuotient(std::uint64_t digits, std::size_t power, double near, double& number) {
   constexpr unsigned fractionBits = 52;
   constexpr std::uint64_t leading = std::uint64_t{1} << fractionBits;
@@ -73,7 +74,7 @@ bool nearestQuotient(std::uint64_t digits, std::size_t power, double near, doubl
   const std::uint64_t fraction = (bits & (leading - 1)) | leading;
   const std::uint64_t exponent = bits >> fractionBits;
   constexpr std::uint64_t whole = 1075;  // near = fraction * 2^(exponent - whole)
-  // Beside a power of two the doubles on one side are nearer.
+  // Next to a power of two, the doubles on one side are closer to each other.
   if (fraction <= leading + 2 || fraction >= 2 * leading - 2 || exponent > whole) {
     return false;
   }
@@ -81,11 +82,11 @@ bool nearestQuotient(std::uint64_t digits, std::size_t power, double near, doubl
   const std::uint64_t divisor = wholePowersOfTen[power];
   const std::uint64_t scaled = shift < 64 ? digits << shift : 0;
   const auto difference = static_cast<std::int64_t>(scaled - fraction * divisor);
-  // Which way it is off is as good as thrown dice: no jumps.
+  // Without branches, because a processor cannot predict the sign of the error.
   const auto sign = static_cast<std::uint64_t>(difference >> 63U);
   const std::uint64_t twice = 2 * ((static_cast<std::uint64_t>(difference) ^ sign) - sign);
   if (twice == divisor || twice > 3 * divisor) {
-    return false;  // halfway, or two units off
+    return false;  // halfway between two doubles, or two units off
   }
   const std::uint64_t step = twice > divisor ? 1 : 0;
   bits += (step ^ sign) - sign;
@@ -93,7 +94,7 @@ bool nearestQuotient(std::uint64_t digits, std::size_t power, double near, doubl
   return true;
 }
 
-// The double nearest to digits * 10^power. @return whether it could be told
+// The double nearest to digits * 10^power. @return whether it could be decided
 bool scale(std::uint64_t digits, std::ptrdiff_t power, double& number) {
   constexpr auto mostPower = static_cast<std::ptrdiff_t>(powersOfTen.size()) - 1;
   if (power < -mostPower || power > mostPower) {
@@ -101,7 +102,7 @@ bool scale(std::uint64_t digits, std::ptrdiff_t power, double& number) {
   }
   number = static_cast<double>(digits);
   if (power >= 0) {
-    // Rounded once, where both are exact, or one of them is 1.
+    // Rounded only once if both factors are exact, or if one of them is 1.
     number *= powersOfTen[static_cast<std::size_t>(power)];
     return digits <= mostExact || power == 0;
   }
@@ -126,7 +127,7 @@ std::from_chars_result readUsual(const char* first, const char* last, Real& valu
     power = fraction - at;
     count -= power;
   }
-  constexpr std::ptrdiff_t mostDigits = 19;  // as many as 64 bits hold
+  constexpr std::ptrdiff_t mostDigits = 19;  // the digits that always fit into 64 bits
   if (at != last && (*at == 'e' || *at == 'E') && count > 0 && count <= mostDigits) {
     const char* exponent = at + 1;
     const bool isSmall = exponent != last && *exponent == '-';

@@ -11,16 +11,16 @@ namespace orvantis::toolkit {
 
 namespace detail {
 
-/// The numbers that `readShort` does not know.
+/// Reads the numbers that `readShort` cannot read.
 std::from_chars_result readLongDecimal(const char* first, const char* last, float& value);
 std::from_chars_result readLongDecimal(const char* first, const char* last, double& value);
 
 }  // namespace detail
 
-/// Reads a decimal number, of the usual length without a call: a frame has hundreds of thousands. Gives what
-/// `readNumber` gives, the nearest number, and takes a leading plus as well. A number that is too small for a
-/// float becomes the nearest float, which may be zero.
-/// @param last where the text ends; what lies before it may be looked at, beyond the number too
+/// Reads a decimal number. It gives what `readNumber` gives, the nearest number, and also accepts a plus in
+/// front. A number that is too small for a float becomes the nearest float, which may be zero. Inline for
+/// numbers of the usual length, because a frame has hundreds of thousands of them.
+/// @param last the end of the text; bytes before it may be read even behind the number
 template <typename Real>
 std::from_chars_result readDecimal(const char* first, const char* last, Real& value) {
 #if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__

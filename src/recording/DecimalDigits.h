@@ -7,7 +7,7 @@
 #include <cstring>
 #include <limits>
 
-// The parts of reading a decimal number of the usual length: quick and exact.
+// The steps of reading a decimal number of the usual length, quickly and exactly.
 
 namespace orvantis::toolkit::detail {
 
@@ -31,19 +31,19 @@ constexpr std::array<std::uint64_t, 20> wholePowersOfTen = [] {
   return powers;
 }();
 
-/// Below it, every whole number is a double.
+/// Every whole number up to this is a double.
 constexpr std::uint64_t mostExact = std::uint64_t{1} << std::numeric_limits<double>::digits;
 
-/// Eight characters become the numbers 0 to 9 where they are digits.
+/// Subtracted from eight characters, it makes the numbers 0 to 9 of digits.
 constexpr std::uint64_t zeros = 0x3030303030303030U;
 
-/// The upper bit of each byte that is not 0 to 9.
+/// The upper bit of each byte whose value is not 0 to 9.
 constexpr std::uint64_t marksOfOthers(std::uint64_t values) {
   return (((values & 0x7F7F7F7F7F7F7F7FU) + 0x7676767676767676U) | values) & 0x8080808080808080U;
 }
 
-/// The number that 8 digits are, each in a byte as 0 to 9, the first one in the lowest byte: neighbours are
-/// joined to two, four and eight digits.
+/// The number that 8 digits make, each as 0 to 9 in a byte, the first digit in the lowest byte. Neighbours
+/// are joined to two, four and eight digits.
 constexpr std::uint64_t joined(std::uint64_t digits) {
   digits = 10 * digits + (digits >> 8U);
   constexpr std::uint64_t lowest = 0x000000FF000000FFU;
@@ -52,7 +52,7 @@ constexpr std::uint64_t joined(std::uint64_t digits) {
   return (outer + inner) >> 32U;
 }
 
-/// digits / 10^decimals, below zero with the sign 1.
+/// digits / 10^decimals, negative when the sign is 1.
 struct ShortDecimal {
   std::uint64_t sign = 0;
   std::uint64_t digits = 0;
@@ -62,33 +62,35 @@ struct ShortDecimal {
 constexpr std::ptrdiff_t shortWindow = 16;
 
 /// Reads a number like "-12.3456" that ends within 16 bytes, with up to 8 digits before and up to 8 after its
-/// point: all at once, so that the next number can be begun while this one is still being put together. For
-/// little-endian machines.
+/// point. It reads all digits at once, so that a processor can begin the next number before this one is
+/// finished. For little-endian machines.
 /// @param text at least 16 bytes
-/// @return its size; 0: the number is another one
+/// @return the size of the number; 0 when it does not have this form
 inline std::size_t readShort(const char* text, ShortDecimal& number) {
   std::array<std::uint64_t, 2> values{};
   std::memcpy(values.data(), text, sizeof(values));
   values[0] ^= zeros;
   values[1] ^= zeros;
-  // A bit for each byte that is not a digit.
+  // Multiplying by this gathers the marks as one bit for each byte that is not a digit.
   constexpr std::uint64_t gather = 0x0102040810204080U;
   std::uint64_t others = (marksOfOthers(values[0]) >> 7U) * gather >> 56U;
   others |= (marksOfOthers(values[1]) >> 7U) * gather >> 56U << 8U;
-  // The first one may be a sign. Every second number has one, so that a jump would be guessed wrong as often.
+  // The first character may be a sign. Without a branch: half of the numbers have one, so a processor could
+  // not predict it.
   const std::uint64_t sign = others & 1U;
   constexpr std::uint64_t minus = '-' ^ '0';
   others ^= sign;
   const auto point = static_cast<std::size_t>(std::countr_zero(others));
   const auto end = static_cast<std::size_t>(std::countr_zero(others & (others - 1)));
   const std::size_t whole =
-      point - static_cast<std::size_t>(sign);  // in the first word, or it is another number
+      point -
+      static_cast<std::size_t>(sign);  // if this is not in the first word, the number does not have this form
   const std::size_t decimals = end - point - 1;
   if (end >= sizeof(values) || whole - 1 >= 8 - sign || decimals - 1 >= 8 || text[point] != '.' ||
       text[end] == 'e' || text[end] == 'E' || sign * ((values[0] & 0xFFU) ^ minus) != 0) {
     return 0;
   }
-  // The fraction begins in one of the two words, and may go on in the other one.
+  // The fraction begins in one of the two words, and may continue in the other.
   const std::size_t bits = 8 * (point + 1) % 64;
   const std::uint64_t high = point < 7 ? values[1] << 1U << (63 - bits) : 0;
   const std::uint64_t fraction = (point < 7 ? values[0] : values[1]) >> bits | high;
@@ -99,7 +101,7 @@ inline std::size_t readShort(const char* text, ShortDecimal& number) {
   return end;
 }
 
-/// @param sign 1: below zero; 0: not
+/// @param sign 1 to make it negative, else 0
 inline double withSign(double value, std::uint64_t sign) {
   std::uint64_t bits = 0;
   std::memcpy(&bits, &value, sizeof(bits));
@@ -108,8 +110,9 @@ inline double withSign(double value, std::uint64_t sign) {
   return value;
 }
 
-/// Whether a double has the float that is nearest to some number, from which it differs by at most half a
-/// unit of its last place and `units` more. It has not where that much on lies the middle of two floats.
+/// Whether rounding the double to float gives the float nearest to the number that the double stands for. The
+/// double differs from that number by at most half a unit of its last place plus `units`. False when the
+/// middle between two floats is that close.
 inline bool roundsLikeItsNumber(double value, std::uint64_t units) {
   std::uint64_t bits = 0;
   std::memcpy(&bits, &value, sizeof(bits));
@@ -120,15 +123,15 @@ inline bool roundsLikeItsNumber(double value, std::uint64_t units) {
                          value <= static_cast<double>(std::numeric_limits<float>::max())));
 }
 
-/// The nearest number. @return whether it could be told
+/// The nearest number. @return whether it could be decided
 inline bool toReal(const ShortDecimal& number, double& value) {
-  // Both are exact, so that their quotient is rounded once.
+  // Both are exact, so the quotient is rounded only once.
   value = withSign(static_cast<double>(number.digits) / powersOfTen[number.decimals], number.sign);
   return number.digits <= mostExact;
 }
 
 inline bool toReal(const ShortDecimal& number, float& value) {
-  // A product instead of a quotient, which takes longer: up to two units off, mostly no matter to a float.
+  // A product is faster than a quotient. It is off by up to two units, which rarely matters for a float.
   const double product = static_cast<double>(number.digits) * fractionsOfTen[number.decimals];
   value = static_cast<float>(withSign(product, number.sign));
   return number.digits <= mostExact && roundsLikeItsNumber(product, 2);

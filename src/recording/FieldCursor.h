@@ -10,8 +10,8 @@ inline bool isBlank(char c) {
   return c == ' ' || c == '\t';
 }
 
-/// Goes through the values of a row from left to right. Either blanks and tabs part them, in any number, or
-/// one `separator` with blanks around it.
+/// Goes through the values of a row from left to right. They are separated either by any number of blanks and
+/// tabs, or by one `separator` with blanks around it.
 template <bool areBlanksSeparators>
 class FieldCursor {
  public:
@@ -20,9 +20,10 @@ class FieldCursor {
     at_ = behindBlanks(at_);
   }
 
-  const char* begin() const { return at_; }   ///< of this field
-  const char* last() const { return last_; }  ///< where the row ends
-  /// Where it ends, with the blanks behind the value where something else parts the values.
+  const char* begin() const { return at_; }   ///< of the current field
+  const char* last() const { return last_; }  ///< the end of the row
+  /// The end of the current field. If a separator separates the values, it includes the blanks after the
+  /// value.
   const char* end() const {
     const char* at = at_;
     while (at != last_ && (areBlanksSeparators ? !isBlank(*at) : *at != separator_)) {
@@ -30,7 +31,7 @@ class FieldCursor {
     }
     return at;
   }
-  /// On to the next field, from a place where this one may end. @return whether there is one
+  /// Goes on to the next field, from a place where this one may end. @return whether there is one
   bool nextAfter(const char* end) {
     at_ = behindBlanks(end);
     if (at_ == last_) {
@@ -55,8 +56,8 @@ class FieldCursor {
   char separator_;
 };
 
-/// Gives each field of a row to `use`, without the blanks around it.
-/// @param separator a blank: blanks and tabs part the fields
+/// Calls `use` with each field of a row, without the blanks around it.
+/// @param separator a blank means that blanks and tabs separate the fields
 template <typename Use>
 void forEachField(std::string_view line, char separator, Use use) {
   const auto go = [&](auto fields) {
@@ -75,7 +76,7 @@ void forEachField(std::string_view line, char separator, Use use) {
   }
 }
 
-/// The fields of a row, no more than `most`, so that what one line holds takes no memory.
+/// The fields of a row, at most `most` of them, so that a long line cannot fill the memory.
 inline std::vector<std::string_view> splitRow(std::string_view line, char separator, std::size_t most) {
   std::vector<std::string_view> fields;
   forEachField(line, separator, [&](std::string_view field) {

@@ -6,10 +6,10 @@
 
 namespace orvantis::toolkit {
 
-/// One frame of a sensor. The points are in the memory of the bytes that it was read from, or of the reader.
+/// One frame of a sensor. Its points are views into the bytes that were read, or into memory of the reader.
 struct Frame {
   Points points;
-  std::vector<Column> columns;  ///< as the file names them, in its order
+  std::vector<Column> columns;  ///< with the names and in the order of the file
 };
 
 }  // namespace orvantis::toolkit

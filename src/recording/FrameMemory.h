@@ -7,7 +7,7 @@
 
 namespace orvantis::toolkit {
 
-/// What a reader of frames keeps from one frame to the next, so that it need not be allocated again.
+/// Memory that a reader of frames uses again for each frame.
 struct FrameMemory {
   PointBuffer points;
   std::vector<float> floats;

@@ -15,7 +15,8 @@
 namespace orvantis::toolkit {
 namespace {
 
-// Records have no mark of their own, and some call them .pcd.bin: what begins like a PCD file is one.
+// Some files of records are called .pcd.bin, and records have no mark. So a file that begins like a PCD file
+// is read as one.
 bool isPcd(std::span<const std::byte> bytes) {
   const std::string_view text = textOf(bytes);
   return text.substr(0, 6) == "# .PCD" || text.substr(0, 8) == "VERSION " || text.substr(0, 7) == "FIELDS ";

@@ -20,13 +20,13 @@ const char* nameOf(FrameKind kind) noexcept;
 /// .bin, .las and .laz.
 std::optional<FrameKind> frameKindOf(std::string_view fileName);
 
-/// Reads frames, one file of bytes after the other, and keeps its memory for the next one: at most as much as
-/// four times the largest file, and for a compressed PCD file what is in it. One object is for one thread.
+/// Reads frames, one file after the other, and uses its memory again for the next one: at most four times the
+/// size of the largest file, or of its content for a compressed PCD file. One object is for one thread.
 class FrameReader {
  public:
   /// The points and columns of one file. The points are valid until the next call, and as long as the bytes.
-  /// @param names the columns of a text or of records; none: what the file says, or what records show. The
-  /// other kinds name their columns themselves.
+  /// @param names the columns of a text or of records; empty: those that a text names, or that records show.
+  ///   Files of other kinds always name their columns
   /// @throws ReadError with the place and the reason, std::bad_alloc
   Frame read(std::span<const std::byte> bytes, FrameKind kind, const ColumnNames& names = {});
 

@@ -11,7 +11,7 @@
 namespace orvantis::toolkit {
 namespace {
 
-// Bytes from the begin of the file.
+// The offsets of values, from the begin of the file.
 constexpr std::size_t majorVersionAt = 24;
 constexpr std::size_t minorVersionAt = 25;
 constexpr std::size_t headerSizeAt = 94;
@@ -30,7 +30,7 @@ std::size_t leastHeaderSize(unsigned minorVersion) {
   return minorVersion <= 2 ? 227 : minorVersion == 3 ? 235 : 375;
 }
 
-// What one record holds before any bytes of the writer's own.
+// The columns of one record, without extra bytes.
 std::vector<Column> columnsOf(unsigned format) {
   using enum NumberType;
   std::vector<Column> columns = {{"x", I4}, {"y", I4}, {"z", I4}, {"intensity", U2}};
@@ -99,7 +99,7 @@ unsigned minorVersionOf(std::span<const std::byte> bytes) {
 
 std::vector<Column> readColumns(std::span<const std::byte> bytes, std::size_t stride) {
   const auto format = std::to_integer<unsigned>(bytes[formatAt]);
-  // The compressed kind marks itself in the two upper bits.
+  // Compressed files set the two upper bits.
   if (format > 0x3FU) {
     throw ReadError(atByte(formatAt),
                     "the points are compressed (LAZ), which is not read; decompress the file first, for "
@@ -126,7 +126,7 @@ std::uint64_t readCount(std::span<const std::byte> bytes, unsigned minorVersion)
   if (minorVersion < 4) {
     return count;
   }
-  // The old place is for old readers; it stays 0 where they could not read the points.
+  // The older count is for old readers. It is 0 when they cannot read the points.
   const auto longCount = loadLittleEndian<std::uint64_t>(bytes.data() + longCountAt);
   if (count != 0 && count != longCount) {
     throw ReadError(atByte(longCountAt), "the header contradicts itself: " + std::to_string(longCount) +

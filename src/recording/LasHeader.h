@@ -10,7 +10,7 @@
 
 namespace orvantis::toolkit {
 
-/// What the header of a LAS file says.
+/// The header of a LAS file.
 struct LasHeader {
   std::vector<Column> columns;  ///< of one record, from its begin to its end
   std::uint64_t points = 0;
@@ -20,7 +20,7 @@ struct LasHeader {
   std::array<double, 3> offset{};
 };
 
-/// @throws ReadError for what is not an uncompressed LAS file that holds its points
+/// @throws ReadError unless the bytes are an uncompressed LAS file with all its points
 LasHeader readLasHeader(std::span<const std::byte> bytes);
 
 }  // namespace orvantis::toolkit

@@ -13,7 +13,7 @@ inline std::string_view textOf(std::span<const std::byte> bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-/// Goes through the lines of a text in memory. Lines end with LF or CR LF; the last one may have no end.
+/// Goes through the lines of a text in memory. Lines end with LF or CR LF; the last line may have no end.
 class LineCursor {
  public:
   explicit LineCursor(std::string_view text) : text_(text) {}
@@ -37,21 +37,21 @@ class LineCursor {
     return true;
   }
 
-  /// Goes on to the next line without looking at it; `end` is where the one after it begins.
+  /// Skips the next line. @param end where the line after it begins
   void pass(const char* end) {
     end_ = static_cast<std::size_t>(end - text_.data());
     ++number_;
     line_ = {};
   }
-  const char* nextLine() const { return text_.data() + end_; }  ///< where it begins
+  const char* nextLine() const { return text_.data() + end_; }  ///< where the next line begins
 
-  /// Without its end.
+  /// The current line, without its end.
   std::string_view line() const { return line_; }
   std::uint64_t number() const { return number_; }          ///< from 1; 0 before the first line
   std::size_t end() const { return end_; }                  ///< the byte after the line and its end
   std::size_t left() const { return text_.size() - end_; }  ///< bytes after it
 
-  const char* last() const { return text_.data() + text_.size(); }  ///< where the text ends
+  const char* last() const { return text_.data() + text_.size(); }  ///< the end of the text
 
   /// The column of a place in the line, in bytes from 1.
   std::uint64_t columnOf(const char* place) const {

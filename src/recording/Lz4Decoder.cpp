@@ -14,7 +14,7 @@ struct Free {
 
 Unfolded unfold(LZ4F_dctx* context, std::span<const std::byte> compressed, std::span<std::byte> room) {
   LZ4F_resetDecompressionContext(context);
-  // Blocks that refer to the ones before find them in the room: nothing that came out moves.
+  // Blocks may refer to earlier blocks, which stay in place in the room.
   LZ4F_decompressOptions_t options{};
   options.stableDst = 1;
   std::size_t taken = 0;

@@ -8,8 +8,8 @@ namespace {
 constexpr std::size_t longestRun = 32;
 constexpr std::size_t word = 8;
 
-// Copies what was written `distance` bytes before, and may reach into what it writes itself. `room` is what
-// is left of the output.
+// Copies bytes that were written `distance` bytes before. The source may overlap the destination, and then
+// repeats. `room` is the rest of the output.
 void repeat(std::byte* to, std::size_t distance, std::size_t size, std::size_t room) {
   if (room < size + word) {  // too near the end to write whole words
     for (std::size_t i = 0; i < size; ++i) {
@@ -20,7 +20,7 @@ void repeat(std::byte* to, std::size_t distance, std::size_t size, std::size_t r
   std::size_t done = 0;
   std::size_t period = distance;
   if (distance < word) {
-    // A short pattern is written until a whole multiple of it is at least a word away.
+    // Writes a short pattern byte by byte until a multiple of its length is at least a word.
     period = distance * ((word + distance - 1) / distance);
     for (; done < period; ++done) {
       to[done] = *(to + done - distance);
@@ -48,7 +48,7 @@ std::optional<std::size_t> decompressLzf(std::span<const std::byte> in, std::spa
       if (size > left || size > room) {
         return static_cast<std::size_t>(begin - in.data());
       }
-      // A copy of fixed size is two instructions; what is too much is written over by the next run.
+      // Copies a fixed size, which takes two instructions. The next run overwrites the excess.
       std::memcpy(to, at, left >= longestRun && room >= longestRun ? longestRun : size);
       at += size;
       to += size;

@@ -20,7 +20,7 @@ bool isMagic(std::span<const std::byte> bytes) {
       [](std::byte byte, std::uint8_t magic) { return std::to_integer<std::uint8_t>(byte) == magic; });
 }
 
-// Reads the records one after the other, and their CRC on the way.
+// Reads the records one after the other, and computes their CRC.
 class Walk {
  public:
   Walk(ByteSource& source, std::uint64_t begin) : source_(source), position_(begin) {
@@ -35,7 +35,7 @@ class Walk {
       throw ReadError(atByte(position_),
                       "the recording is cut off: the bytes that end an MCAP file are missing");
     }
-    source_.bytes(position_ + mcapMagic.size(), 1);  // a compressed source says here that its end is missing
+    source_.bytes(position_ + mcapMagic.size(), 1);  // a compressed source whose end is missing throws here
     countMessages();
     return std::move(closing_);
   }
@@ -92,7 +92,7 @@ class Walk {
     Cursor cursor(content, place, "the record of statistics");
     RecordingIndex index;
     index.messages = cursor.take<std::uint64_t>();
-    cursor.take(sizeof(std::uint16_t) + 4 * sizeof(std::uint32_t));  // how many of each other kind of record
+    cursor.take(sizeof(std::uint16_t) + 4 * sizeof(std::uint32_t));  // the numbers of other kinds of records
     index.first = mcapTime(cursor.take<std::uint64_t>(), place);
     index.last = mcapTime(cursor.take<std::uint64_t>(), place);
     Cursor counts(cursor.take(cursor.take<std::uint32_t>()), place, "the record of statistics");
@@ -103,7 +103,7 @@ class Walk {
     closing_.index = index;
   }
 
-  // The channels may stand behind the statistics, or be left away.
+  // Called last, because channels may follow the statistics, or be missing.
   void countMessages() {
     for (const auto& [channel, count] : counts_) {
       if (const std::optional<std::size_t> topic = closing_.vocabulary.find(channel)) {
@@ -144,7 +144,7 @@ std::optional<McapClosing> findMcapClosing(ByteSource& source) {
     const auto summary = cursor.take<std::uint64_t>();
     return readMcapClosing(source, summary == 0 ? footer : summary);
   } catch (const ReadError&) {
-    return std::nullopt;  // the data are read without it, and it is looked at again at their end
+    return std::nullopt;  // the data are read without it, and the closing is read again after them
   }
 }
 

@@ -14,14 +14,14 @@ struct McapClosing {
   std::uint64_t begin = 0;  ///< its first byte, which follows the record that ends the data
   McapVocabulary vocabulary;
   TopicTable topics;
-  std::optional<RecordingIndex> index;  ///< from the statistics, where there are any
+  std::optional<RecordingIndex> index;  ///< from the statistics; empty when there are none
 };
 
-/// Reads what stands from `begin` to the end of the file.
+/// Reads from `begin` to the end of the file.
 /// @throws ReadError when it is damaged or cut off
 McapClosing readMcapClosing(ByteSource& source, std::uint64_t begin);
 
-/// The same where the end of the file says that it begins; nothing when it is not there, or is not sound.
+/// The same, beginning where the end of the file says; nothing when it is missing or damaged.
 std::optional<McapClosing> findMcapClosing(ByteSource& source);
 
 }  // namespace orvantis::toolkit

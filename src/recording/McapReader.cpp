@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t dataEndSize = 4;
 
-// Whether the record that ends the data says that there is no CRC over them.
+// Whether the record that ends the data has no CRC of them.
 bool isWithoutDataCrc(ByteSource& source, const McapClosing& closing) {
   constexpr std::uint64_t size = McapRecordHeader::size + dataEndSize;
   const auto bytes = source.bytes(closing.begin - std::min(closing.begin, size), size);
@@ -191,7 +191,7 @@ void McapReader::openPlainChunk(const McapChunkHeader& header, std::span<const s
                                        std::to_string(header.unfoldedSize) + " unfolded");
   }
   if (!chunk_.cut && (header.crc != 0 || isDataCrcWanted_)) {
-    // Read once for both: the CRC of all data follows from the one of the chunk.
+    // The CRC of the chunk is used for that of all data, so that the bytes are read only once.
     const std::uint32_t crc = crc32(records);
     checkCrc(crc, header.crc, place);
     addToDataCrc(content.first(header.size));

@@ -15,8 +15,8 @@ namespace orvantis::toolkit {
 
 /// The messages of an MCAP file, with or without chunks and index.
 ///
-/// Every CRC that the file has is checked: a chunk's before its messages are given; the one over all data
-/// at their end.
+/// Every CRC in the file is checked: that of a chunk before its messages are given, and that of all data at
+/// their end.
 class McapReader final : public MessageReader {
  public:
   /// The source must outlive the reader.

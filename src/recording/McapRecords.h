@@ -15,10 +15,10 @@
 
 namespace orvantis::toolkit {
 
-/// Stands at the begin and at the end of an MCAP file.
+/// The first and the last bytes of an MCAP file.
 inline constexpr std::array<std::uint8_t, 8> mcapMagic = {0x89, 'M', 'C', 'A', 'P', '0', '\r', '\n'};
 
-/// The kinds of records that matter here. All others are passed over, as the format asks.
+/// The kinds of records that are read. All others are skipped, as the format demands.
 enum class McapOpcode : std::uint8_t {
   footer = 0x02,
   schema = 0x03,
@@ -29,7 +29,7 @@ enum class McapOpcode : std::uint8_t {
   dataEnd = 0x0F,
 };
 
-/// What stands before the content of every record.
+/// The bytes before the content of every record.
 struct McapRecordHeader {
   static constexpr std::size_t size = 9;
 
@@ -40,10 +40,10 @@ struct McapRecordHeader {
 };
 
 /// A time of the file as a stamp.
-/// @throws ReadError at `place` for one that a stamp cannot hold
+/// @throws ReadError at `place` when the time does not fit into a stamp
 filter::monitor::Stamp mcapTime(std::uint64_t nanoseconds, std::uint64_t place);
 
-/// What stands before the data of every message.
+/// The bytes before the data of every message.
 struct McapMessageHeader {
   static constexpr std::size_t size = 22;
 
@@ -54,13 +54,13 @@ struct McapMessageHeader {
   McapMessageHeader(std::span<const std::byte> content, std::uint64_t place);
 };
 
-/// What stands before the records of every chunk.
+/// The bytes before the records of every chunk.
 struct McapChunkHeader {
   static constexpr std::size_t leastSize = 44;  ///< with the name of a compression
 
   std::uint64_t unfoldedSize = 0;
-  std::uint32_t crc = 0;         ///< of the unfolded records; 0: not said
-  std::string_view compression;  ///< empty: none
+  std::uint32_t crc = 0;         ///< of the unfolded records; 0: there is no CRC
+  std::string_view compression;  ///< empty for none
   std::uint64_t recordsSize = 0;
   std::size_t size = 0;  ///< of this header
 
@@ -68,7 +68,7 @@ struct McapChunkHeader {
   McapChunkHeader(std::span<const std::byte> content, std::uint64_t place);
 };
 
-/// The schemas and channels of an MCAP file. They may be said again, but not otherwise.
+/// The schemas and channels of an MCAP file. They may be declared again with the same content only.
 class McapVocabulary {
  public:
   /// @throws ReadError when the record is damaged

@@ -12,7 +12,7 @@
 namespace orvantis::toolkit {
 namespace {
 
-// Why a row was not read; only then is it worth the time to look again.
+// Reads a row that was refused again, slowly, to say what is wrong with it.
 [[noreturn]] void refuseRow(const LineCursor& lines, const RowLayout& layout) {
   std::uint64_t count = 0;
   std::array<std::string_view, 3> coordinates;
@@ -46,13 +46,13 @@ bool isLineEnd(const char* at, const char* last) {
   return at == last || *at == '\n' || (*at == '\r' && (at + 1 == last || at[1] == '\n'));
 }
 
-// Where the next line begins.
+// The begin of the next line.
 const char* behindLineEnd(const char* at, const char* last) {
   at += at != last && *at == '\r' ? 1 : 0;
   return at == last ? at : at + 1;
 }
 
-// Reads rows as they should be, without looking for the end of the line first.
+// Reads valid rows, without searching for the end of the line first.
 template <bool areBlanksSeparators, typename Real>
 class RowParser {
  public:
@@ -61,7 +61,7 @@ class RowParser {
               [&](std::size_t a, std::size_t b) { return layout.axes[a] < layout.axes[b]; });
   }
 
-  // The point of the row that begins here. @return where the next line begins; nothing: the line is not a row
+  // Reads the point of the row at `at`. @return the begin of the next line; null when the line is not a row
   const char* parse(const char* at, const char* last, std::array<Real, 3>& point) const {
     at = behindBlanks(at, last);
     std::uint64_t column = 0;
@@ -101,7 +101,7 @@ class RowParser {
     }
     return at;
   }
-  // From the end of a value on to the next one, or to the end of the line.
+  // Goes from the end of a value to the next value, or to the end of the line.
   After next(const char*& at, const char* last) const {
     const char* const end = at;
     at = behindBlanks(at, last);
@@ -131,7 +131,7 @@ std::uint64_t readRowsParted(LineCursor& lines, const RowLayout& layout, std::ui
   while (count < most && lines.left() != 0) {
     if (const char* const next = parser.parse(lines.nextLine(), lines.last(), point)) {
       lines.pass(next);
-      for (const Real value : point) {  // three of them: a call to copy them takes longer
+      for (const Real value : point) {  // a loop over three values is faster than a call that copies them
         out.push_back(value);
       }
       ++count;

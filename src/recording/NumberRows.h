@@ -12,25 +12,25 @@
 
 namespace orvantis::toolkit {
 
-/// How the rows of a text hold points.
+/// Where the rows of a text have their coordinates.
 struct RowLayout {
   std::array<std::uint64_t, 3> axes = {0, 1, 2};  ///< the columns of x, y and z, from 0
   std::uint64_t columns = 3;                      ///< of each row
-  /// A blank: blanks and tabs in any number part the values. Else one of these, and blanks around it.
+  /// A blank means that any number of blanks and tabs separates the values. Any other separator may have
+  /// blanks around it.
   char separator = ' ';
 };
 
-/// How many rows there can be at most in what is left of a text: each value takes a digit and what parts it
-/// from the next one. Room for so many is never more than four times the text, and takes no memory until it
-/// is used.
+/// The most rows that the rest of a text can have: each value takes at least a digit and a separator. Room
+/// for that many rows is at most four times the text, and takes no memory until it is used.
 std::uint64_t mostRows(const LineCursor& lines, const RowLayout& layout);
 
-/// Reads the rows of numbers that a text goes on with: x, y and z of each one after the other. Empty lines
-/// are skipped, and with `hasComments` those that begin with "#" or "//". Other columns are not looked at.
-/// @param most no more rows than these
-/// @param out what was read is appended
+/// Reads the rows of numbers in the rest of a text: x, y and z of each. Empty lines are skipped and, with
+/// `hasComments`, lines that begin with "#" or "//". The values of other columns are not checked.
+/// @param most the most rows that are read
+/// @param out the coordinates are appended
 /// @return the number of rows
-/// @throws ReadError at a row with another number of columns, or where a coordinate is not a number
+/// @throws ReadError at a row with another number of columns, or with a coordinate that is not a number
 template <typename Real>
 std::uint64_t readRows(LineCursor& lines, const RowLayout& layout, std::uint64_t most, bool hasComments,
                        std::vector<Real>& out);
@@ -47,16 +47,16 @@ void readRow(const LineCursor& lines, const RowLayout& layout, std::vector<Real>
 extern template void readRow(const LineCursor&, const RowLayout&, std::vector<float>&);
 extern template void readRow(const LineCursor&, const RowLayout&, std::vector<double>&);
 
-/// Reads `count` rows: a header promised them.
+/// Reads the `count` rows that a header promises.
 /// @param isFloat whether the numbers are read as float, else as double
 /// @throws ReadError also when the text ends before
 Points readDeclaredRows(LineCursor& lines, const RowLayout& layout, std::uint64_t count, bool isFloat,
                         FrameMemory& memory);
 
-/// Whether a line holds nothing but blanks, or, with `hasComments`, a comment.
+/// Whether a line has only blanks or, with `hasComments`, is a comment.
 bool isSkipped(std::string_view line, bool hasComments);
 
-/// The rows that `readRows` put one after the other.
+/// A view of the coordinates that `readRows` appended.
 template <typename Real>
 Points pointsOf(const std::vector<Real>& rows) {
   return filter::classify::PointsView<Real>::interleaved(rows.data(), 3 * sizeof(Real), rows.size() / 3);

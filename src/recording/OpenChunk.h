@@ -11,12 +11,12 @@
 
 namespace orvantis::toolkit {
 
-/// The chunk whose records are read at the moment.
+/// The chunk whose records are being read.
 struct OpenChunk {
   std::span<const std::byte> rest;  ///< the records that are still to be read
   std::uint64_t place = 0;          ///< the byte of the file where `rest` begins
-  bool isUnfolded = false;          ///< the bytes of a compressed chunk have no place of their own
-  std::optional<ReadError> cut;     ///< what to say after the last whole record of a chunk that is cut off
+  bool isUnfolded = false;       ///< whether it was compressed, so that its bytes have no place in the file
+  std::optional<ReadError> cut;  ///< for a chunk that is cut off, the error after its last whole record
 
   /// Moves past a record.
   void drop(std::size_t count) {
@@ -25,7 +25,7 @@ struct OpenChunk {
   }
 };
 
-/// The words for a record that the file ends in.
+/// The error for a record in which the file ends.
 inline ReadError cutOff(std::uint64_t place, const char* what, std::uint64_t needed, std::uint64_t there) {
   return {atByte(place), "the recording is cut off: " + std::string(what) + " needs " +
                              counted(needed, "byte") + " and has " + std::to_string(there)};

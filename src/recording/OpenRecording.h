@@ -14,16 +14,15 @@ namespace orvantis::toolkit {
 
 enum class RecordingKind : std::uint8_t { mcap, bag };
 
-/// Whether a file is a recording, by its first 16 bytes (all, if it has fewer). Also true for a file that is
-/// compressed as a whole, for a bag of an old version and for a recording kept in a database: `openRecording`
-/// says what is not read, and what to do.
-/// @throws nothing
+/// Whether a file is a recording, from its first 16 bytes (or all, if it has fewer). Also true for a file
+/// that is compressed as a whole, for a bag of an old version and for a recording in a database:
+/// `openRecording` then says what cannot be read and what to do. Throws nothing.
 bool isRecording(std::span<const std::byte> begin);
 
-/// A recording that was told by its first bytes.
+/// A recording whose format was recognised.
 struct OpenRecording {
   RecordingKind kind{};
-  std::unique_ptr<ByteSource> unfolded;  ///< where the file is compressed as a whole; read by `messages`
+  std::unique_ptr<ByteSource> unfolded;  ///< for a file that is compressed as a whole; `messages` reads it
   std::unique_ptr<MessageReader> messages;
 };
 

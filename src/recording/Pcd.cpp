@@ -23,7 +23,7 @@ using Axes = std::array<std::size_t, 3>;
                                     std::to_string(header.pointSize()) + " bytes");
 }
 
-// The bytes before each field: of one point, or, with `points`, of the columns of all.
+// The layout of one point or, with `points` above 1, of the columns of all points.
 PointLayout layoutOf(const PcdHeader& header, const Axes& axes, std::size_t points) {
   PointLayout layout;
   layout.stride = static_cast<std::size_t>(header.pointSize());
@@ -50,7 +50,7 @@ Points readBinary(const PcdHeader& header, const Axes& axes, std::span<const std
                             layoutOf(header, axes, 1));
 }
 
-// A block that did not shrink is written as it is by some.
+// Some writers store a block without compression if it does not shrink.
 bool isStored(std::span<const std::byte> block, std::size_t size) {
   return block.size() == size;
 }
@@ -75,7 +75,7 @@ Points readCompressed(const PcdHeader& header, const Axes& axes, std::span<const
                                            " points of its header, each of " +
                                            std::to_string(header.pointSize()) + " bytes");
   }
-  constexpr std::uint64_t bestRatio = 88;  // three bytes stand for 264 at most
+  constexpr std::uint64_t bestRatio = 88;  // three bytes become at most 264
   if (size / bestRatio > compressed) {
     throw ReadError(atByte(begin), "a compressed block of " + std::to_string(compressed) +
                                        " bytes cannot hold " + std::to_string(size));

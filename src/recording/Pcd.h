@@ -8,7 +8,7 @@
 namespace orvantis::toolkit {
 
 /// Reads a PCD file of version 0.5 to 0.7: ascii, binary or binary_compressed, with x, y and z of any type,
-/// in any order. What comes after the last point is legal, as is a frame without points.
+/// in any order. Bytes after the last point are allowed, and so is a frame without points.
 /// @throws ReadError
 Frame readPcd(std::span<const std::byte> bytes, FrameMemory& memory);
 

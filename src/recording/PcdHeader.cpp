@@ -20,7 +20,7 @@ using Words = std::vector<std::string_view>;
 constexpr std::array<std::string_view, 10> keys = {"VERSION", "FIELDS", "SIZE",      "TYPE",   "COUNT",
                                                    "WIDTH",   "HEIGHT", "VIEWPOINT", "POINTS", "DATA"};
 
-// A header is kept in memory, which a file must not fill with it.
+// The header is kept in memory, so it must be limited.
 constexpr std::size_t mostFields = 1000;
 
 std::optional<NumberType> numberType(std::string_view type, std::uint64_t size) {
@@ -33,7 +33,7 @@ std::optional<NumberType> numberType(std::string_view type, std::uint64_t size) 
   return std::nullopt;
 }
 
-// One line of the header, by its key.
+// One line of the header.
 struct Entry {
   Words words;  // the key, then the values
   std::uint64_t line = 0;
@@ -79,7 +79,7 @@ class HeaderLines {
 
   std::uint64_t number(std::string_view key) const { return number(needed(key), 1); }
 
-  // Larger numbers belong to no scan, and the product of two of these does not overflow.
+  // No scan has larger numbers, and the product of two such numbers does not overflow.
   static std::uint64_t number(const Entry& entry, std::size_t i, std::uint64_t most = 0xFFFFFFFFU) {
     const std::string_view text = entry.words[i];
     std::uint64_t value = 0;
@@ -192,7 +192,7 @@ PcdData dataOf(const Entry& data) {
 
 }  // namespace
 
-// Neither overflows: a count is at most 2^20, and each field takes bytes of the header.
+// These two do not overflow: a count is at most 2^20, and the header limits the number of fields.
 std::uint64_t PcdHeader::pointSize() const {
   std::uint64_t size = 0;
   for (const Column& field : fields) {

@@ -12,10 +12,10 @@ namespace orvantis::toolkit {
 
 enum class PcdData { Ascii, Binary, Compressed };
 
-/// What the header of a PCD file says.
+/// The header of a PCD file.
 struct PcdHeader {
   std::vector<Column> fields;
-  std::uint64_t fieldsLine = 0;  ///< where the fields are named
+  std::uint64_t fieldsLine = 0;  ///< the line that names the fields
   std::uint64_t points = 0;
   PcdData data = PcdData::Ascii;
 
@@ -23,7 +23,7 @@ struct PcdHeader {
   std::uint64_t columns() const;    ///< values of one point
 };
 
-/// Reads up to the line DATA and leaves the cursor on it.
+/// Reads up to the line DATA, and leaves the cursor there.
 /// @throws ReadError
 PcdHeader readPcdHeader(LineCursor& lines);
 

@@ -42,7 +42,7 @@ std::array<Coordinate*, 3> coordinatesOf(PointLayout& layout) {
   return {&layout.x, &layout.y, &layout.z};
 }
 
-// Vertices that are all of one size are seen where they lie.
+// A view of vertices that all have the same size, without a copy.
 Points viewVertices(const PlyElement& vertex, const Axes& axes, PlyWalk& walk, PointLayout layout,
                     const std::byte* begin, FrameMemory& memory) {
   walk.skip(vertex);
@@ -57,7 +57,7 @@ Points viewVertices(const PlyElement& vertex, const Axes& axes, PlyWalk& walk, P
   return memory.points.view(begin, static_cast<std::size_t>(vertex.count), layout);
 }
 
-// Where lists stand between them, the coordinates are put together first.
+// Copies the coordinates first, because lists make the vertices different in size.
 Points gatherVertices(const PlyElement& vertex, const Axes& axes, PlyWalk& walk, PointLayout layout,
                       FrameMemory& memory) {
   for (std::size_t axis = 0; axis < 3; ++axis) {

@@ -16,10 +16,10 @@ namespace {
 
 using Words = std::vector<std::string_view>;
 
-// A header is kept in memory, which a file must not fill with it.
+// The header is kept in memory, so it must be limited.
 constexpr std::size_t mostLines = 1000;
 
-// One more than any line of a header needs.
+// The words of a line, at most one more than any valid line has.
 Words wordsOf(const LineCursor& lines) {
   return splitRow(lines.line(), ' ', 6);
 }

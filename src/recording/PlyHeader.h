@@ -15,7 +15,7 @@ struct PlyProperty {
   std::string name;
   NumberType type = NumberType::F4;  ///< of the value, or of each value of a list
   bool isList = false;
-  NumberType lengthType = NumberType::U1;  ///< of the length that stands before the values of a list
+  NumberType lengthType = NumberType::U1;  ///< of the length in front of the values of a list
 };
 
 struct PlyElement {
@@ -25,16 +25,16 @@ struct PlyElement {
   std::vector<PlyProperty> properties;
 
   bool hasList() const;
-  std::uint64_t size() const;  ///< bytes of one, when it has no list
+  std::uint64_t size() const;  ///< bytes of one element without lists
 };
 
-/// What the header of a PLY file says.
+/// The header of a PLY file.
 struct PlyHeader {
   PlyFormat format = PlyFormat::Ascii;
   std::vector<PlyElement> elements;
 };
 
-/// Reads up to the line end_header and leaves the cursor on it.
+/// Reads up to the line end_header, and leaves the cursor there.
 /// @throws ReadError
 PlyHeader readPlyHeader(LineCursor& lines);
 

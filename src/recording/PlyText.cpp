@@ -36,8 +36,8 @@ std::uint64_t lengthOf(std::string_view text, const LineCursor& lines) {
   return length;
 }
 
-// The column at which each property of a row begins, and at the end the number of columns: lists make it
-// another one in each row.
+// The column at which each property of a row begins and, at the end, the number of columns. Lists make them
+// different in each row.
 std::vector<std::uint64_t> columnsOf(const PlyElement& element, const LineCursor& lines) {
   std::vector<std::uint64_t> columns;
   std::uint64_t column = 0;
@@ -65,7 +65,7 @@ std::vector<std::uint64_t> columnsOf(const PlyElement& element, const LineCursor
 template <typename Real>
 Points readWithLists(const PlyElement& vertex, const std::array<std::size_t, 3>& axes, LineCursor& lines,
                      std::vector<Real>& rows) {
-  // A value takes a digit and what parts it from the next one, and a list has its length at least.
+  // A value takes at least a digit and a separator, and a list has at least its length.
   const std::uint64_t most = (lines.left() + 1) / (2 * vertex.properties.size());
   rows.clear();
   rows.reserve(static_cast<std::size_t>(3 * std::min(vertex.count, most)));
@@ -81,7 +81,7 @@ Points readWithLists(const PlyElement& vertex, const std::array<std::size_t, 3>&
 
 void skipPlyText(const PlyElement& element, LineCursor& lines) {
   if (element.properties.empty()) {
-    return;  // such elements have no lines, however many they are
+    return;  // elements without properties have no lines
   }
   for (std::uint64_t i = 0; i < element.count; ++i) {
     nextRow(element, i, lines);

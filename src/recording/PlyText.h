@@ -9,7 +9,7 @@
 
 namespace orvantis::toolkit {
 
-// The elements of a PLY file that is a text: one line each. Both throw ReadError.
+// The elements of a PLY file in text form, which have one line each. Both functions throw ReadError.
 
 void skipPlyText(const PlyElement& element, LineCursor& lines);
 

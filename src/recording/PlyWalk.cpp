@@ -14,7 +14,7 @@ std::int64_t integer(const std::byte* at, bool isBigEndian) {
   return static_cast<std::int64_t>(isBigEndian ? load<true, Number>(at) : load<false, Number>(at));
 }
 
-// One of 8 bytes that is too large for a signed number comes out negative: it is impossible either way.
+// An unsigned number of 8 bytes that is too large becomes negative. As a length, both are impossible.
 std::int64_t integer(NumberType type, const std::byte* at, bool isBigEndian) {
   switch (type) {
     case NumberType::I1:

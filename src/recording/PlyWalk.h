@@ -8,7 +8,7 @@
 
 namespace orvantis::toolkit {
 
-/// Goes over the elements of a binary PLY file, where lists make each one as long as it says itself.
+/// Goes over the elements of a binary PLY file. Lists may give each element another size.
 class PlyWalk {
  public:
   /// @param offset where the elements begin
@@ -16,14 +16,15 @@ class PlyWalk {
       : bytes_(bytes), at_(offset), isBigEndian_(isBigEndian) {}
 
   std::size_t at() const { return at_; }
-  /// How many of an element there can be at most in what is left, its lists empty.
+  /// The most elements of that kind that fit into the rest of the bytes, with empty lists.
   std::uint64_t most(const PlyElement& element) const;
 
-  /// Over all of an element, in time that grows with the bytes and not with a number of the header.
-  /// @throws ReadError when they are not there
+  /// Skips all elements of that kind. The time depends on the bytes, not on a number in the header.
+  /// @throws ReadError when the bytes end before
   void skip(const PlyElement& element);
 
-  /// Over one property of the element number `index`. @return where its value, or its list's length, lies
+  /// Goes over one property of element number `index`. @return the place of its value, or of its list's
+  /// length
   const std::byte* take(const PlyElement& element, std::uint64_t index, const PlyProperty& property);
 
  private:

@@ -9,7 +9,7 @@
 
 namespace orvantis::toolkit {
 
-/// One point of a view. noexcept
+/// One point of a view.
 template <typename Real>
 std::array<Real, 3> pointAt(const filter::classify::PointsView<Real>& points, std::size_t i) noexcept {
   const auto value = [&](const void* first) {

@@ -106,7 +106,7 @@ Points viewOf(const Axes& axes, std::size_t count, bool isBigEndian, std::vector
 
 Points PointBuffer::view(const std::byte* records, std::size_t count, const PointLayout& layout) {
   if (count == 0) {
-    return PointsView<float>();  // no records may have no address to add to
+    return PointsView<float>();  // an empty container may have no address to add to
   }
   const auto values = [&](const Coordinate& coordinate) {
     return Values{records + coordinate.offset, layout.stride, coordinate.type};

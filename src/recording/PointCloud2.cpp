@@ -12,7 +12,7 @@ namespace {
 
 constexpr const char* cloudName = "a point cloud message";
 
-// More than any sensor writes, and few enough that a message of nothing but columns takes no memory.
+// No sensor writes more, and a message with that many columns needs little memory.
 constexpr std::uint32_t mostFields = 1024;
 
 std::optional<NumberType> numberType(std::uint8_t datatype) {
@@ -21,7 +21,7 @@ std::optional<NumberType> numberType(std::uint8_t datatype) {
   return datatype >= 1 && datatype <= types.size() ? std::optional(types[datatype - 1U]) : std::nullopt;
 }
 
-// Takes the parts of a message: texts end with a zero in CDR, and numbers stand at multiples of their size.
+// Takes the parts of a message. In CDR, texts end with a zero, and numbers are at multiples of their size.
 class Parts {
  public:
   Parts(Cursor cursor, bool isCdr) : cursor_(cursor), isCdr_(isCdr) {}
@@ -49,7 +49,8 @@ class Parts {
   bool isCdr_;
 };
 
-// CDR begins with two bytes for its kind and two for options; all is aligned to what follows them.
+// CDR begins with two bytes for its kind and two for options. Everything is aligned relative to the byte
+// after them.
 Parts cdrParts(std::span<const std::byte> message, std::uint64_t place) {
   Cursor cursor(message, place, cloudName);
   const auto first = cursor.take<std::uint8_t>();
@@ -68,7 +69,7 @@ void readHeader(Parts& parts, bool isCdr, std::uint64_t place, PointCloud2& clou
   if (isCdr) {
     seconds = parts.take<std::int32_t>();
   } else {
-    parts.take<std::uint32_t>();  // a running number that nobody needs
+    parts.take<std::uint32_t>();  // a running number, which is not used
     seconds = parts.take<std::uint32_t>();
   }
   const auto nanoseconds = parts.take<std::uint32_t>();
@@ -138,7 +139,7 @@ Coordinate coordinate(const PointCloud2& cloud, const char* name, std::uint64_t 
   return {found->offset, *type};
 }
 
-// The steps of one row say nothing, and many drivers write nothing sensible there.
+// The row step of a single row is not checked, because many drivers write a wrong one.
 void checkSizes(const PointCloud2& cloud, std::uint64_t place) {
   const std::uint64_t row = std::uint64_t{cloud.width} * cloud.pointStep;
   if (cloud.height > 1 && cloud.rowStep < row) {
@@ -174,7 +175,7 @@ void readPointCloud2(std::span<const std::byte> message, CloudEncoding encoding,
   cloud.pointStep = parts.take<std::uint32_t>();
   cloud.rowStep = parts.take<std::uint32_t>();
   cloud.data = parts.takeBytes();
-  parts.take<std::uint8_t>();  // whether all points are finite: they are looked at anyway
+  parts.take<std::uint8_t>();  // whether all points are finite, which is checked anyway
 }
 
 PointLayout layoutOf(const PointCloud2& cloud, std::uint64_t place) {
@@ -182,7 +183,7 @@ PointLayout layoutOf(const PointCloud2& cloud, std::uint64_t place) {
   layout.stride = cloud.pointStep;
   layout.isBigEndian = cloud.isBigEndian;
   if (cloud.size() == 0) {
-    return layout;  // a cloud without points is sound without columns, too
+    return layout;  // a cloud without points needs no columns
   }
   layout.x = coordinate(cloud, "x", place);
   layout.y = coordinate(cloud, "y", place);

@@ -14,7 +14,7 @@
 
 namespace orvantis::toolkit {
 
-/// The point cloud message of ROS, of either generation, as its bytes say it.
+/// The content of a point cloud message of ROS 1 or ROS 2.
 struct PointCloud2 {
   struct Field {
     std::string_view name;
@@ -28,7 +28,7 @@ struct PointCloud2 {
   std::uint32_t height = 0;
   std::uint32_t width = 0;
   std::vector<Field> fields;
-  bool isBigEndian = false;  ///< the points, not the message
+  bool isBigEndian = false;  ///< of the points, not of the message
   std::uint32_t pointStep = 0;
   std::uint32_t rowStep = 0;
   std::span<const std::byte> data;
@@ -46,7 +46,7 @@ void readPointCloud2(std::span<const std::byte> message, CloudEncoding encoding,
 ///         data are shorter than the steps and sizes of the cloud claim
 PointLayout layoutOf(const PointCloud2& cloud, std::uint64_t place);
 
-/// What the cloud says about its columns. One of a type that is not known is left out.
+/// The columns of the cloud, without those of an unknown type.
 void columnsOf(const PointCloud2& cloud, std::vector<Column>& columns);
 
 }  // namespace orvantis::toolkit

@@ -74,7 +74,7 @@ Points kept(const PointsView<Real>& points, const Judge& judge, DroppedPoints& d
 std::uint64_t countAtOrigin(const Points& points) {
   return std::visit(
       []<typename Real>(const PointsView<Real>& view) {
-        // Compared as whole numbers, without their signs: every frame is looked through, whoever asks or not.
+        // Compares whole numbers without their signs, which is fast: this is done for every frame.
         using Bits = std::conditional_t<std::is_same_v<Real, float>, std::uint32_t, std::uint64_t>;
         const PointsView<Bits> bits{view.x, view.y, view.z, view.stride, view.size};
         std::uint64_t count = 0;

@@ -10,7 +10,7 @@ namespace {
 
 using filter::classify::PointsView;
 
-// Points are taken together in blocks, so that the arithmetic is on arrays.
+// Points are moved in blocks, so that the compiler can do the arithmetic on vectors.
 constexpr std::size_t blockSize = 256;
 using Block = std::array<double, blockSize>;
 

@@ -7,9 +7,8 @@
 
 namespace orvantis::toolkit {
 
-/// Brings points from the frame of a sensor into that of its site. They are computed in double, and stored as
-/// what they were: float32 again where they were float32. A point that is not finite is not finite
-/// afterwards.
+/// Moves points from the frame of a sensor into that of its site. It computes in double, and stores float32
+/// points as float32 again. A point that is not finite is not finite afterwards.
 ///
 /// One object is for one thread; its buffer is used again for the next frame.
 class PointMover {

@@ -17,22 +17,22 @@ struct Extent {
   bool operator==(const Extent&) const = default;
 };
 
-/// What the points of a frame, or of all frames of a recording, are. Its memory does not grow with them.
+/// Statistics of the points of a frame, or of all frames of a recording. Its memory does not grow with them.
 class PointStatistics {
  public:
-  /// @throws std::bad_alloc the first time only
+  /// @throws std::bad_alloc, only on the first call
   void add(const Points& points);
 
   std::uint64_t points() const noexcept { return points_; }
-  /// Those with a coordinate that is not finite.
+  /// The points with a coordinate that is not finite.
   std::uint64_t noReturns() const noexcept { return noReturns_; }
-  /// Those exactly at (0, 0, 0), of either sign.
+  /// The points exactly at (0, 0, 0), with any signs.
   std::uint64_t atOrigin() const noexcept { return atOrigin_; }
-  /// Of x, y and z, over the points that are finite; nothing when there is none.
+  /// Of x, y and z, over the finite points; nothing when there are none.
   const std::optional<std::array<Extent, 3>>& extents() const noexcept { return extents_; }
-  /// The height, in steps of 0.1 m, that more points are nearest to than to any other; the lowest of several.
-  /// Points at the origin, and heights below -1000 m or above 10,000 m, are left out; nothing when that
-  /// leaves none.
+  /// The height of most points, in steps of 0.1 m; of equally frequent heights the lowest. Points at the
+  /// origin, and heights below -1000 m or above 10,000 m, are ignored; nothing when there are no other
+  /// points.
   std::optional<double> ground() const;
 
  private:

@@ -9,16 +9,16 @@
 
 namespace orvantis::toolkit {
 
-/// How one number lies in memory: signed and unsigned integers and IEEE floats, with their size in bytes.
+/// The type of a number in memory: signed and unsigned integers and IEEE floats, with their size in bytes.
 enum class NumberType : std::uint8_t { I1, U1, I2, U2, I4, U4, I8, U8, F4, F8 };
 
-/// In bytes. noexcept
+/// In bytes.
 constexpr std::size_t sizeOf(NumberType type) noexcept {
   constexpr std::array<std::size_t, 10> sizes = {1, 1, 2, 2, 4, 4, 8, 8, 4, 8};
   return sizes[static_cast<std::size_t>(type)];
 }
 
-/// "I1" to "F8". noexcept
+/// "I1" to "F8".
 constexpr const char* nameOf(NumberType type) noexcept {
   constexpr std::array<const char*, 10> names = {"I1", "U1", "I2", "U2", "I4", "U4", "I8", "U8", "F4", "F8"};
   return names[static_cast<std::size_t>(type)];
@@ -27,11 +27,11 @@ constexpr const char* nameOf(NumberType type) noexcept {
 using filter::classify::Points;
 using filter::classify::sizeOf;
 
-/// What a file says about one of its columns.
+/// A column of a file.
 struct Column {
   std::string name;
   NumberType type = NumberType::F4;
-  std::size_t count = 1;  ///< values of one point; 0: a list, whose length varies
+  std::size_t count = 1;  ///< values for each point; 0 for a list, whose length varies
 };
 
 /// One coordinate of a record.

@@ -5,21 +5,21 @@
 
 namespace orvantis::toolkit {
 
-/// Where a sensor is, and how it is turned, in the frame of its site: what it measures, turned and then
-/// moved, is in that frame. Turned by roll about x, then by pitch about y, then by yaw about z, all of them
-/// axes of the site, counterclockwise when looked at against the axis. Points and headings move to the same
-/// bits on every machine.
+/// The position and orientation of a sensor in the frame of its site. A measured point is first turned, then
+/// moved. It is turned by roll about x, then by pitch about y, then by yaw about z. These are the axes of the
+/// site, and turns are counterclockwise when seen against the axis. The results have the same bits on every
+/// machine.
 class Pose {
  public:
-  /// No turn and no move.
+  /// A pose that neither turns nor moves.
   Pose() = default;
 
   /// @param x,y,z metres
   /// @param roll,pitch,yaw degrees; multiples of 90 turn without any rounding
   Pose(double x, double y, double z, double roll, double pitch, double yaw);
 
-  /// "x,y,z,roll,pitch,yaw".
-  /// @throws std::invalid_argument with what is allowed
+  /// Reads "x,y,z,roll,pitch,yaw".
+  /// @throws std::invalid_argument that says what is allowed
   static Pose parse(std::string_view text);
 
   std::array<double, 3> operator()(double x, double y, double z) const noexcept {
@@ -27,8 +27,8 @@ class Pose {
             turned(2, x, y, z) + offset_[2]};
   }
 
-  /// Where a heading on the sensor's plan points on that of the site, in radians. A direction that stands
-  /// upright there has the heading 0.
+  /// The heading on the site's plan for a heading on the sensor's plan, in radians. It is 0 for a direction
+  /// that is vertical at the site.
   double heading(double heading) const noexcept;
 
  private:

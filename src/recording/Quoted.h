@@ -7,7 +7,7 @@
 
 namespace orvantis::toolkit {
 
-/// What a file holds, for a message: the first 40 bytes, in quotation marks, fit for a terminal.
+/// A text from a file, for a message: its first 40 bytes in quotation marks, printable on a terminal.
 inline std::string quoted(std::string_view text) {
   constexpr std::size_t most = 40;
   return "\"" + printable(text.substr(0, most)) + (text.size() > most ? "..." : "") + "\"";

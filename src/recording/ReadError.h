@@ -6,10 +6,10 @@
 
 namespace orvantis::toolkit {
 
-/// Where in its bytes a file is wrong.
+/// The place in a file where it is wrong.
 struct Place {
-  std::uint64_t line = 0;    ///< from 1; 0 where the place is a byte, not a line
-  std::uint64_t column = 0;  ///< in bytes from 1; 0: the whole line
+  std::uint64_t line = 0;    ///< from 1; 0 when the place is a byte, not a line
+  std::uint64_t column = 0;  ///< in bytes from 1; 0 for the whole line
   std::uint64_t byte = 0;    ///< from 0
 };
 
@@ -20,8 +20,8 @@ constexpr Place atLine(std::uint64_t line, std::uint64_t column = 0) {
   return {line, column, 0};
 }
 
-/// Why bytes cannot be read. `what()` is the reason alone: what was found and what is allowed. Whoever knows
-/// the file's name adds it.
+/// Why bytes cannot be read. `what()` has only the reason: what was found and what is allowed. The caller
+/// that knows the file's name adds it.
 class ReadError : public std::runtime_error {
  public:
   ReadError(const Place& place, const std::string& reason) : std::runtime_error(reason), place_(place) {}

@@ -14,7 +14,8 @@ namespace {
 constexpr std::array<std::size_t, 4> widths = {3, 4, 5, 6};
 constexpr std::size_t mostWidth = 16;
 
-// Signs and sizes in steps of two octaves from 2^-6 to 2^6, zero, and what is not finite.
+// The kinds of a value: its sign and its size in steps of two octaves from 2^-6 to 2^6, or zero, or not
+// finite.
 constexpr std::size_t numKinds = 18;
 
 std::uint32_t bitsAt(std::span<const std::byte> bytes, std::size_t i) {
@@ -31,13 +32,13 @@ std::size_t kindOf(std::uint32_t bits) {
   return static_cast<std::size_t>(size) + ((bits >> 31U) != 0 ? 8 : 0);
 }
 
-// Some values that follow one another: the number of the first one in the file, and the kind of each.
+// Consecutive values: the number of the first one in the file, and the kind of each.
 struct Part {
   std::size_t begin = 0;
   std::vector<std::uint8_t> kinds;
 };
 
-// All of a small file, else parts of it from begin to end.
+// All values of a small file, else parts from all over the file.
 std::vector<Part> sampleOf(std::span<const std::byte> bytes) {
   constexpr std::size_t numParts = 4;
   constexpr std::size_t partSize = 256;
@@ -65,7 +66,7 @@ double timesLog(std::size_t count) {
   return count == 0 ? 0.0 : static_cast<double>(count) * std::log2(static_cast<double>(count));
 }
 
-// In bits, what the place in a record of `width` values tells about the kind of a value.
+// How much the place in a record of `width` values tells about the kind of a value, in bits.
 double information(const std::vector<Part>& sample, std::size_t width) {
   std::array<std::array<std::uint32_t, numKinds>, mostWidth> counts{};
   std::size_t size = 0;
@@ -93,12 +94,12 @@ double information(const std::vector<Part>& sample, std::size_t width) {
     sum -= timesLog(count);
     kinds += count != 0 ? 1 : 0;
   }
-  // Chance alone gives this much, on average (Miller and Madow).
+  // What chance gives on average (Miller and Madow).
   const double chance = static_cast<double>((kinds - 1) * (width - 1)) / (2.0 * std::log(2.0));
   return std::max(0.0, sum - chance) / static_cast<double>(size);
 }
 
-// Gives some of the records of this width, evenly over the file, to `look`, which may end it with false.
+// Calls `look` with some records of this width, evenly from the whole file, until it returns false.
 template <typename Look>
 void forSomeRecords(std::span<const std::byte> bytes, std::size_t width, Look look) {
   constexpr std::size_t most = 256;
@@ -126,7 +127,7 @@ bool areCoordinates(std::span<const std::byte> bytes, std::size_t width) {
     for (std::size_t axis = 0; axis < 3; ++axis) {
       const float value = values[axis];
       isFinite = isFinite && std::isfinite(value);
-      // A whole number that is read as a float is smaller than any distance.
+      // A small whole number has the bits of a subnormal float, which is smaller than any distance.
       arePlausible = arePlausible && std::fpclassify(value) != FP_SUBNORMAL &&
                      !(std::isfinite(value) && std::fabs(value) > farthest);
     }
@@ -136,7 +137,8 @@ bool areCoordinates(std::span<const std::byte> bytes, std::size_t width) {
   return arePlausible && finite >= notFinite;
 }
 
-// Whether columns 4 and 5 of six often point where 1 and 2 do, as two points of beams that fire together do.
+// Whether columns 4 and 5 of six often point in the same direction as columns 1 and 2. Then six columns are
+// two points of beams that fire together.
 bool areTwoPoints(std::span<const std::byte> bytes) {
   std::size_t same = 0;
   std::size_t other = 0;
@@ -149,7 +151,7 @@ bool areTwoPoints(std::span<const std::byte> bytes) {
   return 2 * same > other;
 }
 
-// Those of the widths that tell much of what any period tells.
+// The widths that tell nearly as much as the best period.
 std::vector<std::size_t> tellingWidths(std::span<const std::byte> bytes,
                                        const std::vector<std::size_t>& fitting) {
   const std::vector<Part> sample = sampleOf(bytes);
@@ -159,8 +161,8 @@ std::vector<std::size_t> tellingWidths(std::span<const std::byte> bytes,
     told[width] = information(sample, width);
     most = std::max(most, told[width]);
   }
-  // In real frames the right width tells 0.4 bits and more, and 0.9 of the most that any period tells; a
-  // wrong one tells 0.6 of it and less.
+  // In real frames, the right width tells at least 0.4 bits, and at least 0.9 of what the best period tells.
+  // A wrong width tells at most 0.6 of it.
   constexpr double least = 0.25;
   constexpr double share = 0.75;
   if (most < least) {
@@ -173,7 +175,7 @@ std::vector<std::size_t> tellingWidths(std::span<const std::byte> bytes,
     }
   }
   if (telling == std::vector<std::size_t>{3, 6}) {
-    return {3};  // columns 4 to 6 hold what 1 to 3 do
+    return {3};  // columns 4 to 6 are another point
   }
   if (telling == std::vector<std::size_t>{6} && fitting.front() == 3 && areTwoPoints(bytes)) {
     return {3, 6};

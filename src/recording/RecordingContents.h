@@ -12,39 +12,40 @@
 
 namespace orvantis::toolkit {
 
-/// Where a recording ends too early, or is damaged, and what is wrong there.
+/// The place where a recording ends too early or is damaged, and what is wrong there.
 struct Damage {
-  std::uint64_t byte = 0;  ///< of the file; of what it unfolds to, where it is compressed as a whole
+  std::uint64_t byte = 0;  ///< of the file; if it is compressed as a whole, of what it unfolds to
   std::string reason;
 };
 
-/// What a topic holds in all.
+/// The content of a topic.
 struct TopicContents {
   Topic topic;
   std::uint64_t messages = 0;
-  /// Messages a second, from the first to the last; nothing for less than two, or no time between them. Where
-  /// only the index was read, over the time of the whole recording.
+  /// Messages per second, from the first to the last message; nothing for fewer than two messages, or no time
+  /// between them. If only the index was read, over the time of the whole recording.
   std::optional<double> rate;
 };
 
-/// What a recording holds.
+/// The content of a recording.
 struct RecordingContents {
   RecordingKind kind{};
   std::vector<TopicContents> topics;
   std::uint64_t messages = 0;
-  filter::monitor::Stamp first{};  ///< log time of the first and the last message, where there is one
+  filter::monitor::Stamp first{};  ///< log time of the first and the last message, if there is one
   filter::monitor::Stamp last{};
   bool isFromIndex = false;
-  std::optional<Damage> damage;  ///< known only when all was read
+  std::optional<Damage> damage;  ///< only known when everything was read
 };
 
-/// Whether an index says of every message which topic it belongs to. @throws nothing
+/// Whether the index tells of every message which topic it belongs to. Throws nothing.
 bool isIndexed(const MessageReader& reader);
 
-/// From the index; without one, of what was read so far. @throws std::bad_alloc
+/// The content by the index; without an index, the content that was read so far. @throws std::bad_alloc
 RecordingContents contentsOf(const MessageReader& reader);
 
-/// From the index; where there is none, or it does not count the messages of each topic, all is read.
+/// The content by the index. Without an index, or when it does not count the messages of each topic, the
+/// whole recording is read.
 /// @throws ReadError when the bytes are not a recording that can be read
 RecordingContents readContents(ByteSource& source, const Decoders& decoders);
 

@@ -70,7 +70,7 @@ Points RecordingReader::pointsOf(const PointLayout& layout) {
   const std::byte* records = message_.data.data();
   const std::size_t row = std::size_t{message_.width} * message_.pointStep;
   if (size != 0 && message_.height > 1 && message_.rowStep != row) {
-    // Rows with something between them are moved together: a view has one step only.
+    // Rows with gaps between them are copied together, because a view has only one step.
     rows_.resize(message_.height * row);
     for (std::size_t i = 0; i < message_.height; ++i) {
       std::memcpy(&rows_[i * row], records + i * message_.rowStep, row);

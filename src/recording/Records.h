@@ -8,9 +8,9 @@
 
 namespace orvantis::toolkit {
 
-/// Reads records of little-endian float32 columns, which nothing in the file describes.
-/// @param names the columns; none: what the values show, and a refusal where they leave it open
-/// @throws ReadError
+/// Reads records of little-endian float32 columns. Nothing in the file describes them.
+/// @param names the columns; empty: the columns that the values show
+/// @throws ReadError, also when the values do not show the columns
 Frame readRecords(std::span<const std::byte> bytes, const ColumnNames& names, FrameMemory& memory);
 
 }  // namespace orvantis::toolkit

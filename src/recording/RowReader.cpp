@@ -20,7 +20,7 @@ RowReader::RowReader(std::unique_ptr<std::istream> in, std::string path)
     : in_(std::move(in)), path_(std::move(path)) {}
 
 bool RowReader::next() {
-  // A file without line ends must not fill the memory.
+  // Limited, so that a file without line ends does not fill the memory.
   std::array<char, 4096> buffer;
   in_->getline(buffer.data(), buffer.size());
   if (in_->bad()) {
@@ -34,7 +34,7 @@ bool RowReader::next() {
   if (in_->fail()) {
     refuse({{}, 1}, "the line is longer than " + std::to_string(taken) + " bytes");
   }
-  // The line end is taken but not kept; the last line may have none.
+  // The line end was read but is not kept; the last line may have none.
   line_.assign(buffer.data(), in_->eof() ? taken : taken - 1);
   constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
   if (lineNumber_ == 1 && std::string_view(line_).substr(0, 3) == byteOrderMark) {
@@ -110,7 +110,7 @@ std::int64_t RowReader::nanoseconds(const Field& field, const std::string& name)
   std::chrono::nanoseconds value{0};
   const auto result = readSeconds(field.text.data(), field.text.data() + field.text.size(), value);
   if (result.ec == std::errc::invalid_argument) {
-    number(field, name);  // knows the words for what is not finite
+    number(field, name);  // it throws the right message for "inf" and "nan"
   }
   refuseUnless(result, field, name, "not a number");
   return value.count();

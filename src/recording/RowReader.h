@@ -11,7 +11,7 @@
 
 namespace orvantis::toolkit {
 
-/// One entry of a row, with the place where it begins.
+/// One entry of a row, with its place.
 struct Field {
   std::string_view text;
   std::size_t column = 1;  ///< in bytes, from 1
@@ -25,26 +25,26 @@ class RowReader {
 
   /// Goes on to the next line.
   /// @return whether there is one
-  /// @throws Failure for a line that is longer than any row, or when the text cannot be read on
+  /// @throws Failure for a line that is longer than any row can be, or when reading fails
   bool next();
 
   /// The line without its end; valid until the next one is read.
   std::string_view line() const { return line_; }
-  /// Its entries, parted by single separators, or by any number of blanks.
+  /// The entries of the line, separated by single separators; a blank separator means any number of blanks.
   std::vector<Field> fields(char separator) const;
   std::vector<Field> words() const;
 
   /// @throws Failure "file:line:column: reason"
   [[noreturn]] void refuse(const Field& field, const std::string& reason) const;
 
-  // Each refuses, by its name, a field that is something else.
+  // Each throws a Failure with the name of the field if it has another form.
 
   double number(const Field& field, const std::string& name) const;  ///< finite
   /// A number that is not below zero.
   double extent(const Field& field, const std::string& name) const;
   std::int32_t wholeNumber(const Field& field, const std::string& name) const;
-  /// Seconds as nanoseconds, rounded to the nearest one; less than 4.6e9 (145 years) off zero, so that the
-  /// time between any two can be told.
+  /// Seconds as nanoseconds, rounded to the nearest one. Less than 4.6e9 s (145 years) from zero, so that the
+  /// time between any two fits.
   std::int64_t nanoseconds(const Field& field, const std::string& name) const;
 
  private:

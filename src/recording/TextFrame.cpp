@@ -19,12 +19,12 @@
 namespace orvantis::toolkit {
 namespace {
 
-// What stands before the rows.
+// What was read before the rows.
 struct Start {
   LineCursor rows;  // its next line is the first row
   std::optional<std::uint64_t> count;
   std::uint64_t countLine = 0;
-  ColumnNames names;  // none: the file names no columns
+  ColumnNames names;  // empty when the file does not name its columns
   std::uint64_t namesLine = 0;
   std::string_view lastComment;
   char separator = ' ';
@@ -38,7 +38,7 @@ std::string_view textWithoutMark(std::span<const std::byte> bytes) {
   return text.substr(0, 3) == "\xEF\xBB\xBF" ? text.substr(3) : text;
 }
 
-// @param others those that count before blanks do
+// @param others the separators that are tried before blanks
 char separatorOf(std::string_view line, std::string_view others) {
   for (const char separator : others) {
     if (line.find(separator) != std::string_view::npos) {
@@ -79,7 +79,7 @@ std::optional<std::uint64_t> countIn(std::string_view line) {
   return end == last && error == std::errc() ? std::optional(count) : std::nullopt;
 }
 
-// On to the next line that is not a comment. @return whether there is one; the cursor is before it
+// Finds the next line that is not a comment, and leaves the cursor before it. @return whether there is one
 bool findLine(Start& start, std::string_view& line) {
   LineCursor ahead = start.rows;
   while (ahead.next()) {
@@ -95,7 +95,7 @@ bool findLine(Start& start, std::string_view& line) {
   return false;
 }
 
-// A line of words without a number among them names the columns. Names may hold blanks where tabs part them.
+// A line of words that are not numbers names the columns. Names may have blanks if tabs separate them.
 void readNames(Start& start, std::string_view line) {
   start.separator = separatorOf(line, ";,\t");
   const std::vector<std::string_view> fields = splitRow(line, start.separator, mostColumns + 1);
@@ -129,8 +129,7 @@ Start readStart(std::string_view text) {
   return start;
 }
 
-// A comment right before the rows may be a header: where it has a word for each column, x, y and z among
-// them.
+// A comment right before the rows is a header if it has a word for each column and x, y and z are among them.
 ColumnNames namesInComment(const Start& start, std::size_t columns) {
   const std::size_t begin = start.lastComment.find_first_not_of("#/ \t");
   if (begin == std::string_view::npos) {

@@ -8,10 +8,10 @@
 
 namespace orvantis::toolkit {
 
-/// Reads a text with a point in each row: values parted by blanks, tabs, commas or semicolons, after comments
-/// ("#", "//"), the number of points, or a header that names the columns. Without names, x, y and z come
-/// first.
-/// @param names the columns, instead of those that the file names; none: the file's
+/// Reads a text with a point in each row. Blanks, tabs, commas or semicolons separate the values. Before the
+/// rows there may be comments ("#", "//"), the number of points, or a header that names the columns. Without
+/// names, x, y and z come first.
+/// @param names the columns, instead of those that the file names; empty: the file's
 /// @throws ReadError
 Frame readText(std::span<const std::byte> bytes, const ColumnNames& names, FrameMemory& memory);
 

@@ -22,7 +22,7 @@ std::string othersInWords(const Topics& topics) {
   return topics.empty() ? "it has no topics" : "it has " + listOf(topics);
 }
 
-// Clouds that only their own packages can unfold.
+// A hint for compressed clouds, which only their own packages can unfold.
 std::string hintFor(const Topics& topics) {
   for (const TopicContents& contents : topics) {
     if (contents.topic.type.ends_with("/CompressedPointCloud2")) {
@@ -33,7 +33,7 @@ std::string hintFor(const Topics& topics) {
   return "";
 }
 
-// A bag may hold topics of one name and several types.
+// A bag may have several topics of the same name with different types.
 std::optional<std::string> faultOfTopic(const std::string& name, const Topics& topics) {
   const auto isNamed = [&](const TopicContents& contents) { return contents.topic.name == name; };
   if (std::none_of(topics.begin(), topics.end(), isNamed)) {

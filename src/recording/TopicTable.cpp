@@ -21,7 +21,7 @@ CloudEncoding cloudEncoding(std::string_view type, std::string_view encoding) {
 
 std::size_t TopicTable::add(std::string_view name, std::string_view type, std::string_view encoding,
                             std::uint64_t place) {
-  // The lengths part the texts: any byte may stand in a name.
+  // The lengths separate the texts, because a name may have any bytes.
   std::string key = std::to_string(name.size()) + ' ' + std::to_string(type.size()) + ' ';
   key.append(name).append(type).append(encoding);
   const auto [at, isNew] = numbers_.try_emplace(std::move(key), topics_.size());

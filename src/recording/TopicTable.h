@@ -12,33 +12,33 @@
 
 namespace orvantis::toolkit {
 
-/// The memory that names in a recording may take: a compressed chunk of a few kilobytes may unfold to a
-/// million of them.
+/// The most memory that the names in a recording may take. Without a limit, a compressed chunk of a few
+/// kilobytes could unfold to a million names.
 inline constexpr std::size_t mostBytesOfNames = std::size_t{16} * 1024 * 1024;
 
-/// How the bytes of a message are to be read.
+/// The encoding of a point cloud message; none when it cannot be read.
 enum class CloudEncoding : std::uint8_t { none, ros1, cdr };
 
 /// A topic of a recording.
 struct Topic {
   std::string name;
-  std::string type;      ///< such as "sensor_msgs/msg/PointCloud2"; empty where the recording does not say
+  std::string type;      ///< such as "sensor_msgs/msg/PointCloud2"; empty when not known
   std::string encoding;  ///< such as "cdr", "ros1" or "json"
 
-  std::optional<std::uint64_t> messages;  ///< in the whole recording, where its index says
-  std::uint64_t read = 0;                 ///< whole messages that were passed so far
-  filter::monitor::Stamp firstLogged{};   ///< of these
+  std::optional<std::uint64_t> messages;  ///< in the whole recording, if its index says
+  std::uint64_t read = 0;                 ///< whole messages that were read or skipped so far
+  filter::monitor::Stamp firstLogged{};   ///< of these messages
   filter::monitor::Stamp lastLogged{};
 
-  /// Other than none: the topic holds point clouds that can be read.
+  /// If it is not `none`, the topic has point clouds that can be read.
   CloudEncoding cloud = CloudEncoding::none;
 };
 
-/// The topics of a recording, each once, in the order in which they were found.
+/// The topics of a recording without repetition, in the order in which they were found.
 class TopicTable {
  public:
-  /// The number of the topic of this name, type and encoding, which is added when it is new.
-  /// @throws ReadError at `place` when names would fill the memory
+  /// The number of the topic of this name, type and encoding. A new topic is added.
+  /// @throws ReadError at `place` when the names take more than `mostBytesOfNames`
   std::size_t add(std::string_view name, std::string_view type, std::string_view encoding,
                   std::uint64_t place);
 

@@ -16,7 +16,7 @@ using filter::monitor::TrackedObject;
 
 constexpr std::string_view csvHeader = "stamp,id,class,x,y,length,width,heading,zmin,zmax";
 
-// What a row says about an object, in the frame of the sensor.
+// The box of an object as its row says, in the frame of the sensor.
 struct Box {
   double x;
   double y;
@@ -96,7 +96,7 @@ TrackReader::Row TrackReader::csvRow() const {
 
 TrackReader::Row TrackReader::kittiRow() const {
   const std::vector<Field> f = rows_.words();
-  if (f.size() != 17 && f.size() != 18) {  // trackers append a score
+  if (f.size() != 17 && f.size() != 18) {  // trackers may append a score
     rows_.refuse(f.empty() ? Field() : f.back(),
                  "the row has " + std::to_string(f.size()) + " columns instead of 17");
   }
@@ -116,7 +116,8 @@ TrackReader::Row TrackReader::kittiRow() const {
   const double height = rows_.extent(f[10], "height");
   const double width = rows_.extent(f[11], "width");
   const double length = rows_.extent(f[12], "length");
-  // The camera looks along its z; its x points to the right and its y down, to the middle of the bottom.
+  // The camera looks along its z axis; its x axis points to the right and its y axis down. The place is the
+  // middle of the bottom of the box.
   const double right = rows_.number(f[13], "x");
   const double down = rows_.number(f[14], "y");
   const double forward = rows_.number(f[15], "z");

@@ -18,7 +18,7 @@ namespace orvantis::toolkit {
 
 enum class TracksFormat {
   Csv,    ///< with the header stamp,id,class,x,y,length,width,heading,zmin,zmax
-  Kitti,  ///< KITTI tracking labels, turned to the level plane
+  Kitti,  ///< KITTI tracking labels, whose camera axes are turned to the plan
 };
 
 /// The objects that a tracker reported for one stamp.
@@ -27,13 +27,14 @@ struct TrackFrame {
   std::vector<filter::monitor::TrackedObject> objects;
 };
 
-/// Reads tracked objects from text, frame by frame: it holds no more than one of them. Both formats are
-/// described in docs/command.md.
+/// Reads tracked objects from text, frame by frame, and keeps only one frame in memory. docs/command.md
+/// describes both formats.
 class TrackReader {
  public:
   /// @param path names the text in messages
-  /// @param pose of the sensor that the rows are in the frame of: the objects come out in that of the site. A
-  ///   box is moved by its centre and turned on the plane; it keeps its extents, and stands upright
+  /// @param pose of the sensor. The rows are in the frame of the sensor, the objects are in that of the site.
+  ///   The centre of a box is moved, and the box is turned on the plan; it keeps its extents and stays
+  ///   upright
   /// @throws Failure when the text has a wrong header
   TrackReader(std::unique_ptr<std::istream> in, const std::string& path, TracksFormat format,
               const Pose& pose = {});
@@ -45,8 +46,9 @@ class TrackReader {
  private:
   struct Row {
     filter::monitor::Stamp stamp{0};
-    std::optional<filter::monitor::TrackedObject> object;  // none: the row only says that there was a frame
-    Field id;                                              // of the line that was read last
+    std::optional<filter::monitor::TrackedObject>
+        object;  // empty when the row says only that there was a frame
+    Field id;    // in the line that was read last
   };
 
   std::optional<Row> readRow();
@@ -57,8 +59,8 @@ class TrackReader {
   RowReader rows_;
   TracksFormat format_;
   Pose pose_;
-  std::optional<TrackFrame> frame_;  // of the row that was read ahead
-  std::set<std::int32_t> ids_;       // of its tracks
+  std::optional<TrackFrame> frame_;  // the frame of the row that was read ahead
+  std::set<std::int32_t> ids_;       // the ids in that frame
 };
 
 }  // namespace orvantis::toolkit

@@ -28,7 +28,7 @@ class ZstdSource::Stream {
   Stream(const Stream&) = delete;
   Stream& operator=(const Stream&) = delete;
 
-  // Moves on in the compressed bytes, and gives the number of bytes that came out.
+  // Consumes compressed bytes, and returns the number of bytes that came out.
   std::size_t unfold(std::span<const std::byte> compressed, std::span<std::byte> room, std::uint64_t& taken,
                      std::uint64_t place) {
     ZSTD_inBuffer in{compressed.data(), compressed.size(), 0};

@@ -11,8 +11,8 @@
 
 namespace orvantis::toolkit {
 
-/// What a file that is compressed as a whole with Zstandard unfolds to. It is read forwards; no more is held
-/// than what was asked for last and one step of the decoder.
+/// The content of a file that is compressed as a whole with Zstandard. It is read forwards. Only the last
+/// range that was asked for, and one step of the decoder, are in memory.
 class ZstdSource final : public ByteSource {
  public:
   /// The source must outlive this one.
@@ -24,20 +24,20 @@ class ZstdSource final : public ByteSource {
 
   std::optional<std::uint64_t> size() const override { return std::nullopt; }
 
-  /// @throws ReadError when the compressed bytes are damaged, or more is asked for at once than
-  ///         `unfoldedLimit` of them. Where they are cut off, this source ends, and throws when asked for
-  ///         more.
+  /// @throws ReadError when the compressed bytes are damaged, or when more bytes are asked for at once than
+  ///   `unfoldedLimit` allows. When the compressed bytes are cut off, this source ends there, and throws when
+  ///   it is asked for more
   std::span<const std::byte> bytes(std::uint64_t offset, std::uint64_t count) override;
 
  private:
   class Stream;
 
-  // Adds a step's bytes to the buffer; whether there were any.
+  // Adds the bytes of one step to the buffer. @return whether there were any
   bool grow();
 
   ByteSource& compressed_;
   std::unique_ptr<Stream> stream_;
-  std::uint64_t taken_ = 0;  ///< of the compressed bytes
+  std::uint64_t taken_ = 0;  ///< how many compressed bytes were read
   std::uint64_t begin_ = 0;  ///< the offset of the first byte held
   std::vector<std::byte> buffer_;
   std::size_t first_ = 0;  ///< the bytes held are [first_, end_) of the buffer
