@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <functional>
 #include <limits>
+#include <numeric>
 
 #include "classify/Flags.h"
 
@@ -60,11 +61,16 @@ Folding foldingOver(const std::vector<double>& starts) {
     gaps.push_back(starts[i] - starts[i - 1]);
   }
   std::sort(gaps.begin(), gaps.end(), std::greater<>());
-  double length = starts.back() - starts.front();
-  const double shortest = length - gaps[0] - gaps[1] - gaps[2];
+  // Added up from the narrowest gap on: taken from the whole length, a wide gap would take the digits of the
+  // narrow ones with it, and what is left could be nothing where metres are left.
+  const auto lengthWithout = [&gaps](std::size_t widest) {
+    return std::accumulate(gaps.rbegin(), gaps.rend() - static_cast<std::ptrdiff_t>(widest), 0.0);
+  };
+  const double shortest = lengthWithout(Folding::mostPieces - 1);
   std::size_t numGaps = 0;
+  double length = lengthWithout(numGaps);
   while (numGaps + 1 < Folding::mostPieces && length > narrow * numBuckets && length > 2.0 * shortest) {
-    length -= gaps[numGaps++];
+    length = lengthWithout(++numGaps);
   }
   const double leastGap = numGaps > 0 ? gaps[numGaps - 1] : infinity;
 

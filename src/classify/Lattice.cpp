@@ -1,5 +1,11 @@
 #include "classify/Lattice.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <functional>
+#include <numeric>
+
 namespace orvantis::filter::classify {
 namespace {
 
@@ -92,14 +98,19 @@ std::vector<Axis::Interval> piecesOf(std::vector<Axis::Interval> intervals) {
   }
   std::vector<double> widest = gaps;
   std::sort(widest.begin(), widest.end(), std::greater<>());
-  double left = pieces.empty() ? 0.0 : pieces.back().high - pieces.front().low;
+  // Added up from the narrowest gap on, for a wide one would take the digits of the others with it.
+  const auto left = [&](std::size_t kept) {
+    return std::accumulate(widest.rbegin(), widest.rend() - static_cast<std::ptrdiff_t>(kept),
+                           lengthOf(pieces));
+  };
   std::size_t numKept = 0;
-  while (numKept < widest.size() && numKept + 1 < Folding::mostPieces && widest[numKept] > 0.5 * left) {
-    left -= widest[numKept++];
+  while (numKept < widest.size() && numKept + 1 < Folding::mostPieces &&
+         widest[numKept] > 0.5 * left(numKept)) {
+    ++numKept;
   }
   std::vector<Interval> result;
   for (std::size_t i = 0; i < pieces.size(); ++i) {
-    if (i > 0 && (numKept == 0 || gaps[i - 1] < widest[numKept - 1])) {
+    if (i > 0 && (result.size() > numKept || gaps[i - 1] < widest[numKept - 1])) {
       result.back().high = pieces[i].high;
     } else {
       result.push_back(pieces[i]);

@@ -6,6 +6,8 @@
 #include <limits>
 #include <memory>
 #include <ostream>
+#include <random>
+#include <sstream>
 #include <utility>
 #include <vector>
 
@@ -198,6 +200,26 @@ TEST(Tables, OfHeightsHaveAtMost4096BucketsAndTwo) {
       bounds.emplace_back(step * i * i, step * (i * i + 7.5));
       EXPECT_LE(heightsOfZones(bounds).slabs.size(), 4098U) << step << ", " << i;
     }
+  }
+}
+
+// A gap of 1e30 m beside one of a metre: what is left without the wide gap is a metre, whatever rounding
+// says.
+TEST(Tables, OfHeightsHaveAsManyBucketsWhateverTheGaps) {
+  std::mt19937_64 random(20261122);
+  for (int round = 0; round < 20000; ++round) {
+    std::vector<std::pair<double, double>> bounds(1 + random() % 5);
+    const auto height = [&random]() {
+      const double magnitude = std::exp2(static_cast<double>(random() % 220) - 110.0);
+      return (random() % 2 == 0 ? -1.0 : 1.0) * magnitude * static_cast<double>(random() % 4);
+    };
+    std::ostringstream text;
+    for (auto& [low, high] : bounds) {
+      low = height();
+      high = height();
+      text << low << ' ' << high << ", ";
+    }
+    EXPECT_LE(heightsOfZones(bounds).slabs.size(), 4098U) << text.str();
   }
 }
 
