@@ -144,8 +144,7 @@ class ORVANTIS_API SettingsManager : public LoggedComponent {
   const std::vector<Tree*>& childrenNamed(const std::string& name) const;
   const std::string& enter(Tree* node, const std::string& name);
   Tree* append(const std::string& name);
-  template <typename T>
-  void wrote(const Tree& node, const T& value);
+  void setNotation(const Tree& node, unsigned char notation);
 
   Tree root_;
   mutable std::vector<PathEntry> path_;  // mutable for the remembered children alone

@@ -96,6 +96,15 @@ void forEachNode(const ptree& root, const Visit& visit) {
   }
 }
 
+// How a value is written, beyond its text: a text that reads as a number stands in quotes.
+template <typename T>
+unsigned char notationOf(const T& value) {
+  if constexpr (std::is_same_v<T, std::string>) {
+    return json::needsQuotedFlag(value) ? json::Quoted : 0;
+  }
+  return 0;
+}
+
 }  // namespace
 
 const std::string SettingsManager::JSON = "json";
@@ -247,7 +256,7 @@ void SettingsManager::put(const std::string& key, const T& value) {
   ptree& node = makeKey(current(), key);
   list.known = wasKnown && current().size() == size;
   node.data().swap(*text);
-  wrote(node, value);
+  setNotation(node, notationOf(value));
 }
 
 void SettingsManager::add(const std::string& key, const std::string& value) {
@@ -256,7 +265,7 @@ void SettingsManager::add(const std::string& key, const std::string& value) {
   path_.back().list.known = false;
   ptree& node = addKey(current(), key);
   node.data().swap(text);
-  wrote(node, value);
+  setNotation(node, notationOf(value));
 }
 
 std::string SettingsManager::getIndexedValue(const std::string& name, int index) const {
@@ -337,17 +346,12 @@ ptree* SettingsManager::append(const std::string& name) {
   return node;
 }
 
-template <typename T>
-void SettingsManager::wrote(const ptree& node, const T& value) {
-  unsigned char flags = 0;
-  if constexpr (std::is_same_v<T, std::string>) {
-    flags = json::needsQuotedFlag(value) ? json::Quoted : 0;
-  }
+void SettingsManager::setNotation(const ptree& node, unsigned char notation) {
   if (const auto found = notation_.find(&node); found != notation_.end()) {
     // The value is new, but the node is still the only element of its array.
-    found->second = static_cast<unsigned char>(flags | (found->second & json::OneElementList));
-  } else if (flags != 0) {
-    notation_.emplace(&node, flags);
+    found->second = static_cast<unsigned char>(notation | (found->second & json::OneElementList));
+  } else if (notation != 0) {
+    notation_.emplace(&node, notation);
   }
 }
 
