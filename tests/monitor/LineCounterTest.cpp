@@ -189,7 +189,8 @@ TEST(LineCrossings, PassesBackAreTakenOff) {
   // Over, back beside, and on beside: in sum that is over.
   EXPECT_EQ(
       walkOnXAxis({{2, 2}, {2, -0.25}, {-4, -0.25}, {-4, 0.25}, {-4, -0.25}, {-4, -2}}).crossings.size(), 1U);
-  // Beside, back over, beside: in sum it went over the segment backwards, which does not count as a crossing either way.
+  // Beside, back over, beside: in sum it went over the segment backwards, which does not count as a crossing
+  // either way.
   EXPECT_TRUE(walkOnXAxis({{-4, 2}, {-4, -0.25}, {2, -0.25}, {2, 0.25}, {-4, 0.25}, {-4, -0.25}, {-4, -2}})
                   .crossings.empty());
 }

@@ -158,8 +158,8 @@ TEST(Nearest, BearingsAroundEveryThirtySecond) {
   }
 }
 
-// Where a bearing is below the normal doubles, y/x may be exactly the middle between two of them; the bearing is
-// below it.
+// Where a bearing is below the normal doubles, y/x may be exactly the middle between two of them; the bearing
+// is below it.
 TEST(Nearest, BearingsBelowTheNormalDoubles) {
   constexpr double least = 0x1p-1074;
   EXPECT_EQ(bearing(least, 2.0), 0.0);
