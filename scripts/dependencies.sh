@@ -1,12 +1,17 @@
 # Sourced by the other scripts: what the project needs from the system, and how it gets there.
 
-packages=(
-  g++ cmake ninja-build pkg-config     # tools
+# What the command needs that reads whatever is not compressed: all that demo.sh installs.
+command_packages=(
+  g++ cmake ninja-build                # tools
   libboost1.81-dev libeigen3-dev libspdlog-dev  # the libraries
   libhwy-dev                           # the batch classifier and check sums
-  libbz2-dev liblz4-dev libzstd-dev    # the compressions of recordings
   libcli11-dev                         # the zone-detector command
-  libgtest-dev libmpfr-dev python3-jsonschema  # the tests
+)
+
+packages=(
+  "${command_packages[@]}"
+  pkg-config libbz2-dev liblz4-dev libzstd-dev  # the compressions of recordings
+  libgtest-dev libmpfr-dev python3-jsonschema   # the tests
 )
 
 # What the Python module needs besides, and its tests; test.sh installs them.

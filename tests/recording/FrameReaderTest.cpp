@@ -1,7 +1,9 @@
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <random>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -9,6 +11,7 @@
 
 #include "FrameFiles.h"
 #include "recording/FrameReader.h"
+#include "recording/ReadError.h"
 #include "support/AllocationCounter.h"
 
 namespace orvantis::toolkit {
@@ -129,6 +132,25 @@ TEST(FrameReader, OneReaderReadsAllKinds) {
   }
 }
 
+// With the thread sanitizer this finds what readers share.
+TEST(FrameReader, ReadersOfSeveralThreadsDoNotMeet) {
+  std::vector<std::thread> threads;
+  std::atomic<int> numRead = 0;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([&numRead] {
+      FrameReader reader;
+      for (const Sample& sample : samples()) {
+        const Frame frame = reader.read(testing::bytesOf(sample.bytes), frameKindOf(sample.name).value());
+        numRead += testing::pointsOf(frame.points) == twoPoints ? 1 : 0;
+      }
+    });
+  }
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
+  EXPECT_EQ(numRead, 4 * static_cast<int>(samples().size()));
+}
+
 // A row of text that is cut inside its last number is another number, which nobody can tell.
 TEST(FrameReader, FilesCutAtAnyByteGiveWholePointsOrAReason) {
   for (const Sample& sample : samples()) {
@@ -142,6 +164,43 @@ TEST(FrameReader, FilesCutAtAnyByteGiveWholePointsOrAReason) {
       }
       EXPECT_TRUE(std::equal(points.begin(), points.end(), twoPoints.begin()));
     }
+  }
+}
+
+// Whatever a header says of sizes: no more memory than four times the file, and a reason.
+TEST(FrameReader, SizesInHeadersAreNotTrusted) {
+  const auto pcd = [](const std::string& size, const std::string& width, const std::string& data) {
+    return "VERSION 0.7\nFIELDS x y z\nSIZE " + size + "\nTYPE F F F\nCOUNT 1 1 1\nWIDTH " + width +
+           "\nHEIGHT 1\nPOINTS " + width + "\nDATA " + data;
+  };
+  const auto ply = [](const std::string& format, const std::string& count) {
+    return "ply\nformat " + format + " 1.0\nelement vertex " + count +
+           "\nproperty float x\nproperty float y\nproperty float z\nend_header\n" + std::string(24, '1');
+  };
+  std::string manyLas = las();
+  manyLas.replace(107, 4, "\xFF\xFF\xFF\xFF");
+  std::string farLas = las();
+  farLas.replace(96, 4, "\xF0\xFF\xFF\xFF");
+  std::vector<Sample> liars = {{"many.las", manyLas}, {"far.las", farLas}};
+  for (const std::string count :
+       {"1000000000", "4294967295", "18446744073709551615", "99999999999999999999"}) {
+    liars.push_back({"binary.pcd", pcd("4 4 4", count, "binary\n" + std::string(24, 'a'))});
+    liars.push_back({"ascii.pcd", pcd("4 4 4", count, "ascii\n1 2 3\n")});
+    liars.push_back({"wide.pcd", pcd("4 " + count + " 4", "2", "binary\n" + std::string(24, 'a'))});
+    liars.push_back({"packed.pcd", pcd("4 4 4", count,
+                                       "binary_compressed\n" + raw<std::uint32_t>({25, 0xFFFFFFFF}) +
+                                           std::string(25, '\x17'))});
+    liars.push_back({"ascii.ply", ply("ascii", count)});
+    liars.push_back({"little.ply", ply("binary_little_endian", count)});
+    liars.push_back({"count.pts", count + "\n1 2 3\n"});
+  }
+  for (const Sample& liar : liars) {
+    SCOPED_TRACE(liar.name);
+    constexpr std::size_t forTexts = 1 << 14;
+    const orvantis::testing::AllocationCounter counter;
+    FrameReader reader;
+    EXPECT_THROW(reader.read(testing::bytesOf(liar.bytes), frameKindOf(liar.name).value()), ReadError);
+    EXPECT_LE(counter.bytes(), 4 * liar.bytes.size() + forTexts);
   }
 }
 
