@@ -40,7 +40,23 @@ function Panel({ state }: { state: State }) {
     <aside class="panel" aria-label="Panels">
       <div class="tabs" role="tablist" aria-label="Panels" onKeyDown={walk}>
         {TABS.map((one) => (
-          <button key={one.tab} id={`tab-${one.tab}`} type="button" role="tab" aria-selected={tab === one.tab} aria-controls="panel" tabindex={tab === one.tab ? 0 : -1} class={one.tab === 'findings' && state.check?.findings.some((finding) => finding.severity === 'error') ? 'bad' : ''} onClick={() => set({ tab: one.tab })}>{one.name(state)}</button>
+          <button
+            key={one.tab}
+            id={`tab-${one.tab}`}
+            type="button"
+            role="tab"
+            aria-selected={tab === one.tab}
+            aria-controls="panel"
+            tabindex={tab === one.tab ? 0 : -1}
+            class={
+              one.tab === 'findings' && state.check?.findings.some((finding) => finding.severity === 'error')
+                ? 'bad'
+                : ''
+            }
+            onClick={() => set({ tab: one.tab })}
+          >
+            {one.name(state)}
+          </button>
         ))}
       </div>
       <div id="panel" class="content" role="tabpanel" aria-labelledby={`tab-${tab}`} tabindex={0}>
@@ -79,7 +95,11 @@ export function App() {
       <Bar state={state} />
       <Tools state={state} />
       <main class="work">
-        {state.view === 'plan' ? <PlanView state={state} isDark={isDark} /> : <SolidView state={state} isDark={isDark} />}
+        {state.view === 'plan' ? (
+          <PlanView state={state} isDark={isDark} />
+        ) : (
+          <SolidView state={state} isDark={isDark} />
+        )}
         <SideView state={state} isDark={isDark} />
       </main>
       <Panel state={state} />
@@ -98,7 +118,9 @@ export function App() {
           <span title="The engine's version and its memory">{state.engineVersion}</span>
         </div>
       </footer>
-      <p class={`message ${state.message?.isError ? 'error' : ''}`} role={state.message?.isError ? 'alert' : 'status'}>{state.message?.text ?? ''}</p>
+      <p class={`message ${state.message?.isError ? 'error' : ''}`} role={state.message?.isError ? 'alert' : 'status'}>
+        {state.message?.text ?? ''}
+      </p>
       {state.showHelp ? <Help /> : null}
     </div>
   );

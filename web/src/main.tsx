@@ -26,9 +26,14 @@ async function firstDocument(): Promise<First> {
     sayError(error);
     return null;
   });
-  if (linked !== null) return { text: linked, savedText: '', fileName: 'linked.json', note: 'This document came with the link.' };
+  if (linked !== null)
+    return { text: linked, savedText: '', fileName: 'linked.json', note: 'This document came with the link.' };
   const kept = await restored();
-  if (kept) return { ...kept, note: `Work on ${kept.fileName} that was not saved is here again. Undo leads back to what was saved.` };
+  if (kept)
+    return {
+      ...kept,
+      note: `Work on ${kept.fileName} that was not saved is here again. Undo leads back to what was saved.`,
+    };
   const text = await exampleDocument();
   return { text, savedText: text, fileName: EXAMPLE_NAME, note: '' };
 }
@@ -37,7 +42,12 @@ async function start(): Promise<void> {
   const first = await firstDocument();
   const { text, savedText, fileName, note } = first;
   // Work that was restored is one step after what was saved, so that it can be undone.
-  set({ history: begin(savedText && note ? savedText : text), savedText, fileName, before: { label: 'as opened', text: savedText || text, session: null } });
+  set({
+    history: begin(savedText && note ? savedText : text),
+    savedText,
+    fileName,
+    before: { label: 'as opened', text: savedText || text, session: null },
+  });
   set({ history: stepped(get().history, 'Work that was not saved', text) });
   set({ activeField: get().doc.fields[0]?.index ?? 0 });
   fitZones();
@@ -55,4 +65,5 @@ async function start(): Promise<void> {
 render(<App />, document.getElementById('page')!);
 obeyKeys();
 start().catch(sayError);
-if ('serviceWorker' in navigator && import.meta.env.PROD) navigator.serviceWorker.register(new URL('sw.js', document.baseURI)).catch(() => undefined);
+if ('serviceWorker' in navigator && import.meta.env.PROD)
+  navigator.serviceWorker.register(new URL('sw.js', document.baseURI)).catch(() => undefined);

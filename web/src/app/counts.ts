@@ -58,7 +58,10 @@ export function lampsOf(state: State): readonly (Lamp | null)[] {
     if (!zone) return null;
     const occupied = isOccupied(state, zone);
     const isActiveHigh = state.doc.options.triggerActiveLevel === 'high';
-    const level = state.session && state.session.activeField === state.activeField ? ((state.session.outputs[state.moment] ?? 0) >> slot) & 1 : Number(occupied === isActiveHigh);
+    const level =
+      state.session && state.session.activeField === state.activeField
+        ? ((state.session.outputs[state.moment] ?? 0) >> slot) & 1
+        : Number(occupied === isActiveHigh);
     return { name: zone.name, isOccupied: occupied, isHigh: level === 1 };
   });
 }

@@ -14,7 +14,10 @@ function freshName(doc: Doc, stem: string): string {
 
 // New zones reach as high as the zones that are there, or from a little over the ground to over a person's head.
 function heightsOf(doc: Doc, target: Target): { zMin: number; zMax: number } {
-  const like = target.kind === 'exclusion' ? doc.exclusions.at(-1) : (target.kind === 'field' ? doc.fields[target.field] : doc.fields.at(-1))?.zones.at(-1);
+  const like =
+    target.kind === 'exclusion'
+      ? doc.exclusions.at(-1)
+      : (target.kind === 'field' ? doc.fields[target.field] : doc.fields.at(-1))?.zones.at(-1);
   if (like && Number.isFinite(like.zMin) && Number.isFinite(like.zMax)) return { zMin: like.zMin, zMax: like.zMax };
   const ground = get().scene?.ground ?? 0;
   return { zMin: tidy(Math.round((ground + 0.2) * 100) / 100), zMax: tidy(Math.round((ground + 2.2) * 100) / 100) };
@@ -22,8 +25,12 @@ function heightsOf(doc: Doc, target: Target): { zMin: number; zMax: number } {
 
 /** Why nothing more can be drawn there; empty: it can. */
 export function whyFull(doc: Doc, target: Target): string {
-  if (target.kind === 'exclusion') return doc.exclusions.length < MOST_EXCLUSIONS ? '' : `The document has its ${MOST_EXCLUSIONS} exclusion zones already.`;
-  if (target.kind === 'new') return doc.fields.length < MOST_FIELDS ? '' : `The document has its ${MOST_FIELDS} fields already.`;
+  if (target.kind === 'exclusion')
+    return doc.exclusions.length < MOST_EXCLUSIONS
+      ? ''
+      : `The document has its ${MOST_EXCLUSIONS} exclusion zones already.`;
+  if (target.kind === 'new')
+    return doc.fields.length < MOST_FIELDS ? '' : `The document has its ${MOST_FIELDS} fields already.`;
   const field = doc.fields[target.field];
   if (!field) return 'That field is not there any more.';
   const isFull = field.zones.length >= MOST_ZONES || freeSlot(field.zones, MOST_ZONES) === undefined;
@@ -76,14 +83,17 @@ function addLine(first: Pt, second: Pt): void {
 /** The sector between two places: from the bearing of the first counterclockwise to that of the second. */
 export function sectorOf(first: Pt, second: Pt): Shape | null {
   const radius = tidy(Math.round(distance({ x: 0, y: 0 }, first) * 1e3) / 1e3);
-  return radius > 0 ? { kind: 'sector', minAngle: tidy(bearing(first)), maxAngle: tidy(bearing(second)), radius } : null;
+  return radius > 0
+    ? { kind: 'sector', minAngle: tidy(bearing(first)), maxAngle: tidy(bearing(second)), radius }
+    : null;
 }
 
 /** A place was clicked while a tool was in hand. */
 export function placePoint(p: Pt): void {
   const { tool, sketch } = get();
   if (tool === 'polygon') {
-    if (sketch.length >= MOST_VERTICES) return say(`A polygon has at most ${MOST_VERTICES} vertices. Enter closes it.`, true);
+    if (sketch.length >= MOST_VERTICES)
+      return say(`A polygon has at most ${MOST_VERTICES} vertices. Enter closes it.`, true);
     if (sketch.length > 0 && distance(sketch.at(-1)!, p) < 1e-9) return;
     set({ sketch: [...sketch, p], message: null });
     return;

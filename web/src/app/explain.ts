@@ -18,7 +18,12 @@ export async function explain(question: Question): Promise<void> {
         : question.kind === 'line'
           ? await engine.explainLine(recording.id, history.text, question.line, moment, options)
           : await engine.explainTrack(recording.id, history.text, question.line, question.track, moment, options);
-    const what = question.kind === 'zones' ? 'All zones' : question.kind === 'line' ? `Line ${question.line}` : `Track ${question.track} at line ${question.line}`;
+    const what =
+      question.kind === 'zones'
+        ? 'All zones'
+        : question.kind === 'line'
+          ? `Line ${question.line}`
+          : `Track ${question.track} at line ${question.line}`;
     set({ explanation, explained: `${what}, moment ${moment + 1}` });
   } catch (error) {
     sayError(error);

@@ -1,14 +1,14 @@
 // Opening what is dropped or picked: documents, frames, recordings, tracks. Nothing leaves the computer.
 
-import type { Source } from '../../engine/types';
+import type { Engine, Recording, Session, Source } from '../../engine/types';
 import { stepped } from '../edit/history';
 import { read } from '../edit/model';
 import { JsonFault } from '../text/json';
 import { say, sayError } from './actions';
-import { forgetScenes } from './follow';
+import { evaluated, forgetScenes } from './follow';
 import { pause } from './play';
 import { fitZones } from './look';
-import { get, set } from './state';
+import { get, set, textOf } from './state';
 
 export interface Opened {
   readonly file: File;
@@ -61,7 +61,8 @@ export function openDocument(text: string, fileName: string, isSaved: boolean): 
 const LARGEST_READ = 8 << 20;
 
 async function documentText(file: File): Promise<string> {
-  if (file.size > LARGEST_READ) throw new Error(`${file.name} has ${file.size} bytes; a document has fewer than 102400.`);
+  if (file.size > LARGEST_READ)
+    throw new Error(`${file.name} has ${file.size} bytes; a document has fewer than 102400.`);
   const bytes = await file.arrayBuffer();
   try {
     return new TextDecoder('utf-8', { fatal: true, ignoreBOM: true }).decode(bytes);
@@ -91,15 +92,55 @@ export async function openSources(newClouds: readonly Source[], tracks: Source |
     const scene = await engine.openFrame(all[0]!);
     forget();
     clouds = all;
-    set({ scene, sceneName: name, recording: null, session: null, objects: [], before: { ...get().before, session: null } });
-    say(scene.positions.length === 0 ? `${name} has no finite point: there is nothing to see.` : `${name}: ${scene.points} points, ${scene.noReturns} no returns.`);
+    set({
+      scene,
+      counts: null,
+      sceneName: name,
+      recording: null,
+      session: null,
+      objects: [],
+      before: { ...get().before, session: null },
+    });
+    say(
+      scene.positions.length === 0
+        ? `${name} has no finite point: there is nothing to see.`
+        : `${name}: ${scene.points} points, ${scene.noReturns} no returns.`,
+    );
   } else {
-    const recording = await engine.openRecording({ ...(all.length > 0 ? { clouds: all } : {}), ...(tracks ? { tracks } : {}) });
+    const recording = await engine.openRecording({
+      ...(all.length > 0 ? { clouds: all } : {}),
+      ...(tracks ? { tracks } : {}),
+    });
+    const session = await firstSession(engine, recording);
     forget();
     clouds = all;
     const { before } = get();
-    set({ session: null, scene: null, counts: null, objects: [], moment: 0, explanation: null, before: { ...before, session: null } });
-    set({ recording, recordingName: name, sceneName: name });
+    set({
+      recording,
+      session,
+      recordingName: name,
+      sceneName: name,
+      scene: null,
+      counts: null,
+      objects: [],
+      moment: 0,
+      explanation: null,
+      before: { ...before, session: null },
+    });
+  }
+}
+
+// Evaluated once before it takes the place of what is there, so that what cannot be read changes nothing.
+async function firstSession(engine: Engine, recording: Recording): Promise<Session> {
+  try {
+    const session = await evaluated(recording, textOf());
+    if (session) return session;
+    throw new Error('The document has errors: mend it first, the recording is evaluated by it.');
+  } catch (error) {
+    void engine.closeRecording(recording.id);
+    throw error;
+  } finally {
+    set({ progress: '' });
   }
 }
 
@@ -127,7 +168,8 @@ export async function open(files: readonly Opened[]): Promise<void> {
       say(`${first.file.name} is open.`);
     }
     const name = (frames[0] ?? tracks[0])?.name ?? '';
-    if (name) await openSources(frames, tracks[0] ?? null, frames.length > 1 ? `${name} and ${frames.length - 1} more` : name);
+    if (name)
+      await openSources(frames, tracks[0] ?? null, frames.length > 1 ? `${name} and ${frames.length - 1} more` : name);
   } catch (error) {
     sayError(error);
   }
@@ -147,10 +189,12 @@ export async function compareWith(file: File): Promise<void> {
 
 /** Files of the computer, by the browser's own dialogue. */
 export async function pick(): Promise<void> {
-  const picker = (window as { showOpenFilePicker?: (options: object) => Promise<FileSystemFileHandle[]> }).showOpenFilePicker;
+  const picker = (window as { showOpenFilePicker?: (options: object) => Promise<FileSystemFileHandle[]> })
+    .showOpenFilePicker;
   if (picker) {
     const handles = await picker({ multiple: true }).catch(() => []);
-    if (handles.length > 0) await open(await Promise.all(handles.map(async (one) => ({ file: await one.getFile(), handle: one }))));
+    if (handles.length > 0)
+      await open(await Promise.all(handles.map(async (one) => ({ file: await one.getFile(), handle: one }))));
     return;
   }
   pickPlain(true, (files) => void open(files.map((file) => ({ file }))));
@@ -167,7 +211,9 @@ export function pickPlain(isMany: boolean, take: (files: readonly File[]) => voi
 /** What was dropped; with handles where the browser gives them. */
 export async function dropped(data: DataTransfer): Promise<void> {
   type Item = DataTransferItem & { getAsFileSystemHandle?: () => Promise<FileSystemHandle | null> };
-  const found = [...data.items].filter((one) => one.kind === 'file').map((one: Item) => ({ file: one.getAsFile(), handle: one.getAsFileSystemHandle?.() }));
+  const found = [...data.items]
+    .filter((one) => one.kind === 'file')
+    .map((one: Item) => ({ file: one.getAsFile(), handle: one.getAsFileSystemHandle?.() }));
   const files: Opened[] = [];
   for (const { file, handle: later } of found) {
     const given = await later?.catch(() => null);

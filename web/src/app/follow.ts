@@ -1,6 +1,6 @@
 // Keeps what the engine says in step with the document: findings and counts with every edit, the recording after it.
 
-import type { Count, Scene, Session } from '../../engine/types';
+import type { Count, Recording, Scene, Session } from '../../engine/types';
 import { sayError } from './actions';
 import { get, set, type State, subscribe, textOf } from './state';
 
@@ -89,9 +89,10 @@ function stopRun(): void {
   running = new AbortController();
 }
 
-async function runOf(text: string): Promise<Session | null> {
-  const { engine, recording, activeField } = get();
-  if (!engine || !recording) return null;
+/** The recording by a document; null: the document has errors. */
+export async function evaluated(recording: Recording, text: string): Promise<Session | null> {
+  const { engine, activeField } = get();
+  if (!engine) return null;
   const check = await engine.check(text);
   if (!check.site) return null;
   const hasField = check.site.evaluationFields.some((field) => field.index === activeField);
@@ -107,16 +108,15 @@ const runAgain = newestOnly(async () => {
   const text = textOf();
   const { signal } = running;
   try {
-    const session = await runOf(text);
+    const session = await evaluated(recording, text);
     if (get().recording !== recording) return;
     const old = get().session;
     if (session) {
       set({ session, moment: Math.min(get().moment, Math.max(0, session.moments - 1)) });
       if (old && old !== get().before.session && old !== session) void get().engine?.closeSession(old.id);
-      if (!old) showMoment();
     }
     if (before.session === null && before === get().before) {
-      const first = before.text === text && session ? session : await runOf(before.text);
+      const first = before.text === text && session ? session : await evaluated(recording, before.text);
       if (first && before === get().before) set({ before: { ...before, session: first } });
     }
   } catch (error) {
@@ -140,7 +140,8 @@ function freshBefore(now: State, old: State): void {
   const { before } = now;
   if (now.activeField !== old.activeField && before.session !== null) set({ before: { ...before, session: null } });
   const left = old.before.session;
-  if (before !== old.before && left && left !== before.session && left !== now.session) void now.engine?.closeSession(left.id);
+  if (before !== old.before && left && left !== before.session && left !== now.session)
+    void now.engine?.closeSession(left.id);
 }
 
 function follow(now: State, old: State): void {
@@ -153,7 +154,7 @@ function follow(now: State, old: State): void {
     stopRun();
     runAgain();
   }
-  if (now.recording && now.moment !== old.moment) showMoment();
+  if (now.recording && (now.moment !== old.moment || now.recording !== old.recording)) showMoment();
   freshBefore(now, old);
 }
 

@@ -27,17 +27,30 @@ export interface Key {
 }
 
 const isControl = (event: KeyboardEvent): boolean => event.ctrlKey || event.metaKey;
-const plain = (key: string) => (event: KeyboardEvent): boolean => !isControl(event) && !event.altKey && event.key.toLowerCase() === key;
-const control = (key: string) => (event: KeyboardEvent): boolean => isControl(event) && event.key.toLowerCase() === key;
+const plain =
+  (key: string) =>
+  (event: KeyboardEvent): boolean =>
+    !isControl(event) && !event.altKey && event.key.toLowerCase() === key;
+const control =
+  (key: string) =>
+  (event: KeyboardEvent): boolean =>
+    isControl(event) && event.key.toLowerCase() === key;
 
-const ARROWS: Readonly<Record<string, Pt>> = { ArrowLeft: { x: -1, y: 0 }, ArrowRight: { x: 1, y: 0 }, ArrowUp: { x: 0, y: 1 }, ArrowDown: { x: 0, y: -1 } };
+const ARROWS: Readonly<Record<string, Pt>> = {
+  ArrowLeft: { x: -1, y: 0 },
+  ArrowRight: { x: 1, y: 0 },
+  ArrowUp: { x: 0, y: 1 },
+  ArrowDown: { x: 0, y: -1 },
+};
 
 // The selected corner, or everything that is selected, or the view.
 function arrow(event: KeyboardEvent): void {
   const by = ARROWS[event.key]!;
   const { selection, vertex, doc, camera, view, orbit, locked } = get();
   if (view === 'solid') {
-    return set({ orbit: { ...orbit, yaw: orbit.yaw - by.x * 0.1, pitch: Math.min(1.55, Math.max(0.05, orbit.pitch + by.y * 0.1)) } });
+    return set({
+      orbit: { ...orbit, yaw: orbit.yaw - by.x * 0.1, pitch: Math.min(1.55, Math.max(0.05, orbit.pitch + by.y * 0.1)) },
+    });
   }
   const item = selection.length === 1 ? doc.byId.get(selection[0]!) : undefined;
   if (selection.some((id) => locked.has(keyOf(doc, id)))) return say('What is selected is locked.');
@@ -106,7 +119,12 @@ export function duplicateSelected(): void {
   const { doc } = get();
   if (doc.byId.size > before) {
     const names = new Set(selection.map((id) => doc.byId.get(id)?.name));
-    const copies = [...doc.byId.values()].filter((item) => !names.has(item.name) && [...names].some((name) => item.name.startsWith((name ?? '').slice(0, 8))) && / \d+$/.test(item.name));
+    const copies = [...doc.byId.values()].filter(
+      (item) =>
+        !names.has(item.name) &&
+        [...names].some((name) => item.name.startsWith((name ?? '').slice(0, 8))) &&
+        / \d+$/.test(item.name),
+    );
     set({ selection: copies.slice(-selection.length).map((item) => item.id), vertex: -1 });
   }
 }
@@ -131,38 +149,132 @@ function toggleLocked(): void {
 }
 
 export const KEYS: readonly Key[] = [
-  { keys: '?', what: 'Show or hide this list', test: (event) => event.key === '?', act: () => set({ showHelp: !get().showHelp }) },
-  { keys: 'Ctrl+Z', what: 'Undo, without limit', always: true, test: (event) => control('z')(event) && !event.shiftKey, act: undoStep },
-  { keys: 'Ctrl+Y, Ctrl+Shift+Z', what: 'Redo', always: true, test: (event) => control('y')(event) || (control('z')(event) && event.shiftKey), act: redoStep },
+  {
+    keys: '?',
+    what: 'Show or hide this list',
+    test: (event) => event.key === '?',
+    act: () => set({ showHelp: !get().showHelp }),
+  },
+  {
+    keys: 'Ctrl+Z',
+    what: 'Undo, without limit',
+    always: true,
+    test: (event) => control('z')(event) && !event.shiftKey,
+    act: undoStep,
+  },
+  {
+    keys: 'Ctrl+Y, Ctrl+Shift+Z',
+    what: 'Redo',
+    always: true,
+    test: (event) => control('y')(event) || (control('z')(event) && event.shiftKey),
+    act: redoStep,
+  },
   { keys: 'Ctrl+S', what: 'Save the document', always: true, test: control('s'), act: () => void save() },
   { keys: 'Ctrl+O', what: 'Open files', always: true, test: control('o'), act: () => void pick() },
   { keys: 'V', what: 'Select and move', test: plain('v'), act: () => chooseTool('select') },
-  { keys: 'P', what: 'Draw a polygon; Enter, a double click or its first corner closes it', test: plain('p'), act: () => chooseTool('polygon') },
+  {
+    keys: 'P',
+    what: 'Draw a polygon; Enter, a double click or its first corner closes it',
+    test: plain('p'),
+    act: () => chooseTool('polygon'),
+  },
   { keys: 'R', what: 'Draw a rectangle, corner to corner', test: plain('r'), act: () => chooseTool('rectangle') },
-  { keys: 'S', what: 'Draw a sector: where it begins, then counterclockwise to where it ends', test: plain('s'), act: () => chooseTool('sector') },
-  { keys: 'L', what: 'Draw a counter line; its left side is on the left as it is drawn', test: plain('l'), act: () => chooseTool('line') },
+  {
+    keys: 'S',
+    what: 'Draw a sector: where it begins, then counterclockwise to where it ends',
+    test: plain('s'),
+    act: () => chooseTool('sector'),
+  },
+  {
+    keys: 'L',
+    what: 'Draw a counter line; its left side is on the left as it is drawn',
+    test: plain('l'),
+    act: () => chooseTool('line'),
+  },
   { keys: 'M', what: 'Measure a length and an angle', test: plain('m'), act: () => chooseTool('measure') },
   { keys: 'Enter', what: 'Close the polygon', inView: true, test: plain('enter'), act: closePolygon },
-  { keys: 'Escape', what: 'Give up what is under way; then the tool, the corner, the selection', test: plain('escape'), act: escape },
-  { keys: 'Delete, Backspace', what: 'Remove the chosen corner, else what is selected; while drawing the last corner', inView: true, test: (event) => event.key === 'Delete' || event.key === 'Backspace', act: removeSelected },
-  { keys: 'Arrows', what: 'Move the chosen corner or the selection by 1 cm, with Shift by 10 cm; else the view', inView: true, test: (event) => event.key in ARROWS && !isControl(event), act: arrow },
-  { keys: 'N, B', what: 'Next zone or line, the one before', test: (event) => plain('n')(event) || plain('b')(event), act: (event) => walkItems(event.key.toLowerCase() === 'n' ? 1 : -1) },
-  { keys: 'C, X', what: 'Next corner of the selected shape, the one before', test: (event) => plain('c')(event) || plain('x')(event), act: (event) => walkCorners(event.key.toLowerCase() === 'c' ? 1 : -1) },
-  { keys: 'Ctrl+A', what: 'Select everything', inView: true, test: control('a'), act: () => set({ selection: [...get().doc.byId.keys()], vertex: -1 }) },
+  {
+    keys: 'Escape',
+    what: 'Give up what is under way; then the tool, the corner, the selection',
+    test: plain('escape'),
+    act: escape,
+  },
+  {
+    keys: 'Delete, Backspace',
+    what: 'Remove the chosen corner, else what is selected; while drawing the last corner',
+    inView: true,
+    test: (event) => event.key === 'Delete' || event.key === 'Backspace',
+    act: removeSelected,
+  },
+  {
+    keys: 'Arrows',
+    what: 'Move the chosen corner or the selection by 1 cm, with Shift by 10 cm; else the view',
+    inView: true,
+    test: (event) => event.key in ARROWS && !isControl(event),
+    act: arrow,
+  },
+  {
+    keys: 'N, B',
+    what: 'Next zone or line, the one before',
+    test: (event) => plain('n')(event) || plain('b')(event),
+    act: (event) => walkItems(event.key.toLowerCase() === 'n' ? 1 : -1),
+  },
+  {
+    keys: 'C, X',
+    what: 'Next corner of the selected shape, the one before',
+    test: (event) => plain('c')(event) || plain('x')(event),
+    act: (event) => walkCorners(event.key.toLowerCase() === 'c' ? 1 : -1),
+  },
+  {
+    keys: 'Ctrl+A',
+    what: 'Select everything',
+    inView: true,
+    test: control('a'),
+    act: () => set({ selection: [...get().doc.byId.keys()], vertex: -1 }),
+  },
   { keys: 'Ctrl+D', what: 'Duplicate', test: control('d'), act: duplicateSelected },
-  { keys: 'H, J', what: 'Mirror left and right, up and down', test: (event) => plain('h')(event) || plain('j')(event), act: (event) => mirrorSelected(event.key.toLowerCase() === 'h' ? 'x' : 'y') },
+  {
+    keys: 'H, J',
+    what: 'Mirror left and right, up and down',
+    test: (event) => plain('h')(event) || plain('j')(event),
+    act: (event) => mirrorSelected(event.key.toLowerCase() === 'h' ? 'x' : 'y'),
+  },
   { keys: 'I', what: 'Hide or show what is selected', test: plain('i'), act: toggleHidden },
   { keys: 'K', what: 'Lock or free what is selected', test: plain('k'), act: toggleLocked },
-  { keys: '+, −', what: 'Nearer, farther', test: (event) => !isControl(event) && ['+', '=', '-'].includes(event.key), act: (event) => zoom(event.key === '-' ? 1 / 1.25 : 1.25) },
-  { keys: 'F', what: 'What is selected, or all zones, in view', test: plain('f'), act: () => fitZones(get().selection.map((id) => get().doc.byId.get(id) as Zone)) },
+  {
+    keys: '+, −',
+    what: 'Nearer, farther',
+    test: (event) => !isControl(event) && ['+', '=', '-'].includes(event.key),
+    act: (event) => zoom(event.key === '-' ? 1 / 1.25 : 1.25),
+  },
+  {
+    keys: 'F',
+    what: 'What is selected, or all zones, in view',
+    test: plain('f'),
+    act: () => fitZones(get().selection.map((id) => get().doc.byId.get(id) as Zone)),
+  },
   { keys: 'A', what: 'All points in view', test: plain('a'), act: fitPoints },
-  { keys: '3', what: 'Plan or three dimensions', test: plain('3'), act: () => set({ view: get().view === 'plan' ? 'solid' : 'plan' }) },
+  {
+    keys: '3',
+    what: 'Plan or three dimensions',
+    test: plain('3'),
+    act: () => set({ view: get().view === 'plan' ? 'solid' : 'plan' }),
+  },
   { keys: 'Space', what: 'Play or pause', inView: true, test: plain(' '), act: togglePlay },
-  { keys: ', and .', what: 'One moment back, one on', test: (event) => plain(',')(event) || plain('.')(event), act: (event) => seek(get().moment + (event.key === '.' ? 1 : -1)) },
+  {
+    keys: ', and .',
+    what: 'One moment back, one on',
+    test: (event) => plain(',')(event) || plain('.')(event),
+    act: (event) => seek(get().moment + (event.key === '.' ? 1 : -1)),
+  },
 ];
 
 function isTyping(target: EventTarget | null): boolean {
-  return target instanceof HTMLTextAreaElement || target instanceof HTMLSelectElement || (target instanceof HTMLInputElement && target.type !== 'checkbox' && target.type !== 'radio');
+  return (
+    target instanceof HTMLTextAreaElement ||
+    target instanceof HTMLSelectElement ||
+    (target instanceof HTMLInputElement && target.type !== 'checkbox' && target.type !== 'radio')
+  );
 }
 
 function isView(target: EventTarget | null): boolean {
@@ -172,7 +284,9 @@ function isView(target: EventTarget | null): boolean {
 export function obeyKeys(): void {
   window.addEventListener('keydown', (event) => {
     if (event.defaultPrevented) return;
-    const key = KEYS.find((one) => one.test(event) && (one.always || !isTyping(event.target)) && (!one.inView || isView(event.target)));
+    const key = KEYS.find(
+      (one) => one.test(event) && (one.always || !isTyping(event.target)) && (!one.inView || isView(event.target)),
+    );
     if (!key) return;
     event.preventDefault();
     key.act(event);

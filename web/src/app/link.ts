@@ -2,7 +2,11 @@
 
 const MOST = 8000;
 
-async function through(bytes: Uint8Array<ArrayBuffer>, way: ReadableWritablePair<Uint8Array, BufferSource>, most: number): Promise<Uint8Array> {
+async function through(
+  bytes: Uint8Array<ArrayBuffer>,
+  way: ReadableWritablePair<Uint8Array, BufferSource>,
+  most: number,
+): Promise<Uint8Array> {
   const parts: Uint8Array[] = [];
   let length = 0;
   const reader = new Blob([bytes]).stream().pipeThrough(way).getReader();
@@ -28,8 +32,12 @@ async function through(bytes: Uint8Array<ArrayBuffer>, way: ReadableWritablePair
 /** The hash, with its sign. Throws where the document is too large for a link. */
 export async function linkOf(text: string): Promise<string> {
   const packed = await through(new TextEncoder().encode(text), new CompressionStream('deflate-raw'), 1 << 20);
-  const letters = btoa(String.fromCharCode(...packed)).replaceAll('+', '-').replaceAll('/', '_').replace(/=+$/, '');
-  if (letters.length > MOST) throw new Error(`The document needs ${letters.length} letters; a link holds ${MOST}. Send the file instead.`);
+  const letters = btoa(String.fromCharCode(...packed))
+    .replaceAll('+', '-')
+    .replaceAll('/', '_')
+    .replace(/=+$/, '');
+  if (letters.length > MOST)
+    throw new Error(`The document needs ${letters.length} letters; a link holds ${MOST}. Send the file instead.`);
   return `#document=${letters}`;
 }
 

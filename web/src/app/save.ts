@@ -33,7 +33,11 @@ async function handleToWrite(isAs: boolean): Promise<FileSystemFileHandle | null
   const { handle, writtenAt } = documentHandle();
   if (handle && !isAs) {
     const now = (await handle.getFile()).lastModified;
-    if (now === writtenAt || confirm(`${handle.name} was changed by another program since it was opened. Write over it?`)) return handle;
+    if (
+      now === writtenAt ||
+      confirm(`${handle.name} was changed by another program since it was opened. Write over it?`)
+    )
+      return handle;
     throw new Error('Not saved: the file was changed by another program.');
   }
   const picker = (window as { showSaveFilePicker?: Picker }).showSaveFilePicker;
@@ -42,7 +46,8 @@ async function handleToWrite(isAs: boolean): Promise<FileSystemFileHandle | null
 
 export async function save(isAs = false): Promise<void> {
   const text = textOf();
-  if (bytesOf(text) > LARGEST_DOCUMENT) return say(`Not saved: a document has at most ${LARGEST_DOCUMENT} bytes; this one has ${bytesOf(text)}.`, true);
+  if (bytesOf(text) > LARGEST_DOCUMENT)
+    return say(`Not saved: a document has at most ${LARGEST_DOCUMENT} bytes; this one has ${bytesOf(text)}.`, true);
   try {
     const handle = await handleToWrite(isAs);
     if (handle) await write(handle, text);
@@ -91,7 +96,9 @@ export async function savePng(): Promise<void> {
 export async function saveEvents(): Promise<void> {
   const { engine, session } = get();
   if (!engine || !session) return say('Events come with a recording.', true);
-  await engine.table(session.id, 'events').then((csv) => download(`${stem()}-events.csv`, new Blob([csv], { type: 'text/csv' })), sayError);
+  await engine
+    .table(session.id, 'events')
+    .then((csv) => download(`${stem()}-events.csv`, new Blob([csv], { type: 'text/csv' })), sayError);
 }
 
 export async function copyLink(): Promise<void> {

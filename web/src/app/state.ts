@@ -8,7 +8,8 @@ import type { Orbit, PlanCamera, Size } from '../scene/camera';
 
 export type Tool = 'select' | 'polygon' | 'rectangle' | 'sector' | 'line' | 'measure';
 /** Where a drawn shape goes: into a field of the document, a new field, or the exclusion zones. */
-export type Target = { readonly kind: 'field'; readonly field: number } | { readonly kind: 'new' } | { readonly kind: 'exclusion' };
+export type Target =
+  { readonly kind: 'field'; readonly field: number } | { readonly kind: 'new' } | { readonly kind: 'exclusion' };
 export type Tab = 'zones' | 'findings' | 'events' | 'explain' | 'text';
 export type Colouring = 'verdict' | 'height';
 

@@ -103,7 +103,8 @@ export function ringOf(item: Item): readonly Pt[] {
 /** Where a name stands: inside the shape wherever that is possible. */
 export function labelPlace(ring: readonly Pt[]): Pt {
   const total = area(ring);
-  if (ring.length < 3 || Math.abs(total) < 1e-12) return ring.length > 1 ? middle(ring[0]!, ring[1]!) : (ring[0] ?? { x: 0, y: 0 });
+  if (ring.length < 3 || Math.abs(total) < 1e-12)
+    return ring.length > 1 ? middle(ring[0]!, ring[1]!) : (ring[0] ?? { x: 0, y: 0 });
   let [x, y] = [0, 0];
   ring.forEach((p, i) => {
     const q = ring[(i + 1) % ring.length]!;

@@ -47,7 +47,9 @@ export function redo(history: History): History {
 export function squashed(history: History, count: number, label: string): History {
   if (count < 2 || count > history.done.length) return history;
   const kept = history.done.slice(0, -count);
-  const before = history.done.slice(-count).reduceRight((text, step) => apply(text, reverse(step.change)), history.text);
+  const before = history.done
+    .slice(-count)
+    .reduceRight((text, step) => apply(text, reverse(step.change)), history.text);
   const change = between(before, history.text);
   return { ...history, done: isNothing(change) ? kept : [...kept, { label, change }] };
 }

@@ -41,7 +41,8 @@ function checkShape(shape: Shape): void {
 
 // At the end of the list of that key, which is made where it is missing.
 function appended(doc: Doc, holder: Node | undefined, key: string, value: Json): Splice {
-  if (holder?.kind !== 'object') throw new Refusal(`There is no place for ${key}: what should hold it is not an object.`);
+  if (holder?.kind !== 'object')
+    throw new Refusal(`There is no place for ${key}: what should hold it is not an object.`);
   const list = member(holder, key);
   if (!list) return memberAdded(doc.text, holder, key, [value]);
   if (list.kind === 'array') return itemInserted(doc.text, list, list.items.length, value);
@@ -141,7 +142,8 @@ export function allRemoved(doc: Doc, ids: readonly string[]): string {
 function polygonList(zone: Zone): ObjectNode & { list: Extract<Node, { kind: 'array' }> } {
   const holder = geometryNode(zone);
   const list = member(holder, 'Point');
-  if (zone.shape?.kind !== 'polygon' || list?.kind !== 'array') throw new Refusal('This shape has no vertices to add or remove.');
+  if (zone.shape?.kind !== 'polygon' || list?.kind !== 'array')
+    throw new Refusal('This shape has no vertices to add or remove.');
   return { ...holder, list };
 }
 

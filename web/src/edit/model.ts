@@ -164,15 +164,14 @@ export function read(text: string): Doc {
   const exclusions = listOf(member(holder, 'ExclusionZone')).map((node, i) =>
     zoneOf(node, `${prefix}ExclusionZone[${i}]`, 'exclusion', -1),
   );
-  const lines = listOf(member(member(root, 'CounterLines'), 'CounterLine'))
-    .map((node, i): Line => ({
-      id: `CounterLines/CounterLine[${i}]`,
-      kind: 'line',
-      name: textOf(member(node, 'name')),
-      first: pointOf(member(node, 'first')),
-      second: pointOf(member(node, 'second')),
-      node,
-    }));
+  const lines = listOf(member(member(root, 'CounterLines'), 'CounterLine')).map((node, i): Line => ({
+    id: `CounterLines/CounterLine[${i}]`,
+    kind: 'line',
+    name: textOf(member(node, 'name')),
+    first: pointOf(member(node, 'first')),
+    second: pointOf(member(node, 'second')),
+    node,
+  }));
   const items: Item[] = [...fields.flatMap((field) => field.zones), ...exclusions, ...lines];
   return {
     text,

@@ -30,14 +30,20 @@ export function moved(doc: Doc, ids: readonly string[], by: Pt): string {
   if (items.every((item) => item.kind !== 'line' && item.shape?.kind === 'sector') && items.length > 0) {
     throw new Refusal('A sector sits at the origin. Its bearings and its radius can be changed.');
   }
-  return spliced(doc.text, items.flatMap((item) => movedSplices(doc, item, (p) => tidyPoint(plus(p, by)))));
+  return spliced(
+    doc.text,
+    items.flatMap((item) => movedSplices(doc, item, (p) => tidyPoint(plus(p, by)))),
+  );
 }
 
 /** A vertex of a polygon, a corner of a rectangle or an end of a line at another place. */
 export function vertexMoved(doc: Doc, item: Item, vertex: number, to: Pt): string {
   const place = tidyPoint(to);
   if (item.kind === 'line') {
-    return spliced(doc.text, lineSplices(doc, item, vertex === 0 ? place : item.first, vertex === 1 ? place : item.second));
+    return spliced(
+      doc.text,
+      lineSplices(doc, item, vertex === 0 ? place : item.first, vertex === 1 ? place : item.second),
+    );
   }
   const { shape } = item;
   if (shape?.kind === 'polygon') {
@@ -58,8 +64,20 @@ function cornerMoved(shape: RectangleShape, vertex: number, to: Pt): RectangleSh
   if (vertex === 0) return { ...shape, corners: [m, f] };
   if (vertex === 2) return { ...shape, corners: [f, m] };
   return vertex === 1
-    ? { ...shape, corners: [{ x: f.x, y: m.y }, { x: m.x, y: f.y }] }
-    : { ...shape, corners: [{ x: m.x, y: f.y }, { x: f.x, y: m.y }] };
+    ? {
+        ...shape,
+        corners: [
+          { x: f.x, y: m.y },
+          { x: m.x, y: f.y },
+        ],
+      }
+    : {
+        ...shape,
+        corners: [
+          { x: m.x, y: f.y },
+          { x: f.x, y: m.y },
+        ],
+      };
 }
 
 /** Turned about its own centre; a rectangle turns by its rotation, a sector by its bearings. */
@@ -103,7 +121,10 @@ export function mirrored(doc: Doc, ids: readonly string[], axis: 'x' | 'y'): str
   const centre = middle(low, high);
   const flip = (p: Pt): Pt =>
     tidyPoint(axis === 'x' ? { x: 2 * centre.x - p.x, y: p.y } : { x: p.x, y: 2 * centre.y - p.y });
-  return spliced(doc.text, items.flatMap((item) => mirroredSplices(doc, item, flip, axis)));
+  return spliced(
+    doc.text,
+    items.flatMap((item) => mirroredSplices(doc, item, flip, axis)),
+  );
 }
 
 function mirroredSplices(doc: Doc, item: Item, flip: Moving, axis: 'x' | 'y'): Splice[] {

@@ -103,7 +103,11 @@ export function withRotation(doc: Doc, zone: Zone, degrees: number): string {
   return spliced(doc.text, set(doc, geometryNode(zone), 'rotation', degrees));
 }
 
-export function withOption(doc: Doc, key: 'debounceTimeMs' | 'sensitivity' | 'triggerActiveLevel', value: number | string): string {
+export function withOption(
+  doc: Doc,
+  key: 'debounceTimeMs' | 'sensitivity' | 'triggerActiveLevel',
+  value: number | string,
+): string {
   const top = member(doc.root, 'ZoneDetector');
   if (!top) throw new Refusal('Options stand in "ZoneDetector", which this document does not have.');
   return spliced(doc.text, set(doc, objectOf(top, 'ZoneDetector'), key, value));

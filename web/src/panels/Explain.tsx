@@ -9,16 +9,32 @@ export function Explain({ state }: { state: State }) {
   return (
     <div class="explain">
       <div class="choices">
-        <button type="button" onClick={() => void explain({ kind: 'zones' })}>All zones</button>
-        {doc.lines.map((line) => <button key={line.id} type="button" onClick={() => void explain({ kind: 'line', line: line.name })}>{line.name}</button>)}
+        <button type="button" onClick={() => void explain({ kind: 'zones' })}>
+          All zones
+        </button>
+        {doc.lines.map((line) => (
+          <button key={line.id} type="button" onClick={() => void explain({ kind: 'line', line: line.name })}>
+            {line.name}
+          </button>
+        ))}
       </div>
       {doc.lines.length > 0 && objects.length > 0 ? (
         <details>
           <summary>One track at one line</summary>
           {doc.lines.map((line) => (
-            <p key={line.id} class="choices">{line.name}: {objects.map((object) => (
-              <button key={object.id} type="button" aria-label={`Track ${object.id} at ${line.name}`} onClick={() => void explain({ kind: 'track', line: line.name, track: object.id })}>{object.id}</button>
-            ))}</p>
+            <p key={line.id} class="choices">
+              {line.name}:{' '}
+              {objects.map((object) => (
+                <button
+                  key={object.id}
+                  type="button"
+                  aria-label={`Track ${object.id} at ${line.name}`}
+                  onClick={() => void explain({ kind: 'track', line: line.name, track: object.id })}
+                >
+                  {object.id}
+                </button>
+              ))}
+            </p>
           ))}
         </details>
       ) : null}

@@ -13,7 +13,12 @@ export function jumpTo(state: State, finding: Finding): void {
   const item = itemAt(state.doc, finding.path);
   if (item && isPlaced(item) && ringOf(item).length > 0) {
     const [low, high] = boundsOf([item]);
-    set({ selection: [item.id], vertex: -1, view: 'plan', camera: { ...state.camera, x: (low.x + high.x) / 2, y: (low.y + high.y) / 2 } });
+    set({
+      selection: [item.id],
+      vertex: -1,
+      view: 'plan',
+      camera: { ...state.camera, x: (low.x + high.x) / 2, y: (low.y + high.y) / 2 },
+    });
     return;
   }
   set({ tab: 'text' });
@@ -36,7 +41,9 @@ export function Findings({ state }: { state: State }) {
           <li key={i} class={finding.severity}>
             <button type="button" onClick={() => jumpTo(state, finding)}>
               <span class="severity">{finding.severity}</span>
-              <span class="where">{finding.line}:{finding.column} {finding.path}</span>
+              <span class="where">
+                {finding.line}:{finding.column} {finding.path}
+              </span>
               <span class="text">{finding.text}</span>
               {finding.excerpt ? <pre>{finding.excerpt}</pre> : null}
             </button>

@@ -8,15 +8,27 @@ export function Lamps({ state }: { state: State }) {
   const { doc, activeField } = state;
   return (
     <div class="lamps" role="group" aria-label="Outputs">
-      <label><span class="unseen">Active field</span>
-        <select value={String(activeField)} onChange={(event) => set({ activeField: Number(event.currentTarget.value) })}>
-          {doc.fields.map((field) => <option key={field.index} value={String(field.index)}>{`Field ${field.index}: ${field.name}`}</option>)}
+      <label>
+        <span class="unseen">Active field</span>
+        <select
+          value={String(activeField)}
+          onChange={(event) => set({ activeField: Number(event.currentTarget.value) })}
+        >
+          {doc.fields.map((field) => (
+            <option key={field.index} value={String(field.index)}>{`Field ${field.index}: ${field.name}`}</option>
+          ))}
         </select>
       </label>
       {lampsOf(state).map((lamp, i) => (
-        <span key={i} class={`lamp ${lamp?.isOccupied ? 'on' : ''} ${lamp ? '' : 'none'}`} style={{ '--own': fieldColour(activeField) }}>
+        <span
+          key={i}
+          class={`lamp ${lamp?.isOccupied ? 'on' : ''} ${lamp ? '' : 'none'}`}
+          style={{ '--own': fieldColour(activeField) }}
+        >
           <i aria-hidden="true" />
-          {lamp ? `${lamp.name}: ${lamp.isOccupied ? 'occupied' : 'clear'}, ${lamp.isHigh ? 'high' : 'low'}` : `output ${i}: no zone`}
+          {lamp
+            ? `${lamp.name}: ${lamp.isOccupied ? 'occupied' : 'clear'}, ${lamp.isHigh ? 'high' : 'low'}`
+            : `output ${i}: no zone`}
         </span>
       ))}
     </div>

@@ -3,7 +3,17 @@
 import { useEffect, useState } from 'preact/hooks';
 import { bytesOf, LONGEST_NAME } from '../edit/limits';
 
-export function NameField({ label, name, isLimited, onCommit }: { label: string; name: string; isLimited: boolean; onCommit: (name: string) => boolean }) {
+export function NameField({
+  label,
+  name,
+  isLimited,
+  onCommit,
+}: {
+  label: string;
+  name: string;
+  isLimited: boolean;
+  onCommit: (name: string) => boolean;
+}) {
   const [text, setText] = useState(name);
   useEffect(() => setText(name), [name]);
   const bytes = bytesOf(text);
@@ -25,7 +35,11 @@ export function NameField({ label, name, isLimited, onCommit }: { label: string;
           if (event.key === 'Escape') setText(name);
         }}
       />
-      {isLimited ? <span class={`unit ${isWrong ? 'wrong' : ''}`}>{bytes} of {LONGEST_NAME} bytes</span> : null}
+      {isLimited ? (
+        <span class={`unit ${isWrong ? 'wrong' : ''}`}>
+          {bytes} of {LONGEST_NAME} bytes
+        </span>
+      ) : null}
     </label>
   );
 }

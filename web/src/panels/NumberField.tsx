@@ -59,7 +59,9 @@ export function NumberField({ label, value, unit, onCommit, hidesLabel = false, 
           }
         }}
       />
-      <span class="unit" aria-hidden="true">{unit}</span>
+      <span class="unit" aria-hidden="true">
+        {unit}
+      </span>
     </label>
   );
 }

@@ -8,7 +8,23 @@ import { NumberField } from './NumberField';
 
 type Key = 'sensitivity' | 'debounceTimeMs';
 
-function Slider({ name, label, value, least, most, step, text }: { name: Key; label: string; value: number; least: number; most: number; step: number; text: string }) {
+function Slider({
+  name,
+  label,
+  value,
+  least,
+  most,
+  step,
+  text,
+}: {
+  name: Key;
+  label: string;
+  value: number;
+  least: number;
+  most: number;
+  step: number;
+  text: string;
+}) {
   const drag = useRef<Drag | null>(null);
   return (
     <label class="slider">
@@ -19,6 +35,7 @@ function Slider({ name, label, value, least, most, step, text }: { name: Key; la
         max={most}
         step={step}
         value={value}
+        aria-label={label}
         aria-valuetext={text}
         onInput={(event) => {
           const to = Number(event.currentTarget.value);
@@ -40,12 +57,41 @@ export function OptionFields({ state }: { state: State }) {
   const least = 11 - sensitivity;
   return (
     <section class="group options" aria-label="Detector">
-      <header><h2>Detector</h2></header>
-      <Slider name="sensitivity" label="Sensitivity" value={sensitivity} least={1} most={10} step={1} text={`${sensitivity}: from ${least} ${least === 1 ? 'point' : 'points'} on`} />
-      <Slider name="debounceTimeMs" label="Debounce" value={Math.min(2000, debounceTimeMs)} least={0} most={2000} step={50} text={`${debounceTimeMs} ms`} />
-      <NumberField label="Debounce, exactly" value={debounceTimeMs} unit="ms" onCommit={(ms) => edit('Debounce', (doc) => withOption(doc, 'debounceTimeMs', Math.round(ms)))} />
-      <label class="choice"><span>An occupied zone drives its output</span>
-        <select value={triggerActiveLevel} onChange={(event) => edit('Active level', (doc) => withOption(doc, 'triggerActiveLevel', event.currentTarget.value))}>
+      <header>
+        <h2>Detector</h2>
+      </header>
+      <Slider
+        name="sensitivity"
+        label="Sensitivity"
+        value={sensitivity}
+        least={1}
+        most={10}
+        step={1}
+        text={`${sensitivity}: from ${least} ${least === 1 ? 'point' : 'points'} on`}
+      />
+      <Slider
+        name="debounceTimeMs"
+        label="Debounce"
+        value={Math.min(2000, debounceTimeMs)}
+        least={0}
+        most={2000}
+        step={50}
+        text={`${debounceTimeMs} ms`}
+      />
+      <NumberField
+        label="Debounce, exactly"
+        value={debounceTimeMs}
+        unit="ms"
+        onCommit={(ms) => edit('Debounce', (doc) => withOption(doc, 'debounceTimeMs', Math.round(ms)))}
+      />
+      <label class="choice">
+        <span>An occupied zone drives its output</span>
+        <select
+          value={triggerActiveLevel}
+          onChange={(event) =>
+            edit('Active level', (doc) => withOption(doc, 'triggerActiveLevel', event.currentTarget.value))
+          }
+        >
           <option value="high">high</option>
           <option value="low">low</option>
         </select>

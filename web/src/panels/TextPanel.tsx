@@ -13,7 +13,12 @@ export function TextPanel({ state }: { state: State }) {
   const place = state.fault ? lineAndColumn(text, state.fault.at) : null;
   return (
     <div class="textpanel">
-      {place && state.fault ? <p class="note wrong" role="status">Not JSON, line {place.line}, column {place.column}: {state.fault.message}. The picture shows the last text that was.</p> : null}
+      {place && state.fault ? (
+        <p class="note wrong" role="status">
+          Not JSON, line {place.line}, column {place.column}: {state.fault.message}. The picture shows the last text
+          that was.
+        </p>
+      ) : null}
       <textarea
         class="document"
         aria-label="Document as text"

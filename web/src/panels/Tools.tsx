@@ -25,7 +25,10 @@ export function placeIn(text: string, last: Pt | undefined): Pt | null {
   const way = new RegExp(`^\\s*@${number}<${number}$`).exec(text);
   if (!way || !last) return null;
   const [length, angle] = [Number(way[1]), radians(Number(way[2]))];
-  return { x: Math.round((last.x + length * Math.cos(angle)) * 1e3) / 1e3, y: Math.round((last.y + length * Math.sin(angle)) * 1e3) / 1e3 };
+  return {
+    x: Math.round((last.x + length * Math.cos(angle)) * 1e3) / 1e3,
+    y: Math.round((last.y + length * Math.sin(angle)) * 1e3) / 1e3,
+  };
 }
 
 function PlaceEntry({ state }: { state: State }) {
@@ -34,7 +37,11 @@ function PlaceEntry({ state }: { state: State }) {
   const enter = (): void => {
     if (text.trim() === '' && isPolygon) return closePolygon();
     const p = placeIn(text, state.sketch.at(-1));
-    if (!p) return say(`"${text}" is not a place. Write x, y in metres, such as 4.2, -1.5, or @length<angle from the last place, such as @2<30.`, true);
+    if (!p)
+      return say(
+        `"${text}" is not a place. Write x, y in metres, such as 4.2, -1.5, or @length<angle from the last place, such as @2<30.`,
+        true,
+      );
     placePoint(p);
     setText('');
   };
@@ -62,20 +69,31 @@ function targetText(target: Target): string {
 function TargetChoice({ state }: { state: State }) {
   const { doc, target } = state;
   const options: { value: Target; text: string }[] = [
-    ...doc.fields.map((field, i) => ({ value: { kind: 'field', field: i } as const, text: `Field ${field.index}: ${field.name}` })),
+    ...doc.fields.map((field, i) => ({
+      value: { kind: 'field', field: i } as const,
+      text: `Field ${field.index}: ${field.name}`,
+    })),
     { value: { kind: 'new' }, text: 'A new field' },
     { value: { kind: 'exclusion' }, text: 'Exclusion zones' },
   ];
   return (
     <label class="target">
       <span>Draw into</span>
-      <select value={targetText(target)} onChange={(event) => {
-        const chosen = options.find((one) => targetText(one.value) === event.currentTarget.value);
-        if (chosen) set({ target: chosen.value });
-      }}>
+      <select
+        value={targetText(target)}
+        onChange={(event) => {
+          const chosen = options.find((one) => targetText(one.value) === event.currentTarget.value);
+          if (chosen) set({ target: chosen.value });
+        }}
+      >
         {options.map(({ value, text }) => {
           const isFull = whyFull(doc, value) !== '';
-          return <option key={targetText(value)} value={targetText(value)} disabled={isFull}>{text}{isFull ? ' (full)' : ''}</option>;
+          return (
+            <option key={targetText(value)} value={targetText(value)} disabled={isFull}>
+              {text}
+              {isFull ? ' (full)' : ''}
+            </option>
+          );
         })}
       </select>
     </label>
@@ -98,31 +116,83 @@ export function Tools({ state }: { state: State }) {
   return (
     <div class="tools" role="toolbar" aria-label="Tools">
       {TOOLS.map((one) => (
-        <button key={one.tool} type="button" class="tool" aria-pressed={tool === one.tool} title={`${one.name} (${one.key})`} aria-label={one.name} onClick={() => chooseTool(one.tool)}>
-          <svg viewBox="0 0 24 24" width="20" height="20" aria-hidden="true"><path d={one.icon} /></svg>
+        <button
+          key={one.tool}
+          type="button"
+          class="tool"
+          aria-pressed={tool === one.tool}
+          title={`${one.name} (${one.key})`}
+          aria-label={one.name}
+          onClick={() => chooseTool(one.tool)}
+        >
+          <svg viewBox="0 0 24 24" width="20" height="20" aria-hidden="true">
+            <path d={one.icon} />
+          </svg>
         </button>
       ))}
       <span class="gap" />
       {tool === 'select' ? (
         <>
-          <button type="button" disabled={!isSelected} title="Duplicate (Ctrl+D)" onClick={duplicateSelected}>Duplicate</button>
-          <button type="button" disabled={!isSelected} title="Mirror left and right (H)" onClick={() => mirrorSelected('x')}>Mirror ↔</button>
-          <button type="button" disabled={!isSelected} title="Mirror up and down (J)" onClick={() => mirrorSelected('y')}>Mirror ↕</button>
+          <button type="button" disabled={!isSelected} title="Duplicate (Ctrl+D)" onClick={duplicateSelected}>
+            Duplicate
+          </button>
+          <button
+            type="button"
+            disabled={!isSelected}
+            title="Mirror left and right (H)"
+            onClick={() => mirrorSelected('x')}
+          >
+            Mirror ↔
+          </button>
+          <button
+            type="button"
+            disabled={!isSelected}
+            title="Mirror up and down (J)"
+            onClick={() => mirrorSelected('y')}
+          >
+            Mirror ↕
+          </button>
         </>
-      ) : <PlaceEntry state={state} />}
+      ) : (
+        <PlaceEntry state={state} />
+      )}
       {isDrawing ? <TargetChoice state={state} /> : null}
       {HINTS[tool] ? <span class="hint">{HINTS[tool]}</span> : null}
       <span class="gap" />
-      <label class="check"><input type="checkbox" checked={state.snapToGrid} onChange={(event) => set({ snapToGrid: event.currentTarget.checked })} /> snap to grid</label>
-      <label class="check"><input type="checkbox" checked={state.snapToShapes} onChange={(event) => set({ snapToShapes: event.currentTarget.checked })} /> to shapes</label>
-      <label class="choice"><span>Points by</span>
-        <select value={state.colouring} onChange={(event) => set({ colouring: event.currentTarget.value === 'height' ? 'height' : 'verdict' })}>
+      <label class="check">
+        <input
+          type="checkbox"
+          checked={state.snapToGrid}
+          onChange={(event) => set({ snapToGrid: event.currentTarget.checked })}
+        />{' '}
+        snap to grid
+      </label>
+      <label class="check">
+        <input
+          type="checkbox"
+          checked={state.snapToShapes}
+          onChange={(event) => set({ snapToShapes: event.currentTarget.checked })}
+        />{' '}
+        to shapes
+      </label>
+      <label class="choice">
+        <span>Points by</span>
+        <select
+          value={state.colouring}
+          onChange={(event) => set({ colouring: event.currentTarget.value === 'height' ? 'height' : 'verdict' })}
+        >
           <option value="verdict">verdict</option>
           <option value="height">height</option>
         </select>
       </label>
-      <button type="button" aria-pressed={state.view === 'solid'} title="Plan or three dimensions (3)" onClick={() => set({ view: state.view === 'plan' ? 'solid' : 'plan' })}>3D</button>
+      <button
+        type="button"
+        aria-pressed={state.view === 'solid'}
+        title="Plan or three dimensions (3)"
+        onClick={() => set({ view: state.view === 'plan' ? 'solid' : 'plan' })}
+      >
+        3D
+      </button>
     </div>
   );
 }
-

@@ -16,7 +16,9 @@ export function Ghost({ text, toPixel }: { text: string; toPixel: ToPixel }) {
   if (!doc) return null;
   return (
     <g class="ghost" aria-hidden="true">
-      {[...doc.byId.values()].filter(isPlaced).map((item) => <path key={item.id} d={pathOf(ringOf(item), toPixel, item.kind !== 'line')} />)}
+      {[...doc.byId.values()].filter(isPlaced).map((item) => (
+        <path key={item.id} d={pathOf(ringOf(item), toPixel, item.kind !== 'line')} />
+      ))}
     </g>
   );
 }

@@ -3,7 +3,10 @@
 import { decimalsOf, gridStep, niceStep, type PlanCamera, type Size, toPixel, toPlane } from './camera';
 
 function numberText(value: number, decimals: number): string {
-  return (value + 0).toFixed(decimals).replace(/^-(0(\.0*)?)$/, '$1').replace('-', '−');
+  return (value + 0)
+    .toFixed(decimals)
+    .replace(/^-(0(\.0*)?)$/, '$1')
+    .replace('-', '−');
 }
 
 export function Grid({ camera, size }: { camera: PlanCamera; size: Size }) {
@@ -16,12 +19,22 @@ export function Grid({ camera, size }: { camera: PlanCamera; size: Size }) {
   for (let i = Math.ceil(low.x / step); i * step <= high.x; ++i) {
     const { x } = toPixel(camera, size, { x: i * step, y: 0 });
     lines.push(`M${x.toFixed(1)} 0v${size.height}`);
-    texts.push(<text key={`x${i}`} x={x} y={size.height - 6} text-anchor="middle">{numberText(i * step, decimals)}</text>);
+    if (x > 24)
+      texts.push(
+        <text key={`x${i}`} x={x} y={size.height - 6} text-anchor="middle">
+          {numberText(i * step, decimals)}
+        </text>,
+      );
   }
   for (let i = Math.ceil(low.y / step); i * step <= high.y; ++i) {
     const { y } = toPixel(camera, size, { x: 0, y: i * step });
     lines.push(`M0 ${y.toFixed(1)}h${size.width}`);
-    if (y < size.height - 24) texts.push(<text key={`y${i}`} x={6} y={y + 4}>{numberText(i * step, decimals)}</text>);
+    if (y < size.height - 24)
+      texts.push(
+        <text key={`y${i}`} x={6} y={y + 4}>
+          {numberText(i * step, decimals)}
+        </text>,
+      );
   }
   return (
     <g aria-hidden="true">
@@ -49,7 +62,9 @@ export function ScaleBar({ camera, size }: { camera: PlanCamera; size: Size }) {
   return (
     <g class="scale" aria-hidden="true">
       <path d={`M${right - width} ${y - 4}v4h${width}v-4`} />
-      <text x={right - width / 2} y={y - 8} text-anchor="middle">{numberText(length, decimalsOf(length))} m</text>
+      <text x={right - width / 2} y={y - 8} text-anchor="middle">
+        {numberText(length, decimalsOf(length))} m
+      </text>
     </g>
   );
 }

@@ -13,7 +13,11 @@ export function Objects({ objects, toPixel }: { objects: readonly TrackedObject[
             <title>{`${object.className || 'object'} ${object.id}`}</title>
             {object.ring.length > 0 ? <path d={pathOf(object.ring, toPixel)} /> : null}
             {p ? <circle cx={p.x} cy={p.y} r="2.4" /> : null}
-            {p ? <text x={p.x + 8} y={p.y - 6}>{object.id}</text> : null}
+            {p ? (
+              <text x={p.x + 8} y={p.y - 6}>
+                {object.id}
+              </text>
+            ) : null}
           </g>
         );
       })}

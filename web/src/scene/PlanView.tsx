@@ -16,9 +16,18 @@ import { Taken } from './Taken';
 import { useSize } from './useSize';
 import { noteOf, occupiedIds } from '../app/counts';
 import { closePolygon } from '../app/draw';
+import { fitAgain } from '../app/look';
 import { Ghost } from './Ghost';
 
-function Handles({ state, toPixel, grabbed }: { state: State; toPixel: ToPixel; grabbed: (id: string, handle: Handle) => (event: PointerEvent) => void }) {
+function Handles({
+  state,
+  toPixel,
+  grabbed,
+}: {
+  state: State;
+  toPixel: ToPixel;
+  grabbed: (id: string, handle: Handle) => (event: PointerEvent) => void;
+}) {
   const { doc, selection, tool, locked, camera, vertex } = state;
   const item = selection.length === 1 ? doc.byId.get(selection[0]!) : undefined;
   if (!item || tool !== 'select' || locked.has(keyOf(doc, item.id))) return null;
@@ -28,7 +37,12 @@ function Handles({ state, toPixel, grabbed }: { state: State; toPixel: ToPixel; 
         const p = toPixel(handle.p);
         const isChosen = handle.kind === 'vertex' && handle.index === vertex;
         return (
-          <g key={`${handle.kind}${handle.index}`} class={`handle ${handle.kind} ${isChosen ? 'chosen' : ''}`} data-handle={`${handle.kind}${handle.index}`} onPointerDown={grabbed(item.id, handle)}>
+          <g
+            key={`${handle.kind}${handle.index}`}
+            class={`handle ${handle.kind} ${isChosen ? 'chosen' : ''}`}
+            data-handle={`${handle.kind}${handle.index}`}
+            onPointerDown={grabbed(item.id, handle)}
+          >
             <title>{handle.title}</title>
             <circle class="reach" cx={p.x} cy={p.y} r="12" />
             <circle class="seen" cx={p.x} cy={p.y} r={handle.kind === 'edge' ? 3.5 : 5.5} />
@@ -49,7 +63,10 @@ export function PlanView({ state, isDark }: { state: State; isDark: boolean }) {
   const pressed = useRef<{ id: string; handle: Handle } | null>(null);
   const { doc, camera, scene, counts, colouring, selection, hidden, check, fault } = state;
   const toPixel: ToPixel = (p) => pixelOf(camera, size, p);
-  useEffect(() => set({ size }), [size]);
+  useEffect(() => {
+    set({ size });
+    fitAgain();
+  }, [size]);
 
   const placeOf = (event: PointerEvent | WheelEvent): Pt => {
     const box = holder.current!.getBoundingClientRect();
@@ -75,11 +92,27 @@ export function PlanView({ state, isDark }: { state: State; isDark: boolean }) {
     occupied: occupiedIds(state),
     activeField: state.activeField,
   };
-  const bandPath = band ? pathOf([band.a, { x: band.b.x, y: band.a.y }, band.b, { x: band.a.x, y: band.b.y }], toPixel) : '';
+  const bandPath = band
+    ? pathOf([band.a, { x: band.b.x, y: band.a.y }, band.b, { x: band.a.x, y: band.b.y }], toPixel)
+    : '';
   return (
-    <div class={`view plan tool-${state.tool} ${fault ? 'stale' : ''}`} ref={holder} data-camera={`${camera.x} ${camera.y} ${camera.scale}`} onDblClick={closePolygon}>
-      <svg class="under" width={size.width} height={size.height} aria-hidden="true"><Grid camera={camera} size={size} /></svg>
-      <PointCanvas scene={scene} counts={counts} colouring={colouring} isDark={isDark} size={size} matrixOf={(of) => planMatrix(camera, size, of.origin)} />
+    <div
+      class={`view plan tool-${state.tool} ${fault ? 'stale' : ''}`}
+      ref={holder}
+      data-camera={`${camera.x} ${camera.y} ${camera.scale}`}
+      onDblClick={closePolygon}
+    >
+      <svg class="under" width={size.width} height={size.height} aria-hidden="true">
+        <Grid camera={camera} size={size} />
+      </svg>
+      <PointCanvas
+        scene={scene}
+        counts={counts}
+        colouring={colouring}
+        isDark={isDark}
+        size={size}
+        matrixOf={(of) => planMatrix(camera, size, of.origin)}
+      />
       <svg
         class="over"
         width={size.width}
@@ -101,8 +134,21 @@ export function PlanView({ state, isDark }: { state: State; isDark: boolean }) {
         onContextMenu={(event) => event.preventDefault()}
       >
         <defs>
-          <pattern id="hatch" width="7" height="7" patternUnits="userSpaceOnUse" patternTransform="rotate(45)"><path class="hatch" d="M0 0v7" /></pattern>
-          <marker id="arrow" viewBox="0 0 10 10" refX="8" refY="5" markerWidth="11" markerHeight="11" markerUnits="userSpaceOnUse" orient="auto"><path class="arrowhead" d="M0 0L10 5L0 10z" /></marker>
+          <pattern id="hatch" width="7" height="7" patternUnits="userSpaceOnUse" patternTransform="rotate(45)">
+            <path class="hatch" d="M0 0v7" />
+          </pattern>
+          <marker
+            id="arrow"
+            viewBox="0 0 10 10"
+            refX="8"
+            refY="5"
+            markerWidth="11"
+            markerHeight="11"
+            markerUnits="userSpaceOnUse"
+            orient="auto"
+          >
+            <path class="arrowhead" d="M0 0L10 5L0 10z" />
+          </marker>
         </defs>
         {scene ? <Taken scene={scene} counts={counts} toPixel={toPixel} /> : null}
         {state.showBefore ? <Ghost text={state.before.text} toPixel={toPixel} /> : null}

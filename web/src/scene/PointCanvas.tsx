@@ -47,7 +47,10 @@ export function PointCanvas({ scene, counts, colouring, isDark, size, matrixOf }
   );
   useEffect(() => {
     const ratio = window.devicePixelRatio || 1;
-    const device = { width: Math.max(1, Math.round(size.width * ratio)), height: Math.max(1, Math.round(size.height * ratio)) };
+    const device = {
+      width: Math.max(1, Math.round(size.width * ratio)),
+      height: Math.max(1, Math.round(size.height * ratio)),
+    };
     const matrix = scene ? matrixOf(scene) : new Float64Array(16);
     painter.current?.draw(device, matrix, scene?.positions ?? NO_POINTS, colours, Math.max(2, Math.round(2 * ratio)));
   });

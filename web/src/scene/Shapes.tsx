@@ -53,7 +53,9 @@ function LinePath({ line, toPixel, classes }: { line: Line; toPixel: ToPixel; cl
       <circle cx={a.x} cy={a.y} r="3.4" />
       <path class="thin" d={`M${m.x} ${m.y}L${mark.x} ${mark.y}`} />
       <circle class="side" cx={mark.x} cy={mark.y} r="7.5" />
-      <text x={mark.x} y={mark.y + 4} text-anchor="middle">L</text>
+      <text x={mark.x} y={mark.y + 4} text-anchor="middle">
+        L
+      </text>
     </g>
   );
 }
@@ -78,7 +80,9 @@ function severities(doc: Doc, findings: readonly Finding[]): Map<string, string>
 
 /** The edges that a finding says cross, by their numbers. */
 export function crossingEdges(finding: Finding): number[] {
-  return finding.kind === 'crossing-edges' ? [...finding.text.matchAll(/edge (\d+)-\d+/g)].map((match) => Number(match[1])) : [];
+  return finding.kind === 'crossing-edges'
+    ? [...finding.text.matchAll(/edge (\d+)-\d+/g)].map((match) => Number(match[1]))
+    : [];
 }
 
 export function Shapes({ doc, toPixel, marks }: { doc: Doc; toPixel: ToPixel; marks: Marks }) {
@@ -96,13 +100,23 @@ export function Shapes({ doc, toPixel, marks }: { doc: Doc; toPixel: ToPixel; ma
   const lines = shown.filter((item): item is Line => item.kind === 'line');
   return (
     <g>
-      {[...zones, ...exclusions].map((zone) => <ZonePath key={zone.id} doc={doc} zone={zone} toPixel={toPixel} classes={classesOf(zone)} />)}
-      {lines.map((line) => <LinePath key={line.id} line={line} toPixel={toPixel} classes={classesOf(line)} />)}
+      {[...zones, ...exclusions].map((zone) => (
+        <ZonePath key={zone.id} doc={doc} zone={zone} toPixel={toPixel} classes={classesOf(zone)} />
+      ))}
+      {lines.map((line) => (
+        <LinePath key={line.id} line={line} toPixel={toPixel} classes={classesOf(line)} />
+      ))}
       {marks.findings.flatMap((finding) => {
         const item = itemAt(doc, finding.path);
         const ring = item && isPlaced(item) ? ringOf(item) : [];
         return crossingEdges(finding).map((edge) =>
-          ring[edge] ? <path key={`${finding.path}${edge}`} class="crossing" d={pathOf([ring[edge], ring[(edge + 1) % ring.length]!], toPixel, false)} /> : null,
+          ring[edge] ? (
+            <path
+              key={`${finding.path}${edge}`}
+              class="crossing"
+              d={pathOf([ring[edge], ring[(edge + 1) % ring.length]!], toPixel, false)}
+            />
+          ) : null,
         );
       })}
     </g>
@@ -117,7 +131,17 @@ function rankOf(doc: Doc, item: Item, marks: Marks): number {
   return doc.fields[item.field]?.index === marks.activeField ? 1 : 2;
 }
 
-export function Labels({ doc, toPixel, marks, noteOf }: { doc: Doc; toPixel: ToPixel; marks: Marks; noteOf: (item: Item) => string }) {
+export function Labels({
+  doc,
+  toPixel,
+  marks,
+  noteOf,
+}: {
+  doc: Doc;
+  toPixel: ToPixel;
+  marks: Marks;
+  noteOf: (item: Item) => string;
+}) {
   const faults = severities(doc, marks.findings);
   const shown = [...doc.byId.values()].filter((item) => isPlaced(item) && !marks.isHidden(item.id));
   const wanted = shown
@@ -125,7 +149,12 @@ export function Labels({ doc, toPixel, marks, noteOf }: { doc: Doc; toPixel: ToP
     .sort((a, b) => a.rank - b.rank)
     .map(({ item }) => {
       const p = toPixel(labelPlace(ringOf(item)));
-      return { id: item.id, at: { x: p.x, y: p.y + (item.kind === 'line' ? 22 : 4) }, letters: item.name.length, lines: noteOf(item) ? 2 : 1 };
+      return {
+        id: item.id,
+        at: { x: p.x, y: p.y + (item.kind === 'line' ? 22 : 4) },
+        letters: item.name.length,
+        lines: noteOf(item) ? 2 : 1,
+      };
     });
   const places = placed(wanted);
   return (
@@ -136,10 +165,22 @@ export function Labels({ doc, toPixel, marks, noteOf }: { doc: Doc; toPixel: ToP
         const note = noteOf(item);
         if (!p) return null;
         return (
-          <text key={item.id} class={item.kind} data-label={item.id} style={item.kind === 'zone' ? { '--own': colourOf(doc, item) } : {}} x={p.x} y={p.y} text-anchor="middle">
+          <text
+            key={item.id}
+            class={item.kind}
+            data-label={item.id}
+            style={item.kind === 'zone' ? { '--own': colourOf(doc, item) } : {}}
+            x={p.x}
+            y={p.y}
+            text-anchor="middle"
+          >
             {fault ? <tspan class={fault}>{fault === 'error' ? '✕ ' : '! '}</tspan> : null}
             {item.name}
-            {note ? <tspan class="note" x={p.x} dy="15">{note}</tspan> : null}
+            {note ? (
+              <tspan class="note" x={p.x} dy="15">
+                {note}
+              </tspan>
+            ) : null}
           </text>
         );
       })}

@@ -48,7 +48,11 @@ function useHeights(state: State): Heights | null {
   useEffect(() => {
     let isWanted = true;
     show(null);
-    if (engine && scene) engine.heights(scene.id, BINS).then((found) => isWanted && show(found), () => undefined);
+    if (engine && scene)
+      engine.heights(scene.id, BINS).then(
+        (found) => isWanted && show(found),
+        () => undefined,
+      );
     return () => {
       isWanted = false;
     };
@@ -83,13 +87,15 @@ export function SideView({ state, isDark }: { state: State; isDark: boolean }) {
   const ticks = [];
   for (let i = Math.ceil(range.low / step); i * step <= range.high; ++i) ticks.push(i * step);
 
-  const grab = (key: Key) => (event: PointerEvent): void => {
-    if (!zone || state.locked.has(keyOf(doc, zone.id))) return;
-    const begun = beginDrag(key === 'zMin' ? 'Lower height' : 'Upper height');
-    if (!begun) return;
-    (event.currentTarget as Element).setPointerCapture(event.pointerId);
-    drag.current = { drag: begun, key, range };
-  };
+  const grab =
+    (key: Key) =>
+    (event: PointerEvent): void => {
+      if (!zone || state.locked.has(keyOf(doc, zone.id))) return;
+      const begun = beginDrag(key === 'zMin' ? 'Lower height' : 'Upper height');
+      if (!begun) return;
+      (event.currentTarget as Element).setPointerCapture(event.pointerId);
+      drag.current = { drag: begun, key, range };
+    };
   const move = (event: PointerEvent): void => {
     if (!drag.current || !zone) return;
     const y = event.clientY - holder.current!.getBoundingClientRect().top;
@@ -101,27 +107,55 @@ export function SideView({ state, isDark }: { state: State; isDark: boolean }) {
     if (drag.current) endDrag(drag.current.drag);
     drag.current = null;
   };
-  const nudge = (key: Key) => (event: KeyboardEvent): void => {
-    const by = { ArrowUp: 1, ArrowDown: -1 }[event.key];
-    if (!by || !zone) return;
-    event.preventDefault();
-    event.stopPropagation();
-    const begun = beginDrag(key);
-    if (!begun) return;
-    dragTo(begun, (from) => withHeight(from, zone, key, tidy(zone[key] + by * (event.shiftKey ? 0.1 : 0.01))));
-    endDrag(begun);
-  };
+  const nudge =
+    (key: Key) =>
+    (event: KeyboardEvent): void => {
+      const by = { ArrowUp: 1, ArrowDown: -1 }[event.key];
+      if (!by || !zone) return;
+      event.preventDefault();
+      event.stopPropagation();
+      const begun = beginDrag(key);
+      if (!begun) return;
+      dragTo(begun, (from) => withHeight(from, zone, key, tidy(zone[key] + by * (event.shiftKey ? 0.1 : 0.01))));
+      endDrag(begun);
+    };
   return (
     <div class="view side" ref={holder}>
-      {scene ? <PointCanvas scene={scene} counts={state.counts} colouring={state.colouring} isDark={isDark} size={size} matrixOf={() => sideMatrix(state, range)} /> : null}
-      <svg class="over" width={size.width} height={size.height} aria-label="Heights" role="group" onPointerMove={move} onPointerUp={drop} onPointerCancel={drop}>
+      {scene ? (
+        <PointCanvas
+          scene={scene}
+          counts={state.counts}
+          colouring={state.colouring}
+          isDark={isDark}
+          size={size}
+          matrixOf={() => sideMatrix(state, range)}
+        />
+      ) : null}
+      <svg
+        class="over"
+        width={size.width}
+        height={size.height}
+        aria-label="Heights"
+        role="group"
+        onPointerMove={move}
+        onPointerUp={drop}
+        onPointerCancel={drop}
+      >
         <g class="ticks" aria-hidden="true">
           <path class="grid" d={ticks.map((z) => `M0 ${toY(z).toFixed(1)}h${size.width}`).join('')} />
-          {ticks.map((z) => <text key={z} x={size.width - 4} y={toY(z) - 3} text-anchor="end">{z.toFixed(decimalsOf(step))} m</text>)}
+          {ticks.map((z) => (
+            <text key={z} x={size.width - 4} y={toY(z) - 3} text-anchor="end">
+              {z.toFixed(decimalsOf(step))} m
+            </text>
+          ))}
         </g>
         {heights ? <path class="histogram" d={histogramPath(heights, toY, size.width * 0.6)} /> : null}
         {zone ? <Band doc={doc} zone={zone} toY={toY} width={size.width} grab={grab} nudge={nudge} /> : null}
-        {zone ? null : <text class="hint" x={size.width / 2} y={18} text-anchor="middle">Select a zone</text>}
+        {zone ? null : (
+          <text class="hint" x={size.width / 2} y={18} text-anchor="middle">
+            Select a zone
+          </text>
+        )}
       </svg>
     </div>
   );
@@ -143,10 +177,24 @@ function Band({ doc, zone, toY, width, grab, nudge }: BandProps) {
     <g class={`heights ${zone.zMin > zone.zMax ? 'wrong' : ''}`} style={{ '--own': colourOf(doc, zone) }}>
       <rect x="0" y={Math.min(top, bottom)} width={width} height={Math.abs(bottom - top)} />
       {(['zMin', 'zMax'] as const).map((key) => (
-        <g key={key} class="handle" data-height={key} tabindex={0} role="slider" aria-label={`${key} of ${zone.name}`} aria-orientation="vertical" aria-valuenow={zone[key]} aria-valuetext={`${zone[key]} m`} onPointerDown={grab(key)} onKeyDown={nudge(key)}>
+        <g
+          key={key}
+          class="handle"
+          data-height={key}
+          tabindex={0}
+          role="slider"
+          aria-label={`${key} of ${zone.name}`}
+          aria-orientation="vertical"
+          aria-valuenow={zone[key]}
+          aria-valuetext={`${zone[key]} m`}
+          onPointerDown={grab(key)}
+          onKeyDown={nudge(key)}
+        >
           <path class="reach" d={`M0 ${toY(zone[key])}h${width}`} />
           <path class="seen" d={`M0 ${toY(zone[key])}h${width}`} />
-          <text x="4" y={toY(zone[key]) + (key === 'zMax' ? -4 : 13)}>{key} {zone[key]} m</text>
+          <text x="4" y={toY(zone[key]) + (key === 'zMax' ? -4 : 13)}>
+            {key} {zone[key]} m
+          </text>
         </g>
       ))}
     </g>

@@ -42,7 +42,11 @@ export function Sketch({ state, toPixel }: { state: State; toPixel: ToPixel }) {
         return <circle key={i} cx={q.x} cy={q.y} r="4" />;
       })}
       {tip ? <path class="cross" d={`M${tip.x - 8} ${tip.y}h16M${tip.x} ${tip.y - 8}v16`} /> : null}
-      {tip && end && last ? <text x={tip.x + 12} y={tip.y - 12}>{wayText(last, end)}</text> : null}
+      {tip && end && last ? (
+        <text x={tip.x + 12} y={tip.y - 12}>
+          {wayText(last, end)}
+        </text>
+      ) : null}
     </g>
   );
 }

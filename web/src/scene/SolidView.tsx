@@ -14,11 +14,27 @@ const ORIGIN = [0, 0, 0];
 
 function path3d(m: Matrix, size: Size, ring: readonly Pt[], z: number): string {
   const points = ring.map((p) => project(m, size, p.x, p.y, z));
-  return points.some((p) => p === null) ? '' : points.map((p, i) => `${i === 0 ? 'M' : 'L'}${p!.x.toFixed(1)} ${p!.y.toFixed(1)}`).join('') + 'z';
+  return points.some((p) => p === null)
+    ? ''
+    : points.map((p, i) => `${i === 0 ? 'M' : 'L'}${p!.x.toFixed(1)} ${p!.y.toFixed(1)}`).join('') + 'z';
 }
 
 // Walls between the two heights, and the lid; what is behind the eye is left out.
-function Volume({ doc, zone, m, size, state, isOccupied }: { doc: Doc; zone: Zone; m: Matrix; size: Size; state: State; isOccupied: boolean }) {
+function Volume({
+  doc,
+  zone,
+  m,
+  size,
+  state,
+  isOccupied,
+}: {
+  doc: Doc;
+  zone: Zone;
+  m: Matrix;
+  size: Size;
+  state: State;
+  isOccupied: boolean;
+}) {
   const ring = ringOf(zone);
   const ground = state.scene?.ground ?? zone.zMin;
   // Heights that nobody set reach far: drawn to well over the ground.
@@ -27,17 +43,33 @@ function Volume({ doc, zone, m, size, state, isOccupied }: { doc: Doc; zone: Zon
   const isRound = zone.shape?.kind === 'sector';
   const posts = ring.filter((_, i) => !isRound || i % 10 === 0);
   const edges = posts.map((p) => [project(m, size, p.x, p.y, low), project(m, size, p.x, p.y, high)] as const);
-  const post = edges.map(([a, b]) => (a && b ? `M${a.x.toFixed(1)} ${a.y.toFixed(1)}L${b.x.toFixed(1)} ${b.y.toFixed(1)}` : '')).join('');
+  const post = edges
+    .map(([a, b]) => (a && b ? `M${a.x.toFixed(1)} ${a.y.toFixed(1)}L${b.x.toFixed(1)} ${b.y.toFixed(1)}` : ''))
+    .join('');
   const walls = ring.map((p, i) => {
     const q = ring[(i + 1) % ring.length]!;
-    const corners = [project(m, size, p.x, p.y, low), project(m, size, q.x, q.y, low), project(m, size, q.x, q.y, high), project(m, size, p.x, p.y, high)];
-    return corners.some((c) => c === null) ? '' : corners.map((c, k) => `${k === 0 ? 'M' : 'L'}${c!.x.toFixed(1)} ${c!.y.toFixed(1)}`).join('') + 'z';
+    const corners = [
+      project(m, size, p.x, p.y, low),
+      project(m, size, q.x, q.y, low),
+      project(m, size, q.x, q.y, high),
+      project(m, size, p.x, p.y, high),
+    ];
+    return corners.some((c) => c === null)
+      ? ''
+      : corners.map((c, k) => `${k === 0 ? 'M' : 'L'}${c!.x.toFixed(1)} ${c!.y.toFixed(1)}`).join('') + 'z';
   });
   const classes = `${zone.kind} ${state.selection.includes(zone.id) ? 'selected' : ''} ${isOccupied ? 'occupied' : ''}`;
   return (
-    <g class={`volume ${classes}`} data-id={zone.id} style={{ '--own': colourOf(doc, zone) }} onClick={() => set({ selection: [zone.id], vertex: -1 })}>
+    <g
+      class={`volume ${classes}`}
+      data-id={zone.id}
+      style={{ '--own': colourOf(doc, zone) }}
+      onClick={() => set({ selection: [zone.id], vertex: -1 })}
+    >
       <title>{`${zone.name}, ${zone.zMin} to ${zone.zMax} m`}</title>
-      {walls.map((d, i) => <path key={i} class="wall" d={d} />)}
+      {walls.map((d, i) => (
+        <path key={i} class="wall" d={d} />
+      ))}
       <path class="rim" d={path3d(m, size, ring, low)} />
       <path class="rim" d={path3d(m, size, ring, high) + post} />
     </g>
@@ -74,7 +106,9 @@ export function SolidView({ state, isDark }: { state: State; isDark: boolean }) 
     watched.addEventListener('wheel', turn, { passive: false });
     return () => watched.removeEventListener('wheel', turn);
   }, []);
-  const zones = [...doc.fields.flatMap((field) => field.zones), ...doc.exclusions].filter((zone) => isPlaced(zone) && !hidden.has(keyOf(doc, zone.id)));
+  const zones = [...doc.fields.flatMap((field) => field.zones), ...doc.exclusions].filter(
+    (zone) => isPlaced(zone) && !hidden.has(keyOf(doc, zone.id)),
+  );
   return (
     <div
       class="view solid"
@@ -91,12 +125,39 @@ export function SolidView({ state, isDark }: { state: State; isDark: boolean }) 
       onPointerUp={() => (start.current = null)}
       onContextMenu={(event) => event.preventDefault()}
     >
-      <PointCanvas scene={state.scene} counts={state.counts} colouring={state.colouring} isDark={isDark} size={size} matrixOf={(scene) => orbitMatrix(orbit, size, scene.origin)} />
-      <svg class="over" width={size.width} height={size.height} tabindex={0} role="application" aria-label="View in three dimensions. Drag turns it, with Shift moves it, the wheel goes nearer; arrows turn it.">
-        {zones.map((zone) => <Volume key={zone.id} doc={doc} zone={zone} m={m} size={size} state={state} isOccupied={occupied.has(zone.id)} />)}
+      <PointCanvas
+        scene={state.scene}
+        counts={state.counts}
+        colouring={state.colouring}
+        isDark={isDark}
+        size={size}
+        matrixOf={(scene) => orbitMatrix(orbit, size, scene.origin)}
+      />
+      <svg
+        class="over"
+        width={size.width}
+        height={size.height}
+        tabindex={0}
+        role="application"
+        aria-label="View in three dimensions. Drag turns it, with Shift moves it, the wheel goes nearer; arrows turn it."
+      >
+        {zones.map((zone) => (
+          <Volume
+            key={zone.id}
+            doc={doc}
+            zone={zone}
+            m={m}
+            size={size}
+            state={state}
+            isOccupied={occupied.has(zone.id)}
+          />
+        ))}
         {doc.lines.filter(isPlaced).map((line) => {
           const z = state.scene?.ground ?? 0;
-          const [a, b] = [project(m, size, line.first.x, line.first.y, z), project(m, size, line.second.x, line.second.y, z)];
+          const [a, b] = [
+            project(m, size, line.first.x, line.first.y, z),
+            project(m, size, line.second.x, line.second.y, z),
+          ];
           return a && b ? <path key={line.id} class="line3d" d={`M${a.x} ${a.y}L${b.x} ${b.y}`} /> : null;
         })}
       </svg>

@@ -10,9 +10,11 @@ const MOST = 3000; // of a picture that is drawn again while the view moves
 export function takenPoints(scene: Scene, counts: Counts | null): Pt[] {
   const { positions, origin } = scene;
   const found: Pt[] = [];
-  const verdicts = counts?.verdicts;
+  // Of another scene for an instant, while the points of this one are counted.
+  const verdicts = counts?.verdicts?.length === positions.length / 3 ? counts.verdicts : null;
   for (let k = 0; verdicts && k < verdicts.length && found.length < MOST; ++k) {
-    if (verdictOf(verdicts[k]!) === VERDICT.taken) found.push({ x: positions[3 * k]! + origin[0], y: positions[3 * k + 1]! + origin[1] });
+    if (verdictOf(verdicts[k]!) === VERDICT.taken)
+      found.push({ x: positions[3 * k]! + origin[0], y: positions[3 * k + 1]! + origin[1] });
   }
   return found;
 }

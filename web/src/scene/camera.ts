@@ -55,7 +55,11 @@ export function fitted(low: Pt, high: Pt, size: Size): PlanCamera {
   const width = Math.max(high.x - low.x, 0.5);
   const height = Math.max(high.y - low.y, 0.5);
   const scale = 0.9 * Math.min(size.width / width, size.height / height);
-  return { x: (low.x + high.x) / 2, y: (low.y + high.y) / 2, scale: Math.min(GREATEST_SCALE, Math.max(LEAST_SCALE, scale)) };
+  return {
+    x: (low.x + high.x) / 2,
+    y: (low.y + high.y) / 2,
+    scale: Math.min(GREATEST_SCALE, Math.max(LEAST_SCALE, scale)),
+  };
 }
 
 /** The smallest 1, 2 or 5 times a power of ten that is not below. */
@@ -101,7 +105,11 @@ export function eyeOf(orbit: Orbit): Eye {
   const ahead = [-cy * cp, -sy * cp, -sp] as const;
   const right = [-sy, cy, 0] as const;
   const up = [-cy * sp, -sy * sp, cp] as const;
-  const place = [orbit.x - ahead[0] * orbit.distance, orbit.y - ahead[1] * orbit.distance, orbit.z - ahead[2] * orbit.distance] as const;
+  const place = [
+    orbit.x - ahead[0] * orbit.distance,
+    orbit.y - ahead[1] * orbit.distance,
+    orbit.z - ahead[2] * orbit.distance,
+  ] as const;
   return { place, right, up, ahead };
 }
 

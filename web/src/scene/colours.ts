@@ -27,14 +27,26 @@ function packed(hex: string): number {
 }
 
 const LIGHT: ScanColours = {
-  ground: packed('#c3ccd5'), low: packed('#93a4b5'), high: packed('#3e5870'), counted: packed('#b8500c'), taken: packed('#7d4a8f'), excluded: packed('#d5dbe1'),
+  ground: packed('#c3ccd5'),
+  low: packed('#93a4b5'),
+  high: packed('#3e5870'),
+  counted: packed('#b8500c'),
+  taken: packed('#7d4a8f'),
+  excluded: packed('#d5dbe1'),
 };
 const DARK: ScanColours = {
-  ground: packed('#3b4652'), low: packed('#64788c'), high: packed('#a9bccf'), counted: packed('#ff9a4d'), taken: packed('#c792d6'), excluded: packed('#303943'),
+  ground: packed('#3b4652'),
+  low: packed('#64788c'),
+  high: packed('#a9bccf'),
+  counted: packed('#ff9a4d'),
+  taken: packed('#c792d6'),
+  excluded: packed('#303943'),
 };
 
 // From blue over green to yellow: even steps of lightness, told apart by colour-blind readers too.
-const RAMP = ['#30437f', '#3a6a9b', '#3b8d97', '#4aae83', '#8fc766', '#e2d94f'].map((hex) => [1, 3, 5].map((at) => Number.parseInt(hex.slice(at, at + 2), 16)));
+const RAMP = ['#30437f', '#3a6a9b', '#3b8d97', '#4aae83', '#8fc766', '#e2d94f'].map((hex) =>
+  [1, 3, 5].map((at) => Number.parseInt(hex.slice(at, at + 2), 16)),
+);
 
 function rampColour(t: number): number {
   const at = Math.min(Math.max(t, 0), 1) * (RAMP.length - 1);
@@ -51,7 +63,7 @@ export function pointColours(scene: Scene, counts: Counts | null, colouring: Col
   const shades = isDark ? DARK : LIGHT;
   const colours = new Uint32Array(positions.length / 3);
   const ground = (scene.ground ?? 0) - scene.origin[2];
-  const verdicts = counts?.verdicts ?? null;
+  const verdicts = counts?.verdicts?.length === colours.length ? counts.verdicts : null;
   for (let k = 0, i = 2; k < colours.length; ++k, i += 3) {
     const height = positions[i]! - ground;
     const verdict = verdicts ? verdictOf(verdicts[k]!) : VERDICT.outside;

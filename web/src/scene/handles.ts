@@ -19,13 +19,26 @@ const onCircle = (angle: number, radius: number): Pt => ({ x: radius * Math.cos(
 
 /** @param beside how far, in metres, the handle that turns stands beside the shape */
 export function handlesOf(item: Item, beside: number): Handle[] {
-  const vertex = (p: Pt, index: number): Handle => ({ kind: 'vertex', index, p, title: `Corner ${index}: drag moves it, Delete removes it` });
+  const vertex = (p: Pt, index: number): Handle => ({
+    kind: 'vertex',
+    index,
+    p,
+    title: `Corner ${index}: drag moves it, Delete removes it`,
+  });
   if (item.kind === 'line') return [item.first, item.second].map(vertex);
   const { shape } = item;
   if (!shape) return [];
   if (shape.kind === 'polygon') {
     const { points } = shape;
-    const edges = points.length < MOST_VERTICES ? points.map((p, index): Handle => ({ kind: 'edge', index, p: middle(p, points[(index + 1) % points.length]!), title: 'Drag adds a corner here' })) : [];
+    const edges =
+      points.length < MOST_VERTICES
+        ? points.map((p, index): Handle => ({
+            kind: 'edge',
+            index,
+            p: middle(p, points[(index + 1) % points.length]!),
+            title: 'Drag adds a corner here',
+          }))
+        : [];
     return [...edges, ...points.map(vertex)];
   }
   if (shape.kind === 'rectangle') {

@@ -10,7 +10,10 @@ export function itemsAt(doc: Doc, p: Pt, reach: number, isHidden: (id: string) =
     if (isHidden(item.id)) continue;
     const ring = ringOf(item);
     if (ring.length < 2) continue;
-    const isNear = ring.some((a, i) => (item.kind !== 'line' || i === 0) && distance(p, nearestOn(a, ring[(i + 1) % ring.length]!, p)) <= reach);
+    const isNear = ring.some(
+      (a, i) =>
+        (item.kind !== 'line' || i === 0) && distance(p, nearestOn(a, ring[(i + 1) % ring.length]!, p)) <= reach,
+    );
     if (item.kind === 'line' ? isNear : isNear || holds(ring, p)) {
       found.push({ id: item.id, size: item.kind === 'line' ? -1 : Math.abs(area(ring)) });
     }

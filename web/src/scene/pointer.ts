@@ -13,7 +13,14 @@ import { snapped } from './snap';
 
 type Gesture =
   | { readonly kind: 'pan'; readonly camera: PlanCamera; readonly clears: boolean }
-  | { readonly kind: 'move'; readonly drag: Drag; readonly ids: readonly string[]; readonly from: Pt; readonly corner: Pt; readonly wasSelected: boolean }
+  | {
+      readonly kind: 'move';
+      readonly drag: Drag;
+      readonly ids: readonly string[];
+      readonly from: Pt;
+      readonly corner: Pt;
+      readonly wasSelected: boolean;
+    }
   | { readonly kind: 'handle'; readonly drag: Drag; readonly id: string; readonly handle: Handle }
   | { readonly kind: 'band'; readonly from: Pt }
   | { readonly kind: 'draw'; readonly began: boolean };
@@ -105,7 +112,10 @@ export class PlanPointer {
       return;
     }
     if (event.shiftKey) {
-      set({ selection: selection.includes(id) ? selection.filter((one) => one !== id) : [...selection, id], vertex: -1 });
+      set({
+        selection: selection.includes(id) ? selection.filter((one) => one !== id) : [...selection, id],
+        vertex: -1,
+      });
       return;
     }
     if (chosen === undefined) set({ selection: [id], vertex: -1 });
@@ -113,7 +123,10 @@ export class PlanPointer {
     const drag = ids.some((one) => this.isLocked(one)) ? null : beginDrag('Move');
     if (!drag) return;
     const corners = ids.flatMap((one) => ringOf(drag.doc.byId.get(one)!));
-    const corner = corners.reduce((a, b) => (Math.hypot(b.x - p.x, b.y - p.y) < Math.hypot(a.x - p.x, a.y - p.y) ? b : a), corners[0] ?? p);
+    const corner = corners.reduce(
+      (a, b) => (Math.hypot(b.x - p.x, b.y - p.y) < Math.hypot(a.x - p.x, a.y - p.y) ? b : a),
+      corners[0] ?? p,
+    );
     this.gesture = { kind: 'move', drag, ids, from: p, corner, wasSelected: chosen !== undefined };
   }
 
@@ -131,7 +144,13 @@ export class PlanPointer {
   private follow(event: PointerEvent, pixel: Pt, p: Pt, gesture: Gesture): void {
     if (gesture.kind === 'pan') {
       const { camera } = gesture;
-      set({ camera: { ...camera, x: camera.x - (pixel.x - this.start.x) / camera.scale, y: camera.y + (pixel.y - this.start.y) / camera.scale } });
+      set({
+        camera: {
+          ...camera,
+          x: camera.x - (pixel.x - this.start.x) / camera.scale,
+          y: camera.y + (pixel.y - this.start.y) / camera.scale,
+        },
+      });
     } else if (gesture.kind === 'move') {
       const to = this.snap(plus(gesture.corner, minus(p, gesture.from)), event, gesture.ids, gesture.corner);
       dragTo(gesture.drag, (doc) => moved(doc, gesture.ids, minus(to, gesture.corner)));
@@ -150,7 +169,8 @@ export class PlanPointer {
     const other = [...this.touches].find(([one]) => one !== id)?.[1];
     if (!other) return;
     const { camera } = get();
-    const factor = Math.hypot(now.x - other.x, now.y - other.y) / Math.max(1, Math.hypot(before.x - other.x, before.y - other.y));
+    const factor =
+      Math.hypot(now.x - other.x, now.y - other.y) / Math.max(1, Math.hypot(before.x - other.x, before.y - other.y));
     set({ camera: zoomed(camera, this.sizeOf(), other, factor) });
   }
 
@@ -162,7 +182,8 @@ export class PlanPointer {
     if (!gesture) return;
     const p = this.plane(pixel);
     if (gesture.kind === 'draw') this.drawn(event, p, gesture.began);
-    else if (gesture.kind === 'band') set({ selection: itemsIn(get().doc, gesture.from, p, (id) => this.isHidden(id)), vertex: -1 });
+    else if (gesture.kind === 'band')
+      set({ selection: itemsIn(get().doc, gesture.from, p, (id) => this.isHidden(id)), vertex: -1 });
     else if (gesture.kind === 'pan') this.clicked(event, pixel, p, gesture.clears);
     else if (this.hasMoved) endDrag(gesture.drag);
     else if (gesture.kind === 'move' && gesture.wasSelected && get().selection.length === 1) this.selectBelow(p);

@@ -22,7 +22,10 @@ void main() { result = shade; }`;
 
 function compiled(gl: WebGL2RenderingContext): WebGLProgram | null {
   const program = gl.createProgram();
-  for (const [kind, source] of [[gl.VERTEX_SHADER, VERTEX], [gl.FRAGMENT_SHADER, FRAGMENT]] as const) {
+  for (const [kind, source] of [
+    [gl.VERTEX_SHADER, VERTEX],
+    [gl.FRAGMENT_SHADER, FRAGMENT],
+  ] as const) {
     const shader = gl.createShader(kind);
     if (!shader) return null;
     gl.shaderSource(shader, source);

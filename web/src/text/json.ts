@@ -125,7 +125,11 @@ class Parser {
 
   private scalar(): ScalarNode {
     const start = this.at;
-    for (const [word, value] of [['true', true], ['false', false], ['null', null]] as const) {
+    for (const [word, value] of [
+      ['true', true],
+      ['false', false],
+      ['null', null],
+    ] as const) {
       if (this.text.startsWith(word, start)) {
         this.at += word.length;
         return { kind: 'scalar', start, end: this.at, value };

@@ -36,7 +36,8 @@ export function laidOut(value: Json, indent: string, unit: string): string {
     const lines: string[] = [];
     for (const one of value.map(inlined)) {
       const last = lines.at(-1);
-      if (last !== undefined && inner.length + last.length + one.length + 3 <= WIDEST) lines[lines.length - 1] = `${last}, ${one}`;
+      if (last !== undefined && inner.length + last.length + one.length + 3 <= WIDEST)
+        lines[lines.length - 1] = `${last}, ${one}`;
       else lines.push(one);
     }
     return `[\n${lines.map((line) => inner + line).join(',\n')}\n${indent}]`;

@@ -45,15 +45,17 @@ function lineIndent(text: string, at: number): string {
 }
 
 function written(text: string, value: Json, indent: string | null): string {
-  return indent === null
-    ? inlined(value)
-    : laidOut(value, indent, unitOf(text)).replaceAll('\n', lineBreakOf(text));
+  return indent === null ? inlined(value) : laidOut(value, indent, unitOf(text)).replaceAll('\n', lineBreakOf(text));
 }
 
 /** The value in the place of another. */
 export function replaced(text: string, node: Node, value: Json): Splice {
   const isOneLine = !text.includes('\n');
-  return { from: node.start, to: node.end, text: written(text, value, isOneLine ? null : lineIndent(text, node.start)) };
+  return {
+    from: node.start,
+    to: node.end,
+    text: written(text, value, isOneLine ? null : lineIndent(text, node.start)),
+  };
 }
 
 interface Part {
@@ -62,7 +64,13 @@ interface Part {
 }
 
 // What stands between two parts of a list or object: as between its neighbours.
-function inserted(text: string, whole: Part, parts: readonly Part[], at: number, make: (indent: string | null) => string): Splice {
+function inserted(
+  text: string,
+  whole: Part,
+  parts: readonly Part[],
+  at: number,
+  make: (indent: string | null) => string,
+): Splice {
   const before = parts[at - 1];
   const after = parts[at];
   if (before && after) {
@@ -98,7 +106,13 @@ export function itemInserted(text: string, list: ArrayNode, at: number, value: J
 /** The value as last member of the object. */
 export function memberAdded(text: string, object: ObjectNode, key: string, value: Json): Splice {
   const parts = object.members.map((one) => ({ start: one.keyStart, end: one.value.end }));
-  return inserted(text, object, parts, parts.length, (indent) => `${JSON.stringify(key)}: ${written(text, value, indent)}`);
+  return inserted(
+    text,
+    object,
+    parts,
+    parts.length,
+    (indent) => `${JSON.stringify(key)}: ${written(text, value, indent)}`,
+  );
 }
 
 /** A list in the place of a single value that stands without brackets, followed by another value. */
@@ -124,5 +138,9 @@ export function itemRemoved(list: ArrayNode, at: number): Splice {
 /** Without the first member of that key. */
 export function memberRemoved(object: ObjectNode, key: string): Splice {
   const parts = object.members.map((one) => ({ start: one.keyStart, end: one.value.end }));
-  return partRemoved(object, parts, object.members.findIndex((one) => one.key === key));
+  return partRemoved(
+    object,
+    parts,
+    object.members.findIndex((one) => one.key === key),
+  );
 }

@@ -31,12 +31,27 @@ describe('drawing', () => {
 
   test('a polygon into the first field with room, by clicks and Enter', async () => {
     await person.press('p');
-    for (const p of [{ x: 20, y: 14 }, { x: 24, y: 14 }, { x: 24, y: 18 }]) await person.click(p);
+    for (const p of [
+      { x: 20, y: 14 },
+      { x: 24, y: 14 },
+      { x: 24, y: 18 },
+    ])
+      await person.click(p);
     await person.press('Enter');
     const now = await doc();
     expect(zoneNames(now, 1)).toEqual(['Lane east', 'Lane west', 'Zone 1']);
     expect(now.fields[1]!.zones[2]).toMatchObject({
-      index: 2, zMin: 0.3, zMax: 4, shape: { kind: 'polygon', points: [{ x: 20, y: 14 }, { x: 24, y: 14 }, { x: 24, y: 18 }] },
+      index: 2,
+      zMin: 0.3,
+      zMax: 4,
+      shape: {
+        kind: 'polygon',
+        points: [
+          { x: 20, y: 14 },
+          { x: 24, y: 14 },
+          { x: 24, y: 18 },
+        ],
+      },
     });
     expect(now.text.length).toBeGreaterThan(crossing.length);
     expect(now.text.replace(/,\s*\{\s*"name": "Zone 1"[\s\S]*?"zMax": 4\s*\}/, '')).toBe(crossing);
@@ -50,8 +65,17 @@ describe('drawing', () => {
     expect((await doc()).fields[1]!.zones[2]!.shape).toMatchObject({ points: [{ x: 20 }, { x: 24 }, { x: 24 }] });
     await person.press('p');
     await person.page.getByLabel('Draw into').selectOption('exclusion');
-    for (const p of [{ x: -5, y: 12 }, { x: -2, y: 12 }, { x: -2, y: 15 }, { x: -5, y: 12 }]) await person.click(p);
-    expect((await doc()).exclusions[3]).toMatchObject({ name: 'Exclusion 1', shape: { points: [{ x: -5 }, { x: -2 }, { x: -2 }] } });
+    for (const p of [
+      { x: -5, y: 12 },
+      { x: -2, y: 12 },
+      { x: -2, y: 15 },
+      { x: -5, y: 12 },
+    ])
+      await person.click(p);
+    expect((await doc()).exclusions[3]).toMatchObject({
+      name: 'Exclusion 1',
+      shape: { points: [{ x: -5 }, { x: -2 }, { x: -2 }] },
+    });
   });
 
   test('a rectangle by dragging, a new field for it, and its turn by the handle', async () => {
@@ -60,7 +84,14 @@ describe('drawing', () => {
     await person.drag({ x: 20, y: 14 }, { x: 24, y: 16 });
     let now = await doc();
     expect(now.fields[3]).toMatchObject({ index: 3, name: 'Field 1' });
-    expect(now.fields[3]!.zones[0]!.shape).toEqual({ kind: 'rectangle', rotation: 0, corners: [{ x: 20, y: 14 }, { x: 24, y: 16 }] });
+    expect(now.fields[3]!.zones[0]!.shape).toEqual({
+      kind: 'rectangle',
+      rotation: 0,
+      corners: [
+        { x: 20, y: 14 },
+        { x: 24, y: 16 },
+      ],
+    });
     const handle = await person.page.locator('.handle.turn .seen').boundingBox();
     const [x, y] = [handle!.x + handle!.width / 2, handle!.y + handle!.height / 2];
     const centre = await person.pixel({ x: 22, y: 15 });
@@ -101,7 +132,13 @@ describe('drawing', () => {
       await entry.fill(typed);
       await person.press('Enter');
     }
-    expect((await doc()).fields[1]!.zones[2]!.shape).toMatchObject({ points: [{ x: 1, y: 20 }, { x: 3, y: 20 }, { x: 3, y: 22 }] });
+    expect((await doc()).fields[1]!.zones[2]!.shape).toMatchObject({
+      points: [
+        { x: 1, y: 20 },
+        { x: 3, y: 20 },
+        { x: 3, y: 22 },
+      ],
+    });
     await person.press('p');
     await entry.fill('1;;2');
     await entry.press('Enter');
@@ -188,7 +225,10 @@ describe('changing', () => {
   test('several shapes are moved, duplicated, mirrored and removed together', async () => {
     await person.drag({ x: 14.2, y: 7.4 }, { x: 30.6, y: 11 }, ['Shift']);
     await person.frame();
-    expect(await person.page.locator('.group li.chosen .what').allTextContents()).toEqual(['Lane west', 'Lane west entry']);
+    expect(await person.page.locator('.group li.chosen .what').allTextContents()).toEqual([
+      'Lane west',
+      'Lane west entry',
+    ]);
     await person.drag({ x: 27, y: 9 }, { x: 27, y: 14 });
     let now = await doc();
     expect(now.lines[2]).toMatchObject({ first: { x: 20, y: 12.5 }, second: { x: 20, y: 15.6 } });

@@ -17,7 +17,8 @@ afterEach(async () => {
   await person.leave();
 });
 
-const note = (name: string): Promise<string | null> => person.page.locator(`[data-label="${name}"] .note`).textContent();
+const note = (name: string): Promise<string | null> =>
+  person.page.locator(`[data-label="${name}"] .note`).textContent();
 const walkway = 'ZoneDetector/EvaluationField[0]/Zone[0]';
 const tab = (name: string): Promise<void> => person.page.getByRole('tab', { name }).click();
 
@@ -29,10 +30,16 @@ describe('known at once', () => {
     await person.page.mouse.move(a.x, a.y);
     await person.page.mouse.down();
     await person.page.mouse.move(b.x, b.y, { steps: 5 });
-    await person.page.waitForFunction(([id, was]) => Number.parseInt(document.querySelector(`[data-label="${id}"] .note`)!.textContent!, 10) !== was, [walkway, before] as const);
+    await person.page.waitForFunction(
+      ([id, was]) => Number.parseInt(document.querySelector(`[data-label="${id}"] .note`)!.textContent!, 10) !== was,
+      [walkway, before] as const,
+    );
     await person.press('Escape');
     await person.page.mouse.up();
-    await person.page.waitForFunction(([id, was]) => Number.parseInt(document.querySelector(`[data-label="${id}"] .note`)!.textContent!, 10) === was, [walkway, before] as const);
+    await person.page.waitForFunction(
+      ([id, was]) => Number.parseInt(document.querySelector(`[data-label="${id}"] .note`)!.textContent!, 10) === was,
+      [walkway, before] as const,
+    );
     expect(await person.text()).toBe(crossing);
   });
 
@@ -82,9 +89,14 @@ describe('playing', () => {
     const at = (): Promise<string | null> => person.page.locator('.objects [data-object="7"] path').getAttribute('d');
     const before = await at();
     await person.press(',');
-    await person.page.waitForFunction((was) => document.querySelector('.objects [data-object="7"] path')!.getAttribute('d') !== was, before);
+    await person.page.waitForFunction(
+      (was) => document.querySelector('.objects [data-object="7"] path')!.getAttribute('d') !== was,
+      before,
+    );
     await person.page.getByRole('button', { name: 'Play' }).click();
-    await person.page.waitForFunction(() => /1\.\d\d s/.test(document.querySelector('.transport output')!.textContent!));
+    await person.page.waitForFunction(() =>
+      /1\.\d\d s/.test(document.querySelector('.transport output')!.textContent!),
+    );
     await person.page.getByRole('button', { name: 'Pause' }).click();
   });
 
@@ -139,9 +151,15 @@ describe('what if', () => {
   test('another document lies beneath, dashed, and its events beside', async () => {
     const [chooser] = await Promise.all([
       person.page.waitForEvent('filechooser'),
-      person.page.getByText('More', { exact: true }).click().then(() => person.page.getByRole('button', { name: 'Compare with another document' }).click()),
+      person.page
+        .getByText('More', { exact: true })
+        .click()
+        .then(() => person.page.getByRole('button', { name: 'Compare with another document' }).click()),
     ]);
-    const other = crossing.replace('"first": { "x": 8.3, "y": 7.5 }, "second": { "x": 13.7, "y": 7.5 }', '"first": { "x": 8.3, "y": 19 }, "second": { "x": 13.7, "y": 19 }');
+    const other = crossing.replace(
+      '"first": { "x": 8.3, "y": 7.5 }, "second": { "x": 13.7, "y": 7.5 }',
+      '"first": { "x": 8.3, "y": 19 }, "second": { "x": 13.7, "y": 19 }',
+    );
     await chooser.setFiles({ name: 'other.json', mimeType: 'application/json', buffer: Buffer.from(other) });
     await person.page.locator('.ghost path').first().waitFor({ state: 'attached' });
     await tab('Events');
@@ -154,6 +172,9 @@ describe('single frames', () => {
   test('points of a frame alone are counted, without a time line', async () => {
     await dropFiles(person, [{ name: 'two.xyz', text: '11 7 1\n11 8 1\n0 0 9\n' }]);
     await person.page.getByText('Drop a recording here to play it.').waitFor();
-    await person.page.waitForFunction((id) => document.querySelector(`[data-label="${id}"] .note`)?.textContent === '2 points', walkway);
+    await person.page.waitForFunction(
+      (id) => document.querySelector(`[data-label="${id}"] .note`)?.textContent === '2 points',
+      walkway,
+    );
   });
 });

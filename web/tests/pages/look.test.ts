@@ -19,7 +19,13 @@ async function faultsOf(person: Person): Promise<string[]> {
     const { axe } = window as unknown as { axe: { run: (options: object) => Promise<AxeResults> } };
     return (await axe.run({ runOnly: ['wcag2a', 'wcag2aa', 'wcag21a', 'wcag21aa', 'wcag22aa'] })).violations;
   });
-  return found.map((one) => `${one.id}: ${one.nodes.map((node) => `${node.target.join(' ')} ${node.any[0]?.message ?? ''}`).slice(0, 3).join(' | ')}`);
+  return found.map(
+    (one) =>
+      `${one.id}: ${one.nodes
+        .map((node) => `${node.target.join(' ')} ${node.any[0]?.message ?? ''}`)
+        .slice(0, 3)
+        .join(' | ')}`,
+  );
 }
 
 const SIZES: readonly (Options & { readonly name: string })[] = [
@@ -36,14 +42,20 @@ describe('how it looks', () => {
       const person = await (await Person.at(place, options)).ready();
       await person.page.getByRole('button', { name: 'Walkway' }).first().click();
       await person.frame();
-      expect(await person.page.evaluate(() => document.documentElement.scrollWidth - innerWidth)).toBeLessThanOrEqual(0);
+      expect(await person.page.evaluate(() => document.documentElement.scrollWidth - innerWidth)).toBeLessThanOrEqual(
+        0,
+      );
       const plan = await person.page.locator('.plan').boundingBox();
       expect(plan!.width).toBeGreaterThan(options.width! * 0.5);
       expect(plan!.height).toBeGreaterThan(options.height! * 0.4);
       await person.picture(options.name);
       for (const tab of ['Zones', 'Findings', 'Events', 'Explain', 'Text']) {
         await person.page.getByRole('tab', { name: tab }).click();
-        if (tab === 'Explain') await person.page.getByRole('button', { name: 'All zones' }).click().then(() => person.page.locator('.explain pre').waitFor());
+        if (tab === 'Explain')
+          await person.page
+            .getByRole('button', { name: 'All zones' })
+            .click()
+            .then(() => person.page.locator('.explain pre').waitFor());
         await person.frame();
         expect(await faultsOf(person), tab).toEqual([]);
         if (tab !== 'Zones') await person.picture(`${options.name}-${tab.toLowerCase()}`);
@@ -68,7 +80,11 @@ describe('how it looks', () => {
     expect(await faultsOf(person)).toEqual([]);
     await person.picture('solid');
     await person.press('3', 'p');
-    for (const p of [{ x: 20, y: 14 }, { x: 24, y: 14 }]) await person.click(p);
+    for (const p of [
+      { x: 20, y: 14 },
+      { x: 24, y: 14 },
+    ])
+      await person.click(p);
     await person.page.mouse.move((await person.pixel({ x: 24, y: 18 })).x, (await person.pixel({ x: 24, y: 18 })).y);
     await person.frame();
     expect(await faultsOf(person)).toEqual([]);
@@ -92,7 +108,8 @@ describe('how it looks', () => {
         context.drawImage(canvas, 0, 0);
         const { data } = context.getImageData(0, 0, copy.width, copy.height);
         let lit = 0;
-        for (let i = 0; i < data.length; i += 4) if (data[i] === 0xb8 && data[i + 1] === 0x50 && data[i + 2] === 0x0c) ++lit;
+        for (let i = 0; i < data.length; i += 4)
+          if (data[i] === 0xb8 && data[i + 1] === 0x50 && data[i + 2] === 0x0c) ++lit;
         return lit;
       });
       await person.leave();
@@ -110,7 +127,12 @@ describe('it stays on this computer', () => {
     await person.page.reload();
     await person.ready();
     expect(asked.filter((url) => !url.startsWith(place.address) && !url.startsWith('blob:'))).toEqual([]);
-    const refused = await person.page.evaluate(() => fetch('http://127.0.0.1:1/').then(() => 'asked', (error: unknown) => String(error)));
+    const refused = await person.page.evaluate(() =>
+      fetch('http://127.0.0.1:1/').then(
+        () => 'asked',
+        (error: unknown) => String(error),
+      ),
+    );
     expect(refused).toContain('TypeError');
     expect(person.faults.some((fault) => fault.includes('Content Security Policy'))).toBe(true);
     await person.leave();

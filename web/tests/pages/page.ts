@@ -11,7 +11,12 @@ import type { Pt } from '../../src/edit/model';
 const DIST = fileURLToPath(new URL('../../dist/', import.meta.url));
 const OUTPUT = fileURLToPath(new URL('../../test-output/', import.meta.url));
 const TYPES: Readonly<Record<string, string>> = {
-  '.html': 'text/html', '.js': 'text/javascript', '.css': 'text/css', '.json': 'application/json', '.svg': 'image/svg+xml', '.wasm': 'application/wasm',
+  '.html': 'text/html',
+  '.js': 'text/javascript',
+  '.css': 'text/css',
+  '.json': 'application/json',
+  '.svg': 'image/svg+xml',
+  '.wasm': 'application/wasm',
 };
 
 export interface Place {
@@ -22,7 +27,10 @@ export interface Place {
 
 function serve(): Promise<Server> {
   const server = createServer((request, response) => {
-    const path = normalize(decodeURIComponent(new URL(request.url ?? '/', 'http://page').pathname)).replace(/\/$/, '/index.html');
+    const path = normalize(decodeURIComponent(new URL(request.url ?? '/', 'http://page').pathname)).replace(
+      /\/$/,
+      '/index.html',
+    );
     const file = DIST + path.slice(1);
     if (path.includes('..') || !existsSync(file) || !statSync(file).isFile()) {
       response.writeHead(404).end();
@@ -74,6 +82,7 @@ export class Person {
       hasTouch: options.touch ?? false,
       acceptDownloads: true,
     });
+    context.setDefaultTimeout(20000);
     const page = await context.newPage();
     const person = new Person(page, context);
     page.on('pageerror', (error) => person.faults.push(String(error)));
@@ -158,11 +167,17 @@ export class Person {
 }
 
 /** Drops files on the page, as a person does with the mouse. */
-export async function dropFiles(person: Person, files: readonly { readonly name: string; readonly text: string }[]): Promise<void> {
-  const data = await person.page.evaluateHandle((list) => {
-    const transfer = new DataTransfer();
-    for (const { name, text } of list) transfer.items.add(new File([text], name));
-    return transfer;
-  }, files as { name: string; text: string }[]);
+export async function dropFiles(
+  person: Person,
+  files: readonly { readonly name: string; readonly text: string }[],
+): Promise<void> {
+  const data = await person.page.evaluateHandle(
+    (list) => {
+      const transfer = new DataTransfer();
+      for (const { name, text } of list) transfer.items.add(new File([text], name));
+      return transfer;
+    },
+    files as { name: string; text: string }[],
+  );
   await person.page.dispatchEvent('.plan, .solid', 'drop', { dataTransfer: data });
 }

@@ -1,7 +1,16 @@
 import { describe, expect, test } from 'vitest';
 import { cornersOf, radians, sweepOf } from '../../src/edit/geometry';
 import { begin, type History, redo, squashed, stepped, undo } from '../../src/edit/history';
-import { allRemoved, exclusionAdded, fieldAdded, lineAdded, removed, vertexAdded, vertexRemoved, zoneAdded } from '../../src/edit/items';
+import {
+  allRemoved,
+  exclusionAdded,
+  fieldAdded,
+  lineAdded,
+  removed,
+  vertexAdded,
+  vertexRemoved,
+  zoneAdded,
+} from '../../src/edit/items';
 import { fittingName, Refusal } from '../../src/edit/limits';
 import { type Doc, itemAt, type RectangleShape, type Shape, type Zone, read } from '../../src/edit/model';
 import { duplicated, mirrored, moved, turnedBy, vertexMoved } from '../../src/edit/moves';
@@ -14,7 +23,14 @@ const gate = 'ZoneDetector/EvaluationField[2]/Zone[2]';
 const stop = 'ZoneDetector/EvaluationField[2]/Zone[0]';
 const zone = (doc: Doc, id: string): Zone => doc.byId.get(id) as Zone;
 const doc = read(crossing);
-const square: Shape = { kind: 'polygon', points: [{ x: 0, y: 0 }, { x: 1, y: 0 }, { x: 1, y: 1 }] };
+const square: Shape = {
+  kind: 'polygon',
+  points: [
+    { x: 0, y: 0 },
+    { x: 1, y: 0 },
+    { x: 1, y: 1 },
+  ],
+};
 const drawn = { name: 'New', shape: square, zMin: 0, zMax: 2 };
 
 describe('the model', () => {
@@ -31,13 +47,25 @@ describe('the model', () => {
   });
 
   test('reads lists without brackets, numbers in quotes, shapes in any case and lists without the top node', () => {
-    const plain = read('{"EvaluationField":{"name":"F","index":0,"Zone":{"name":"Z","index":"1","shape":"SECTOR","Sector":{"minAngle":0,"maxAngle":1,"radius":"2"}}}}');
-    expect(plain.fields[0]?.zones[0]).toMatchObject({ index: 1, zMin: 0, zMax: 20, shape: { kind: 'sector', radius: 2 } });
+    const plain = read(
+      '{"EvaluationField":{"name":"F","index":0,"Zone":{"name":"Z","index":"1","shape":"SECTOR","Sector":{"minAngle":0,"maxAngle":1,"radius":"2"}}}}',
+    );
+    expect(plain.fields[0]?.zones[0]).toMatchObject({
+      index: 1,
+      zMin: 0,
+      zMax: 20,
+      shape: { kind: 'sector', radius: 2 },
+    });
     expect(plain.options.sensitivity).toBe(10);
   });
 
   test('leaves out shapes that are not whole', () => {
-    for (const shape of ['"shape":"circle"', '"shape":"polygon"', '"shape":"rectangle","Rectangle":{"rotation":0,"Point":[{"x":0,"y":0}]}', '"shape":"polygon","Polygon":{"Point":[{"x":0}]}']) {
+    for (const shape of [
+      '"shape":"circle"',
+      '"shape":"polygon"',
+      '"shape":"rectangle","Rectangle":{"rotation":0,"Point":[{"x":0,"y":0}]}',
+      '"shape":"polygon","Polygon":{"Point":[{"x":0}]}',
+    ]) {
       expect(read(`{"ZoneDetector":{"ExclusionZone":[{"name":"a",${shape}}]}}`).exclusions[0]?.shape).toBeNull();
     }
     for (const odd of ['[]', '7', '{"ZoneDetector":[1,null]}', '{"CounterLines":{"CounterLine":["a"]}}']) {
@@ -56,6 +84,14 @@ describe('an edit changes only what it is about', () => {
   test('a vertex', () => {
     const text = vertexMoved(doc, zone(doc, walkway), 1, { x: 9.25, y: 11 });
     expect(text).toBe(crossing.replace('{ "x": 9.0, "y": 11.0 }', '{ "x": 9.25, "y": 11.0 }'));
+  });
+
+  test('a vertex, while the others keep all their digits', () => {
+    const long = crossing.replace('"x": 8.6, "y": 4.0', '"x": 8.60000000123, "y": 4.0');
+    const before = read(long);
+    expect(vertexMoved(before, zone(before, walkway), 1, { x: 9.25, y: 11 })).toBe(
+      long.replace('{ "x": 9.0, "y": 11.0 }', '{ "x": 9.25, "y": 11.0 }'),
+    );
   });
 
   test('a name, a height, an option, a rotation', () => {
@@ -80,14 +116,21 @@ describe('an edit changes only what it is about', () => {
   test('a height that is missing is added', () => {
     const text = '{ "ZoneDetector": { "ExclusionZone": [ { "name": "a", "shape": "sector" } ] } }';
     const before = read(text);
-    expect(withHeight(before, before.exclusions[0]!, 'zMax', 3)).toBe(text.replace('"sector" }', '"sector", "zMax": 3 }'));
+    expect(withHeight(before, before.exclusions[0]!, 'zMax', 3)).toBe(
+      text.replace('"sector" }', '"sector", "zMax": 3 }'),
+    );
   });
 
   test('a move writes no dust of binary fractions', () => {
     const text = moved(doc, [walkway], { x: 0.1, y: 0.2 });
     expect(zone(read(text), walkway).shape).toEqual({
       kind: 'polygon',
-      points: [{ x: 8.7, y: 4.2 }, { x: 9.1, y: 11.2 }, { x: 13.1, y: 11.2 }, { x: 13.5, y: 4.2 }],
+      points: [
+        { x: 8.7, y: 4.2 },
+        { x: 9.1, y: 11.2 },
+        { x: 13.1, y: 11.2 },
+        { x: 13.5, y: 4.2 },
+      ],
     });
     expect(text).toContain('"x": 8.7, "y": 4.2');
   });
@@ -137,19 +180,28 @@ describe('lists', () => {
   test('a zone goes into the lowest free slot of its field', () => {
     const vehicles = doc.fields[1]!;
     const after = read(zoneAdded(doc, vehicles, drawn));
-    expect(after.fields[1]!.zones.map((one) => [one.name, one.index])).toEqual([['Lane east', 0], ['Lane west', 1], ['New', 2]]);
+    expect(after.fields[1]!.zones.map((one) => [one.name, one.index])).toEqual([
+      ['Lane east', 0],
+      ['Lane west', 1],
+      ['New', 2],
+    ]);
     expect(JSON.parse(after.text)).toBeTruthy();
     expect(after.text.startsWith(crossing.slice(0, crossing.indexOf('"Lane west"')))).toBe(true);
   });
 
   test('the limits are said at the moment', () => {
     expect(() => zoneAdded(doc, doc.fields[0]!, drawn)).toThrow('The field "Pedestrians" has its 3 zones already.');
-    const full = Array.from({ length: 5 }).reduce<string>((text, _, i) => fieldAdded(read(text), `F${i}`, drawn), crossing);
+    const full = Array.from({ length: 5 }).reduce<string>(
+      (text, _, i) => fieldAdded(read(text), `F${i}`, drawn),
+      crossing,
+    );
     expect(read(full).fields.map((field) => field.index)).toEqual([0, 1, 2, 3, 4, 5, 6, 7]);
     expect(() => fieldAdded(read(full), 'F', drawn)).toThrow('A document has at most 8 fields.');
     const crowd = Array.from({ length: 29 }).reduce<string>((text) => exclusionAdded(read(text), drawn), crossing);
     expect(() => exclusionAdded(read(crowd), drawn)).toThrow('A document has at most 32 exclusion zones.');
-    expect(() => renamed(doc, zone(doc, walkway), 'ééééééééé+')).toThrow('A name has at most 18 bytes; this one has 19.');
+    expect(() => renamed(doc, zone(doc, walkway), 'ééééééééé+')).toThrow(
+      'A name has at most 18 bytes; this one has 19.',
+    );
     expect(() => renamed(doc, zone(doc, walkway), '')).toThrow(Refusal);
     expect(read(renamed(doc, zone(doc, walkway), 'ééééééééé')).fields[0]!.zones[0]!.name).toBe('ééééééééé');
     expect(fittingName('ééééééééé+')).toBe('ééééééééé');
@@ -158,11 +210,17 @@ describe('lists', () => {
   test('vertices from 3 to 16', () => {
     let text = crossing;
     for (let i = 4; i < 16; ++i) text = vertexAdded(read(text), zone(read(text), walkway), 2, { x: 10, y: 11 + i });
-    expect(() => vertexAdded(read(text), zone(read(text), walkway), 0, { x: 0, y: 0 })).toThrow('A polygon has at most 16 vertices.');
+    expect(() => vertexAdded(read(text), zone(read(text), walkway), 0, { x: 0, y: 0 })).toThrow(
+      'A polygon has at most 16 vertices.',
+    );
     const three = vertexRemoved(doc, zone(doc, walkway), 0);
     expect(three).toBe(crossing.replace('{ "x": 8.6, "y": 4.0 }, ', ''));
-    expect(() => vertexRemoved(read(three), zone(read(three), walkway), 0)).toThrow('A polygon has at least 3 vertices.');
-    expect(() => zoneAdded(doc, doc.fields[1]!, { ...drawn, shape: { kind: 'polygon', points: [] } })).toThrow('at least 3');
+    expect(() => vertexRemoved(read(three), zone(read(three), walkway), 0)).toThrow(
+      'A polygon has at least 3 vertices.',
+    );
+    expect(() => zoneAdded(doc, doc.fields[1]!, { ...drawn, shape: { kind: 'polygon', points: [] } })).toThrow(
+      'at least 3',
+    );
   });
 
   test('added and removed again is the start', () => {
@@ -177,23 +235,45 @@ describe('lists', () => {
   });
 
   test('all zones of a field take it along', () => {
-    const left = read(allRemoved(doc, doc.fields[0]!.zones.map((one) => one.id)));
+    const left = read(
+      allRemoved(
+        doc,
+        doc.fields[0]!.zones.map((one) => one.id),
+      ),
+    );
     expect(left.fields.map((field) => field.name)).toEqual(['Vehicles', 'Robot cell']);
     expect(left.exclusions).toHaveLength(3);
   });
 
   test('into an empty document, with and without line breaks', () => {
-    for (const text of ['{}', '{\n}', '{ "ZoneDetector": {} }', '{\n  "ZoneDetector": {\n    "EvaluationField": []\n  }\n}']) {
-      const after = read(lineAdded(read(exclusionAdded(read(fieldAdded(read(text), 'F', drawn)), drawn)), 'L', { x: 0, y: 0 }, { x: 1, y: 0 }));
+    for (const text of [
+      '{}',
+      '{\n}',
+      '{ "ZoneDetector": {} }',
+      '{\n  "ZoneDetector": {\n    "EvaluationField": []\n  }\n}',
+    ]) {
+      const after = read(
+        lineAdded(
+          read(exclusionAdded(read(fieldAdded(read(text), 'F', drawn)), drawn)),
+          'L',
+          { x: 0, y: 0 },
+          { x: 1, y: 0 },
+        ),
+      );
       expect([after.fields.length, after.exclusions.length, after.lines.length], text).toEqual([1, 1, 1]);
       expect(after.fields[0]!.id, text).toBe('ZoneDetector/EvaluationField[0]');
     }
   });
 
   test('a list without brackets gets them', () => {
-    const single = read('{"ZoneDetector":{"EvaluationField":{"name":"F","index":0,"Zone":{"name":"Z","index":0,"shape":"sector","Sector":{"minAngle":0,"maxAngle":1,"radius":1}}}}}');
+    const single = read(
+      '{"ZoneDetector":{"EvaluationField":{"name":"F","index":0,"Zone":{"name":"Z","index":0,"shape":"sector","Sector":{"minAngle":0,"maxAngle":1,"radius":1}}}}}',
+    );
     const after = read(zoneAdded(single, single.fields[0]!, drawn));
-    expect(after.fields[0]!.zones.map((one) => [one.name, one.index])).toEqual([['Z', 0], ['New', 1]]);
+    expect(after.fields[0]!.zones.map((one) => [one.name, one.index])).toEqual([
+      ['Z', 0],
+      ['New', 1],
+    ]);
   });
 
   test('a copy goes to the next free slot and has a name of its own', () => {
@@ -232,7 +312,7 @@ describe('history', () => {
       return pick(edits)();
     };
     let history: History = begin(crossing);
-    for (let i = 0; i < 200; ) {
+    for (let i = 0; i < 200;) {
       try {
         history = stepped(history, 'random', step(read(history.text)));
         ++i;

@@ -4,7 +4,18 @@ import { read } from '../../src/edit/model';
 import { compared, intervals } from '../../src/panels/differences';
 import { numberIn } from '../../src/panels/NumberField';
 import { placeIn } from '../../src/panels/Tools';
-import { decimalsOf, eyeOf, fitted, niceStep, orbitMatrix, planMatrix, project, toPixel, toPlane, zoomed } from '../../src/scene/camera';
+import {
+  decimalsOf,
+  eyeOf,
+  fitted,
+  niceStep,
+  orbitMatrix,
+  planMatrix,
+  project,
+  toPixel,
+  toPlane,
+  zoomed,
+} from '../../src/scene/camera';
 import { fieldColour } from '../../src/scene/colours';
 import { handlesOf } from '../../src/scene/handles';
 import { placed } from '../../src/scene/labels';
@@ -34,7 +45,10 @@ describe('the camera', () => {
 
   test('everything is in view after fitting', () => {
     const fit = fitted({ x: -10, y: 0 }, { x: 30, y: 10 }, size);
-    for (const p of [{ x: -10, y: 0 }, { x: 30, y: 10 }]) {
+    for (const p of [
+      { x: -10, y: 0 },
+      { x: 30, y: 10 },
+    ]) {
       const q = toPixel(fit, size, p);
       expect(q.x > 0 && q.x < 800 && q.y > 0 && q.y < 600).toBe(true);
     }
@@ -80,7 +94,10 @@ describe('snapping', () => {
     expect(snapped(doc, { x: 8.7, y: 4.1 }, how)).toEqual({ p: { x: 8.6, y: 4 }, to: 'vertex' });
     expect(snapped(doc, { x: 10.2, y: 11.1 }, how)).toEqual({ p: { x: 10.2, y: 11 }, to: 'edge' });
     expect(snapped(doc, { x: 20.2, y: 14.3 }, how)).toEqual({ p: { x: 20, y: 14.5 }, to: 'grid' });
-    expect(snapped(doc, { x: 20.2004, y: 14.3 }, { ...how, grid: null })).toEqual({ p: { x: 20.2, y: 14.3 }, to: null });
+    expect(snapped(doc, { x: 20.2004, y: 14.3 }, { ...how, grid: null })).toEqual({
+      p: { x: 20.2, y: 14.3 },
+      to: null,
+    });
   });
 
   test('what is moved itself is left out', () => {
@@ -113,7 +130,9 @@ describe('picking', () => {
 
   test('a polygon of 16 corners has no handles that add one', () => {
     const points = Array.from({ length: 16 }, (_, i) => `{"x":${Math.cos(i)},"y":${i}}`).join();
-    const full = read(`{"ZoneDetector":{"ExclusionZone":[{"name":"a","shape":"polygon","Polygon":{"Point":[${points}]}}]}}`);
+    const full = read(
+      `{"ZoneDetector":{"ExclusionZone":[{"name":"a","shape":"polygon","Polygon":{"Point":[${points}]}}]}}`,
+    );
     expect(handlesOf(full.exclusions[0]!, 1).filter((one) => one.kind === 'edge')).toEqual([]);
     expect(handlesOf(doc.exclusions[2]!, 1).filter((one) => one.kind === 'edge')).toHaveLength(5);
   });
@@ -122,14 +141,16 @@ describe('picking', () => {
 describe('what is typed', () => {
   test('numbers with a point, and nothing that is only almost one', () => {
     expect(['4.2', ' -1 ', '−1.5', '.5', '2.', '1e3'].map(numberIn)).toEqual([4.2, -1, -1.5, 0.5, 2, 1000]);
-    for (const wrong of ['', '1,5', '4abc', '0x10', 'NaN', 'Infinity', '1e999', '1 2', '--1']) expect(numberIn(wrong), wrong).toBeNull();
+    for (const wrong of ['', '1,5', '4abc', '0x10', 'NaN', 'Infinity', '1e999', '1 2', '--1'])
+      expect(numberIn(wrong), wrong).toBeNull();
   });
 
   test('places, and ways from the last place', () => {
     expect(placeIn('4.2, -1.5', undefined)).toEqual({ x: 4.2, y: -1.5 });
     expect(placeIn('4 2', undefined)).toEqual({ x: 4, y: 2 });
     expect(placeIn('@2<90', { x: 1, y: 1 })).toEqual({ x: 1, y: 3 });
-    for (const wrong of ['', '4', '4,', '1,2,3', '@2<', 'a, b']) expect(placeIn(wrong, { x: 0, y: 0 }), wrong).toBeNull();
+    for (const wrong of ['', '4', '4,', '1,2,3', '@2<', 'a, b'])
+      expect(placeIn(wrong, { x: 0, y: 0 }), wrong).toBeNull();
     expect(placeIn('@2<90', undefined)).toBeNull();
   });
 });
@@ -141,14 +162,21 @@ describe('before and after', () => {
     const before = [event(0, 'a'), event(1, 'b'), event(1, 'b'), event(2, 'c')];
     const after = [event(0, 'a'), event(1, 'b'), event(3, 'd')];
     expect(compared(before, after).map((one) => [one.event.line, one.change])).toEqual([
-      ['a', 'same'], ['b', 'same'], ['b', 'lost'], ['c', 'lost'], ['d', 'gained'],
+      ['a', 'same'],
+      ['b', 'same'],
+      ['b', 'lost'],
+      ['c', 'lost'],
+      ['d', 'gained'],
     ]);
     expect(compared([], [])).toEqual([]);
   });
 
   test('intervals of a bit', () => {
     const session = { moments: 6 } as Session;
-    expect(intervals(session, Uint32Array.of(1, 3, 0, 2, 3, 1), 0)).toEqual([{ from: 0, to: 2 }, { from: 4, to: 6 }]);
+    expect(intervals(session, Uint32Array.of(1, 3, 0, 2, 3, 1), 0)).toEqual([
+      { from: 0, to: 2 },
+      { from: 4, to: 6 },
+    ]);
     expect(intervals(session, Uint32Array.of(0, 0, 0, 0, 0, 0), 0)).toEqual([]);
     const top = new Uint32Array(6).fill(2 ** 31);
     expect(intervals(session, top, 31)).toEqual([{ from: 0, to: 6 }]);
@@ -163,7 +191,16 @@ test('names do not cover each other; the first one has its place, the last one g
   const at = { x: 100, y: 100 };
   const places = placed(['a', 'b', 'c', 'd', 'e', 'f'].map((id) => ({ id, at, letters: 6, lines: 1 })));
   expect([...places]).toEqual([
-    ['a', { x: 100, y: 100 }], ['b', { x: 100, y: 117 }], ['c', { x: 100, y: 83 }], ['d', { x: 100, y: 134 }], ['e', { x: 100, y: 66 }],
+    ['a', { x: 100, y: 100 }],
+    ['b', { x: 100, y: 117 }],
+    ['c', { x: 100, y: 83 }],
+    ['d', { x: 100, y: 134 }],
+    ['e', { x: 100, y: 66 }],
   ]);
-  expect(placed([{ id: 'a', at, letters: 6, lines: 1 }, { id: 'b', at: { x: 150, y: 100 }, letters: 6, lines: 1 }]).get('b')).toEqual({ x: 150, y: 100 });
+  expect(
+    placed([
+      { id: 'a', at, letters: 6, lines: 1 },
+      { id: 'b', at: { x: 150, y: 100 }, letters: 6, lines: 1 },
+    ]).get('b'),
+  ).toEqual({ x: 150, y: 100 });
 });

@@ -28,7 +28,30 @@ describe('parse', () => {
   });
 
   test('agrees with the platform on what is JSON', () => {
-    const texts = ['', '{', '[1,]', '{"a":1,}', '01', '1.', '.5', '+1', 'NaN', '"\t"', '"\\x"', 'nul', '[1 2]', '{"a" 1}', '1 2', '"a', '"\\u12"', '-', '{a:1}', "'a'", '[1,2', '// a\n1'];
+    const texts = [
+      '',
+      '{',
+      '[1,]',
+      '{"a":1,}',
+      '01',
+      '1.',
+      '.5',
+      '+1',
+      'NaN',
+      '"\t"',
+      '"\\x"',
+      'nul',
+      '[1 2]',
+      '{"a" 1}',
+      '1 2',
+      '"a',
+      '"\\u12"',
+      '-',
+      '{a:1}',
+      "'a'",
+      '[1,2',
+      '// a\n1',
+    ];
     for (const text of texts) {
       expect(() => JSON.parse(text) as unknown, text).toThrow();
       expect(fault(text), text).toBeInstanceOf(JsonFault);
@@ -68,7 +91,8 @@ describe('a change', () => {
 
   test('of several is one, for 200 random texts (seed 5)', () => {
     const random = randomOf(5);
-    const word = (): string => Array.from({ length: Math.floor(random() * 6) }, () => 'ab\n'[Math.floor(random() * 3)]).join('');
+    const word = (): string =>
+      Array.from({ length: Math.floor(random() * 6) }, () => 'ab\n'[Math.floor(random() * 3)]).join('');
     for (let i = 0; i < 200; ++i) {
       const texts = [word(), word(), word(), word()];
       const changes = texts.slice(1).map((text, k) => between(texts[k]!, text));
@@ -124,6 +148,11 @@ describe('an edit of the text', () => {
   });
 
   test('refuses two edits of one place', () => {
-    expect(() => spliced('abc', [{ from: 0, to: 2, text: '' }, { from: 1, to: 3, text: '' }])).toThrow('two edits of one place');
+    expect(() =>
+      spliced('abc', [
+        { from: 0, to: 2, text: '' },
+        { from: 1, to: 3, text: '' },
+      ]),
+    ).toThrow('two edits of one place');
   });
 });
