@@ -88,6 +88,11 @@ PointFrame ZoneMonitor::update(Stamp stamp, const std::vector<SensorPoints>& sen
   return follow(stamp, counted);
 }
 
+PointFrame ZoneMonitor::update(Stamp stamp, const ZoneCounts& counts) {
+  requireLater(stamp, lastStamp_);
+  return follow(stamp, counts);
+}
+
 // Changes the state only at its end, so that nothing is changed when memory runs out.
 PointFrame ZoneMonitor::follow(Stamp stamp, const ZoneCounts& counted) {
   PointFrame frame;

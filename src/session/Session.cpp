@@ -35,16 +35,31 @@ Session::Session(const Configuration& configuration, const SessionOptions& optio
 SessionFrame Session::take(filter::monitor::Stamp stamp, const std::optional<Points>& points,
                            const std::vector<filter::monitor::TrackedObject>* objects,
                            const std::vector<filter::monitor::SensorPoints>& sensors) {
+  const auto update = [&](SessionFrame& frame) {
+    if (points) {
+      frame.points = std::visit([&](const auto& view) { return zones_.update(stamp, view); }, *points);
+    }
+    if (sensorZones_ && !sensors.empty()) {
+      frame.sensorZones = sensorZones_->update(stamp, sensors);
+    }
+  };
+  return takeWith(stamp, update, points ? sizeOf(*points) : 0, objects);
+}
+
+SessionFrame Session::take(filter::monitor::Stamp stamp, const CountedPoints& points,
+                           const std::vector<filter::monitor::TrackedObject>* objects) {
+  const auto update = [&](SessionFrame& frame) { frame.points = zones_.update(stamp, points.counts); };
+  return takeWith(stamp, update, points.pointCount, objects);
+}
+
+template <typename Update>
+SessionFrame Session::takeWith(filter::monitor::Stamp stamp, Update update, std::size_t pointCount,
+                               const std::vector<filter::monitor::TrackedObject>* objects) {
   SessionFrame frame;
   frame.stamp = stamp;
   std::vector<Crossing> crossings;
   const auto begin = std::chrono::steady_clock::now();
-  if (points) {
-    frame.points = std::visit([&](const auto& view) { return zones_.update(stamp, view); }, *points);
-  }
-  if (sensorZones_ && !sensors.empty()) {
-    frame.sensorZones = sensorZones_->update(stamp, sensors);
-  }
+  update(frame);
   if (objects != nullptr) {
     frame.objects = objects_.update(stamp, *objects);
     crossings = lines_.update(stamp, *objects);
@@ -57,7 +72,7 @@ SessionFrame Session::take(filter::monitor::Stamp stamp, const std::optional<Poi
   frame.taken = std::chrono::steady_clock::now() - begin;
 
   if (frame.points) {
-    frame.pointCount = sizeOf(*points);
+    frame.pointCount = pointCount;
     frame.events.insert(frame.events.end(), frame.points->events.begin(), frame.points->events.end());
     if (frame.sensorZones) {
       for (const filter::monitor::ZoneEvent& event : frame.sensorZones->events) {

@@ -45,6 +45,12 @@ struct SessionFrame {
   filter::monitor::Duration taken{0};  ///< by the monitors, without the reading of files
 };
 
+/// A frame of points that were counted before.
+struct CountedPoints {
+  filter::classify::ZoneCounts counts;  ///< by a classifier of the same zones
+  std::size_t pointCount = 0;           ///< no returns included
+};
+
 /// Feeds a recording to the monitors of a zone document.
 class Session {
  public:
@@ -60,6 +66,9 @@ class Session {
   SessionFrame take(filter::monitor::Stamp stamp, const std::optional<Points>& points,
                     const std::vector<filter::monitor::TrackedObject>* objects,
                     const std::vector<filter::monitor::SensorPoints>& sensors = {});
+  /// The same for points that were counted before; zones that are bound to sensors are not followed.
+  SessionFrame take(filter::monitor::Stamp stamp, const CountedPoints& points,
+                    const std::vector<filter::monitor::TrackedObject>* objects);
 
   /// Explains the last points. @param points those that the last `take` with points was given
   std::vector<filter::monitor::ZoneExplanation> explainZones(const Points& points) const;
@@ -69,6 +78,11 @@ class Session {
   const filter::monitor::LineCounter& lines() const { return lines_; }
 
  private:
+  /// @param update gives the frames of points, if there are any
+  template <typename Update>
+  SessionFrame takeWith(filter::monitor::Stamp stamp, Update update, std::size_t pointCount,
+                        const std::vector<filter::monitor::TrackedObject>* objects);
+
   filter::monitor::ZoneMonitor zones_;
   std::optional<filter::monitor::ZoneMonitor> sensorZones_;
   std::vector<std::string> sensorZoneNames_;

@@ -286,6 +286,36 @@ TEST(ZoneMonitorStamps, TheShortestTimeThatNoDurationHoldsIsALongOne) {
   EXPECT_TRUE(monitor.update(Stamp(0), inGate(1)).isOccupied[gate]);
 }
 
+// A recording that is looked at again is not read again.
+TEST(ZoneMonitorCounts, AFrameThatWasCountedBeforeIsTakenByItsCounts) {
+  ZoneDetector detector = debounced(100);
+  detector.appendExclusionZone(rectangleZone("Tree", 4.0, 4.0, 6.0, 6.0));
+  detector.setMinPoints(2);
+  const classify::PointClassifier classifier(detector);
+  ZoneMonitor byPoints(detector);
+  ZoneMonitor byCounts(detector);
+  const float nan = std::numeric_limits<float>::quiet_NaN();
+  const std::vector<Points> frames = {
+      inGate(2), {{5, 5, 1}, {1, 1, 1}, {nan, 1, 1}}, inGate(3), inGate(3), {}};
+  std::size_t numEvents = 0;
+  for (std::size_t i = 0; i < frames.size(); ++i) {
+    const Stamp stamp = ms(100 * static_cast<int>(i));
+    const PointFrame wanted = byPoints.update(stamp, frames[i]);
+    const PointFrame found = byCounts.update(stamp, classifier.count(frames[i]));
+    EXPECT_EQ(found.stamp, stamp);
+    EXPECT_EQ(found.counts, wanted.counts);
+    EXPECT_EQ(found.excluded, wanted.excluded);
+    EXPECT_EQ(found.noReturns, wanted.noReturns);
+    EXPECT_EQ(found.isOccupiedNow, wanted.isOccupiedNow);
+    EXPECT_EQ(found.isOccupied, wanted.isOccupied);
+    EXPECT_EQ(found.outputs, wanted.outputs);
+    ASSERT_EQ(found.events.size(), wanted.events.size());
+    numEvents += found.events.size();
+  }
+  EXPECT_EQ(numEvents, 1U);
+  EXPECT_THROW(byCounts.update(ms(400), classify::ZoneCounts()), std::invalid_argument);
+}
+
 TEST(ZoneMonitorSnapshot, LaterEditsOfTheDetectorDoNotReachIt) {
   ZoneDetector detector = detectorWithGate();
   ZoneMonitor monitor(detector);

@@ -57,6 +57,26 @@ TEST(Session, WhoIsOutOfSightIsLostInTimeWhilePointsGoOn) {
   EXPECT_EQ(summary.of(box, session.objects()).longestDwell, Duration(0));
 }
 
+// Another sensitivity or debounce time needs no points, only their counts.
+TEST(Session, FramesThatWereCountedBeforeTellTheSame) {
+  const std::vector<float> room(15 * 3, 1.0F);
+  const Points points = filter::classify::PointsView<float>::interleaved(room.data(), 12, 15);
+  const Configuration configuration = check(site).configuration.value();
+  Session first(configuration);
+  Session second(configuration);
+  const std::vector<TrackedObject> seen = {person(7, 5.0, 5.0)};
+  for (const auto* objects : {&seen, static_cast<const std::vector<TrackedObject>*>(nullptr)}) {
+    const Stamp stamp = objects != nullptr ? 1s : 5s;
+    const SessionFrame wanted = first.take(stamp, points, objects);
+    const CountedPoints counts{{wanted.points->counts, wanted.points->excluded, wanted.points->noReturns},
+                               15};
+    const SessionFrame found = second.take(stamp, counts, objects);
+    EXPECT_EQ(found.pointCount, 15U);
+    EXPECT_EQ(linesOf(found), linesOf(wanted));
+    EXPECT_FALSE(found.events.empty());
+  }
+}
+
 TEST(Session, AFrameOfObjectsAtTheSameStampLosesOnlyOnce) {
   Session session(check(site).configuration.value());
   const std::vector<TrackedObject> seen = {person(7, 5.0, 5.0)};

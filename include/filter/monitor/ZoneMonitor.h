@@ -125,6 +125,10 @@ class ORVANTIS_API ZoneMonitor {
   PointFrame update(Stamp stamp, const classify::PointsView<double>& points);
   /// The same for the points of several sensors, which make one frame. A sensor may have more than one entry.
   PointFrame update(Stamp stamp, const std::vector<SensorPoints>& sensors);
+  /// The same for a frame whose points were counted before: a recording is looked at again with another
+  /// debounce time or other minimum points, without its points.
+  /// @param counts as a `PointClassifier` of the same zones gives them
+  PointFrame update(Stamp stamp, const classify::ZoneCounts& counts);
 
   /// Explains the last frame: one entry for each zone that has a shape, in the order of the slots.
   /// @param points those that the last `update` was given; the monitor keeps no points
