@@ -295,8 +295,11 @@ TEST(ZoneMonitorCounts, AFrameThatWasCountedBeforeIsTakenByItsCounts) {
   ZoneMonitor byPoints(detector);
   ZoneMonitor byCounts(detector);
   const float nan = std::numeric_limits<float>::quiet_NaN();
-  const std::vector<Points> frames = {
-      inGate(2), {{5, 5, 1}, {1, 1, 1}, {nan, 1, 1}}, inGate(3), inGate(3), {}};
+  const std::vector<Points> frames = {Points(2, {1, 1, 1}),
+                                      {{5, 5, 1}, {1, 1, 1}, {nan, 1, 1}},
+                                      Points(3, {1, 1, 1}),
+                                      Points(3, {1, 1, 1}),
+                                      {}};
   std::size_t numEvents = 0;
   for (std::size_t i = 0; i < frames.size(); ++i) {
     const Stamp stamp = ms(100 * static_cast<int>(i));

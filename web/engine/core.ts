@@ -1,0 +1,308 @@
+// The engine without a worker: every call is answered at once. A worker and the tests use it; a page uses engine.ts.
+
+import { unfold } from './decoders/index';
+import { Files, type FileEntry, type Slices } from './files';
+import { Module } from './module';
+import { NUM_SLOTS } from './types';
+import type {
+  Check, Counts, EngineVersion, Explanation, FrameOptions, Progress, Recording, RecordingOptions, Scene, Session,
+  SessionEvent, SessionOptions, SessionTable, Source, TrackedObject,
+} from './types';
+
+type AnySource = Source | Slices;
+
+/** The numbers of a run, in the order in which the module gives them. */
+const COLUMNS = {
+  stamps: BigInt64Array,
+  has: Uint8Array,
+  points: Uint32Array,
+  counts: Uint32Array,
+  excluded: Uint32Array,
+  noReturns: Uint32Array,
+  occupied: Uint32Array,
+  occupiedNow: Uint32Array,
+  outputs: Uint8Array,
+  inhabitants: Uint32Array,
+  momentOfEvent: Uint32Array,
+} as const;
+type Columns = { -readonly [Name in keyof typeof COLUMNS]: InstanceType<(typeof COLUMNS)[Name]> };
+
+const TABLES: readonly SessionTable[] = ['events', 'frames', 'zones', 'lines'];
+
+/** A document over a recording, on its way. */
+export interface Running {
+  readonly run: number;
+  readonly check: Check;
+}
+
+export class EngineCore {
+  readonly #module: Module;
+  readonly #files: Files;
+  readonly #filesOf = new Map<number, FileEntry[]>(); // by recording
+  readonly #titles = new Map<number, string>(); // by session
+
+  private constructor(module: Module, files: Files) {
+    this.#module = module;
+    this.#files = files;
+  }
+
+  static async load(bytes: BufferSource | WebAssembly.Module): Promise<EngineCore> {
+    const files = new Files();
+    const module = await Module.load(bytes, { read: (file, offset, to) => files.read(file, offset, to), unfold });
+    return new EngineCore(module, files);
+  }
+
+  get #engine() {
+    return this.#module.exports;
+  }
+
+  /** The answer of a call that gives 0, or why it gives something else. */
+  #text(status: number): string {
+    if (status !== 0) {
+      throw this.#module.failure();
+    }
+    return this.#module.answer();
+  }
+
+  #json<Result>(status: number): Result {
+    return JSON.parse(this.#text(status)) as Result;
+  }
+
+  /** An address that is not 0. */
+  #handle(at: number): number {
+    if (at === 0) {
+      throw this.#module.failure();
+    }
+    return at;
+  }
+
+  version(): EngineVersion {
+    return {
+      version: this.#module.zeroEnded(this.#engine.engine_version()),
+      memory: this.#engine.memory.buffer.byteLength,
+    };
+  }
+
+  // ---- Documents ----
+
+  check(text: string): Check {
+    return this.#module.with([text], (t) => this.#json(this.#engine.engine_check(t!.at, t!.size)));
+  }
+
+  newDocument(scene?: number): string {
+    return this.#text(this.#engine.engine_new_document(scene ?? 0));
+  }
+
+  schema(): string {
+    return this.#text(this.#engine.engine_schema());
+  }
+
+  planSvg(text: string, options: { title?: string; scene?: number } = {}): string {
+    return this.#module.with([text, options.title ?? ''], (t, title) =>
+      this.#text(this.#engine.engine_plan(options.scene ?? 0, t!.at, t!.size, title!.at, title!.size)));
+  }
+
+  // ---- Points ----
+
+  openFrame(source: AnySource, options: FrameOptions = {}): Scene {
+    const entry = this.#files.add(source);
+    try {
+      return this.#module.with([JSON.stringify(entry), JSON.stringify(options)], (file, o) =>
+        this.#scene(this.#engine.engine_open_frame(file!.at, file!.size, o!.at, o!.size)));
+    } finally {
+      this.#files.remove([entry]);
+    }
+  }
+
+  openPoints(x: Float32Array, y: Float32Array, z: Float32Array): Scene {
+    if (x.length !== y.length || y.length !== z.length) {
+      throw new RangeError('x, y and z must be as long as each other');
+    }
+    return this.#module.with([x, y, z], (a, b, c) =>
+      this.#scene(this.#engine.engine_open_points(a!.at, b!.at, c!.at, x.length)));
+  }
+
+  openMoment(recording: number, moment: number): Scene {
+    return this.#scene(this.#engine.engine_open_moment(recording, moment));
+  }
+
+  #scene(at: number): Scene {
+    const id = this.#handle(at);
+    const described = this.#json<Omit<Scene, 'id' | 'positions'>>(this.#engine.engine_describe_scene(id));
+    const positions = this.#handle(this.#engine.engine_scene_positions(id) || (described.points === described.noReturns ? 8 : 0));
+    const size = this.#engine.engine_scene_size(id);
+    return { ...described, id, positions: new Float32Array(this.#engine.memory.buffer, positions, 3 * size).slice() };
+  }
+
+  closeScene(scene: number): void {
+    this.#engine.engine_close_scene(scene);
+  }
+
+  /** Counts the points of a scene; `Count` of types.ts. */
+  count(scene: number, text: string, options: { verdicts?: boolean } = {}): { check: Check; counts: Counts | null } {
+    const begin = performance.now();
+    const tiles = this.#module.with([text], (t) => this.#engine.engine_count(scene, t!.at, t!.size));
+    if (tiles === -2) {
+      throw this.#module.failure();
+    }
+    const check = JSON.parse(this.#module.answer()) as Check;
+    if (tiles < 0 || check.site === null) {
+      return { check, counts: null };
+    }
+    const numbers = new Uint32Array(this.#engine.memory.buffer, this.#engine.engine_scene_counts(scene), NUM_SLOTS + 2);
+    const inside = numbers.slice(0, NUM_SLOTS);
+    const size = this.#engine.engine_scene_size(scene);
+    const verdicts = options.verdicts === false
+      ? null
+      : this.#module.bytes(this.#engine.engine_scene_verdicts(scene), size).slice();
+    const least = check.site.minPoints;
+    const zones = new Set(check.site.evaluationFields.flatMap((f) => f.zones.map((z) => 3 * f.index + z.index)));
+    return {
+      check,
+      counts: {
+        inside,
+        excluded: numbers[NUM_SLOTS]!,
+        noReturns: numbers[NUM_SLOTS + 1]!,
+        reached: Array.from(inside, (count, slot) => zones.has(slot) && count >= least),
+        verdicts,
+        tiles: [tiles, this.#engine.engine_scene_tiles(scene)],
+        milliseconds: performance.now() - begin,
+      },
+    };
+  }
+
+  heights(scene: number, bins: number): { least: number; step: number; counts: Uint32Array } {
+    const at = this.#handle(this.#engine.engine_scene_heights(scene, bins));
+    const counts = new Uint32Array(this.#engine.memory.buffer, at, bins).slice();
+    const { extents } = this.#json<Pick<Scene, 'extents'>>(this.#engine.engine_describe_scene(scene));
+    const least = extents === null ? 0 : extents[2].least;
+    return { least, step: extents === null ? 0 : (extents[2].greatest - least) / bins, counts };
+  }
+
+  // ---- Recordings ----
+
+  openRecording(
+    files: { clouds?: readonly AnySource[]; stamps?: AnySource; tracks?: AnySource }, options: RecordingOptions = {},
+  ): Recording {
+    const clouds = (files.clouds ?? []).map((source) => this.#files.add(source));
+    const others = { ...(files.stamps && { stamps: this.#files.add(files.stamps) }),
+      ...(files.tracks && { tracks: this.#files.add(files.tracks) }) };
+    const entries = [...clouds, ...Object.values(others)];
+    try {
+      const list = JSON.stringify({ clouds, ...others });
+      return this.#module.with([list, JSON.stringify(options)], (f, o) => {
+        const id = this.#handle(this.#engine.engine_open_recording(f!.at, f!.size, o!.at, o!.size));
+        this.#filesOf.set(id, entries);
+        return { ...(JSON.parse(this.#module.answer()) as Omit<Recording, 'id'>), id };
+      });
+    } catch (error) {
+      this.#files.remove(entries);
+      throw error;
+    }
+  }
+
+  closeRecording(recording: number): void {
+    this.#engine.engine_close_recording(recording);
+    this.#files.remove(this.#filesOf.get(recording) ?? []);
+    this.#filesOf.delete(recording);
+  }
+
+  objectsAt(recording: number, moment: number): TrackedObject[] {
+    return this.#json(this.#engine.engine_objects_at(recording, moment));
+  }
+
+  // A run is taken step by step, so that other calls come in between.
+
+  startRun(recording: number, text: string, options: SessionOptions = {}): Running {
+    const { title, ...rest } = options;
+    const check = this.check(text);
+    const run = this.#module.with([text, JSON.stringify(rest)], (t, o) =>
+      this.#handle(this.#engine.engine_start_run(recording, t!.at, t!.size, o!.at, o!.size)));
+    this.#titles.set(run, title ?? '');
+    return { run, check };
+  }
+
+  /** Whether there is more. */
+  stepRun(running: Running, milliseconds: number): boolean {
+    const more = this.#engine.engine_step_run(running.run, milliseconds);
+    if (more < 0) {
+      throw this.#module.failure();
+    }
+    return more === 1;
+  }
+
+  progressOf(running: Running): Progress {
+    return {
+      moments: this.#engine.engine_run_moments(running.run),
+      bytes: this.#engine.engine_run_bytes(running.run),
+    };
+  }
+
+  resultOf({ run, check }: Running): Session {
+    const texts = this.#json<{
+      events: Omit<SessionEvent, 'moment'>[];
+      summary: Session['summary'];
+      warnings: Session['warnings'];
+    }>(this.#engine.engine_run_result(run));
+    const { momentOfEvent, ...columns } = this.#columns(run);
+    return {
+      id: run,
+      check,
+      moments: columns.stamps.length,
+      ...columns,
+      activeField: this.#engine.engine_run_field(run),
+      events: texts.events.map((event, i) => ({ moment: momentOfEvent[i]!, ...event })),
+      summary: texts.summary,
+      warnings: texts.warnings,
+      counted: this.#engine.engine_run_counted(run),
+    };
+  }
+
+  #columns(run: number): Columns {
+    const entries = Object.entries(COLUMNS).map(([name, Numbers], i) => {
+      const size = this.#engine.engine_run_column_size(run, i);
+      const bytes = this.#module.bytes(this.#engine.engine_run_column(run, i), size).slice();
+      return [name, new Numbers(bytes.buffer as ArrayBuffer)] as const;
+    });
+    return Object.fromEntries(entries) as unknown as Columns;
+  }
+
+  table(session: number, table: SessionTable): string {
+    return this.#text(this.#engine.engine_run_table(session, TABLES.indexOf(table)));
+  }
+
+  sessionSvg(session: number): string {
+    return this.#module.with([this.#titles.get(session) ?? ''], (title) =>
+      this.#text(this.#engine.engine_run_picture(session, title!.at, title!.size)));
+  }
+
+  closeSession(session: number): void {
+    this.#engine.engine_close_run(session);
+    this.#titles.delete(session);
+  }
+
+  // ---- Why ----
+
+  explainZones(recording: number, text: string, moment: number, options: SessionOptions = {}): Explanation {
+    return this.#module.with([text, words(options)], (t, o) =>
+      this.#json(this.#engine.engine_explain_zones(recording, t!.at, t!.size, o!.at, o!.size, moment)));
+  }
+
+  explainLine(
+    recording: number, text: string, line: string, moment: number, options: SessionOptions = {}, track?: number,
+  ): Explanation {
+    return this.#module.with([text, words(options), line], (t, o, l) =>
+      this.#json(this.#engine.engine_explain_line(
+        recording, t!.at, t!.size, o!.at, o!.size, moment, l!.at, l!.size, track === undefined ? 0 : 1, track ?? 0)));
+  }
+
+  explainTrack(
+    recording: number, text: string, line: string, track: number, moment: number, options: SessionOptions = {},
+  ): Explanation {
+    return this.explainLine(recording, text, line, moment, options, track);
+  }
+}
+
+function words({ title: _title, ...rest }: SessionOptions): string {
+  return JSON.stringify(rest);
+}

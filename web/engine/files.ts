@@ -1,0 +1,77 @@
+// Files that the module reads, by the numbers by which it knows them.
+
+import type { Source } from './types';
+
+/** Bytes that are read by ranges. */
+export interface Slices {
+  readonly name: string;
+  readonly size: number;
+  /** Copies what there is from an offset on; how many bytes. Throws when the file cannot be read. */
+  read(offset: number, to: Uint8Array): number;
+}
+
+/** What the module is told of a file. */
+export interface FileEntry {
+  readonly name: string;
+  readonly file: number;
+  readonly size: number;
+}
+
+export class Files {
+  readonly #open = new Map<number, Slices>();
+  #next = 1;
+
+  add(source: Source | Slices): FileEntry {
+    const slices = slicesOf(source);
+    const file = this.#next++;
+    this.#open.set(file, slices);
+    return { name: slices.name, file, size: slices.size };
+  }
+
+  remove(entries: Iterable<FileEntry>): void {
+    for (const entry of entries) {
+      this.#open.delete(entry.file);
+    }
+  }
+
+  get size(): number {
+    return this.#open.size;
+  }
+
+  read(file: number, offset: number, to: Uint8Array): number {
+    try {
+      return this.#open.get(file)?.read(offset, to) ?? -1;
+    } catch {
+      return -1; // moved, changed or removed since it was opened
+    }
+  }
+}
+
+function slicesOf(source: Source | Slices): Slices {
+  if ('read' in source) {
+    return source;
+  }
+  if ('bytes' in source && source.bytes instanceof Uint8Array) {
+    const { name, bytes } = source;
+    return {
+      name,
+      size: bytes.length,
+      read(offset, to) {
+        const part = bytes.subarray(offset, offset + to.length);
+        to.set(part);
+        return part.length;
+      },
+    };
+  }
+  const file = source as File;
+  const reader = new FileReaderSync(); // there is one in workers only
+  return {
+    name: file.name,
+    size: file.size,
+    read(offset, to) {
+      const part = new Uint8Array(reader.readAsArrayBuffer(file.slice(offset, offset + to.length)));
+      to.set(part);
+      return part.length;
+    },
+  };
+}

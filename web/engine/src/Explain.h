@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Recording.h"
+#include "document/Configuration.h"
+#include "session/SessionOptions.h"
+
+namespace orvantis::engine {
+
+/// Why something is as it is: records for programs, and the words of the command.
+struct Explanation {
+  std::string records;  ///< a JSON array
+  std::string text;
+};
+
+/// Every zone at the last points up to a moment.
+/// @throws Failure when a file cannot be read, or there are no points up to then
+Explanation explainZones(const std::shared_ptr<Recording>& recording,
+                         const toolkit::Configuration& configuration, const toolkit::SessionOptions& options,
+                         std::size_t moment);
+
+/// The tracks at a line up to a moment, or one of them, sighting by sighting.
+/// @throws Failure when a file cannot be read, there are no objects up to then, or no such line
+Explanation explainLine(const std::shared_ptr<Recording>& recording,
+                        const toolkit::Configuration& configuration, const toolkit::SessionOptions& options,
+                        std::size_t moment, const std::string& line, std::optional<std::int32_t> track);
+
+}  // namespace orvantis::engine
