@@ -85,7 +85,7 @@ export class EngineCore {
 
   // ---- Documents ----
 
-  check(text: string): Check {
+  check(text: string | Uint8Array): Check {
     return this.#module.with([text], (t) => this.#json(this.#engine.engine_check(t!.at, t!.size)));
   }
 
@@ -139,7 +139,7 @@ export class EngineCore {
   }
 
   /** Counts the points of a scene; `Count` of types.ts. */
-  count(scene: number, text: string, options: { verdicts?: boolean } = {}): { check: Check; counts: Counts | null } {
+  count(scene: number, text: string | Uint8Array, options: { verdicts?: boolean } = {}): { check: Check; counts: Counts | null } {
     const begin = performance.now();
     const tiles = this.#module.with([text], (t) => this.#engine.engine_count(scene, t!.at, t!.size));
     if (tiles === -2) {
@@ -213,7 +213,7 @@ export class EngineCore {
 
   // A run is taken step by step, so that other calls come in between.
 
-  startRun(recording: number, text: string, options: SessionOptions = {}): Running {
+  startRun(recording: number, text: string | Uint8Array, options: SessionOptions = {}): Running {
     const { title, ...rest } = options;
     const check = this.check(text);
     const run = this.#module.with([text, JSON.stringify(rest)], (t, o) =>
@@ -283,13 +283,13 @@ export class EngineCore {
 
   // ---- Why ----
 
-  explainZones(recording: number, text: string, moment: number, options: SessionOptions = {}): Explanation {
+  explainZones(recording: number, text: string | Uint8Array, moment: number | null, options: SessionOptions = {}): Explanation {
     return this.#module.with([text, words(options)], (t, o) =>
-      this.#json(this.#engine.engine_explain_zones(recording, t!.at, t!.size, o!.at, o!.size, moment)));
+      this.#json(this.#engine.engine_explain_zones(recording, t!.at, t!.size, o!.at, o!.size, moment ?? -1)));
   }
 
   explainLine(
-    recording: number, text: string, line: string, moment: number, options: SessionOptions = {}, track?: number,
+    recording: number, text: string | Uint8Array, line: string, moment: number, options: SessionOptions = {}, track?: number,
   ): Explanation {
     return this.#module.with([text, words(options), line], (t, o, l) =>
       this.#json(this.#engine.engine_explain_line(
@@ -297,7 +297,7 @@ export class EngineCore {
   }
 
   explainTrack(
-    recording: number, text: string, line: string, track: number, moment: number, options: SessionOptions = {},
+    recording: number, text: string | Uint8Array, line: string, track: number, moment: number, options: SessionOptions = {},
   ): Explanation {
     return this.explainLine(recording, text, line, moment, options, track);
   }

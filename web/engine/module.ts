@@ -132,7 +132,7 @@ export class Module {
   }
 
   /** Calls something with texts and numbers in the module's memory. */
-  with<Result>(inputs: readonly (string | Float32Array)[], use: (...pieces: Piece[]) => Result): Result {
+  with<Result>(inputs: readonly (string | Uint8Array | Float32Array)[], use: (...pieces: Piece[]) => Result): Result {
     const pieces: Piece[] = [];
     try {
       for (const input of inputs) {

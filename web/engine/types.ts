@@ -127,8 +127,11 @@ export interface Scene {
   readonly points: number;
   readonly noReturns: number;
   readonly atOrigin: number;
-  /** How many were left out by the options. */
+  /** How many were left out by the options, each once. */
   readonly dropped: number;
+  readonly droppedAtOrigin: number;
+  readonly droppedTooNear: number;
+  readonly droppedTooFar: number;
   /**
    * x, y, z of each finite point, one after the other, less `origin`. In the order of the tiles; `verdicts` of a count
    * are in the same order.
@@ -320,8 +323,8 @@ export interface EngineVersion {
 export interface Engine {
   version(): Promise<EngineVersion>;
 
-  /** Findings and content of a document, whatever the text is. */
-  check(text: string): Promise<Check>;
+  /** Findings and content of a document, whatever the text is; bytes where a file is not UTF-8. */
+  check(text: string | Uint8Array): Promise<Check>;
   /** A first document for a site: around the points of a scene, or of none. */
   newDocument(scene?: number): Promise<string>;
   /** The JSON Schema of documents. */
@@ -359,8 +362,11 @@ export interface Engine {
   sessionSvg(session: number): Promise<string>;
   closeSession(session: number): Promise<void>;
 
-  /** Every zone at a moment: what counted, what nearly did, and when it will change. */
-  explainZones(recording: number, text: string, moment: number, options?: SessionOptions): Promise<Explanation>;
+  /**
+   * Every zone at a moment: what counted, what nearly did, and when it will change. `null`: each zone at the moment that
+   * came nearest to occupying it.
+   */
+  explainZones(recording: number, text: string, moment: number | null, options?: SessionOptions): Promise<Explanation>;
   /** What became of each track at a line, up to a moment. */
   explainLine(recording: number, text: string, line: string, moment: number, options?: SessionOptions):
     Promise<Explanation>;

@@ -71,48 +71,88 @@ toolkit::TrackStory storyOf(std::int32_t track, const toolkit::LineHistory& hist
   return story;
 }
 
-Explanation answer(const std::vector<toolkit::ZoneMoment>& moments, int minPoints) {
+std::string recordsOf(const std::vector<toolkit::ZoneMoment>& moments) {
   Records records;
   for (const toolkit::ZoneMoment& moment : moments) {
     records.push_back(toolkit::recordOf(moment));
   }
-  ConsoleText console;
-  if (!moments.empty()) {
-    console.console().out << toolkit::printable(moments[0].file) << " at "
-                          << toolkit::toText(moments[0].stamp) << " s\n";
-    app::printZones(moments, minPoints, console.console());
+  return arrayOf(records);
+}
+
+// Takes a recording moment by moment, and gives what its zones were at those whose points are there.
+class ZoneExplainer {
+ public:
+  ZoneExplainer(const toolkit::Configuration& configuration, const toolkit::SessionOptions& options)
+      : zones_(toolkit::zonesOf(configuration.detector)), session_(configuration, options) {}
+
+  void pass(const FedMoment& moment) {
+    session_.take(moment.stamp, toolkit::CountedPoints{*moment.counts, moment.pointCount}, moment.objects);
   }
-  return {arrayOf(records), console.text()};
+
+  std::vector<toolkit::ZoneMoment> take(const FedMoment& moment) {
+    session_.take(moment.stamp, moment.points, moment.objects);
+    if (!moment.points) {
+      return {};
+    }
+    return toolkit::momentsOf(moment.stamp, moment.file, zones_, session_.explainZones(*moment.points),
+                              *moment.points);
+  }
+
+ private:
+  std::vector<toolkit::FieldZone> zones_;
+  toolkit::Session session_;
+};
+
+Explanation explainBest(const std::shared_ptr<Recording>& recording,
+                        const toolkit::Configuration& configuration, const toolkit::SessionOptions& options) {
+  ZoneExplainer explainer(configuration, options);
+  toolkit::BestFrames best;
+  MomentFeed feed(recording, nullptr);
+  while (const auto fed = feed.next()) {
+    const auto moments = explainer.take(*fed);
+    if (!moments.empty()) {
+      best.add(moments);
+    }
+  }
+  ConsoleText console;
+  if (!best.moments().empty()) {
+    app::printBestFrames(best.moments(), configuration.detector.getMinPoints(), console.console());
+  }
+  return {recordsOf(best.moments()), console.text()};
 }
 
 }  // namespace
 
 Explanation explainZones(const std::shared_ptr<Recording>& recording,
                          const toolkit::Configuration& configuration, const toolkit::SessionOptions& options,
-                         std::size_t moment) {
-  const auto wanted = lastPoints(recording->contents().get(), moment);
+                         std::optional<std::size_t> moment) {
+  if (!moment) {
+    return explainBest(recording, configuration, options);
+  }
+  const auto wanted = lastPoints(recording->contents().get(), *moment);
   if (!wanted) {
     throw Failure("there are no points up to this moment");
   }
-  const std::vector<toolkit::FieldZone> zones = toolkit::zonesOf(configuration.detector);
-  toolkit::Session session(configuration, options);
+  ZoneExplainer explainer(configuration, options);
   MomentFeed feed(recording, recording->countsOf(ZoneSignatures(configuration.detector)), wanted);
-  for (std::size_t i = 0;; ++i) {
-    const auto fed = feed.next();
-    if (!fed) {
-      throw Failure("the recording has become shorter");
-    }
-    if (fed->counts != nullptr && i != *wanted) {
-      session.take(fed->stamp, toolkit::CountedPoints{*fed->counts, fed->pointCount}, fed->objects);
+  for (std::size_t i = 0; const auto fed = feed.next(); ++i) {
+    if (i < *wanted && fed->counts != nullptr) {
+      explainer.pass(*fed);
       continue;
     }
-    session.take(fed->stamp, fed->points, fed->objects);
-    if (i == *wanted) {
-      const toolkit::Points& points = fed->points.value();
-      return answer(toolkit::momentsOf(fed->stamp, fed->file, zones, session.explainZones(points), points),
-                    configuration.detector.getMinPoints());
+    const auto moments = explainer.take(*fed);
+    if (i < *wanted) {
+      continue;
     }
+    ConsoleText console;
+    if (!moments.empty()) {
+      console.console().out << toolkit::printable(fed->file) << " at " << toolkit::toText(fed->stamp)
+                            << " s\n";
+      app::printZones(moments, configuration.detector.getMinPoints(), console.console());
+    }
+    return {recordsOf(moments), console.text()};
   }
+  throw Failure("the recording has become shorter");
 }
 
 Explanation explainLine(const std::shared_ptr<Recording>& recording,
@@ -120,7 +160,7 @@ Explanation explainLine(const std::shared_ptr<Recording>& recording,
                         std::size_t moment, const std::string& line, std::optional<std::int32_t> track) {
   const auto found = configuration.lines.find(line);
   if (found == configuration.lines.end()) {
-    throw Failure("there is no counter line \"" + toolkit::printable(line) + "\"");
+    throw Failure("the document", "has no counter line \"" + toolkit::printable(line) + "\"");
   }
   const std::shared_ptr<const Contents> contents = recording->contents();
   if (!contents) {

@@ -18,11 +18,12 @@ struct Explanation {
   std::string text;
 };
 
-/// Every zone at the last points up to a moment.
+/// Every zone at the last points up to a moment; none: each zone at the frame that came nearest to occupying
+/// it.
 /// @throws Failure when a file cannot be read, or there are no points up to then
 Explanation explainZones(const std::shared_ptr<Recording>& recording,
                          const toolkit::Configuration& configuration, const toolkit::SessionOptions& options,
-                         std::size_t moment);
+                         std::optional<std::size_t> moment);
 
 /// The tracks at a line up to a moment, or one of them, sighting by sighting.
 /// @throws Failure when a file cannot be read, there are no objects up to then, or no such line

@@ -151,11 +151,13 @@ ENGINE_EXPORT void engine_close_run(Run* run) {
   delete run;
 }
 
+// @param moment below zero: of each zone the one that came nearest to occupying it
 ENGINE_EXPORT int engine_explain_zones(const SharedRecording* recording, const char* text, std::size_t size,
-                                       const char* options, std::size_t optionsSize, std::size_t moment) {
+                                       const char* options, std::size_t optionsSize, int moment) {
   return guarded([&] {
+    const auto at = moment < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(moment));
     answer() = answerOf(explainZones(*recording, configurationOf({text, size}),
-                                     sessionOptionsOf({options, optionsSize}), moment));
+                                     sessionOptionsOf({options, optionsSize}), at));
   });
 }
 

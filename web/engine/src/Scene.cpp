@@ -37,7 +37,7 @@ Scene::Scene(const Points& points) : tiles_(points), counts_(tiles_) {
 }
 
 Scene::Scene(const CloudFrame& frame) : Scene(frame.points) {
-  dropped_ = frame.dropped.atOrigin + frame.dropped.tooNear + frame.dropped.tooFar;
+  dropped_ = frame.dropped;
   for (const toolkit::Column& column : frame.columns) {
     columns_.push_back(column.name);
   }
@@ -60,7 +60,10 @@ std::string Scene::description() const {
   object result{{"points", tiles_.size() + tiles_.noReturns()},
                 {"noReturns", tiles_.noReturns()},
                 {"atOrigin", statistics_.atOrigin()},
-                {"dropped", dropped_},
+                {"dropped", dropped_.atOrigin + dropped_.tooNear + dropped_.tooFar},
+                {"droppedAtOrigin", dropped_.atOrigin},
+                {"droppedTooNear", dropped_.tooNear},
+                {"droppedTooFar", dropped_.tooFar},
                 {"extents", nullptr},
                 {"ground", nullptr}};
   const auto at = origin();

@@ -42,7 +42,7 @@ class Scene {
   PointTiles tiles_;
   TileCounts counts_;
   toolkit::PointStatistics statistics_;
-  std::uint64_t dropped_ = 0;
+  toolkit::DroppedPoints dropped_;
   std::vector<std::string> columns_;
 };
 

@@ -1,0 +1,27 @@
+import { readFileSync } from 'node:fs';
+import { fileURLToPath } from 'node:url';
+
+import { EngineCore } from '../core';
+import type { Session, SessionOptions } from '../types';
+
+export const ROOT = fileURLToPath(new URL('../../../', import.meta.url));
+
+const bytes = readFileSync(new URL('../engine.wasm', import.meta.url));
+
+export const compiled = new WebAssembly.Module(bytes);
+
+/** A module of its own. */
+export function loadCore(): Promise<EngineCore> {
+  return EngineCore.load(compiled);
+}
+
+export function fileOf(path: string, name = path): { name: string; bytes: Uint8Array } {
+  return { name, bytes: new Uint8Array(readFileSync(path)) };
+}
+
+/** A session to its end. */
+export function runAll(core: EngineCore, recording: number, text: string, options: SessionOptions = {}): Session {
+  const running = core.startRun(recording, text, options);
+  while (core.stepRun(running, 1000));
+  return core.resultOf(running);
+}
