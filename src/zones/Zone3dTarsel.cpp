@@ -1,4 +1,5 @@
 #include <ostream>
+#include <random>
 #include <utility>
 
 #include <boost/lexical_cast.hpp>
@@ -49,7 +50,8 @@ void Zone3dTarsel::load(SettingsManager& settings, int index) {
   enabled_ = settings.get<bool>("enabled", true);
   id_ = boost::lexical_cast<boost::uuids::uuid>(settings.get<std::string>("id"));
   if (id_.is_nil()) {
-    id_ = boost::uuids::random_generator()();
+    std::random_device device;  // there is one on every system
+    id_ = boost::uuids::basic_random_generator<std::random_device>(device)();
   }
   specificSensors_.clear();
   if (settings.exists("Sensors")) {

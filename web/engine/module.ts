@@ -90,7 +90,7 @@ export class Module {
 
   static async load(bytes: BufferSource | WebAssembly.Module, host: Host): Promise<Module> {
     let memory: WebAssembly.Memory | undefined;
-    const room = (at: number, size: number): Uint8Array => new Uint8Array(memory!.buffer, at, size);
+    const room = (at: number, size: number) => new Uint8Array(memory!.buffer, at, size);
     const numbers = (): DataView => new DataView(memory!.buffer);
     const compiled = bytes instanceof WebAssembly.Module ? bytes : await WebAssembly.compile(bytes);
     const instance = await WebAssembly.instantiate(compiled, {
@@ -103,7 +103,13 @@ export class Module {
           return done.ending;
         },
       },
-      env: { emscripten_notify_memory_growth: () => {} },
+      env: {
+        emscripten_notify_memory_growth: () => {},
+        getentropy: (at: number, size: number) => {
+          crypto.getRandomValues(room(at, size));
+          return 0;
+        },
+      },
       // Of what a C library may ask of its system, only the clock and the way out are there.
       wasi_snapshot_preview1: systemOf(numbers),
     });

@@ -57,8 +57,8 @@ export function serve(port: Port, loading: Promise<EngineCore>): void {
 }
 
 function call(core: EngineCore, request: Exclude<Request, { call: 'run' | 'cancel' }>): unknown {
-  const method = core[request.call] as (...args: readonly unknown[]) => unknown;
-  return method.apply(core, request.args);
+  const method = core[request.call] as (...args: unknown[]) => unknown;
+  return method.apply(core, [...request.args]);
 }
 
 /** Lets the messages that came meanwhile be answered. */

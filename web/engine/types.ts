@@ -42,7 +42,7 @@ export interface Point {
 export interface Zone {
   readonly name: string;
   /** null: a zone without a shape, which holds nothing. */
-  readonly shape: "Polygon" | "Rectangle" | "Sector" | null;
+  readonly shape: 'polygon' | 'rectangle' | 'sector' | null;
   readonly area?: number;
   readonly zMin: number;
   readonly zMax: number;

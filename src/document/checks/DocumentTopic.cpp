@@ -23,7 +23,7 @@ bool holdsAny(const LocatedNode* parent, std::string_view list) {
 
 }  // namespace
 
-void checkDocument(const Entry& document, Report& report) {
+void checkDocument(const CheckedObject& document, Report& report) {
   const LocatedNode& root = document.node;
   const LocatedNode* detector = root.find("ZoneDetector");
   if (detector == nullptr) {
@@ -44,7 +44,7 @@ void checkDocument(const Entry& document, Report& report) {
   }
 }
 
-void checkDetector(const Entry& detector, Report& report) {
+void checkDetector(const CheckedObject& detector, Report& report) {
   if (const LocatedNode* version = detector.node.find("version");
       version != nullptr && !ZoneDetector::checkVersion(version->text)) {
     report.add(FindingKind::NewerVersion, version->value, pathOf(detector, "version"),

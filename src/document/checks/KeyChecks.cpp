@@ -47,7 +47,8 @@ std::string_view homeOf(std::string_view key, ObjectKind kind) {
 
 class KeyCheck {
  public:
-  KeyCheck(const Entry& entry, Report& report) : entry_(entry), report_(report), known_(knownKeys(entry)) {
+  KeyCheck(const CheckedObject& entry, Report& report)
+      : entry_(entry), report_(report), known_(knownKeys(entry)) {
     for (const Key* key : known_) {
       names_.push_back(key->name);
       if (entry.node.find(key->name) == nullptr && !isOtherShape(*key)) {
@@ -139,7 +140,7 @@ class KeyCheck {
                        [this](const Key* other) { return isShape(*other) && isRead(entry_, *other); });
   }
 
-  const Entry& entry_;
+  const CheckedObject& entry_;
   Report& report_;
   std::vector<const Key*> known_;
   std::vector<std::string_view> names_;
@@ -149,7 +150,7 @@ class KeyCheck {
 
 }  // namespace
 
-std::vector<const Key*> knownKeys(const Entry& entry) {
+std::vector<const Key*> knownKeys(const CheckedObject& entry) {
   std::vector<const Key*> keys;
   for (const Key& key : keysOf(entry.kind)) {
     keys.push_back(&key);
@@ -164,7 +165,7 @@ std::vector<const Key*> knownKeys(const Entry& entry) {
   return keys;
 }
 
-bool isRead(const Entry& entry, const Key& key) {
+bool isRead(const CheckedObject& entry, const Key& key) {
   if (!isShape(key)) {
     return true;
   }
@@ -172,7 +173,7 @@ bool isRead(const Entry& entry, const Key& key) {
   return shape && *shape == lowerCase(key.name);
 }
 
-void checkKeys(const Entry& entry, Report& report) {
+void checkKeys(const CheckedObject& entry, Report& report) {
   KeyCheck(entry, report).run();
 }
 

@@ -12,7 +12,7 @@ std::string usedBefore(const std::string& what, const LocatedNode& earlier) {
 
 }  // namespace
 
-void checkNames(const Entry& parent, std::string_view list, FindingKind kind, Report& report) {
+void checkNames(const CheckedObject& parent, std::string_view list, FindingKind kind, Report& report) {
   std::map<std::string_view, const LocatedNode*> earlier;
   std::size_t index = 0;
   for (const LocatedNode* node : parent.node.all(list)) {
@@ -29,7 +29,7 @@ void checkNames(const Entry& parent, std::string_view list, FindingKind kind, Re
   }
 }
 
-void checkIndices(const Entry& parent, std::string_view list, Report& report) {
+void checkIndices(const CheckedObject& parent, std::string_view list, Report& report) {
   std::map<int, const LocatedNode*> earlier;
   std::size_t position = 0;
   for (const LocatedNode* node : parent.node.all(list)) {
@@ -47,7 +47,7 @@ void checkIndices(const Entry& parent, std::string_view list, Report& report) {
   }
 }
 
-void checkLine(const Entry& line, Report& report) {
+void checkLine(const CheckedObject& line, Report& report) {
   if (const LocatedNode* name = line.node.find("name");
       name != nullptr && name->kind == LocatedNode::Kind::Text && name->text.empty()) {
     report.add(FindingKind::EmptyName, name->value, pathOf(line, "name"),

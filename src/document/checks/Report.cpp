@@ -14,11 +14,11 @@ std::vector<Finding> Report::inOrder() && {
   return std::move(findings_);
 }
 
-std::string pathOf(const Entry& parent, std::string_view key) {
+std::string pathOf(const CheckedObject& parent, std::string_view key) {
   return (parent.path.empty() ? std::string() : parent.path + "/") + std::string(key);
 }
 
-std::string pathOf(const Entry& parent, std::string_view key, std::size_t index) {
+std::string pathOf(const CheckedObject& parent, std::string_view key, std::size_t index) {
   return pathOf(parent, key) + "[" + std::to_string(index) + "]";
 }
 

@@ -12,7 +12,7 @@
 namespace orvantis::toolkit {
 
 /// An object of a document: its kind and its place.
-struct Entry {
+struct CheckedObject {
   const LocatedNode& node;
   ObjectKind kind;
   std::string path;
@@ -25,7 +25,7 @@ class Report {
     kinds_.insert(kind);
     findings_.push_back({kind, at, std::move(path), std::move(text), {}});
   }
-  void add(FindingKind kind, const Entry& entry, std::string text) {
+  void add(FindingKind kind, const CheckedObject& entry, std::string text) {
     add(kind, entry.node.value, entry.path, std::move(text));
   }
 
@@ -40,8 +40,8 @@ class Report {
 };
 
 /// The path of the child with that key; for an entry of a list or array, with its number.
-std::string pathOf(const Entry& parent, std::string_view key);
-std::string pathOf(const Entry& parent, std::string_view key, std::size_t index);
+std::string pathOf(const CheckedObject& parent, std::string_view key);
+std::string pathOf(const CheckedObject& parent, std::string_view key, std::size_t index);
 
 /// The text in quotes. It is made printable and shortened, because it comes from the document.
 std::string quoted(std::string_view text);

@@ -36,7 +36,7 @@ std::size_t countDistinct(const std::vector<Point>& points) {
   return distinct.size();
 }
 
-void checkEdges(const Entry& polygon, const std::vector<Point>& ring, Report& report) {
+void checkEdges(const CheckedObject& polygon, const std::vector<Point>& ring, Report& report) {
   constexpr std::size_t shown = 3;  // the first few tell where to look
   const std::vector<EdgeCrossing> crossings = findEdgeCrossings(ring);
   const auto edge = [&ring](std::size_t from) {
@@ -58,7 +58,7 @@ void checkEdges(const Entry& polygon, const std::vector<Point>& ring, Report& re
 
 }  // namespace
 
-void checkPolygon(const Entry& polygon, Report& report) {
+void checkPolygon(const CheckedObject& polygon, Report& report) {
   const auto ring = pointsOf(polygon.node);
   if (!ring || ring->empty() || ring->size() > static_cast<std::size_t>(Polygon::MAX_NUM_POLYGON_SIDES)) {
     return;
@@ -75,7 +75,7 @@ void checkPolygon(const Entry& polygon, Report& report) {
   }
 }
 
-void checkRectangle(const Entry& rectangle, Report& report) {
+void checkRectangle(const CheckedObject& rectangle, Report& report) {
   const std::size_t count = rectangle.node.all("Point").size();
   if (count == 1) {
     report.add(FindingKind::TooFew, rectangle, "only 1 corner; a rectangle needs 2 opposite ones");

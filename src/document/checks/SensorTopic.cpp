@@ -11,7 +11,7 @@ void checkNotEmpty(const LocatedNode& text, const std::string& path, Report& rep
 
 }  // namespace
 
-void checkSensor(const Entry& sensor, Report& report) {
+void checkSensor(const CheckedObject& sensor, Report& report) {
   for (const char* const key : {"name", "topic"}) {
     if (const LocatedNode* text = sensor.node.find(key)) {
       checkNotEmpty(*text, pathOf(sensor, key), report);

@@ -11,10 +11,10 @@
 namespace orvantis::toolkit {
 namespace {
 
-void checkObject(const Entry& entry, Report& report);
+void checkObject(const CheckedObject& entry, Report& report);
 
 // Checks the value, or all entries, of one key of an object.
-void checkEntries(const Entry& parent, const Key& key, Report& report) {
+void checkEntries(const CheckedObject& parent, const Key& key, Report& report) {
   std::vector<const LocatedNode*> nodes = parent.node.all(key.name);
   if (!key.isList && nodes.size() > 1) {
     nodes.erase(nodes.begin() + 1, nodes.end());  // the others are not read
@@ -35,7 +35,7 @@ void checkEntries(const Entry& parent, const Key& key, Report& report) {
   }
 }
 
-void checkTopic(const Entry& entry, Report& report) {
+void checkTopic(const CheckedObject& entry, Report& report) {
   switch (entry.kind) {
     case ObjectKind::Document:
       checkDocument(entry, report);
@@ -70,7 +70,7 @@ void checkTopic(const Entry& entry, Report& report) {
   }
 }
 
-void checkObject(const Entry& entry, Report& report) {
+void checkObject(const CheckedObject& entry, Report& report) {
   checkKeys(entry, report);
   for (const Key* key : knownKeys(entry)) {
     if (isRead(entry, *key)) {
@@ -84,7 +84,7 @@ void checkObject(const Entry& entry, Report& report) {
 
 std::vector<Finding> findingsOf(const LocatedNode& root) {
   Report report;
-  const Entry document{root, ObjectKind::Document, ""};
+  const CheckedObject document{root, ObjectKind::Document, ""};
   if (root.kind == LocatedNode::Kind::Object) {
     checkObject(document, report);
     if (root.find("ZoneDetector") == nullptr) {
@@ -99,7 +99,7 @@ std::vector<Finding> findingsOf(const LocatedNode& root) {
 
 std::vector<Finding> findingsOfSensors(const LocatedNode& root) {
   Report report;
-  const Entry list{root, ObjectKind::SensorList, ""};
+  const CheckedObject list{root, ObjectKind::SensorList, ""};
   if (root.kind == LocatedNode::Kind::Object) {
     checkObject(list, report);
   } else {

@@ -14,11 +14,11 @@ namespace {
 using filter::detection::Zone3dBase;
 
 // A height, or its default when it is not given; nothing when it is given but not a number.
-std::optional<double> heightOf(const Entry& zone, std::string_view key, double byDefault) {
+std::optional<double> heightOf(const CheckedObject& zone, std::string_view key, double byDefault) {
   return zone.node.find(key) == nullptr ? byDefault : numberUnder(zone.node, key);
 }
 
-void checkHeights(const Entry& zone, Report& report) {
+void checkHeights(const CheckedObject& zone, Report& report) {
   const auto zMin = heightOf(zone, "zMin", Zone3dBase::DEFAULT_Z_MIN);
   const auto zMax = heightOf(zone, "zMax", Zone3dBase::DEFAULT_Z_MAX);
   if (!zMin || !zMax || *zMin <= *zMax) {
@@ -32,7 +32,7 @@ void checkHeights(const Entry& zone, Report& report) {
              text("zMin", *zMin) + " is above " + text("zMax", *zMax) + "; the zone contains nothing");
 }
 
-void checkId(const Entry& zone, Report& report) {
+void checkId(const CheckedObject& zone, Report& report) {
   const LocatedNode* id = zone.node.find("id");
   if (id == nullptr || id->kind != LocatedNode::Kind::Text) {
     return;
@@ -48,7 +48,7 @@ void checkId(const Entry& zone, Report& report) {
 
 }  // namespace
 
-void checkZone(const Entry& zone, Report& report) {
+void checkZone(const CheckedObject& zone, Report& report) {
   checkHeights(zone, report);
   if (zone.kind == ObjectKind::SensorZone) {
     checkId(zone, report);

@@ -1,32 +1,47 @@
 #include "HostFiles.h"
 
 #include <stdexcept>
-
-#include <boost/json/array.hpp>
-#include <boost/json/object.hpp>
-#include <boost/json/parse.hpp>
+#include <string>
 
 #include "HostSource.h"
+#include "document/LocatedJson.h"
+#include "text/Words.h"
 
 namespace orvantis::engine {
 namespace {
 
-using boost::json::value;
+using toolkit::LocatedNode;
 
-NamedSource fileOf(const value& json) {
-  const auto& file = json.as_object();
+LocatedNode parsed(std::string_view json) {
+  toolkit::LocatedDocument files = toolkit::parseLocated(json);
+  if (!files.root) {
+    throw std::invalid_argument("the files are not JSON");
+  }
+  return std::move(*files.root);
+}
+
+const std::string& valueOf(const LocatedNode& file, std::string_view key) {
+  const LocatedNode* value = file.find(key);
+  if (value == nullptr) {
+    throw std::invalid_argument("a file has no " + std::string(key));
+  }
+  return value->text;
+}
+
+NamedSource fileOf(const LocatedNode& json) {
   NamedSource source;
-  source.name = std::string(file.at("name").as_string());
-  source.size = file.at("size").to_number<std::uint64_t>();
-  const int number = file.at("file").to_number<int>();
+  source.name = valueOf(json, "name");
+  source.size = toolkit::wholeNumber("size", valueOf(json, "size"));
+  const int number = static_cast<int>(toolkit::wholeNumber("file", valueOf(json, "file")));
   source.open = [name = source.name, number, size = source.size] {
     return std::make_unique<HostSource>(name, number, size);
   };
   return source;
 }
 
-value parsed(std::string_view json) {
-  return boost::json::parse(boost::json::string_view(json.data(), json.size()));
+std::optional<NamedSource> fileAt(const LocatedNode& files, std::string_view key) {
+  const LocatedNode* file = files.find(key);
+  return file != nullptr ? std::optional(fileOf(*file)) : std::nullopt;
 }
 
 }  // namespace
@@ -36,17 +51,13 @@ NamedSource hostFileOf(std::string_view json) {
 }
 
 RecordingFiles hostFilesOf(std::string_view json) {
-  const value files = parsed(json);
+  const LocatedNode files = parsed(json);
   RecordingFiles result;
-  for (const value& cloud : files.as_object().at("clouds").as_array()) {
-    result.clouds.push_back(fileOf(cloud));
+  for (const LocatedNode* cloud : files.all("clouds")) {
+    result.clouds.push_back(fileOf(*cloud));
   }
-  const auto optionalFile = [&](const char* key) -> std::optional<NamedSource> {
-    const value* file = files.as_object().if_contains(key);
-    return file != nullptr ? std::optional(fileOf(*file)) : std::nullopt;
-  };
-  result.stamps = optionalFile("stamps");
-  result.tracks = optionalFile("tracks");
+  result.stamps = fileAt(files, "stamps");
+  result.tracks = fileAt(files, "tracks");
   return result;
 }
 

@@ -1,136 +1,154 @@
 #include "Options.h"
 
 #include <cmath>
-#include <functional>
 #include <limits>
-#include <map>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
-#include <boost/json/array.hpp>
-#include <boost/json/object.hpp>
-#include <boost/json/parse.hpp>
-
+#include "document/LocatedJson.h"
+#include "text/Number.h"
 #include "text/Text.h"
 
 namespace orvantis::engine {
 namespace {
 
-using boost::json::value;
+using toolkit::LocatedNode;
 
-using Readers = std::map<std::string_view, std::function<void(const value&)>>;
+constexpr double endless = std::numeric_limits<double>::infinity();
+constexpr double nanosecond = 1e-9;
 
-[[noreturn]] void refuse(std::string_view key, const std::string& allowed) {
-  throw std::invalid_argument(std::string(key) + " must be " + allowed);
+[[noreturn]] void refuse(const LocatedNode& option, const std::string& allowed) {
+  throw std::invalid_argument(option.name + " must be " + allowed);
 }
 
-void readAll(std::string_view json, const Readers& readers) {
-  boost::system::error_code error;
-  const value options = boost::json::parse(boost::json::string_view(json.data(), json.size()), error);
-  if (error || !options.is_object()) {
+LocatedNode objectOf(std::string_view json) {
+  toolkit::LocatedDocument options = toolkit::parseLocated(json);
+  if (!options.root || options.root->kind != LocatedNode::Kind::Object) {
     throw std::invalid_argument("the options are not a JSON object");
   }
-  for (const auto& entry : options.get_object()) {
-    const auto found = readers.find(std::string_view(entry.key().data(), entry.key().size()));
-    if (found == readers.end()) {
-      throw std::invalid_argument("there is no option \"" + toolkit::printable(std::string(entry.key())) +
-                                  "\"");
-    }
-    found->second(entry.value());
-  }
+  return std::move(*options.root);
 }
 
-std::string textOf(std::string_view key, const value& from) {
-  if (!from.is_string()) {
-    refuse(key, "a text");
+const std::string& textOf(const LocatedNode& option) {
+  if (option.kind != LocatedNode::Kind::Text) {
+    refuse(option, "a text");
   }
-  return {from.get_string().data(), from.get_string().size()};
+  return option.text;
 }
 
-// @param least what the number must not be below; `isAbove`: must be above
-double numberOf(std::string_view key, const value& from, double least, bool isAbove, double most) {
-  const double number = from.is_number() ? from.to_number<double>() : std::nan("");
-  if (!(isAbove ? number > least : number >= least) || !(number <= most)) {
-    refuse(key, std::string("a number ") + (isAbove ? "above " : "from ") + std::to_string(least) + " on");
+bool truthOf(const LocatedNode& option) {
+  if (option.kind != LocatedNode::Kind::Literal || (option.text != "true" && option.text != "false")) {
+    refuse(option, "true or false");
+  }
+  return option.text == "true";
+}
+
+double numberOf(const LocatedNode& option) {
+  double number = std::nan("");
+  const char* const end = option.text.data() + option.text.size();
+  if (option.kind != LocatedNode::Kind::Literal ||
+      toolkit::readNumber(option.text.data(), end, number).ptr != end) {
+    refuse(option, "a number");
   }
   return number;
 }
 
-constexpr double endless = std::numeric_limits<double>::infinity();
+double numberFrom(const LocatedNode& option, double least, double most = endless) {
+  const double number = numberOf(option);
+  if (!(number >= least && number <= most)) {
+    refuse(option, "a number from " + toolkit::toText(least) +
+                       (most < endless ? " to " + toolkit::toText(most) : " up"));
+  }
+  return number;
+}
 
-bool isFirst(std::string_view key, const value& from, const std::string& first, const std::string& second) {
-  const std::string word = textOf(key, from);
+double numberAboveZero(const LocatedNode& option) {
+  const double number = numberOf(option);
+  if (!(number > 0.0)) {
+    refuse(option, "a number above 0");
+  }
+  return number;
+}
+
+bool isFirstOf(const LocatedNode& option, const std::string& first, const std::string& second) {
+  const std::string& word = textOf(option);
   if (word != first && word != second) {
-    refuse(key, first + " or " + second);
+    refuse(option, first + " or " + second);
   }
   return word == first;
+}
+
+[[noreturn]] void refuseName(const LocatedNode& option) {
+  throw std::invalid_argument("there is no option \"" + toolkit::printable(option.name) + "\"");
+}
+
+void read(const LocatedNode& option, RecordingOptions& options) {
+  FrameOptions& frames = options.frames;
+  if (option.name == "columns") {
+    frames.columns = toolkit::parseColumnNames(textOf(option));
+  } else if (option.name == "pose") {
+    frames.pose = toolkit::Pose::parse(textOf(option));
+  } else if (option.name == "dropOrigin") {
+    frames.limits.dropsOrigin = truthOf(option);
+  } else if (option.name == "minRange") {
+    frames.limits.minRange = numberFrom(option, 0.0);
+  } else if (option.name == "maxRange") {
+    frames.limits.maxRange = numberFrom(option, 0.0);
+  } else if (option.name == "topics") {
+    frames.topics.push_back(textOf(option));
+  } else if (option.name == "stampFrom") {
+    frames.stampFrom =
+        isFirstOf(option, "header", "log") ? toolkit::StampFrom::header : toolkit::StampFrom::log;
+  } else if (option.name == "rate") {
+    options.rate = numberAboveZero(option);
+  } else if (option.name == "tracksFormat") {
+    options.tracksFormat =
+        isFirstOf(option, "csv", "kitti") ? toolkit::TracksFormat::Csv : toolkit::TracksFormat::Kitti;
+  } else {
+    refuseName(option);
+  }
+}
+
+void read(const LocatedNode& option, toolkit::SessionOptions& options) {
+  if (option.name == "clearance") {
+    options.lines.clearance = numberFrom(option, 0.0);
+  } else if (option.name == "maxSpeed") {
+    options.lines.maxSpeed = numberAboveZero(option);
+  } else if (option.name == "forgetAfter") {
+    constexpr double longest = 4.6e9;
+    const double seconds = numberFrom(option, nanosecond, longest);
+    options.forgetAfter = filter::monitor::Duration(std::llround(seconds / nanosecond));
+  } else if (option.name == "activeField") {
+    constexpr int lastField = filter::detection::ZoneDetector::NUM_EVAL_FIELDS - 1;
+    const double field = numberFrom(option, 0.0, lastField);
+    if (field != std::floor(field)) {
+      refuse(option, "a whole number");
+    }
+    options.activeField = static_cast<int>(field);
+  } else {
+    refuseName(option);
+  }
+}
+
+template <typename Options>
+Options optionsOf(std::string_view json) {
+  Options options;
+  const LocatedNode object = objectOf(json);
+  for (const LocatedNode& option : object.children) {
+    read(option, options);
+  }
+  return options;
 }
 
 }  // namespace
 
 RecordingOptions recordingOptionsOf(std::string_view json) {
-  RecordingOptions options;
-  FrameOptions& frames = options.frames;
-  readAll(
-      json,
-      {{"columns", [&](const value& v) { frames.columns = toolkit::parseColumnNames(textOf("columns", v)); }},
-       {"pose", [&](const value& v) { frames.pose = toolkit::Pose::parse(textOf("pose", v)); }},
-       {"dropOrigin",
-        [&](const value& v) {
-          if (!v.is_bool()) {
-            refuse("dropOrigin", "true or false");
-          }
-          frames.limits.dropsOrigin = v.get_bool();
-        }},
-       {"minRange",
-        [&](const value& v) { frames.limits.minRange = numberOf("minRange", v, 0.0, false, endless); }},
-       {"maxRange",
-        [&](const value& v) { frames.limits.maxRange = numberOf("maxRange", v, 0.0, false, endless); }},
-       {"topics",
-        [&](const value& v) {
-          if (!v.is_array()) {
-            refuse("topics", "a list of texts");
-          }
-          for (const value& topic : v.get_array()) {
-            frames.topics.push_back(textOf("topics", topic));
-          }
-        }},
-       {"stampFrom",
-        [&](const value& v) {
-          frames.stampFrom =
-              isFirst("stampFrom", v, "header", "log") ? toolkit::StampFrom::header : toolkit::StampFrom::log;
-        }},
-       {"rate", [&](const value& v) { options.rate = numberOf("rate", v, 0.0, true, endless); }},
-       {"tracksFormat", [&](const value& v) {
-          options.tracksFormat = isFirst("tracksFormat", v, "csv", "kitti") ? toolkit::TracksFormat::Csv
-                                                                            : toolkit::TracksFormat::Kitti;
-        }}});
-  return options;
+  return optionsOf<RecordingOptions>(json);
 }
 
 toolkit::SessionOptions sessionOptionsOf(std::string_view json) {
-  toolkit::SessionOptions options;
-  constexpr double nanosecond = 1e-9;
-  constexpr double longest = 4.6e9;
-  readAll(json,
-          {{"clearance",
-            [&](const value& v) { options.lines.clearance = numberOf("clearance", v, 0.0, false, endless); }},
-           {"maxSpeed",
-            [&](const value& v) { options.lines.maxSpeed = numberOf("maxSpeed", v, 0.0, true, endless); }},
-           {"forgetAfter",
-            [&](const value& v) {
-              const double seconds = numberOf("forgetAfter", v, nanosecond, false, longest);
-              options.forgetAfter = filter::monitor::Duration(std::llround(seconds / nanosecond));
-            }},
-           {"activeField", [&](const value& v) {
-              constexpr double lastField = filter::detection::ZoneDetector::NUM_EVAL_FIELDS - 1;
-              const double field = numberOf("activeField", v, 0.0, false, lastField);
-              if (field != std::floor(field)) {
-                refuse("activeField", "a whole number");
-              }
-              options.activeField = static_cast<int>(field);
-            }}});
-  return options;
+  return optionsOf<toolkit::SessionOptions>(json);
 }
 
 }  // namespace orvantis::engine

@@ -61,7 +61,7 @@ function wordsOf(options: readonly string[]): Words {
   return { ...words, unknown } as unknown as Words;
 }
 
-const siteWithout = (site: Site): unknown => {
+const siteWithout = (site: Site): object => {
   const plain = ({ outline: _outline, ...zone }: { outline: unknown }) => zone;
   const { activeField: _field, ...rest } = site;
   return {
@@ -136,8 +136,8 @@ function findings({ core, asked, text }: Asking): Answer {
   };
 }
 
-function content({ core, asked, text }: Asking): Answer {
-  return { content: [{ file: asked.document ?? 'site.json', ...siteWithout(core.check(text).site!) }] };
+function content({ core, text }: Asking): Answer {
+  return { content: [siteWithout(core.check(text).site!)] };
 }
 
 /** A frame as `run --json` tells it, from the numbers of a scene. */
@@ -186,7 +186,7 @@ function why(asking: Asking): Answer {
   const recording = recordingOf(asking);
   const { stamps } = runAll(core, recording, text, words.session);
   const { at, line, track } = words.why;
-  const last = at === undefined ? stamps.length - 1 : stamps.findLastIndex((stamp) => Number(stamp) <= at * 1e9);
+  const last = at === undefined ? stamps.length - 1 : stamps.filter((stamp) => Number(stamp) <= at * 1e9).length - 1;
   const moment = at === undefined ? null : last;
   const zones = asking.asked.frames ? core.explainZones(recording, text, moment, words.session).records : [];
   const tracks = line === undefined ? [] : core.explainLine(recording, text, line, last, words.session, track).records;

@@ -12,8 +12,8 @@ test('the module exports what the loader calls, and nothing else of its own', ()
   expect(exported).toContain('_initialize');
 });
 
-test('the module asks for files, decoders and a clock alone', () => {
+test('the module asks for files, decoders, chance and a clock alone', () => {
   const asked = WebAssembly.Module.imports(compiled).map((entry) => `${entry.module}.${entry.name}`);
-  const known = /^(host\.(read|unfold)|env\.emscripten_notify_memory_growth|wasi_snapshot_preview1\.(clock_time_get|proc_exit|environ_\w+|fd_\w+))$/;
+  const known = /^(host\.(read|unfold)|env\.(emscripten_notify_memory_growth|getentropy)|wasi_snapshot_preview1\.(clock_time_get|proc_exit|environ_\w+|fd_\w+))$/;
   expect(asked.filter((name) => !known.test(name))).toEqual([]);
 });

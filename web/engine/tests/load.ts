@@ -1,10 +1,14 @@
 import { readFileSync } from 'node:fs';
 import { fileURLToPath } from 'node:url';
+import { vi } from 'vitest';
 
 import { EngineCore } from '../core';
 import type { Session, SessionOptions } from '../types';
 
 export const ROOT = fileURLToPath(new URL('../../../', import.meta.url));
+
+// The machine may be small and busy.
+vi.setConfig({ testTimeout: 120000, hookTimeout: 120000 });
 
 const bytes = readFileSync(new URL('../engine.wasm', import.meta.url));
 
@@ -20,7 +24,7 @@ export function fileOf(path: string, name = path): { name: string; bytes: Uint8A
 }
 
 /** A session to its end. */
-export function runAll(core: EngineCore, recording: number, text: string, options: SessionOptions = {}): Session {
+export function runAll(core: EngineCore, recording: number, text: string | Uint8Array, options: SessionOptions = {}): Session {
   const running = core.startRun(recording, text, options);
   while (core.stepRun(running, 1000));
   return core.resultOf(running);
