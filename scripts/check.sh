@@ -6,7 +6,7 @@ cd "$(dirname "$0")/.."
 source scripts/dependencies.sh
 
 check_format() {
-  find apps benchmarks examples fuzz include src tests \( -name '*.cpp' -o -name '*.h' \) -print0 |
+  find apps benchmarks examples fuzz include src tests web/engine \( -name '*.cpp' -o -name '*.h' \) -print0 |
     xargs -0 clang-format --dry-run -Werror
 }
 
@@ -93,7 +93,7 @@ summarise() {
 trap summarise EXIT
 running=packages
 
-packages+=("${development_packages[@]}")
+packages+=("${development_packages[@]}" "${web_packages[@]}")
 install_missing_packages
 step "format" check_format
 step "warnings of g++" build_with_gcc

@@ -21,10 +21,12 @@ python_packages=(
   python3-matplotlib python3-pandas python3-shapely  # what it draws on, and what it is compared with
 )
 
+# What the page needs besides, and its tests: the compiler for browsers and a browser. Node 20 with npm has to be there.
+web_packages=(emscripten chromium)
+
 # What only check.sh, coverage.sh and mutate.sh need besides.
 development_packages=(
   clang clang-format clang-tidy libclang-rt-dev  # the other compiler, its analysis, sanitizers and fuzzer
-  emscripten                                      # the compiler for browsers
   gcovr python3
 )
 
