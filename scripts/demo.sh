@@ -8,7 +8,7 @@ source scripts/dependencies.sh
 packages=("${command_packages[@]}")
 install_missing_packages
 cmake --preset release -B build/demo -DORVANTIS_BUILD_PYTHON=OFF -DORVANTIS_BUILD_TESTS=OFF \
-  -DORVANTIS_DECODERS=OFF >/dev/null
+  -DORVANTIS_BUILD_STUDIO=OFF -DORVANTIS_DECODERS=OFF >/dev/null
 cmake --build build/demo --target zone-detector crossing_recording
 
 command=build/demo/apps/zone-detector/zone-detector

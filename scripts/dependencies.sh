@@ -11,6 +11,7 @@ command_packages=(
 packages=(
   "${command_packages[@]}"
   pkg-config libbz2-dev liblz4-dev libzstd-dev  # the compressions of recordings
+  libcpp-httplib-dev                            # the server of the page
   libgtest-dev libmpfr-dev python3-jsonschema   # the tests
 )
 

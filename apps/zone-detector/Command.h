@@ -34,5 +34,6 @@ void addRunCommand(CLI::App& program, Task& task);
 void addExplainCommand(CLI::App& program, Task& task);
 void addPlotCommand(CLI::App& program, Task& task);
 void addNewCommand(CLI::App& program, Task& task);
+void addStudioCommand(CLI::App& program, Task& task);
 
 }  // namespace orvantis::app

@@ -26,6 +26,7 @@ constexpr const char* help = R"(Examples:
   zone-detector run site.json frames/*.pcd --tracks tracks.csv     what happens, and a summary
   zone-detector explain site.json frames/*.pcd --at 1.2            why a zone is in its state
   zone-detector plot site.json scan.pcd -o plan.svg
+  zone-detector studio site.json scan.pcd                          draw zones in a browser
 
 Zones and counter lines on LiDAR frames. Data goes to the standard output, everything else to the error
 stream. Ends with 0 when all is good, 1 when an input is at fault, 2 for wrong usage.)";
@@ -63,6 +64,7 @@ int runCommandLine(int argc, char** argv) {
   addExplainCommand(program, task);
   addPlotCommand(program, task);
   addNewCommand(program, task);
+  addStudioCommand(program, task);
   bool isQuiet = false;
   for (CLI::App* command : program.get_subcommands([](const CLI::App*) { return true; })) {
     command->add_flag("-q,--quiet", isQuiet, "no warnings and no progress on the error stream");

@@ -1,0 +1,83 @@
+// Started by `zone-detector studio`, which reads what the user types. A program of its own, because the HTTP
+// library brings TLS with it, which would take longer to load than all that the other commands do.
+
+#include <array>
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <span>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <unistd.h>
+
+#include "Interrupt.h"
+#include "SharedFiles.h"
+#include "StudioServer.h"
+
+namespace {
+
+using namespace orvantis::studio;
+
+// In the background, and what it says is of no interest here: the link is printed as well.
+void openBrowser(std::string link) {
+  std::string program = "xdg-open";
+  const std::array<char*, 3> words = {program.data(), link.data(), nullptr};
+  posix_spawn_file_actions_t actions{};
+  ::posix_spawn_file_actions_init(&actions);
+  for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
+    ::posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_WRONLY, 0);
+  }
+  pid_t child = 0;
+  ::posix_spawnp(&child, program.c_str(), &actions, nullptr, words.data(), environ);
+  ::posix_spawn_file_actions_destroy(&actions);
+}
+
+void waitForSignal() {
+  while (orvantis::app::Interrupt::signal() == 0) {
+    pollfd wait{orvantis::app::Interrupt::descriptor(), POLLIN, 0};
+    ::poll(&wait, 1, -1);
+  }
+}
+
+// PAGE PORT BROWSER DOCUMENT TRACKS FRAMES..., of which BROWSER is 1 or 0 and any of the others may be empty.
+int serve(std::span<char*> words) {
+  constexpr std::size_t firstFrame = 6;
+  if (words.size() < firstFrame) {
+    std::cerr << "zone-detector-studio is started by: zone-detector studio\n";
+    return 2;
+  }
+  const NamedFiles named{words[4], {words.begin() + firstFrame, words.end()}, words[5]};
+  SharedFiles files = pageFiles(words[1]);
+  addNamed(named, files);
+  const std::string session = sessionText(named, files);
+  StudioServer server(std::move(files), session);
+  server.bind(std::atoi(words[2]));
+
+  const orvantis::app::Interrupt interrupt;
+  std::thread serving([&server] { server.run(); });
+  std::cout << server.link() << "\n" << std::flush;
+  std::cerr << "Open this link in a browser; Ctrl-C ends.\n";
+  if (words[3] == std::string("1")) {
+    openBrowser(server.link());
+  }
+  waitForSignal();
+  server.stop();
+  serving.join();
+  return orvantis::app::Interrupt::exitCode();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return serve({argv, static_cast<std::size_t>(argc)});
+  } catch (const std::exception& error) {
+    std::cerr << "zone-detector: " << error.what() << '\n';
+    return 1;
+  }
+}
