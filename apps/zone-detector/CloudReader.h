@@ -8,7 +8,7 @@
 
 namespace orvantis::app {
 
-/// The points of one frame, in memory of their own; a coordinate that is not finite marks a no return.
+/// The points of one frame, in memory of their own; a coordinate that is not finite means no return.
 using Cloud = std::vector<std::array<double, 3>>;
 
 toolkit::Points viewOf(const Cloud& cloud);

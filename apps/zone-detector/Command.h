@@ -11,10 +11,11 @@ namespace orvantis::app {
 
 struct Console;
 
-/// What the user asked for, once every word of it is understood. Gives the exit code.
+/// The work that the user asked for. It runs after the whole command line was read, and returns the exit
+/// code.
 using Task = std::function<int(const Console&)>;
 
-/// The name of a command, what it does in a line, and its help: worked examples, then what it does.
+/// The name of a command, its summary in one line, and its help: examples, then a description.
 struct CommandText {
   std::string name;
   std::string summary;
@@ -24,8 +25,8 @@ struct CommandText {
 /// Adds a command without options to the program.
 CLI::App& addCommand(CLI::App& program, const CommandText& text);
 
-// Each adds one command with its options. When the user gives that command, `task` becomes what is to be
-// done; nothing is done while the words are read.
+// Each adds one command with its options. If the user gives that command, reading the command line only sets
+// `task`.
 
 void addValidateCommand(CLI::App& program, Task& task);
 void addShowCommand(CLI::App& program, Task& task);

@@ -7,7 +7,7 @@
 namespace orvantis::app {
 
 void Console::flush() const {
-  if (out) {  // else an earlier write failed, and errno tells why that one did
+  if (out) {  // otherwise an earlier write failed, and errno has its reason
     errno = 0;
     out.flush();
   }

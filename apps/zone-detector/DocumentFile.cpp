@@ -9,7 +9,7 @@
 namespace orvantis::app {
 namespace {
 
-// What is wrong, one error a line; a file that is not a document has thousands.
+// The errors, one per line. Only the first ones, because a file that is not a document may have thousands.
 std::string refusal(const std::string& path, const std::vector<Finding>& findings, const std::string& hint) {
   constexpr std::size_t shown = 20;
   std::string text = counted(countOf(findings, Severity::Error), "error");

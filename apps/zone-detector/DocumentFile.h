@@ -9,16 +9,16 @@ namespace orvantis::app {
 
 struct Console;
 
-/// Reads and checks a zone document, which may be anything.
+/// Reads and checks a zone document. The file may have any content.
 /// @throws Failure when the file cannot be read
 toolkit::CheckedDocument checkFile(const std::string& path);
 
-/// A finding as it is printed: "path:line:column: error: place: text", without the colour, and for a fault of
-/// the JSON the line itself.
+/// A finding as it is printed: "path:line:column: error: place: text". For a fault of the JSON, its excerpt
+/// follows.
 std::string textOf(const std::string& path, const toolkit::Finding& finding, const std::string& severity);
 
 /// Prints warnings on the error stream.
-/// @param hint behind the number of errors that are not shown
+/// @param hint follows the number of errors that are not shown
 /// @throws Failure with the path and the errors, when there are any
 void tellFindings(const std::string& path, const std::vector<toolkit::Finding>& findings,
                   const std::string& hint, const Console& console);

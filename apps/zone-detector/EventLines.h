@@ -6,7 +6,7 @@ namespace orvantis::app {
 
 struct Console;
 
-/// Prints each event when it happens, and the summary at the end: for people, or as JSON objects.
+/// Prints each event when it happens, and the summary at the end, as text or as JSON objects.
 class EventLines : public SessionOutput {
  public:
   EventLines(const Console& console, bool asJson) : console_(console), asJson_(asJson) {}

@@ -16,16 +16,16 @@
 namespace orvantis::app {
 namespace {
 
-const CommandText text = {"explain", "say why zones and counter lines are in the state they are in",
+const CommandText text = {"explain", "explain the states of zones and the counts of lines",
                           R"(Examples:
-  zone-detector explain site.json frames/*.pcd             each zone's best frame of all
+  zone-detector explain site.json frames/*.pcd             each zone's best frame
   zone-detector explain site.json frames/*.pcd --at 1.2    the zones at one instant
   zone-detector explain site.json --tracks tracks.csv --line Gate              every track at a line
-  zone-detector explain site.json --tracks tracks.csv --line Gate --track 7    one, sighting by sighting
+  zone-detector explain site.json --tracks tracks.csv --line Gate --track 7    one track, sighting by sighting
 
-Runs a recording, up to a stamp if one is given. Then says, for each zone, how many points count, how many an
-exclusion zone took and which one, how many are inside the outline but below or above the heights, and which
-one is nearest when there is none; for a line, which tracks counted, which did not, and why.)"};
+Runs a recording, up to a stamp if one is given. Then prints, for each zone, how many points count, how many an
+exclusion zone took and which one, and how many are inside the outline but below or above the heights; if no
+point is inside the outline, the nearest one. For a line, it prints which tracks counted, which did not, and why.)"};
 
 /// @throws std::invalid_argument
 filter::monitor::Stamp stampOf(const std::string& word) {
@@ -48,7 +48,7 @@ void addExplainCommand(CLI::App& program, Task& task) {
   command
       .add_option_function<std::string>(
           "--at", [options](const std::string& word) { options->at = stampOf(word); },
-          "stamp in seconds; else the whole recording")
+          "stamp in seconds; without it, the whole recording")
       ->option_text("STAMP")
       ->check(parsedBy(stampOf));
   CLI::Option* const line =
@@ -56,10 +56,10 @@ void addExplainCommand(CLI::App& program, Task& task) {
           ->option_text("NAME");
   line->needs(command.get_option("--tracks"));
   command.get_option("--tracks")->needs(line);
-  command.add_option("--track", options->track, "one of them by its id, with its sightings")
+  command.add_option("--track", options->track, "id of one of these tracks, whose sightings are printed")
       ->option_text("ID")
       ->needs(line);
-  command.add_flag("--json", options->json, "one JSON object a line");
+  command.add_flag("--json", options->json, "one JSON object per line");
   addSessionOptions(command, options->session);
   command.final_callback([options, &task] {
     checkRecording(options->recording, options->document);

@@ -22,11 +22,11 @@ namespace {
 using filter::monitor::Crossing;
 using filter::monitor::Stamp;
 
-// What a recording came to, up to the wanted stamp or to its end.
+// The results of a recording up to the wanted stamp or to its end.
 struct Account {
-  std::vector<ZoneMoment> last;  // at the last points
+  std::vector<ZoneMoment> last;  // at the last frame of points
   BestFrames best;
-  std::optional<Stamp> objects;  // the last ones
+  std::optional<Stamp> objects;  // the stamp of the last objects
   std::optional<LineHistory> line;
 };
 
@@ -40,8 +40,8 @@ std::vector<Crossing> crossingsOf(const SessionFrame& frame) {
   return crossings;
 }
 
-// The last points up to the stamp are found only when something later comes, or nothing does; so each frame
-// is kept until then.
+// Which points are the last ones up to the stamp is known only when a later frame comes, or none. So each
+// frame is kept until then.
 class Explainer {
  public:
   Explainer(const Configuration& configuration, const ExplainOptions& options)
@@ -57,8 +57,8 @@ class Explainer {
   void take(const Moment& moment) {
     std::optional<Points> points;
     if (moment.frame) {
-      cloud_ = copyOf(
-          moment.frame->points);  // the next moment may read another frame before this one is asked for
+      cloud_ =
+          copyOf(moment.frame->points);  // a copy, because reading the next moment may overwrite the frame
       points = viewOf(cloud_);
       file_ = moment.frame->file;
       stamp_ = moment.stamp;
@@ -92,7 +92,7 @@ class Explainer {
   Session session_;
   bool isWhole_;
   Account account_;
-  Cloud cloud_;  // the last points
+  Cloud cloud_;  // the points of the last frame
   std::string file_;
   std::optional<Stamp> stamp_;
 };
@@ -119,7 +119,7 @@ Account run(const Configuration& configuration, const ExplainOptions& options, c
   return explainer.finish();
 }
 
-// The last of the lives of a track; one that was never seen has a story without sightings.
+// The last story of a track. A track that was never seen has a story without sightings.
 TrackStory storyOf(std::int32_t track, const LineHistory& history) {
   TrackStory story;
   story.track = track;

@@ -17,15 +17,15 @@ struct ExplainOptions {
   std::string document;
   Recording recording;
   toolkit::SessionOptions session;
-  std::optional<filter::monitor::Stamp> at;  ///< none: the whole recording
-  std::string line;                          ///< whose tracks are explained; empty: none
-  std::optional<std::int32_t> track;         ///< one of them; none: all
+  std::optional<filter::monitor::Stamp> at;  ///< empty: the whole recording
+  std::string line;                          ///< the line whose tracks are explained; may be empty
+  std::optional<std::int32_t> track;         ///< the one track to explain; empty: all
   bool json = false;
 };
 
-/// Says why the zones are in the state they are in after the last points at or before a stamp, or which frame
-/// of the recording came nearest to occupying each; and why tracks did or did not count on a line.
-/// @throws Failure also when there is no frame so early, or no such line
+/// Prints why the zones are in their states after the last points at or before a stamp or, without a stamp,
+/// which frame came nearest to occupying each zone. For a line, prints why tracks did or did not count on it.
+/// @throws Failure, also when there is no frame at or before the stamp, or no such line
 int explain(const ExplainOptions& options, const Console& console);
 
 }  // namespace orvantis::app

@@ -10,17 +10,17 @@ namespace orvantis::app {
 
 struct Console;
 
-/// Zones at one frame, under a heading that names it.
+/// Prints the zones at one frame, below a heading that names the frame.
 void printZones(const std::vector<toolkit::ZoneMoment>& moments, int minPoints, const Console& console);
 
-/// Zones, each at the frame of a recording that came nearest to occupying it.
+/// Prints each zone at the frame of a recording that came nearest to occupying it.
 void printBestFrames(const std::vector<toolkit::ZoneMoment>& moments, int minPoints, const Console& console);
 
-/// Every track that was seen while a line counted.
+/// Prints every track that was seen, with what the line has counted.
 void printTracks(const std::string& line, const std::vector<toolkit::TrackStory>& stories,
                  const Console& console);
 
-/// One track and its sightings beside a line.
+/// Prints one track and its sightings at a line.
 /// @param stamp of the last objects that were seen
 void printTrack(const std::string& line, filter::monitor::Stamp stamp, const toolkit::TrackStory& story,
                 const std::vector<toolkit::StampedSighting>& sightings, const Console& console);

@@ -35,7 +35,9 @@ toolkit::PlanContent::Extent parse(const std::string& text) {
 }  // namespace
 
 void addExtentOption(CLI::App& command, std::optional<toolkit::PlanContent::Extent>& extent) {
-  command.add_option("--extent", "x0,y0,x1,y1 that the plan shows, in metres; else zones, lines and tracks")
+  command
+      .add_option("--extent",
+                  "part of the plan to show: x0,y0,x1,y1 in metres; without it, all zones, lines and tracks")
       ->option_text("EXTENT")
       ->check(parsedBy(parse))
       ->each([&extent](const std::string& text) { extent = parse(text); });

@@ -10,7 +10,7 @@ class App;
 
 namespace orvantis::app {
 
-/// Adds the option that says what part of the plane a picture shows.
+/// Adds the option for the part of the plan that a picture shows.
 void addExtentOption(CLI::App& command, std::optional<toolkit::PlanContent::Extent>& extent);
 
 }  // namespace orvantis::app

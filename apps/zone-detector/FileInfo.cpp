@@ -28,14 +28,14 @@ struct FrameInfo {
   std::uint64_t points = 0;
 };
 
-// What a file came to.
+// What is printed about a file.
 struct FileInfo {
   std::string file;
   std::string kind;
   std::vector<Column> columns;
   PointStatistics points;
   std::optional<RecordingContents> recording;
-  std::vector<FrameInfo> frames;  // of a recording
+  std::vector<FrameInfo> frames;  // those of a recording
   std::vector<std::string> warnings;
   bool isDamaged = false;
 };
@@ -57,7 +57,7 @@ FileInfo infoOf(const std::string& path, const ColumnNames& columns, const Conso
       throw Failure(path, "cannot be read: " + printable(error.what()));
     }
     info.kind = info.recording->kind == RecordingKind::mcap ? "mcap" : "bag";
-    // A recorder announces topics that nobody ever wrote to.
+    // Leaves out topics without messages, which a recorder may declare.
     auto& topics = info.recording->topics;
     topics.erase(std::remove_if(topics.begin(), topics.end(),
                                 [](const TopicContents& topic) { return topic.messages == 0; }),
@@ -68,7 +68,7 @@ FileInfo infoOf(const std::string& path, const ColumnNames& columns, const Conso
       }
     }
     if (options.topics.empty()) {
-      return info;  // sound, and without a point cloud
+      return info;  // not damaged, but without point clouds
     }
   } else {
     const auto kind = frameKindOf(path);

@@ -11,12 +11,12 @@ struct Console;
 
 struct InfoOptions {
   std::vector<std::string> files;
-  toolkit::ColumnNames columns;  ///< of .bin and text files; none: found out
+  toolkit::ColumnNames columns;  ///< of .bin and text files; empty: found from the file
   bool json = false;
 };
 
-/// Says what each file holds. A file that cannot be read does not keep the others from being told.
-/// @return 1 when one could not be read, 4 when a recording was cut, else 0
+/// Prints the content of each file. It goes on after a file that cannot be read.
+/// @return 1 when a file could not be read, 4 when a recording is cut off, else 0
 int info(const InfoOptions& options, const Console& console);
 
 }  // namespace orvantis::app

@@ -9,11 +9,11 @@ namespace orvantis::app {
 
 struct InputFrame;
 
-/// Gives the frames of one source their stamps: those of recordings have some of their own, single frames get
-/// one by their number.
+/// Gives the frames of one source their stamps. Frames of recordings have their own stamps; single frames get
+/// stamps from their number and the rate.
 class FrameClock {
  public:
-  /// @param rate of single frames in Hz; none: 10
+  /// @param rate of single frames in Hz; empty: 10
   explicit FrameClock(std::optional<double> rate) : rate_(rate) {}
 
   /// The stamp of the next frame.

@@ -10,7 +10,7 @@ struct Console;
 struct RunOptions;
 
 /// Prints, for each frame, how many points each zone holds outside every exclusion zone.
-/// @throws Failure at the first frame that cannot be read; what was printed before stands
+/// @throws Failure at the first frame that cannot be read; the frames before were printed
 int countFrames(const toolkit::Configuration& configuration, const RunOptions& options,
                 const Console& console);
 

@@ -20,7 +20,7 @@ bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-// Takes the digits at the beginning off, without leading zeros.
+// Removes the digits at the beginning of the text, and returns them without leading zeros.
 std::string_view takeNumber(std::string_view& text) {
   std::size_t end = 0;
   while (end < text.size() && isDigit(text[end])) {
@@ -32,7 +32,7 @@ std::string_view takeNumber(std::string_view& text) {
   return number;
 }
 
-// As people count: frame_9 comes before frame_10.
+// The natural order: frame_9 comes before frame_10.
 bool comesBefore(std::string_view a, std::string_view b) {
   while (!a.empty() && !b.empty()) {
     if (isDigit(a[0]) && isDigit(b[0])) {
@@ -56,8 +56,8 @@ bool isInput(const std::string& name) {
   return toolkit::frameKindOf(name) || ending == ".mcap" || ending == ".bag" || ending == ".zst";
 }
 
-// The stamp of the first frame of a recording; nothing for other files, and where there is none that can be
-// read: whoever reads it says why.
+// The stamp of the first frame of a recording; nothing for other files. Also nothing when it cannot be read:
+// reading the frames later gives the reason.
 std::optional<Stamp> firstStampOf(const std::string& path, const FrameOptions& options) {
   try {
     if (!isRecordingFile(path)) {
@@ -70,7 +70,7 @@ std::optional<Stamp> firstStampOf(const std::string& path, const FrameOptions& o
   }
 }
 
-// Recordings in the order in which they were made, if all files are some.
+// Sorts recordings by the stamps of their first frames, if all files are recordings.
 void sortByStamps(std::vector<std::string>& paths, const FrameOptions& options) {
   std::vector<std::pair<Stamp, std::string>> stamped;
   for (const std::string& path : paths) {

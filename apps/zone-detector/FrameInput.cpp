@@ -21,12 +21,12 @@ Failure failureOf(const std::string& path, const ReadError& error) {
   if (place.line != 0) {
     return {path, place.line, place.column, "cannot be read: " + reason};
   }
-  // At the first byte it is the file as a whole that is at fault.
+  // A fault at byte 0 concerns the whole file, so the byte is not named.
   const std::string where = place.byte == 0 ? "" : "byte " + std::to_string(place.byte) + ": ";
   return {path, "cannot be read: " + where + reason};
 }
 
-// What is thrown while a file is read names the file.
+// Adds the file's name to what is thrown while it is read.
 template <typename Read>
 auto named(const std::string& path, Read read) {
   try {
@@ -68,7 +68,7 @@ FrameInput::Bytes FrameInput::bytesOf(const std::string& path) {
   return readBytes(path, std::move(spare_));
 }
 
-// The next file while this one is worked on, where a second processor can do it.
+// Reads the next file while this one is used, on a second processor.
 void FrameInput::readAhead() {
   if (paths_.empty() || std::thread::hardware_concurrency() < 2 || !frameKindOf(paths_.front())) {
     return;

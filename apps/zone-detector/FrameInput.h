@@ -20,28 +20,29 @@
 
 namespace orvantis::app {
 
-/// How the bytes of files become the points of frames.
+/// Options for reading the points of frames from files.
 struct FrameOptions {
-  toolkit::ColumnNames columns;     ///< of .bin and text files; none: found out
-  std::vector<std::string> topics;  ///< of recordings; none: the only one
+  toolkit::ColumnNames columns;     ///< of .bin and text files; empty: found from the file
+  std::vector<std::string> topics;  ///< of recordings; empty: the only topic
   toolkit::StampFrom stampFrom = toolkit::StampFrom::header;
   toolkit::PointLimits limits;
-  std::optional<toolkit::Pose> pose;  ///< of the sensor in the frame of the site; none: the points are in it
+  std::optional<toolkit::Pose>
+      pose;  ///< of the sensor in the frame of the site; empty: the points are in that frame
 };
 
-/// The frames of files, one after the other. A file is one frame, or a recording of many. While a frame is
-/// worked on, the next file is read.
+/// The frames of files, one after the other. A file is one frame, or a recording of many frames. It reads the
+/// next file while a frame is used.
 class FrameInput : public FrameSource {
  public:
   FrameInput(std::deque<std::string> paths, FrameOptions options);
 
-  /// One more file behind the others.
+  /// Adds a file after the others.
   void add(std::string path) { paths_.push_back(std::move(path)); }
 
   std::optional<InputFrame> next() override;
 
   std::uint64_t bytes() const override { return bytes_; }
-  /// Before the first one is read; not where there are recordings among the files.
+  /// Known before the first frame is read, unless recordings are among the files.
   std::optional<std::size_t> frameCount() const override;
   std::vector<std::string> warnings() const override { return warnings_; }
   bool isDamaged() const override { return isDamaged_; }
@@ -69,9 +70,9 @@ class FrameInput : public FrameSource {
   toolkit::FrameReader reader_;
   toolkit::PointFilter filter_;
   toolkit::PointMover mover_;
-  Bytes current_;              // the frame that was given out
-  Bytes spare_;                // the one before, to be used again
-  std::future<Bytes> coming_;  // the next one
+  Bytes current_;              // of the frame that was given out last
+  Bytes spare_;                // of the frame before it, to be used again
+  std::future<Bytes> coming_;  // of the next file
   std::string comingPath_;
   std::unique_ptr<OpenRecording> recording_;
   std::uint64_t bytes_ = 0;
@@ -83,11 +84,11 @@ class FrameInput : public FrameSource {
 /// @throws Failure when they cannot be read
 bool isRecordingFile(const std::string& path);
 
-/// The files that a user's words mean: a folder is the frames and recordings in it, recordings in the order
-/// of their first stamps, else all of them in the natural order of their names; "-" is a list from the
-/// standard input, a path a line.
-/// @param options for the first stamps
-/// @throws Failure for a folder without any, and when a list cannot be read
+/// The files that the user's words mean. A folder stands for the frames and recordings in it: if all are
+/// recordings, in the order of their first stamps, else in the natural order of their names. "-" stands for a
+/// list of paths on the standard input, one per line.
+/// @param options used to read the first stamps
+/// @throws Failure for a folder without frames and recordings, and when a list cannot be read
 std::deque<std::string> filesOf(const std::vector<std::string>& words, const FrameOptions& options);
 
 }  // namespace orvantis::app

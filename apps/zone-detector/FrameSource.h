@@ -14,7 +14,7 @@
 
 namespace orvantis::app {
 
-/// What one sensor gave to a frame.
+/// The part of a frame that comes from one sensor.
 struct SensorFrame {
   std::string sensor;
   std::string file;
@@ -25,17 +25,18 @@ struct SensorFrame {
 
 /// A frame of points.
 struct InputFrame {
-  std::string file;                             ///< as it was given
+  std::string file;                             ///< as the user gave it
   std::string topic;                            ///< of a recording; empty: the file is one frame
   std::optional<filter::monitor::Stamp> stamp;  ///< of a recording
   toolkit::Points points;  ///< in the frame of the site; valid until the next frame is read
   std::vector<toolkit::Column> columns;
-  std::uint64_t atOrigin = 0;  ///< points at exactly (0, 0, 0), those that were dropped among them
+  std::uint64_t atOrigin = 0;  ///< points at exactly (0, 0, 0), including those that were dropped
   toolkit::DroppedPoints dropped;
-  std::vector<SensorFrame> sensors;  ///< whose points these are, in this order; empty: nobody said it
+  std::vector<SensorFrame>
+      sensors;  ///< the sensors of the points, in the order of the points; empty: not known
 };
 
-/// The points of a frame by sensor, as a monitor takes them.
+/// The points of a frame by sensor, for a monitor.
 std::vector<filter::monitor::SensorPoints> pointsBySensor(const InputFrame& frame);
 
 /// The frames of an input, one after the other.
@@ -46,18 +47,18 @@ class FrameSource {
   FrameSource& operator=(const FrameSource&) = delete;
   virtual ~FrameSource() = default;
 
-  /// @return nothing at the end
+  /// The next frame; nothing at the end.
   /// @throws Failure with the path, the place and the reason
   virtual std::optional<InputFrame> next() = 0;
 
-  /// Bytes of files that were opened so far.
+  /// The size of all files that were opened so far.
   virtual std::uint64_t bytes() const = 0;
-  /// How many frames there are; nothing when it is not known beforehand.
+  /// The number of frames; nothing when it is not known in advance.
   virtual std::optional<std::size_t> frameCount() const = 0;
-  /// Frames that were left out, because their stamps are not later than that of a frame before.
+  /// How many frames were left out because their stamps are not later than that of the frame before.
   virtual std::uint64_t numLate() const { return 0; }
 
-  /// Recordings that could not be read to their end, in words, and other things that a user should know.
+  /// Texts about recordings that could not be read to their end, and other things that the user should know.
   virtual std::vector<std::string> warnings() const = 0;
   /// Whether a recording could not be read to its end.
   virtual bool isDamaged() const = 0;

@@ -6,7 +6,7 @@ namespace orvantis::app {
 
 struct Console;
 
-/// Says which zones' heights no point was between.
+/// Warns of zones whose heights have no points, or nearly none, between them.
 void warnOfHeights(const toolkit::HeightWatch& heights, const Console& console);
 
 }  // namespace orvantis::app

@@ -42,14 +42,14 @@ class InputBuffer : public std::streambuf {
         return traits_type::eof();
       }
       if (errno != EINTR) {
-        // The stream turns it into its bad state; errno says why.
+        // The stream catches it and becomes bad; errno has the reason.
         throw std::ios_base::failure("cannot be read");
       }
     }
   }
 
  private:
-  // Waits for input. False once a signal asked for the end.
+  // Waits for input. False after a signal has asked for the end.
   bool isReady() const {
     while (Interrupt::signal() == 0) {
       std::array<pollfd, 2> waits = {{{file_, POLLIN, 0}, {Interrupt::descriptor(), POLLIN, 0}}};

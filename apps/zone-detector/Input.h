@@ -7,14 +7,15 @@
 
 namespace orvantis::app {
 
-/// How a user names the standard input in place of a file.
+/// The name of the standard input in place of a file.
 inline constexpr const char* standardInput = "-";
 
-/// A text to be read as it comes, from a file or a pipe. It ends early when an Interrupt has a signal.
+/// A stream of a file or a pipe that gives text as soon as it comes. It ends early when an Interrupt has a
+/// signal.
 /// @throws Failure with the path and the reason, also for a folder
 std::unique_ptr<std::istream> openInput(const std::string& path);
 
-/// The bytes of a file or of the standard input, no more than `limit`.
+/// The bytes of a file or of the standard input, at most `limit` of them.
 /// @throws Failure with the path and the reason
 std::string readInput(const std::string& path, std::size_t limit);
 

@@ -9,12 +9,13 @@ struct Console;
 struct InputFrame;
 class FrameSource;
 
-/// What a user should know about the frames that were read.
+/// Collects what the user should know about the frames that were read.
 class InputWarnings {
  public:
   void add(const InputFrame& frame);
 
-  /// Once, after the last frame: points at the origin, recordings that were cut, stamps that go back.
+  /// Prints the warnings about points at the origin, recordings that are cut off, and stamps that go back.
+  /// Call it once, after the last frame.
   void tell(const FrameSource& input, const Console& console) const;
 
  private:
@@ -22,7 +23,7 @@ class InputWarnings {
   std::string firstAtOrigin_;
 };
 
-/// 128 and the signal that ended the work; 4 when a recording could not be read to its end; else 0.
+/// 128 plus the signal that ended the work; 4 when a recording could not be read to its end; else 0.
 int exitCodeOf(const FrameSource& input);
 
 }  // namespace orvantis::app

@@ -15,7 +15,7 @@ std::array<int, 2> wakePipe = {-1, -1};
 struct sigaction previousInterrupt {};
 struct sigaction previousTerminate {};
 
-// A read that waits for input does not return by the flag alone: a signal just before it would be missed.
+// Writes to a pipe as well: with a flag only, a signal just before a blocking read would be missed.
 void note(int number) {
   const int error = errno;
   received = number;

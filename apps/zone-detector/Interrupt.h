@@ -2,8 +2,9 @@
 
 namespace orvantis::app {
 
-/// While it lives, the first SIGINT or SIGTERM does not end the program: what runs is to ask and to end its
-/// work in good order. The second one ends the program at once. One at a time.
+/// While an Interrupt exists, the first SIGINT or SIGTERM does not end the program. The code that runs asks
+/// for the signal and ends its work in good order. A second signal ends the program at once. Only one
+/// Interrupt may exist.
 class Interrupt {
  public:
   Interrupt();
@@ -11,13 +12,13 @@ class Interrupt {
   Interrupt& operator=(const Interrupt&) = delete;
   ~Interrupt();
 
-  /// The signal that came; 0: none.
+  /// The signal that came; 0 for none.
   static int signal();
 
-  /// What the program ends with: 0, or 128 and the signal, as a shell has it.
+  /// The exit code of the program: 0, or 128 plus the signal, as in a shell.
   static int exitCode() { return signal() == 0 ? 0 : 128 + signal(); }
 
-  /// Can be read from as soon as a signal came, for poll(2); -1 while there is no Interrupt.
+  /// A descriptor for poll(2) that becomes readable when a signal comes; -1 while there is no Interrupt.
   static int descriptor();
 };
 

@@ -36,7 +36,7 @@ Site siteOf(const std::vector<std::string>& clouds) {
 }
 
 int makeNew(const NewOptions& options, const Console& console) {
-  // Somebody's zones are not written over; also not by way of a slip of the keyboard.
+  // Never overwrites a file, which may be a document with somebody's zones.
   std::error_code unknown;
   if (!options.output.empty() &&
       std::filesystem::exists(std::filesystem::symlink_status(options.output, unknown))) {
@@ -60,10 +60,10 @@ void addNewCommand(CLI::App& program, Task& task) {
   zone-detector new -o site.json
   zone-detector new -o site.json scan.pcd     in the middle of the scan, above its ground
 
-Writes a zone document to begin with: one zone and one counter line. With frames, they lie in the middle of
-the points, and the heights are above the ground, which is where most points are.)"});
+Writes a first zone document: one zone and one counter line. With frames, they lie in the middle of the points,
+and the heights of the zone are above the ground, which is the height of most points.)"});
   command.add_option("CLOUD", options->clouds, "frames of the site")->option_text("...");
-  command.add_option("-o,--output", options->output, "document to write; else the standard output")
+  command.add_option("-o,--output", options->output, "document to write; without it, the standard output")
       ->option_text("FILE");
   command.final_callback(
       [options, &task] { task = [options](const Console& console) { return makeNew(*options, console); }; });

@@ -9,7 +9,7 @@
 namespace orvantis::app {
 namespace {
 
-// A rule for numbers. The parser takes "nan" and "inf" for numbers too; no option means them.
+// A rule for numbers. It also refuses "nan" and "inf", which the parser accepts.
 template <typename Rule>
 CLI::Validator numberRule(const std::string& text, Rule rule) {
   return {[text, rule](std::string& word) {

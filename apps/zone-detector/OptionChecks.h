@@ -8,13 +8,14 @@
 
 namespace orvantis::app {
 
-// Rules for the values of options. What they say completes a sentence that begins with the option.
+// Rules for the values of options. Their texts complete a sentence that begins with the name of the option.
 
 CLI::Validator aboveZero();
 CLI::Validator notBelowZero();
 CLI::Validator between(double low, double high);
 CLI::Validator wholeBetween(int low, int high);
-/// What a function reads without throwing std::invalid_argument.
+/// A rule that accepts what `read` accepts, and gives the text of the std::invalid_argument that `read`
+/// throws.
 template <typename Read>
 CLI::Validator parsedBy(Read read) {
   return {[read](std::string& word) {

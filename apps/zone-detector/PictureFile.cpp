@@ -15,7 +15,7 @@ void PictureFile::add(const Moment& moment, const SessionFrame& frame) {
 
 void PictureFile::finish(const SessionResult&) {
   const auto nameOf = [](const std::string& path) { return std::filesystem::path(path).filename().string(); };
-  // The files that it shows.
+  // The title names the files of the session.
   std::string title = nameOf(options_.document);
   const Recording& recording = options_.recording;
   if (!recording.stamps.empty()) {

@@ -9,7 +9,7 @@ namespace orvantis::app {
 
 struct RunOptions;
 
-/// Draws a session into a file, which is written whole or not at all, at the end.
+/// Draws a session into a file. The file is written at the end, whole or not at all.
 class PictureFile : public SessionOutput {
  public:
   PictureFile(const RunOptions& options, toolkit::SessionPlot plot)

@@ -23,7 +23,7 @@ namespace {
 
 using filter::detection::Point;
 
-// A dot for each finite point; those that count in a zone are told by their masks.
+// Adds a dot for each finite point. The masks tell which points count in a zone.
 void addCloud(const std::string& path, const filter::detection::ZoneDetector& detector, PlanContent& plan) {
   constexpr std::uint64_t fieldZones = (std::uint64_t{1} << 24U) - 1;
   const Cloud cloud = readCloud(path);
@@ -39,7 +39,7 @@ void addCloud(const std::string& path, const filter::detection::ZoneDetector& de
   }
 }
 
-// A picture must not take the place of what it is drawn from, by whatever name.
+// A picture must not overwrite a file that it is drawn from, also not by another name of that file.
 void checkOutput(const PlotOptions& options) {
   const std::string& output = options.output;
   if (output.empty() || output == standardInput) {

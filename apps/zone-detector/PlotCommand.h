@@ -11,7 +11,7 @@ struct Console;
 
 struct PlotOptions {
   std::string document;
-  std::string cloud;   ///< empty: none
+  std::string cloud;   ///< may be empty
   std::string output;  ///< empty or "-": the console's data stream
   std::optional<toolkit::PlanContent::Extent> extent;
 };

@@ -20,7 +20,7 @@ std::size_t terminalWidth() {
 
 void Progress::show(std::size_t done, const FrameSource& input, const std::string& what) {
   const auto now = std::chrono::steady_clock::now();
-  constexpr std::chrono::milliseconds pause(50);  // more often nobody sees
+  constexpr std::chrono::milliseconds pause(50);  // nobody can see more updates
   if (!console_.progress || (done > 0 && now - last_ < pause)) {
     return;
   }
@@ -31,7 +31,7 @@ void Progress::show(std::size_t done, const FrameSource& input, const std::strin
     head += ", " + toText(static_cast<double>(done) / seconds, 0) + " frames/s, " +
             toText(static_cast<double>(input.bytes()) / seconds / 1e6, 1) + " MB/s";
   }
-  // Some terminals wrap when the last column is written.
+  // One column less, because some terminals wrap after the last column.
   console_.err << "\r\033[K" << endOf(head + " ", printable(what), terminalWidth() - 1) << std::flush;
   shown_ = true;
 }

@@ -10,17 +10,18 @@ namespace orvantis::app {
 struct Console;
 class FrameSource;
 
-/// A line on the error stream that says how far the work is, while somebody watches; erased before anything
-/// else is written and at the end. It is never wider than the terminal: a wrapped line could not be erased.
+/// A line with the progress of the work, if the error stream is a terminal. It is erased before anything else
+/// is written and at the end. It is never wider than the terminal, because a wrapped line could not be
+/// erased.
 class Progress {
  public:
-  /// @param total none: not known
+  /// @param total empty when not known
   Progress(const Console& console, std::optional<std::size_t> total) : console_(console), total_(total) {}
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
   ~Progress() { erase(); }
 
-  /// @param input whose frame is worked on
+  /// @param input the source of the current frame
   void show(std::size_t done, const FrameSource& input, const std::string& what);
   void erase();
 

@@ -17,21 +17,21 @@ struct Console;
 
 /// Where the frames of a recording come from.
 struct Recording {
-  std::vector<std::string> clouds;  ///< files, folders, or - for a list from the standard input
+  std::vector<std::string> clouds;  ///< files, folders, or - for a list on the standard input
   FrameOptions frames;
   std::string sensors;  ///< a list of sensors, whose frames are taken together; empty: none
-  filter::monitor::Duration window = std::chrono::milliseconds(50);  ///< by how much they may differ
-  std::optional<double> rate;                                        ///< of the clouds in Hz; none: 10
+  filter::monitor::Duration window = std::chrono::milliseconds(50);  ///< by how much their stamps may differ
+  std::optional<double> rate;                                        ///< of the clouds in Hz; empty: 10
   std::string stamps;  ///< a list of clouds and their stamps, in place of `clouds`; empty: none
-  std::string tracks;  ///< empty: none
+  std::string tracks;  ///< the file of tracked objects; empty when there is none
   toolkit::TracksFormat tracksFormat = toolkit::TracksFormat::Csv;
 
   bool hasClouds() const { return !clouds.empty() || !stamps.empty() || !sensors.empty(); }
   bool hasTracks() const { return !tracks.empty(); }
 };
 
-/// The frames of the clouds, or of the sensors. A warning names the zones that are bound to a sensor which is
-/// not there.
+/// Opens the frames of the clouds or of the sensors. Warns of zones that are bound to a sensor which is not
+/// in the list.
 /// @throws Failure when the sensors cannot be read or are wrong
 std::unique_ptr<FrameSource> openFrames(const Recording& recording,
                                         const toolkit::Configuration& configuration, const Console& console);

@@ -20,12 +20,13 @@ void addRecordingOptions(CLI::App& command, Recording& recording) {
           .add_option("CLOUD", recording.clouds,
                       "frames and recordings, in order; folders of them; - for a list of them")
           ->option_text("...");
-  CLI::Option* const rate = command.add_option("--rate", recording.rate, "frames a second; 10 unless given")
-                                ->option_text("HZ")
-                                ->check(aboveZero());
+  CLI::Option* const rate =
+      command.add_option("--rate", recording.rate, "frames per second; 10 unless given")
+          ->option_text("HZ")
+          ->check(aboveZero());
   command
       .add_option("--stamps", recording.stamps,
-                  "list of frames, each with its stamp, in place of CLOUD; - is the standard input")
+                  "list of frames, each with its stamp, instead of CLOUD; - is the standard input")
       ->option_text("LIST")
       ->excludes(clouds)
       ->excludes(rate);
@@ -52,23 +53,25 @@ void addRecordingOptions(CLI::App& command, Recording& recording) {
   command
       .add_option(
           "--columns",
-          "of .bin and text files: how many (x, y, z first), a letter each (xyzi), or names (t,x,y,z)")
+          "columns of .bin and text files: their number (x, y, z first), letters (xyzi) or names (t,x,y,z)")
       ->option_text("LIST")
       ->check(parsedBy(toolkit::parseColumnNames))
       ->each([&frames](const std::string& text) { frames.columns = toolkit::parseColumnNames(text); });
-  command.add_option("--topic", frames.topics, "of recordings, the point clouds to take; may be given again")
+  command.add_option("--topic", frames.topics, "topic of the point clouds in recordings; may be given again")
       ->option_text("NAME")
       ->expected(1)
       ->take_all()
       ->excludes(sensors);
-  command.add_option("--stamp-from", "stamps of recordings: the messages' own, or when they were logged")
+  command
+      .add_option("--stamp-from",
+                  "stamps of recordings: those in the messages, or the times when they were logged")
       ->option_text("header|log")
       ->check(oneOf({"header", "log"}))
       ->each([&frames](const std::string& name) {
         frames.stampFrom = name == "log" ? toolkit::StampFrom::log : toolkit::StampFrom::header;
       });
   command.add_flag("--drop-origin", frames.limits.dropsOrigin,
-                   "leave out points at exactly (0, 0, 0), as drivers write \"no return\"");
+                   "leave out points at exactly (0, 0, 0), which many drivers write for \"no return\"");
   command.add_option("--min-range", frames.limits.minRange, "leave out points nearer to the sensor")
       ->option_text("M")
       ->check(notBelowZero());
@@ -77,12 +80,12 @@ void addRecordingOptions(CLI::App& command, Recording& recording) {
       ->check(notBelowZero());
   command
       .add_option("--pose",
-                  "x,y,z,roll,pitch,yaw of the sensor in the frame of the zones; metres and degrees")
+                  "pose of the sensor in the frame of the zones: x,y,z,roll,pitch,yaw in metres and degrees")
       ->option_text("POSE")
       ->excludes(sensors)
       ->check(parsedBy(toolkit::Pose::parse))
       ->each([&frames](const std::string& text) { frames.pose = toolkit::Pose::parse(text); });
-  command.add_option("--tracks-format", "csv unless given")
+  command.add_option("--tracks-format", "format of TRACKS; csv unless given")
       ->option_text("csv|kitti")
       ->check(oneOf({"csv", "kitti"}))
       ->each([&recording](const std::string& name) { recording.tracksFormat = formats.at(name); })

@@ -10,12 +10,11 @@ class App;
 
 namespace orvantis::app {
 
-/// Adds the options that say where frames and tracked objects come from.
-/// @param recording lives as long as the command
+/// Adds the options for the sources of frames and tracked objects.
+/// @param recording must live as long as the command
 void addRecordingOptions(CLI::App& command, Recording& recording);
 
-/// Whether there is a recording at all, and no more than one input is the standard input.
-/// @throws CLI::ParseError when not
+/// @throws CLI::ParseError when there is no recording, or when more than one input is the standard input
 void checkRecording(const Recording& recording, const std::string& document);
 
 }  // namespace orvantis::app

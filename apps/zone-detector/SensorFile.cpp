@@ -14,7 +14,7 @@ std::vector<Sensor> readSensors(const std::string& path, const std::vector<std::
                                 const Console& console) {
   CheckedSensorList list = checkSensors(readInput(path, documentSizeLimit));
   tellFindings(path, list.findings, "", console);
-  // So that recordings can be moved together with their list.
+  // Paths are relative to the list, so that recordings can be moved together with it.
   const std::filesystem::path folder =
       path == standardInput ? std::filesystem::path() : std::filesystem::path(path).parent_path();
   bool takesClouds = false;

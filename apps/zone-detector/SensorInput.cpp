@@ -27,7 +27,7 @@ FrameOptions optionsOf(const Sensor& sensor, FrameOptions options) {
   return options;
 }
 
-// How much later one stamp is than another, whatever they are.
+// How much later one stamp is than another. It does not overflow.
 std::uint64_t later(Stamp stamp, Stamp than) {
   return static_cast<std::uint64_t>(stamp.count()) - static_cast<std::uint64_t>(than.count());
 }
@@ -38,7 +38,7 @@ void add(const DroppedPoints& dropped, DroppedPoints& sum) {
   sum.tooFar += dropped.tooFar;
 }
 
-// Puts the points of all sensors one behind the other; what each sees becomes its part of them.
+// Copies the points of all sensors one after the other. The view of each sensor then is its part of the copy.
 template <typename Real>
 Points joined(std::vector<SensorFrame>& sensors, std::size_t size, std::vector<Real>& buffer) {
   buffer.resize(3 * size);
@@ -101,7 +101,7 @@ void SensorInput::fetch(Stream& stream) {
   }
 }
 
-// Stamps by number and stamps of recordings have nothing to do with each other.
+// Stamps from a rate and stamps of recordings cannot be compared.
 void SensorInput::checkKinds(const Stream& stream) const {
   for (const auto& other : streams_) {
     if (other->hasStamps && *other->hasStamps != *stream.hasStamps) {

@@ -14,13 +14,13 @@
 
 namespace orvantis::app {
 
-/// The frames of several sensors, taken together: the earliest one that is left, and of each other sensor its
-/// next one, when that is at most a window later. The points of all of them stand one behind the other.
+/// The frames of several sensors, taken together: the earliest frame that is left, and the next frame of each
+/// other sensor if it is at most a window later. The points of these frames follow one another.
 class SensorInput : public FrameSource {
  public:
   /// @param sensors with the files of each
-  /// @param options of all of them; the pose and the topics are those of the sensor
-  /// @param rate of single frames; none: 10
+  /// @param options for all sensors; the pose and the topics are replaced by those of each sensor
+  /// @param rate of single frames in Hz; empty: 10
   SensorInput(const std::vector<toolkit::Sensor>& sensors, const FrameOptions& options,
               std::optional<double> rate, filter::monitor::Duration window);
 
@@ -41,9 +41,9 @@ class SensorInput : public FrameSource {
     FrameInput input;
     FrameClock clock;
     std::optional<InputFrame> coming;  // its next frame, with its stamp
-    std::optional<bool> hasStamps;     // of its own
+    std::optional<bool> hasStamps;     // whether its frames have stamps
     std::optional<filter::monitor::Stamp> last;
-    std::uint64_t numMissed = 0;  // frames of the others without one of its own
+    std::uint64_t numMissed = 0;  // how many frames are without one of this sensor
   };
 
   void fetch(Stream& stream);

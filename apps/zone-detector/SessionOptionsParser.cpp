@@ -13,12 +13,12 @@ namespace orvantis::app {
 void addSessionOptions(CLI::App& command, toolkit::SessionOptions& options) {
   command
       .add_option("--clearance", options.lines.clearance,
-                  "metres off a counter line from which on an object is clear of it; 0 unless given")
+                  "metres from a counter line from which on an object is clear of it; 0 unless given")
       ->option_text("M")
       ->check(notBelowZero());
   command
       .add_option("--max-speed", options.lines.maxSpeed,
-                  "metres a second; a track that moves faster is taken for another object")
+                  "metres per second; a track that moves faster is taken for another object")
       ->option_text("M/S")
       ->check(aboveZero());
   constexpr double nanosecond = 1e-9;

@@ -10,7 +10,7 @@ namespace orvantis::app {
 
 struct Moment;
 
-/// What a whole session came to.
+/// The results of a whole session.
 struct SessionResult {
   const toolkit::SessionSummary& summary;
   const toolkit::Session& session;
@@ -18,7 +18,7 @@ struct SessionResult {
   const toolkit::SessionInputs& inputs;
 };
 
-/// Something that shows or keeps a session.
+/// An output of a session, such as a table or a picture.
 class SessionOutput {
  public:
   SessionOutput() = default;
@@ -28,7 +28,7 @@ class SessionOutput {
 
   /// Takes the next frame. @throws Failure when it cannot be written
   virtual void add(const Moment& moment, const toolkit::SessionFrame& frame) = 0;
-  /// Once, after the last frame. @throws Failure when it cannot be written
+  /// Called once, after the last frame. @throws Failure when it cannot be written
   virtual void finish(const SessionResult& result) = 0;
 };
 

@@ -30,7 +30,7 @@ namespace {
 
 using filter::monitor::Duration;
 
-// On the error stream: it differs from run to run.
+// On the error stream, because it differs from run to run.
 void printTaken(const Durations& taken, const Console& console) {
   if (taken.count() == 0 || console.quiet) {
     return;
@@ -58,8 +58,8 @@ std::vector<std::unique_ptr<SessionOutput>> outputsOf(const RunOptions& options,
   return outputs;
 }
 
-// The next moment; nothing at the end, and nothing once a signal asked for it: a row that was cut by that is
-// not at fault.
+// The next moment; nothing at the end, and nothing after a signal. The signal may cut a row short, so an
+// error in it is ignored.
 std::optional<Moment> nextOf(TimeLine& timeLine) {
   try {
     auto moment = timeLine.next();

@@ -10,8 +10,8 @@ struct Console;
 struct RunOptions;
 
 /// Prints what happens in a recording as it happens, and a summary at the end.
-/// @throws Failure at the first frame or row that cannot be read; what was printed before stands, tables and
-///   picture are not written
+/// @throws Failure at the first frame or row that cannot be read; what happened before was printed, but
+///   tables and picture are not written
 int runSession(const toolkit::Configuration& configuration, const RunOptions& options,
                const Console& console);
 

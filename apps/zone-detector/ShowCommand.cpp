@@ -67,7 +67,7 @@ void printFields(const ZoneDetector& detector, const Console& console) {
         std::vector<std::string> cells = zoneCells(*zone);
         cells[0] = std::to_string(z) + " " + cells[0];
         table.addRow(joined({name}, cells));
-        name.clear();  // once for its zones
+        name.clear();  // only in the row of the first zone
       }
     }
   }
@@ -86,7 +86,7 @@ std::string pointText(const Point& point) {
   return "(" + toText(point.x(), 3) + ", " + toText(point.y(), 3) + ")";
 }
 
-// The points on rows of four, so that 16 fit a terminal.
+// Four points in a row, so that 16 points fit on a terminal.
 void addPoints(const std::vector<Point>& points, const std::string& name, const std::string& what,
                Table& table) {
   constexpr std::size_t inARow = 4;
@@ -146,7 +146,7 @@ std::string arrow(const Point& direction) {
   return arrows[static_cast<std::size_t>(static_cast<int>(std::lround(eighths)) + 8) % arrows.size()];
 }
 
-// The axes that a direction mainly follows, such as "+x" or "-x +y".
+// The main axes of a direction, such as "+x" or "-x +y".
 std::string axes(const Point& direction) {
   constexpr double share = 0.38;  // the sine of an eighth of a half turn
   std::string text;
@@ -200,7 +200,7 @@ void addShowCommand(CLI::App& program, Task& task) {
     bool json = false;
   };
   const auto options = std::make_shared<Options>();
-  CLI::App& command = addCommand(program, {"show", "print what a zone document holds", R"(Examples:
+  CLI::App& command = addCommand(program, {"show", "print what a zone document contains", R"(Examples:
   zone-detector show site.json
   zone-detector show --json site.json
 

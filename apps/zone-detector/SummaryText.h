@@ -10,7 +10,7 @@ namespace orvantis::app {
 
 struct Console;
 
-/// Zones and lines as tables.
+/// Prints zones and lines as tables.
 void printSummary(const toolkit::SessionSummary& summary, const toolkit::Session& session,
                   const std::vector<toolkit::FieldZone>& zones, const toolkit::SessionInputs& inputs,
                   const Console& console);

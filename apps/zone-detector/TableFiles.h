@@ -10,11 +10,11 @@
 namespace orvantis::app {
 
 /// Writes a session as CSV tables: events.csv, frames.csv, zones.csv and lines.csv, each whole or not at all.
-/// The rows go to their files as they come.
+/// Rows are written as they come.
 class TableFiles : public SessionOutput {
  public:
-  /// @param folder is made if there is none
-  /// @throws Failure, as do the others, when something cannot be written
+  /// @param folder is made if it does not exist
+  /// @throws Failure when something cannot be written, as do the other operations
   TableFiles(const std::string& folder, toolkit::SessionTables tables);
 
   void add(const Moment& moment, const toolkit::SessionFrame& frame) override;

@@ -11,13 +11,14 @@ namespace orvantis::app {
 
 using filter::monitor::Stamp;
 
-// A file is read whole, so that its end is known and a wrong line is told before anything is done.
+// Reads a file whole, so that the number of frames is known, and a wrong line is reported before any frame is
+// read.
 void TimeLine::readList(const std::string& path) {
   list_.emplace(openInput(path), path);
   if (path == standardInput) {
     return;
   }
-  // So that a recording can be moved together with its list.
+  // Paths are relative to the list, so that a recording can be moved together with it.
   const std::filesystem::path folder = std::filesystem::path(path).parent_path();
   while (auto frame = list_->next()) {
     listed_.push_back({frame->stamp, (folder / frame->path).string()});
@@ -47,10 +48,10 @@ TimeLine::TimeLine(const Recording& recording, const Configuration& configuratio
   }
 }
 
-// The stamp of a frame that was just read.
+// The stamp of the frame that was just read.
 Stamp TimeLine::stampOf(const InputFrame& frame) {
   if (!frame.sensors.empty()) {
-    return *frame.stamp;  // by clocks of the sensors
+    return *frame.stamp;  // from the clocks of the sensors
   }
   if (!isListed_) {
     return clock_.stampOf(frame);

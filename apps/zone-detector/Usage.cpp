@@ -47,7 +47,7 @@ std::vector<std::string> commandsOf(const CLI::App& program) {
   return names;
 }
 
-// A word that nothing takes explains more than what is missing without it.
+// An unknown word comes first, because it explains more than a missing argument.
 std::string strayWord(const CLI::App& program) {
   const CLI::App& command = chosen(program);
   const std::vector<std::string> words = program.remaining(true);
@@ -65,7 +65,7 @@ std::string strayWord(const CLI::App& program) {
   return quoted(word) + " is one file or value too many";
 }
 
-// The texts of the parser begin with the name of the option and its rule behind a mark.
+// The parser's texts begin with the name of the option. A mark follows, then the rule.
 struct Parts {
   std::string name;
   std::string rest;

@@ -9,8 +9,7 @@ class ParseError;
 
 namespace orvantis::app {
 
-/// Why the words on the command line cannot be understood, in a sentence, with the word that was likely
-/// meant.
+/// What is wrong with the command line, in a sentence, with the word that was probably meant.
 std::string usageFault(const CLI::App& program, const CLI::ParseError& error);
 
 /// The command whose help the user should read: "zone-detector run", or the program itself.

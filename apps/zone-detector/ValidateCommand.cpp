@@ -37,7 +37,7 @@ std::string verdict(const CheckedDocument& document, const Console& console) {
   return text;
 }
 
-// The library's complaints stand on one line, as everything else here.
+// Every output is on one line, so the complaint of the library must be, too.
 std::string onOneLine(std::string text) {
   std::replace(text.begin(), text.end(), '\n', ' ');
   return printable(text);
@@ -97,7 +97,7 @@ bool validateOne(const std::string& path, const ValidateOptions& options, const 
   }
 }
 
-// Checks zone documents. Gives 0 when every one can be loaded without loss, else 1.
+// Checks zone documents. Returns 0 when all of them can be loaded without loss, else 1.
 int validate(const ValidateOptions& options, const Console& console) {
   bool good = true;
   for (const std::string& path : options.documents) {
@@ -112,17 +112,16 @@ int validate(const ValidateOptions& options, const Console& console) {
 void addValidateCommand(CLI::App& program, Task& task) {
   const auto options = std::make_shared<ValidateOptions>();
   CLI::App& command =
-      addCommand(program, {"validate", "check zone documents, and say where they are wrong or doubtful",
+      addCommand(program, {"validate", "check zone documents, and print what is wrong or doubtful",
                            R"(Examples:
   zone-detector validate site.json
-  zone-detector validate --strict sites/*.json     what is doubtful is wrong too
+  zone-detector validate --strict sites/*.json     warnings are errors too
 
-Checks zone documents and loads them. What cannot be loaded, or would be lost without a word, is an error;
-what is loaded but hardly meant is a warning. Each comes with its line, its column and its place in the
-document.)"});
+Checks zone documents and loads them. What cannot be loaded, or would be lost silently, is an error; what is
+loaded but is probably a mistake is a warning. Each has its line, its column and its place in the document.)"});
   command.add_option("FILE", options->documents, "zone documents")->required();
   command.add_flag("--strict", options->strict, "warnings make the exit code 1 too");
-  command.add_flag("--json", options->json, "one JSON object a file");
+  command.add_flag("--json", options->json, "one JSON object per file");
   command.final_callback(
       [options, &task] { task = [options](const Console& console) { return validate(*options, console); }; });
 }

@@ -7,8 +7,8 @@
 
 namespace orvantis::app {
 
-/// The two cells that begin a zone's row in tables: its field, unless that is the one of the row before, and
-/// itself.
+/// The first two cells of a zone's row in tables: its field, which is empty when the row before has the same
+/// field, and the zone.
 class ZoneCells {
  public:
   std::vector<std::string> next(int field, const std::string& fieldName, int zone,

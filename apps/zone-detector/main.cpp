@@ -19,9 +19,9 @@ constexpr int inputAtFault = 1;
 constexpr int wrongUsage = 2;
 
 constexpr const char* help = R"(Examples:
-  zone-detector validate site.json             is the document right, and if not, where
+  zone-detector validate site.json             is the document right, and where is it wrong
   zone-detector show site.json                 fields, zones and counter lines
-  zone-detector info scan.pcd drive.mcap       what frames and recordings hold
+  zone-detector info scan.pcd drive.mcap       what frames and recordings contain
   zone-detector run site.json frames/*.pcd     points in each zone, frame by frame
   zone-detector run site.json frames/*.pcd --tracks tracks.csv     what happens, and a summary
   zone-detector explain site.json frames/*.pcd --at 1.2            why a zone is in its state
@@ -29,9 +29,9 @@ constexpr const char* help = R"(Examples:
   zone-detector studio site.json scan.pcd                          draw zones in a browser
 
 Zones and counter lines on LiDAR frames. Data goes to the standard output, everything else to the error
-stream. Ends with 0 when all is good, 1 when an input is at fault, 2 for wrong usage.)";
+stream. The exit code is 0 when all is good, 1 when an input is wrong, 2 for wrong usage.)";
 
-// Puts the worked examples first; CLI11 keeps a long text for the end and the summary for the top.
+// Puts the long text with the examples first. CLI11 would put the summary first and the long text at the end.
 class ExamplesFirst : public CLI::Formatter {
  public:
   ExamplesFirst() { column_width(30); }
@@ -45,7 +45,7 @@ std::string variable(const char* name) {
   return value == nullptr ? "" : value;
 }
 
-// Where a terminal can move its cursor and change its colours.
+// Whether the stream is a terminal that can move its cursor and change its colours.
 bool canSteer(int stream) {
   return ::isatty(stream) == 1 && variable("TERM") != "dumb";
 }
