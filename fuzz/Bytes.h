@@ -6,7 +6,7 @@
 
 namespace orvantis::fuzz {
 
-/// Takes values off the front of an input; past its end everything is 0.
+/// Takes values from the front of an input. After its end, every value is 0.
 class Bytes {
  public:
   Bytes(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// Ends the program when something that must hold does not, so that the fuzzer keeps the input.
+/// Ends the program when a condition that must hold is false, so that the fuzzer keeps the input.
 #define ORVANTIS_FUZZ_CHECK(condition)                                                    \
   do {                                                                                    \
     if (!(condition)) {                                                                   \

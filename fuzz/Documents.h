@@ -9,7 +9,7 @@
 
 namespace orvantis::fuzz {
 
-/// Fills the store from the input. False when it is not a document.
+/// Fills the store from the input. False when the input is not a document.
 inline bool loadDocument(SettingsManager& settings, const std::uint8_t* data, std::size_t size) {
   std::istringstream in(std::string(reinterpret_cast<const char*>(data), size));
   return settings.loadStream(in, SettingsManager::JSON);

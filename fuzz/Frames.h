@@ -19,7 +19,7 @@ namespace orvantis::fuzz {
 
 using Point = std::array<double, 3>;
 
-/// Every byte of a view, so that a sanitizer sees one that is not there.
+/// Reads every byte of a view, so that a sanitizer finds one outside of the memory.
 inline std::vector<Point> pointsOf(const toolkit::Points& points) {
   std::vector<Point> result;
   std::visit(
@@ -42,9 +42,9 @@ inline void checkMemory(std::size_t size, std::size_t compressed) {
   ORVANTIS_FUZZ_CHECK(peakOfMemory() <= 4 * size + compressed + header);
 }
 
-/// Any bytes are a frame, or a refusal with a place inside of them and a reason that fits a terminal. The
-/// reader takes no more memory than four times the bytes, what is compressed in them, and a header.
-/// @return nothing: refused
+/// Any bytes must give a frame, or a refusal with a place inside of the bytes and a reason that is printable.
+/// The reader may use memory for four times the bytes, for their unfolded content, and for a header.
+/// @return nothing when the bytes are refused
 inline std::optional<std::vector<Point>> checkFrame(std::span<const std::byte> bytes, toolkit::FrameKind kind,
                                                     const toolkit::ColumnNames& names = {},
                                                     std::size_t compressed = 0) {
@@ -72,7 +72,7 @@ inline std::span<const std::byte> bytesOf(const std::uint8_t* data, std::size_t 
   return {reinterpret_cast<const std::byte*>(data), size};
 }
 
-/// Whether two numbers are the same, or both are none.
+/// Whether two numbers are equal, or both are NaN.
 inline bool isSame(double a, double b) {
   return a == b || (a != a && b != b);
 }

@@ -12,8 +12,8 @@
 
 namespace orvantis::fuzz {
 
-/// The input as a file, for readers that take a path. It lies in a fresh folder of the system's temporary
-/// one, and goes away with the object.
+/// The input as a file, for readers that take a path. It is in a new folder inside of the system's temporary
+/// folder. The destructor removes both.
 class InputFile {
  public:
   InputFile() {
@@ -35,10 +35,10 @@ class InputFile {
     ORVANTIS_FUZZ_CHECK(out.good());
   }
 
-  /// Another name of the same file, since its ending tells its kind.
+  /// Gives the same file another name, since the end of the name tells the kind.
   std::string as(const std::string& name) const {
     std::error_code error;
-    std::filesystem::create_symlink("input", folder_ / name, error);  // fails once it is there
+    std::filesystem::create_symlink("input", folder_ / name, error);  // fails when it exists already
     return (folder_ / name).string();
   }
 

@@ -19,8 +19,8 @@
 
 namespace orvantis::fuzz {
 
-/// Gives every range in memory of its own, of just that size, so that a sanitizer sees who reads beyond it or
-/// keeps it for longer than it is valid.
+/// Gives every range in its own memory of exactly that size, so that a sanitizer finds reads beyond it, and
+/// reads after it is no longer valid.
 class StrictSource final : public toolkit::ByteSource {
  public:
   explicit StrictSource(std::span<const std::byte> bytes) : memory_(bytes) {}
@@ -38,7 +38,7 @@ class StrictSource final : public toolkit::ByteSource {
   std::unique_ptr<std::byte[]> copy_;
 };
 
-/// The decoders, with a note of the most bytes that came out of one chunk.
+/// The decoders, which also note the most bytes that came out of one chunk.
 class NotingDecoders {
  public:
   toolkit::Decoders decoders() {
@@ -64,7 +64,7 @@ inline void checkReason(const std::string& reason) {
       std::none_of(reason.begin(), reason.end(), [](unsigned char c) { return c < 0x20U || c == 0x7FU; }));
 }
 
-/// How many clouds bytes hold, and their points; what is wrong, with a place inside of them.
+/// How many clouds and points the bytes have, and the fault with a place inside of the bytes.
 struct RecordingOutcome {
   std::size_t clouds = 0;
   std::size_t points = 0;
@@ -78,7 +78,7 @@ inline RecordingOutcome readAll(toolkit::ByteSource& source, const toolkit::Reco
   RecordingOutcome outcome;
   const auto note = [&](std::uint64_t byte, const std::string& reason) {
     checkReason(reason);
-    // The bytes of a file that is compressed as a whole are those that it unfolds to.
+    // For a file that is compressed as a whole, the place is in the unfolded bytes.
     ORVANTIS_FUZZ_CHECK(byte <= size || !isWhole);
     outcome.fault = std::to_string(byte) + reason;
   };
@@ -100,8 +100,8 @@ inline RecordingOutcome readAll(toolkit::ByteSource& source, const toolkit::Reco
   return outcome;
 }
 
-/// Any bytes are clouds, or a refusal. Reading takes no more memory than four times the bytes, some times
-/// what came out of the largest chunk, and the names of topics.
+/// Any bytes must give clouds or a refusal. Reading may use memory for four times the bytes, for a few times
+/// the content of the largest chunk, and for the names of topics.
 inline void checkRecording(std::span<const std::byte> bytes) {
   constexpr std::size_t names = std::size_t{34} * 1024 * 1024;
   const bool isWhole = bytes.empty() || bytes[0] != std::byte{0x28};

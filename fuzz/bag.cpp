@@ -1,4 +1,4 @@
-// ROS bags: any bytes are point clouds, or a refusal.
+// ROS bags: any bytes give point clouds or a refusal.
 
 #include <algorithm>
 #include <cstddef>
@@ -11,7 +11,8 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using orvantis::toolkit::bagMagic;
   std::vector<std::uint8_t> bytes(data, data + size);
-  // Others are refused by these bytes alone, and a changed byte of them teaches nothing.
+  // Sets the first bytes right. A bag with other first bytes is refused at once, so changes of them find
+  // nothing.
   if (size >= bagMagic.size()) {
     std::copy(bagMagic.begin(), bagMagic.end(), bytes.begin());
   }

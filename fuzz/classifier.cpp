@@ -1,4 +1,4 @@
-// The batch classifier against the zones themselves: every bit is the zone's own answer, for any numbers.
+// Compares the batch classifier with the zones: every bit is the zone's own answer, for any numbers.
 
 #include <algorithm>
 #include <cstddef>
@@ -21,7 +21,7 @@ using orvantis::fuzz::Bytes;
 
 namespace {
 
-// Mostly small numbers with many ties, sometimes any number at all.
+// Mostly small numbers, of which many are equal; sometimes any number.
 double takeNumber(Bytes& bytes) {
   const auto kind = bytes.take<std::uint8_t>();
   if (kind >= 0xF0U) {

@@ -1,4 +1,4 @@
-// CounterLines::load never throws for a document, and what it holds is the same after saving and loading.
+// CounterLines::load never throws for a document, and the lines are the same after saving and loading.
 
 #include <filter/detection/CounterLines.h>
 

@@ -1,4 +1,4 @@
-// A document that loads is the same detector after it was saved and loaded again.
+// A detector from a document is the same after it was saved and loaded again.
 
 #include <cmath>
 #include <memory>
@@ -28,8 +28,8 @@ bool load(ZoneDetector& detector, SettingsManager& settings) {
   return false;
 }
 
-// A whole disc is written with an opening of a full turn, whose addition rounds its second bearing. Which
-// points it holds depends on no bearing, so it gets two that need no rounding.
+// A whole disc is saved with a full turn added to its second bearing, which rounds it. The points in a whole
+// disc do not depend on its bearings, so this gives it two bearings that need no rounding.
 void settleWholeDisc(Zone3dBase& zone) {
   const auto sector = std::dynamic_pointer_cast<Sector>(zone.getZone2d());
   if (!sector) {
@@ -74,7 +74,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   settleWholeDiscs(first);
   const std::string saved = save(first);
   if (saved.empty()) {
-    return 0;  // a name that is no UTF-8 cannot be written
+    return 0;  // a name that is not UTF-8 cannot be written
   }
   std::istringstream in(saved);
   SettingsManager again;

@@ -1,5 +1,5 @@
-// check: any bytes get findings that point into them, or a configuration: the one that the library loads from
-// the same text. A configuration is drawn and told without a fault.
+// check: any bytes give findings with places inside of the bytes, or a configuration. The configuration is
+// the one that the library loads from the same text. It can be drawn and written as JSON.
 
 #include <algorithm>
 #include <cstddef>

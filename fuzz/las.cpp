@@ -1,4 +1,4 @@
-// LAS files: any bytes are points, or a refusal; the points are as read another way.
+// LAS files: any bytes give points or a refusal. The points are the same as from a second, simple reader.
 
 #include <cstddef>
 #include <cstdint>

@@ -1,4 +1,4 @@
-// MCAP files, plain or compressed as a whole: any bytes are point clouds, or a refusal.
+// MCAP files, plain or compressed as a whole: any bytes give point clouds or a refusal.
 
 #include <algorithm>
 #include <cstddef>
@@ -11,7 +11,8 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using orvantis::toolkit::mcapMagic;
   std::vector<std::uint8_t> bytes(data, data + size);
-  // Others are refused by these bytes alone, and a changed byte of them teaches nothing.
+  // Sets the first bytes right. A file with other first bytes is refused at once, so changes of them find
+  // nothing.
   if (size >= mcapMagic.size() && bytes[0] != 0x28) {
     std::copy(mcapMagic.begin(), mcapMagic.end(), bytes.begin());
   }

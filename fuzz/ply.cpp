@@ -1,4 +1,4 @@
-// PLY files: any bytes are vertices, or a refusal.
+// PLY files: any bytes give vertices or a refusal.
 
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,5 @@
-// The point tests against ones that are written another way: exact integers for rings, long double for
-// sectors and turned rectangles, whose borders have their own tests.
+// Compares the point tests with other implementations: exact integers for rings, long double for sectors and
+// turned rectangles. Points close to the borders of these have their own tests.
 
 #include <algorithm>
 #include <cmath>
@@ -28,7 +28,7 @@ struct Lattice {
   std::int64_t y;
 };
 
-// How near a border the rounding of the shapes' own arithmetic may decide.
+// Points closer than this to a border are not compared, because rounding may decide there.
 constexpr long double margin = 1e-9L;
 
 Lattice takeLattice(Bytes& bytes) {
@@ -50,7 +50,7 @@ bool isOnEdge(const Lattice& a, const Lattice& b, const Lattice& p) {
          std::min(a.y, b.y) <= p.y && p.y <= std::max(a.y, b.y);
 }
 
-// Inside when the ring winds about the point and no edge holds it.
+// Inside if the ring winds about the point and the point is not on an edge.
 bool isInside(const std::vector<Lattice>& ring, const Lattice& p) {
   int winding = 0;
   for (std::size_t i = 0; i < ring.size(); ++i) {
@@ -123,7 +123,7 @@ void checkRectangle(Bytes& bytes) {
     const Lattice p = takeLattice(bytes);
     const long double x = p.x - (first.x + second.x) / 2.0L;
     const long double y = p.y - (first.y + second.y) / 2.0L;
-    // Turned back; how far inside each pair of sides.
+    // Turned back: how far the point is inside each pair of sides.
     const long double insideWidth = halfWidth - std::abs(std::cos(angle) * x + std::sin(angle) * y);
     const long double insideHeight = halfHeight - std::abs(std::cos(angle) * y - std::sin(angle) * x);
     const long double inside = std::min(insideWidth, insideHeight);

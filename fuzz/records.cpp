@@ -1,5 +1,5 @@
-// Records of float32 columns: the first byte says how many there are, or that it must be found out. Any bytes
-// are points, or a refusal; the points are the first three columns.
+// Records of float32 columns. The first byte is the number of columns, or says that the reader must find it.
+// Any bytes give points or a refusal; the points are the first three columns.
 
 #include <cstddef>
 #include <cstdint>

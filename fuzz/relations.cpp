@@ -1,7 +1,8 @@
-// The relations of two polygons, the second with a hole or without: never a crash, whatever the numbers. For
-// rings that do not touch themselves: the same answer for either winding, every start vertex and repeated
-// vertices, symmetric where they must be, consistent with each other, and `intersects` is what the edges and
-// the point test say. A spike meets what its line meets, and changes nothing else but whether it has left.
+// The relations of two polygons, of which the second may have a hole. They never crash, whatever the numbers
+// are. For rings that do not touch themselves, the answers do not depend on the winding, the start vertex and
+// repeated vertices; they are symmetric if they must be, and consistent with each other; and `intersects`
+// agrees with the edges and the point test. A spike meets what its line meets. It changes no other answer,
+// except `within` when it leaves the other polygon.
 
 #include <algorithm>
 #include <cstddef>
@@ -22,7 +23,7 @@ namespace {
 
 using Ring = PlanarPolygon::ring_type;
 
-// Small whole numbers, for which the arithmetic below is exact, or any numbers at all.
+// Small whole numbers, for which the arithmetic below is exact, or any numbers.
 Ring takeRing(Bytes& bytes, bool& isExact) {
   const auto kind = bytes.take<std::uint8_t>();
   const bool isSmall = kind < 0xC0U;
@@ -64,7 +65,7 @@ bool touch(const PlanarPoint& a, const PlanarPoint& b, const PlanarPoint& c, con
          isOn(a, b, d) || isOn(c, d, a) || isOn(c, d, b);
 }
 
-// Whether edges meet in nothing but the vertices that neighbours share.
+// Whether edges meet only in the common vertices of neighbours.
 bool isSimple(const Ring& ring) {
   const std::size_t n = ring.size();
   if (n < 3) {

@@ -1,5 +1,5 @@
-// Gives each file named on the command line, and each file in a folder named there, to the fuzzer's entry
-// point.
+// Calls the fuzzer's entry point with each file that the command line names, and with each file in a folder
+// that it names.
 
 #include <cstddef>
 #include <cstdint>
@@ -17,7 +17,7 @@ void replay(const std::filesystem::path& file) {
   std::ifstream in(file, std::ios::binary);
   const std::vector<char> bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
   std::printf("%s\n", file.c_str());
-  std::fflush(stdout);  // the last line names the input, should it end the program
+  std::fflush(stdout);  // so that the last line names the input if it ends the program
   LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
 }
 

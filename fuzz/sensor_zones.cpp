@@ -1,4 +1,4 @@
-// A sensor-bound zone that loads is the same after it was saved and loaded again.
+// A zone that is bound to sensors is the same after it was saved and loaded again.
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
 #include <boost/property_tree/exceptions.hpp>
@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Zone3dTarsel zone(document, 0);
     ORVANTIS_FUZZ_CHECK(!zone.getId().is_nil());
     if (!zone.getZone2d()) {
-      return 0;  // saved without identity, so it cannot be loaded again
+      return 0;  // without a shape it is saved without an id, so it cannot be loaded again
     }
     SettingsManager saved;
     zone.save(saved, 0);

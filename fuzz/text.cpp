@@ -1,5 +1,5 @@
-// Points as text: any bytes are points, or a refusal. With the columns given, the points are as read another
-// way.
+// Points as text: any bytes give points or a refusal. With given columns, the points are the same as from a
+// second, simple reader.
 
 #include <cstddef>
 #include <cstdint>
@@ -14,7 +14,7 @@ namespace {
 
 using orvantis::fuzz::Point;
 
-// The lines that hold something other than a comment, with blanks instead of what parts the values.
+// The lines that are neither empty nor comments, with blanks as separators.
 std::vector<std::string> rowsOf(const std::string& text) {
   std::vector<std::string> rows;
   std::istringstream in(text);
@@ -40,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (!points || points->empty()) {
     return 0;
   }
-  // A mark, a number of points and a header may stand before the rows.
+  // A byte order mark, a number of points and a header may come before the rows.
   const std::vector<std::string> rows = rowsOf(std::string(reinterpret_cast<const char*>(data), size));
   ORVANTIS_FUZZ_CHECK(rows.size() >= points->size() && rows.size() <= points->size() + 2);
   for (std::size_t i = rows.size() - points->size(); i < rows.size(); ++i) {

@@ -1,5 +1,5 @@
-// The command's reader of tracks: any bytes are frames in ascending order, with every object of the file, or
-// a refusal that names the file, the place and the reason.
+// The reader of tracks: any bytes give frames in ascending order with every object of the file, or a refusal
+// that names the file, the place and the reason.
 
 #include <algorithm>
 #include <cstddef>
@@ -21,13 +21,13 @@ using orvantis::toolkit::TracksFormat;
 
 namespace {
 
-// What each object of the file must have, told from the text another way.
+// What each object of the file must have, as a second, simple reader finds it.
 struct Row {
   int id;
   std::string className;
 };
 
-// Takes the first entry off the line. Blanks part entries in any number, commas one by one.
+// Removes the first entry from the line. Any number of blanks, or a single comma, separates entries.
 std::string takeEntry(std::string& line, const std::string& separators) {
   const std::string entry = line.substr(0, line.find_first_of(separators));
   line.erase(0, entry.size());
@@ -76,7 +76,7 @@ void checkFrames(const std::vector<TrackFrame>& frames, const std::vector<Row>& 
   ORVANTIS_FUZZ_CHECK(row == rows.end());
 }
 
-// "path:line:column: reason", with a line that the text has and nothing that steers a terminal.
+// It must be "path:line:column: reason", with a line of the text and without control characters.
 void checkRefusal(const std::string& refusal, const std::string& path, const std::string& text) {
   ORVANTIS_FUZZ_CHECK(refusal.starts_with(path + ":"));
   std::istringstream rest(refusal.substr(path.size() + 1));

@@ -1,4 +1,4 @@
-// ZoneDetector::validate: any bytes are either accepted or refused with an exception that has a text.
+// ZoneDetector::validate accepts any bytes, or refuses them with an exception that has a text.
 
 #include <stdexcept>
 

@@ -20,14 +20,14 @@ build_with_clang() {
   cmake --build build/dev-clang
 }
 
-# The headers are seen through the sources that include them.
+# Headers are checked through the sources that include them.
 analyse() {
   find src apps -name '*.cpp' -print0 |
     xargs -0 -n 1 -P "$(nproc)" clang-tidy -p build/dev-clang --quiet
 }
 
-# A page in a browser is made of the same sources: the libraries and the toolkit have to compile there too. Host headers
-# must not leak in, so the libraries that are headers alone are linked into a folder of their own.
+# The page in a browser has the same sources, so the libraries and the toolkit must compile for it. The header-only
+# libraries are linked into a folder of their own, so that no other headers of the host are found.
 compile_for_browsers() {
   local headers=build/browser-headers source
   mkdir -p "$headers"
@@ -36,7 +36,7 @@ compile_for_browsers() {
   ln -sfn /usr/include/spdlog "$headers/spdlog"
   ln -sfn /usr/include/fmt "$headers/fmt"
   ln -sfn /usr/include/hwy "$headers/hwy"
-  # The compressions of recordings are libraries that a page brings its own way.
+  # A page has its own libraries for the compressions of recordings.
   find src -name '*.cpp' ! -name Lz4Decoder.cpp ! -name ZstdDecoder.cpp ! -name Bzip2Decoder.cpp ! -name ZstdSource.cpp -print0 |
     xargs -0 -n 1 -P "$(nproc)" em++ -std=c++20 -fsyntax-only -fwasm-exceptions -ffp-contract=off -Iinclude -Isrc \
       -I"$headers" -DFMT_HEADER_ONLY

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds the program that digests sines, cosines and bearings with each compiler, without and with optimisation, with
-# fused multiply-add where the processor has it and contraction allowed or not, and as WebAssembly. All must print the
-# number that the program expects. A compiler that is not installed is left out and named.
+# fused multiply-add if the processor has it, with and without contraction, and as WebAssembly. All must print the number
+# that the program expects. Compilers that are not installed are left out and named.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -32,7 +32,7 @@ for compiler in g++ clang++; do
   check "" $compiler -O3 -ffp-contract=off -march=native
   check "" $compiler -O3 -ffp-contract=fast -march=native
 done
-# A distribution's own modules are not where node looks for them.
+# node does not search the folder of the distribution's modules by itself.
 export NODE_PATH=${NODE_PATH:-/usr/share/nodejs}
 check node em++ -O2 -sSINGLE_FILE=1
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs every test on an instrumented build, and fails when they reach less than 98 % of the lines of src/ or less than 90 %
-# of its branches. docs/testing.md has what is left and why.
+# of its branches. docs/testing.md lists what is not reached and why.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/dependencies.sh
@@ -10,11 +10,11 @@ install_missing_packages
 cmake --preset coverage
 cmake --build --preset coverage
 find build/coverage -name '*.gcda' -delete
-# Counting each branch in step with other threads makes the longest comparisons several times as slow.
+# Counters that are safe between threads make the longest comparisons several times slower.
 ctest --preset coverage --parallel "$(nproc)" --timeout 3600
 
-# The compiler makes a branch of every call that may throw; whether one does is asked by the tests that let allocations
-# fail, and not by counting branches.
+# The compiler makes a branch for every call that may throw. These branches are not counted: the tests that let allocations
+# fail cover them.
 mkdir -p build/coverage/report
 gcovr --root . --filter src/ --object-directory build/coverage build/coverage -j "$(nproc)" \
   --exclude-throw-branches --exclude-unreachable-branches \

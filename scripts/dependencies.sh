@@ -1,6 +1,6 @@
-# Sourced by the other scripts: what the project needs from the system, and how it gets there.
+# Sourced by the other scripts: the packages that the project needs, and their installation.
 
-# What the command needs that reads whatever is not compressed: all that demo.sh installs.
+# Needed for a command that reads files without compression: all that demo.sh installs.
 command_packages=(
   g++ cmake ninja-build                # tools
   libboost1.81-dev libeigen3-dev libspdlog-dev  # the libraries
@@ -15,29 +15,29 @@ packages=(
   libgtest-dev libmpfr-dev python3-jsonschema   # the tests
 )
 
-# What the Python module needs besides, and its tests; test.sh installs them.
+# Also needed for the Python module and its tests; test.sh installs them.
 python_packages=(
   python3-dev pybind11-dev python3-numpy           # the module
   python3-pytest python3-hypothesis                # its tests
-  python3-matplotlib python3-pandas python3-shapely  # what it draws on, and what it is compared with
+  python3-matplotlib python3-pandas python3-shapely  # for its pictures, and to compare its answers
 )
 
-# What the page needs besides, and its tests: the compiler for browsers and a browser. Node 20 with npm has to be there.
+# Also needed for the page and its tests: the compiler for browsers and a browser. Node 20 with npm must be installed.
 web_packages=(emscripten chromium)
 
-# What only check.sh, coverage.sh and mutate.sh need besides.
+# Also needed for check.sh, coverage.sh and mutate.sh.
 development_packages=(
   clang clang-format clang-tidy libclang-rt-dev  # the other compiler, its analysis, sanitizers and fuzzer
   gcovr python3
 )
 
-# Installs the packages that are missing, and does nothing when none is.
+# Installs the packages that are missing, if any.
 install_missing_packages() {
   if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
     if [ "${ORVANTIS_SKIP_PACKAGES:-}" = 1 ]; then
       return
     fi
-    echo "This system has no apt. Install what these Debian packages hold, then set ORVANTIS_SKIP_PACKAGES=1 and run" \
+    echo "This system has no apt. Install the content of these Debian packages, then set ORVANTIS_SKIP_PACKAGES=1 and run" \
       "the script again:" >&2
     printf '  %s\n' "${packages[@]}" >&2
     exit 1

@@ -20,7 +20,7 @@ TREE = ROOT / "build/mutation/tree"
 BUILD = ROOT / "build/mutation/build"
 REQUIRED_SHARE = 0.95
 
-# The test programs that get to see a change in a folder of src/, the likeliest to catch it first.
+# The test programs that run for a change in a folder of src/, in the order in which they are likely to catch it.
 TESTS = {
     "logging": ["logging_test", "settings_test", "zones_test", "detector_test", "counter_test"],
     "settings": ["settings_test", "zones_test", "detector_test", "counter_test"],
@@ -34,8 +34,7 @@ TESTS = {
     "monitor": ["monitor_test", "monitor_walk_test"],
 }
 
-# What stands between white space on both sides is a binary operator; brackets of templates, references and pointers
-# are not.
+# An operator with white space on both sides is a binary one; brackets of templates, references and pointers have none.
 BINARY = {
     "<": ["<=", ">="], "<=": ["<", ">"], ">": [">=", "<="], ">=": [">", "<"], "==": ["!="], "!=": ["=="],
     "&&": ["||"], "||": ["&&"], "+": ["-"], "-": ["+"], "*": ["/"], "/": ["*"], "%": ["/"],
@@ -59,7 +58,8 @@ TOKEN = re.compile(
       |(?P<op><<=|>>=|<=>|->|::|\+\+|--|&&|\|\||[-+*/%&|^<>=!]=|<<|>>|.)""",
     re.VERBOSE | re.DOTALL | re.MULTILINE)
 
-# A call, an assignment or a step that stands alone. Reserving memory ahead changes no answer, so it may go unseen.
+# A statement that is only a call, an assignment or a step. Calls that reserve memory change no answer, so tests need not
+# catch their removal.
 STATEMENT = re.compile(
     r"(?:\+\+|--|\*)?[A-Za-z_]\w*(?:::\w+|\.\w+|->\w+|\[[^\]]*\]|\(.*?\))*\s*(?:[-+*/|&^]?=[^=]|;|\+\+|--)", re.DOTALL)
 NO_STATEMENT = re.compile(r"(?:return|throw|break|continue|default|delete)\b|.*(?:reserve\(|= default|= delete)",
@@ -152,7 +152,7 @@ def token_changes(text, tokens, i):
 
 
 def changes_of(path, text, chance):
-    """Every change that is known for one file; where a place has several, `chance` picks one."""
+    """All possible changes of one file. If a place has several, `chance` picks one."""
     tokens = [token for token in TOKEN.finditer(text) if token.lastgroup != "ignored"]
     found = []
 
@@ -178,13 +178,13 @@ def changes_of(path, text, chance):
 
 
 def all_changes(seed, only):
-    """All changes in the order in which they are tried: spread evenly, every file among the first."""
+    """All changes in the order in which they are tried: spread evenly, so that every file comes early."""
     keyed = []
     for file in sorted((TREE / "src").rglob("*")):
         path = file.relative_to(TREE).as_posix()
         if file.suffix not in (".cpp", ".h") or path.split("/")[1] not in TESTS:
             continue
-        # A generator for each file: an edit in one file leaves the choice in the others as it was.
+        # One generator for each file, so that an edit in one file does not change the choices in the others.
         chance = random.Random(f"{seed} {path}")
         changes = changes_of(path, file.read_text(), chance)
         changes = [change for change in changes if only in f"{path}:{change.line}:"]
@@ -215,7 +215,7 @@ def build(targets):
 
 
 def limit_memory():
-    # A loop that a change made endless may fill the memory faster than its time runs out.
+    # A change may make a loop endless, which can fill the memory before the time limit.
     resource.setrlimit(resource.RLIMIT_AS, (8 << 30, 8 << 30))
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
 
@@ -285,7 +285,7 @@ def main():
         if current is not None:
             (TREE / current).write_text(original)
 
-    # By file within a round, so that few objects are compiled only to undo a change.
+    # Sorted by file within a round, so that few objects are compiled only to undo a change.
     while waiting and counted < options.count:
         size = options.count - counted
         group, waiting = sorted(waiting[:size], key=lambda change: (change.path, change.line)), waiting[size:]

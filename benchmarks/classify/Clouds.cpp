@@ -41,7 +41,7 @@ Cloud ringCloud(std::size_t size) {
     const double elevation = (-24.0 + 0.4 * static_cast<double>(i / perRing)) * std::numbers::pi / 180.0;
     const double azimuth =
         2.0 * std::numbers::pi * static_cast<double>(i % perRing) / static_cast<double>(perRing);
-    // The surroundings: walls at a distance that changes with the direction.
+    // Walls whose distance depends on the direction.
     const double wall = 20.0 + 15.0 * std::sin(3.0 * azimuth) + 5.0 * std::sin(17.0 * azimuth);
     const double ground = elevation < 0.0 ? -2.0 / std::tan(elevation) : farthest;
     const double range = std::min({wall, ground, farthest}) + noise(random);

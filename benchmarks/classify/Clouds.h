@@ -24,12 +24,12 @@ struct Cloud {
 /// Uniform over a square of `extent` m about the origin, -1.5 to 3.5 m high.
 Cloud uniformCloud(std::size_t size, double extent);
 
-/// What a sensor with 64 rings 2 m above level ground sees, ring after ring.
+/// The points of a sensor with 64 rings, 2 m above level ground, ring after ring.
 Cloud ringCloud(std::size_t size);
 
 Cloud shuffled(Cloud cloud);
 
-/// Every `period`th point becomes NaN, as sensors mark missing returns.
+/// Every `period`th point becomes NaN, which is how sensors mark missing returns.
 Cloud withNaN(Cloud cloud, std::size_t period);
 
 /// The points of a file of little-endian float32 records x, y, z, intensity; empty when it cannot be read.

@@ -1,10 +1,11 @@
-// The batch classifier beside other ways to the same masks. Whatever is timed is compared before with what
-// the zones themselves say, for every point and every kind of instructions that the processor has.
+// Times the batch classifier and other ways to compute the same masks. Before it times anything, it compares
+// the result with the answers of the zones, for every point and every kind of instructions that the processor
+// has.
 //
 //   classifier_benchmark [--seed=N]... [options of Google Benchmark]
 //
-// Each seed gives a set of the dense sites; without one it is 1. ORVANTIS_FRAMES names files of float32
-// records x, y, z, intensity, divided by colons.
+// Each seed gives a set of the dense sites; the default is 1. ORVANTIS_FRAMES has the names of files of
+// float32 records x, y, z, intensity, separated by colons.
 
 #include <algorithm>
 #include <cstdint>
@@ -36,7 +37,7 @@ using filter::detection::ZoneDetector;
 using Run = std::function<void()>;
 
 constexpr std::size_t million = 1000000;
-// The slow contestants are timed on a part of the cloud.
+// The slow contestants get only a part of the cloud.
 constexpr std::size_t slowPart = 20000;
 
 // `prepare` is called once, before the first repetition: it checks what will be timed.
@@ -79,7 +80,7 @@ void checkAll(const std::string& name, Setting& s, const PointsView<Real>& point
   }
 }
 
-// One layout, beside a loop over the same memory.
+// One layout, and a loop over the same memory.
 template <typename Real, std::size_t stride>
 void addLayout(const std::string& prefix, const SharedSetting& shared, std::size_t numPoints) {
   const std::string kind = sizeof(Real) == sizeof(float) ? "float32 " : "float64 ";
@@ -197,7 +198,7 @@ void addLayouts(const std::string& prefix, const SharedSetting& shared, std::siz
   addLayout<double, 32>(prefix, shared, numPoints);
 }
 
-// All there is to know about a site.
+// All benchmarks of a site.
 void addSite(const std::string& prefix, const std::function<ZoneDetector()>& detector, double extent) {
   const SharedSetting s = setting(detector, [extent] { return uniformCloud(million, extent); });
   addContestant(prefix, "per-zone calls", s, [](const Setting& own) { return perZoneCalls(own.detector); });
@@ -221,7 +222,7 @@ void addDenseSites(std::uint64_t seed) {
   }
 }
 
-// One zone far from 55 others, on the ground of the others.
+// One zone far from 55 others, with points only near the others.
 void addFarZones(std::uint64_t seed) {
   const auto name = [](int distance) { return "one zone " + std::to_string(distance) + " m away"; };
   for (const int distance : {0, 500, 1000, 10000, 100000}) {
@@ -287,8 +288,8 @@ void addOtherSites(std::uint64_t seed) {
   }
 }
 
-// Each frame by itself, which stays in the cache, and all of them again and again up to a million points,
-// which come from memory as those of a recording do.
+// Each frame by itself, which stays in the cache, and all frames repeated up to a million points, which come
+// from memory like the frames of a recording.
 void addRealFrames() {
   const char* paths = std::getenv("ORVANTIS_FRAMES");
   std::string rest = paths != nullptr ? paths : "";
@@ -299,7 +300,7 @@ void addRealFrames() {
     Cloud frame = readFrame(rest.substr(0, end));
     rest.erase(0, end + 1);
     if (frame.size() == 0) {
-      std::cout << "A file of ORVANTIS_FRAMES cannot be read; left out\n";
+      std::cout << "A file of ORVANTIS_FRAMES cannot be read; it is left out\n";
       continue;
     }
     clouds.emplace_back("frame " + std::to_string(clouds.size()) + "/", std::move(frame));
@@ -342,7 +343,7 @@ void addAll(const std::vector<std::uint64_t>& seeds) {
   addRealFrames();
 }
 
-// Takes the seeds out of the arguments.
+// Removes the seeds from the arguments.
 std::vector<std::uint64_t> takeSeeds(int& argc, char** argv) {
   const std::string option = "--seed=";
   std::vector<std::uint64_t> seeds;

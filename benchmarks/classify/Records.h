@@ -11,7 +11,7 @@
 
 namespace orvantis::benchmarks {
 
-/// The points of a cloud as a host may hold them: in records of some bytes, or, for 0, in three arrays.
+/// The points of a cloud as a host may have them: in records of `stride` bytes or, for 0, in three arrays.
 template <typename Real>
 class Records {
  public:

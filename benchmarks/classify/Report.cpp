@@ -22,7 +22,7 @@ double medianOf(std::vector<double> values) {
 
 }  // namespace
 
-// Colours are for terminals: a file would get their codes.
+// Colours only on a terminal, because a file would get their codes.
 Report::Report() : ConsoleReporter(isatty(STDOUT_FILENO) != 0 ? OO_Defaults : OO_Tabular) {}
 
 void Report::ReportRuns(const std::vector<Run>& runs) {

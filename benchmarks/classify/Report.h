@@ -13,7 +13,7 @@ class Report : public benchmark::ConsoleReporter {
   void ReportRuns(const std::vector<Run>& runs) override;
 };
 
-/// Has the ratio of the medians of two benchmarks printed at the end, if both ran.
+/// The report prints the ratio of the medians of two benchmarks at its end, if both ran.
 void addRatio(const std::string& slower, const std::string& faster);
 void printRatios();
 

@@ -31,7 +31,7 @@ ZoneCounts countsOf(const Cloud& cloud, const Masks& masks) {
 }
 
 [[noreturn]] void refuse(const std::string& name, const std::string& what) {
-  std::cerr << name << " gives other " << what << " than the zones themselves\n";
+  std::cerr << name << " gives other " << what << " than the zones\n";
   std::exit(EXIT_FAILURE);
 }
 

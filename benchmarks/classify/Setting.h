@@ -17,8 +17,8 @@ namespace orvantis::benchmarks {
 
 using Masks = std::vector<std::uint64_t>;
 
-/// One site with one cloud: what its benchmarks share, and the masks that the zones themselves give each
-/// point.
+/// One site with one cloud: what its benchmarks share, and the masks of the points from the zones' own
+/// answers.
 struct Setting {
   Setting(filter::detection::ZoneDetector zones, Cloud points);
 
@@ -27,10 +27,10 @@ struct Setting {
   Cloud cloud;
   Masks expected;
   filter::classify::ZoneCounts counts;
-  Masks masks;  ///< where benchmarks write theirs
+  Masks masks;  ///< where benchmarks write their masks
 };
 
-/// Made when its first benchmark runs, and kept.
+/// A setting that is made when its first benchmark runs, and kept.
 class LazySetting {
  public:
   using Make = std::function<std::unique_ptr<Setting>()>;
@@ -49,12 +49,13 @@ class LazySetting {
 };
 using SharedSetting = std::shared_ptr<LazySetting>;
 
-/// Ends the program unless these are the masks of the zones themselves, of the first points of a setting.
+/// Ends the program unless these are the masks from the zones' own answers, for the first points of a
+/// setting.
 void checkMasks(const std::string& name, const Setting& setting, const Masks& masks);
 /// The same for counts.
 void checkCounts(const std::string& name, const Setting& setting, const filter::classify::ZoneCounts& counts);
 
-/// Makes one kind of processor instructions the only one while it lives; 0: the best there is.
+/// While it exists, only one kind of processor instructions is used; 0 means the best one.
 class Target {
  public:
   explicit Target(std::int64_t target);

@@ -58,7 +58,7 @@ class SiteMaker {
     return std::make_shared<Sector>("", from, from + opening, radius, at);
   }
 
-  // One of the three in turn.
+  // A polygon, a rectangle or a sector, in turn.
   std::shared_ptr<Zone> mixed(int number, const Point& at, double radius, double flatness = 1.0) {
     if (number % 3 == 0) {
       return polygon(at, radius, 3 + number % 14, flatness);

@@ -16,7 +16,8 @@ enum class Shapes {
 
 constexpr int mostZones = 56;
 
-/// Zones of 10 to 30 m across, strewn over `extent` x `extent` m; both in proportion for other extents.
+/// Zones at random places of `extent` x `extent` m, 10 to 30 m wide for 100 m and in proportion for other
+/// extents.
 filter::detection::ZoneDetector site(Shapes shapes, int numZones, int numVertices = 16,
                                      double extent = 100.0);
 
@@ -29,10 +30,11 @@ enum class Arrangement {
 };
 filter::detection::ZoneDetector denseSite(Arrangement arrangement, std::uint64_t seed);
 
-/// 55 strewn zones and one as far from the middle as that, in both directions. 0 m: only the 55.
+/// 55 zones at random places, and one zone that far from the middle in both directions. For 0 m, only the 55
+/// zones.
 filter::detection::ZoneDetector siteWithFarZone(double distance, std::uint64_t seed);
 
-/// 56 zones of 1 cm strewn over 100 m x 100 m.
+/// 56 zones of 1 cm at random places of 100 m x 100 m.
 filter::detection::ZoneDetector tinyZones(std::uint64_t seed);
 
 /// 56 stars of 10 m on one spot, each turned a little more.

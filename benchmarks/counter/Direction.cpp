@@ -1,5 +1,6 @@
-// What it costs to ask on which side of a counter line a point lies. A host asks for every tracked object,
-// line and frame, so with tracing off, as here, the answer must cost little more than its arithmetic.
+// How long it takes to tell on which side of a counter line a point lies. A host asks for every tracked
+// object, line and frame. So with tracing off, as here, the answer must take little longer than its
+// arithmetic.
 
 #include <array>
 #include <cstddef>
@@ -39,7 +40,7 @@ std::array<AnyPoint, numPoints> randomPoints() {
   return points;
 }
 
-// One point after another, so that the branch on the side is as hard to foretell as it is for a host.
+// The points differ, so that a processor can predict the branch on the side no better than for a host.
 template <typename AnyPoint, typename Coordinate>
 void askForSides(benchmark::State& state) {
   const CounterLine line = kerb();
@@ -59,7 +60,7 @@ void directionOfASinglePoint(benchmark::State& state) {
   askForSides<SinglePoint, float>(state);
 }
 
-// The same arithmetic written out, as the floor.
+// The same arithmetic alone, as the lower bound.
 void crossProductAlone(benchmark::State& state) {
   const CounterLine line = kerb();
   const auto points = randomPoints<Point, double>();

@@ -6,15 +6,15 @@
 
 namespace orvantis::benchmarks {
 
-/// One way to do what all of a group do.
+/// One way to do the work of a group.
 struct Contestant {
   std::string name;
   std::function<void()> lap;
 };
 
-/// Lets the contestants run lap by lap in turn, so that whatever else the machine does falls on all of them,
-/// and prints for each the median of its CPU times and of its ratios to the first one, lap against lap.
-/// @param parts of a lap, such as frames: the times are those of one
+/// Runs the contestants lap by lap in turn, so that other work of the machine slows all of them. Prints the
+/// median of the CPU times of each, and the median of the ratios to the first contestant in the same lap.
+/// @param parts how many parts a lap has, such as frames; the times are for one part
 void race(const std::string& title, const std::vector<Contestant>& contestants, std::size_t parts, int laps);
 
 }  // namespace orvantis::benchmarks

@@ -1,5 +1,5 @@
-// What a frame costs: points into zone states, objects into zones, objects over lines, each beside other ways
-// to the same answer. The answers are compared before anything is timed.
+// How long a frame takes: points in zones, objects in zones, objects over lines, and other ways to the same
+// answers. The answers are compared before anything is timed.
 //
 // monitor_benchmark [LAPS [SEED [TOPIC]]], where the topic is points, objects, lines or crowds
 
@@ -48,7 +48,7 @@ struct Arguments {
   std::string topic;  // empty: all
 };
 
-// What is computed must not be thrown away as unused.
+// Keeps the compiler from removing computations whose results are not used.
 volatile std::uint64_t sink = 0;
 
 void require(bool isTrue, const std::string& what) {
@@ -170,7 +170,8 @@ void raceLines(int numLines, const Arguments& arguments) {
        frames.size(), arguments.laps);
 }
 
-// Frames with one new object each, whose tracks all stay known: a frame must not grow with them.
+// Frames with one new object each, whose tracks are never forgotten. The time of a frame must not grow with
+// the tracks.
 template <typename Monitor>
 void raceCrowds(const std::string& title, const Monitor& monitor) {
   const auto run = [&](int frames) {
@@ -182,7 +183,7 @@ void raceCrowds(const std::string& title, const Monitor& monitor) {
     }
     sink = sink + crowded.numTracks();
   };
-  // Four times the frames of the first, so four times its time.
+  // The second has four times the frames of the first, so it must take four times as long.
   race(title,
        {{"10,000 frames and tracks", [&] { run(10'000); }},
         {"40,000 frames and tracks", [&] { run(40'000); }}},

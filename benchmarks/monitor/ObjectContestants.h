@@ -11,7 +11,7 @@
 
 namespace orvantis::benchmarks {
 
-/// A way to tell which zones each object of some frames is in.
+/// A way to compute which zones each object of some frames is in.
 class ObjectContestant {
  public:
   ObjectContestant() = default;
@@ -22,16 +22,17 @@ class ObjectContestant {
   virtual void run(std::size_t frame, std::vector<std::uint32_t>& masks) const = 0;
 };
 
-// They refer to the frames.
+// They keep references to the frames.
 
 /// Asks each zone for each object.
 std::unique_ptr<ObjectContestant> zoneByZone(const filter::detection::ZoneDetector& detector,
                                              const std::vector<Objects>& frames);
-/// Takes an object for inside when one of its corners is: quick, and wrong for what lies across.
+/// Takes an object to be inside if one of its corners is inside. Fast, but wrong for an object that lies
+/// across a zone.
 std::unique_ptr<ObjectContestant> cornersOnly(const filter::detection::ZoneDetector& detector,
                                               const std::vector<Objects>& frames);
-/// Prepared geometries of GEOS, for zones that are polygons; the objects are made into geometries beforehand,
-/// and heights are not looked at.
+/// Prepared geometries of GEOS, for zones that are polygons. The objects are made into geometries before the
+/// timing, and heights are ignored.
 std::unique_ptr<ObjectContestant> preparedGeometries(const filter::detection::ZoneDetector& detector,
                                                      const std::vector<Objects>& frames);
 

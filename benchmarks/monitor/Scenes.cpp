@@ -30,7 +30,7 @@ std::shared_ptr<Zone3dBase> withHeights(std::shared_ptr<Zone> shape) {
   return std::make_shared<Zone3dBase>(std::move(shape), -1.0, 3.0);
 }
 
-// @param radii of the vertices, in turn
+// @param radii the distances of the vertices from the middle, in turn
 std::shared_ptr<Zone> aboutPoint(const std::string& name, double x, double y,
                                  const std::vector<double>& radii) {
   std::vector<Point> vertices;
@@ -128,7 +128,7 @@ std::vector<Objects> traffic(std::uint64_t seed, std::size_t numObjects, std::si
                        0.0, 1.6, isCar ? "car" : "person"});
     }
   }
-  // And back again, so that whoever goes through them again and again sees nothing jump.
+  // Then the frames in reverse order, so that objects do not jump when the frames are repeated.
   for (std::size_t i = numFrames; i > 0; --i) {
     frames.push_back(frames[i - 1]);
   }

@@ -21,14 +21,14 @@ filter::detection::ZoneDetector ringOfOctagons();
 /// and sectors.
 filter::detection::ZoneDetector mixedZones(std::uint64_t seed);
 
-/// Segments from 10 to 40 m off the origin, evenly turned.
+/// Segments from 10 to 40 m from the origin, in evenly distributed directions.
 std::map<std::string, filter::detection::CounterLine> spokes(int count);
 
-/// Boxes of cars and people that drive and walk in circles, so that they keep entering zones and crossing
-/// lines; there and back again, twice as many frames as asked for.
+/// Boxes of cars and people that move in circles, so that they keep entering zones and crossing lines. They
+/// go forwards and then back again, so there are twice as many frames as asked for.
 std::vector<Objects> traffic(std::uint64_t seed, std::size_t numObjects, std::size_t numFrames);
 
-/// Records of 16 bytes that begin with x, y and z, even over a square of 120 m.
+/// Records of 16 bytes that begin with x, y and z, evenly distributed over a square of 120 m.
 std::vector<float> records(std::uint64_t seed, std::size_t size);
 
 }  // namespace orvantis::benchmarks

@@ -9,24 +9,24 @@
 
 namespace orvantis::benchmarks {
 
-/// The same points as a file of some kind.
+/// A file of some kind with the points of a cloud.
 struct FrameText {
   std::string name;  ///< with the ending of its kind
   std::string content;
   bool isCompressed = false;
 };
 
-/// The cloud, with a fourth column where the kind has room for it, in every kind that is read.
+/// The cloud in every kind of file that can be read, with a fourth column if the kind has room for it.
 std::vector<FrameText> everyKind(const Cloud& cloud);
 
-/// Where x, y and z lie in the binary kinds, for whoever knows it without reading the header.
+/// Where x, y and z are in a binary file, to read it without its header.
 struct RawLayout {
   std::size_t begin = 0;
-  std::size_t stride = 0;  ///< 0: the points do not lie there as floats
+  std::size_t stride = 0;  ///< 0 when the points are not floats in the file
 };
 RawLayout rawLayout(const FrameText& file, std::size_t size);
 
-/// The compressed block of a PCD file, and its size when it is not.
+/// The compressed block of a PCD file, and its unfolded size.
 struct CompressedBlock {
   const char* begin = nullptr;
   unsigned size = 0;

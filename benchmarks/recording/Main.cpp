@@ -1,5 +1,5 @@
-// How long frames take from a file in the page cache to the counts of their zones, against reading the bytes
-// alone, and against counting where somebody else has said how the points lie.
+// How long frames take from a file in the page cache to the counts of their zones. Compared with only reading
+// the bytes, and with counting when the layout of the points is known.
 
 #include <algorithm>
 #include <cstdint>
@@ -65,8 +65,8 @@ void add(const std::string& name, std::size_t numPoints, const std::function<voi
   })->Unit(benchmark::kMicrosecond);
 }
 
-// The same frame in several files, which are read by turns into one buffer: so that they come from the page
-// cache and not from that of the processor, as the frames of a recording do.
+// The same frame in several files, which are read in turn into one buffer. So they come from the page cache
+// and not from the processor's cache, like the frames of a recording.
 class Files {
  public:
   Files(const std::filesystem::path& folder, const FrameText& frame) : buffer_(frame.content.size()) {
@@ -120,7 +120,7 @@ void addFile(const std::filesystem::path& folder, const FrameText& frame, const 
   const auto reader = std::make_shared<toolkit::FrameReader>();
   const auto mover = std::make_shared<toolkit::PointMover>();
   const toolkit::FrameKind kind = toolkit::frameKindOf(frame.name).value();
-  // What was rounded on the way is compared in the tests.
+  // Only exact kinds are compared here; the tests compare the kinds that round.
   const bool isExact = rawLayout(frame, s->size).stride != 0 || frame.isCompressed ||
                        frame.name == "big.ply" || frame.name == "long.xyz";
   if (isExact) {

@@ -1,6 +1,6 @@
-// How long the frames of a recording take from a file in the page cache to the counts of their zones, against
-// reading the bytes and counting where somebody else has said where the points lie, and against the
-// decompressor alone.
+// How long the frames of a recording take from a file in the page cache to the counts of their zones.
+// Compared with reading the bytes and counting when the places of the points are known, and with only the
+// decompressor.
 
 #include <algorithm>
 #include <array>
@@ -125,7 +125,7 @@ std::size_t readAndCount(const std::string& path, const Setting& setting, bool i
   return clouds;
 }
 
-// Bytes of a file that are read into one buffer, one range after the other, by whoever knows where they are.
+// Reads ranges of a file, whose places are known, one after the other into one buffer.
 class Ranges {
  public:
   Ranges(const std::string& path, const std::string& content, const std::vector<std::string>& parts)
@@ -157,7 +157,7 @@ class Ranges {
 struct File {
   std::string name;
   std::string content;
-  // Where it is compressed: what the decoder unfolds, piece by piece, and which decoder that is.
+  // For a compressed file: the pieces that the decoder unfolds, and the decoder.
   std::vector<std::string> folded;
   toolkit::Decoder toolkit::Decoders::*decoder = nullptr;
 };

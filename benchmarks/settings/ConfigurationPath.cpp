@@ -1,5 +1,5 @@
-// What it costs to take a configuration from its text to a detector: the check of the untrusted text, the
-// reading into a store and the loading from it, measured against property_tree's own reader on the same text.
+// How long it takes to make a detector from the text of a configuration: checking the untrusted text, reading
+// it into a store, and loading from the store. Compared with property_tree's own reader on the same text.
 
 #include <algorithm>
 #include <cmath>
@@ -31,7 +31,7 @@ using orvantis::filter::detection::ZoneDetector;
 
 constexpr std::size_t FILE_SIZE_LIMIT = 102400;
 
-// A polygon of the most vertices allowed, on the millimetre.
+// A polygon of as many vertices as are allowed, at whole millimetres.
 std::shared_ptr<Zone3dBase> makeZone(const std::string& name, std::mt19937& random) {
   constexpr double pi = 3.141592653589793;
   const auto uniform = [&random](double from, double to) {
@@ -50,8 +50,8 @@ std::shared_ptr<Zone3dBase> makeZone(const std::string& name, std::mt19937& rand
   return std::make_shared<Zone3dBase>(std::make_shared<Polygon>(name, points), 0.2, 2.5);
 }
 
-// Indents the text by four blanks as people do, who leave an object without further ones, such as a vertex,
-// on its line and its numbers in columns. No string of the text has a bracket, comma, colon or quote.
+// Indents the text by four blanks like a person: an object without other objects, such as a vertex, stays on
+// one line, with its numbers in columns. The strings of the text have no brackets, commas, colons and quotes.
 std::string indented(const std::string& text) {
   constexpr std::size_t columnWidth = 26;
   std::string lines;
@@ -141,7 +141,7 @@ void check(const std::string& text) {
   ZoneDetector::validate(in);
 }
 
-// Everything a host does with a configuration file.
+// Everything that a host does with a configuration file.
 void configure(const std::string& text) {
   check(text);
   std::istringstream in(text);
@@ -171,7 +171,7 @@ double threadSeconds() {
   return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
-// Both in turn, so that whatever else the machine does meets both alike; the best of each counts.
+// Runs both in turn, so that other work of the machine slows both alike, and takes the best time of each.
 void wholeAgainstReadJson(benchmark::State& state) {
   double whole = std::numeric_limits<double>::infinity();
   double readJson = whole;
@@ -189,7 +189,7 @@ void wholeAgainstReadJson(benchmark::State& state) {
 }
 BENCHMARK(wholeAgainstReadJson)->Unit(benchmark::kMicrosecond)->MinTime(2.0);
 
-// A list read and walked by position, its length asked before each step.
+// Reads a list and walks it by position, asking for its length before each step.
 void walkList(benchmark::State& state) {
   std::string text = "{\"Zone\": [";
   for (std::int64_t i = 0; i < state.range(0); ++i) {
