@@ -53,10 +53,9 @@ struct ZoneCounts {
 /// The verdict of each zone is the one of `Zone3dBase::within` for every input, also on borders and for
 /// coordinates that are not finite. A zone that is missing, or has no shape, has a zero bit for every point.
 ///
-/// The plan is divided into square cells. The cell is the largest power of two that is at most 1/256 of the
-/// side of a square as large as the zones' common bounding box (0.25 m for a site of 100 m), or 1/1024 of the
-/// box's longer side where that is more, and doubled until the tables take at most 1 MiB, not counting 16
-/// bytes for each vertex: so a site of 1 km and zones of 1 cm cost time, not memory. Three kinds of shapes
+/// The parts of the plan where zones lie are divided into about 131,000 square cells (of 0.28 m for a site of
+/// 100 m x 100 m). The cells are made larger until the tables take at most 1 MiB, not counting 24 bytes for
+/// each piece of a border: so a site of 1 km and zones of 1 cm cost time, not memory. Three kinds of shapes
 /// are not indexed but asked for every point at their height: those that a host derived from `Zone`, polygons
 /// of more than 4096 vertices, and shapes with a number that is not finite or beyond 1e7.
 class ORVANTIS_API PointClassifier {
