@@ -30,7 +30,7 @@ Site siteOf(const std::vector<std::string>& clouds) {
   }
   const auto site = estimate.site();
   if (!site) {
-    throw Failure(clouds.front(), "holds no point to lay a zone around");
+    throw Failure(clouds.front(), "has no points to put a zone around");
   }
   return *site;
 }

@@ -75,7 +75,7 @@ int runCommandLine(int argc, char** argv) {
     return program.exit(wish, std::cout, std::cerr);
   } catch (const CLI::ParseError& error) {
     std::cerr << "zone-detector: " << usageFault(program, error) << "\n"
-              << commandOf(program) << " --help says what there is\n";
+              << commandOf(program) << " --help shows the usage\n";
     return wrongUsage;
   }
   const Console console{std::cout, std::cerr, canSteer(STDOUT_FILENO) && variable("NO_COLOR").empty(),

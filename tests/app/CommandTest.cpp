@@ -203,7 +203,7 @@ TEST(Command, AScanWithoutPointsGivesNoNewDocument) {
   folder.write("scan.xyz", "0 0 0\nnan 1 1\n");
   const Outcome outcome = zoneDetector({"new", "-o", "site.json", "scan.xyz"}, folder.path());
   EXPECT_EQ(outcome.code, 1);
-  EXPECT_EQ(outcome.err, "zone-detector: scan.xyz: holds no point to lay a zone around\n");
+  EXPECT_EQ(outcome.err, "zone-detector: scan.xyz: has no points to put a zone around\n");
   EXPECT_EQ(folder.fileCount(), 1U);
 }
 
@@ -353,7 +353,7 @@ TEST(Command, ThePlanShowsTheExtentThatIsAskedFor) {
   EXPECT_EQ(zoneDetector({"plot", site, "--extent", "1,1,0,2"}).err,
             "zone-detector: --extent must be x0,y0,x1,y1 in metres with x0 below x1 and y0 below y1, not "
             "\"1,1,0,2\"\n"
-            "zone-detector plot --help says what there is\n");
+            "zone-detector plot --help shows the usage\n");
 }
 
 TEST(Command, NamesFromAFileCannotSteerTheTerminal) {

@@ -30,7 +30,7 @@ TEST(Usage, SaysWhatIsWrongInASentenceAndWhereTheHelpIs) {
       {{"--versoin"}, "unknown option \"--versoin\"; did you mean \"--version\"?"},
   };
   for (const auto& [words, text] : rows) {
-    EXPECT_EQ(complaint(words), text + "\nzone-detector --help says what there is\n");
+    EXPECT_EQ(complaint(words), text + "\nzone-detector --help shows the usage\n");
   }
 }
 
@@ -61,7 +61,7 @@ TEST(Usage, OfACommandNamesItsHelp) {
       {{"run", "site.json", "--stamps", "-", "--tracks", "-"}, "only one input can be -, the standard input"},
   };
   for (const auto& [words, text] : rows) {
-    EXPECT_EQ(complaint(words), text + "\nzone-detector run --help says what there is\n");
+    EXPECT_EQ(complaint(words), text + "\nzone-detector run --help shows the usage\n");
   }
 }
 
