@@ -55,9 +55,10 @@ struct ZoneCounts {
 ///
 /// The parts of the plan where zones lie are divided into about 131,000 square cells (of 0.28 m for a site of
 /// 100 m x 100 m). The cells are made larger until the tables take at most 1 MiB, not counting 24 bytes for
-/// each piece of a border: so a site of 1 km and zones of 1 cm cost time, not memory. Three kinds of shapes
-/// are not indexed but asked for every point at their height: those that a host derived from `Zone`, polygons
-/// of more than 4096 vertices, and shapes with a number that is not finite or beyond 1e7.
+/// each piece of a border. So a site of 1 km and zones of 1 cm cost time, not memory.
+/// Three kinds of shapes are not indexed but asked for every point at their height: those that a host derived
+/// from `Zone`, polygons of more than 4096 vertices, and shapes with a number that is not finite or beyond
+/// 1e7.
 class ORVANTIS_API PointClassifier {
  public:
   /// The bit of field zone `zone` of field `field`, and of exclusion zone number `k`. The arguments are not
