@@ -26,7 +26,7 @@ std::string frameLink(std::size_t index) {
   return "files/frame/" + std::to_string(index);
 }
 
-// Browsers refuse modules and WebAssembly of another type.
+// The types matter: browsers refuse modules and WebAssembly with another type.
 std::string typeOf(const fs::path& path) {
   static constexpr std::array<std::pair<std::string_view, std::string_view>, 10> types = {
       {{".html", "text/html; charset=utf-8"},
@@ -49,7 +49,7 @@ std::string typeOf(const fs::path& path) {
 }
 
 void add(const std::string& link, const std::string& path, SharedFiles& files) {
-  toolkit::fileSize(path);  // says why when it cannot be read
+  toolkit::fileSize(path);  // throws when the file cannot be read
   files[link] = {path, "application/octet-stream"};
 }
 

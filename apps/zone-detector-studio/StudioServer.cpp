@@ -35,9 +35,9 @@ enum Status {
 };
 
 constexpr const char* address = "127.0.0.1";
-// Slow clients hold a thread each.
+// Many, because each slow client keeps a thread busy.
 constexpr std::size_t numThreads = 64;
-// Of connections; the library lets five wait, and one more is tried again only a second later.
+// Connections that may wait. The library's default is five, and a client tries again only after a second.
 constexpr int mostWaiting = 1024;
 
 void refuse(Response& response, Status status) {
@@ -50,7 +50,8 @@ void say(Response& response, Status status, const std::string& text) {
   response.set_content(text + "\n", "text/plain; charset=utf-8");
 }
 
-// One range that lies within the file, or none. The library would ask for bytes behind the end otherwise.
+// Whether there is no range, or one range inside of the file. Otherwise the library would ask for bytes after
+// the end.
 bool isWithin(const httplib::Ranges& ranges, std::uint64_t size) {
   if (ranges.empty()) {
     return true;
@@ -68,7 +69,7 @@ class StudioServer::Impl {
   Impl(SharedFiles files, std::string session)
       : files_(std::move(files)), session_(std::move(session)), token_(newToken()) {
     server_.new_task_queue = [] { return new httplib::ThreadPool(numThreads); };
-    // By default the library would share the port with any other program that asks for it.
+    // Replaces the library's default options, which would share the port with any other program.
     server_.set_socket_options([this](socket_t socket) { socket_ = socket; });
     server_.set_payload_max_length(filter::detection::documentSizeLimit);
     server_.set_default_headers({{"Cache-Control", "no-store"},
@@ -103,7 +104,7 @@ class StudioServer::Impl {
     server_.listen_after_bind();
     hasEnded_ = true;
   }
-  // The library does not hear of a stop before it listens.
+  // The library ignores a stop before it listens.
   void stop() {
     while (!server_.is_running() && !hasEnded_) {
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -168,7 +169,7 @@ class StudioServer::Impl {
         });
   }
 
-  // Only over the version that the page has read: somebody may have edited the file meanwhile.
+  // Overwrites only the version that the page has read, because somebody may have edited the file since.
   void put(const std::string& link, const Request& request, Response& response) const {
     const auto found = files_.find(link);
     if (link != documentLink || found == files_.end()) {

@@ -7,25 +7,27 @@
 
 namespace orvantis::studio {
 
-/// Serves the page and the named files on 127.0.0.1 to those who know the link, and saves the document back.
+/// Serves the page and the named files on 127.0.0.1 to clients that know the link, and saves the document.
 ///
-/// A browser runs pages of others too, and they can send requests to this machine. So every request must name
-/// this host and port, come from no other origin, and begin with a token that only the link tells. What is
-/// asked for otherwise is refused without a reason.
+/// Other pages in the same browser can send requests to this machine, too. So every request must name this
+/// host and port, must not come from another origin, and its path must begin with a token that only the link
+/// has. Any other request is refused without a reason.
 class StudioServer {
  public:
-  /// @param files what is served; @param session what `session.json` says
+  /// @param files   the files that are served
+  /// @param session the content of `session.json`
   StudioServer(SharedFiles files, std::string session);
   StudioServer(const StudioServer&) = delete;
   StudioServer& operator=(const StudioServer&) = delete;
   ~StudioServer();
 
-  /// @param port 0: any that is free. @throws std::runtime_error when the port is taken
+  /// @param port 0 for any free port
+  /// @throws std::runtime_error when the port is taken
   void bind(int port);
-  /// What the user opens. After `bind`.
+  /// The link that the user opens. Call it after `bind`.
   std::string link() const;
 
-  /// Serves until `stop`. After `bind`.
+  /// Serves until `stop`. Call it after `bind`.
   void run();
   /// May be called from another thread.
   void stop();

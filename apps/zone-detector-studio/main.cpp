@@ -1,5 +1,5 @@
-// Started by `zone-detector studio`, which reads what the user types. A program of its own, because the HTTP
-// library brings TLS with it, which would take longer to load than all that the other commands do.
+// `zone-detector studio` reads the command line and starts this program. It is a separate program because the
+// HTTP library needs TLS libraries, and loading them would take longer than the work of the other commands.
 
 #include <array>
 #include <cstdlib>
@@ -23,7 +23,7 @@ namespace {
 
 using namespace orvantis::studio;
 
-// In the background, and what it says is of no interest here: the link is printed as well.
+// Opens the browser in the background and ignores its output, because the link is printed as well.
 void openBrowser(std::string link) {
   std::string program = "xdg-open";
   const std::array<char*, 3> words = {program.data(), link.data(), nullptr};
@@ -44,7 +44,8 @@ void waitForSignal() {
   }
 }
 
-// PAGE PORT BROWSER DOCUMENT TRACKS FRAMES..., of which BROWSER is 1 or 0 and any of the others may be empty.
+// The words are PAGE PORT BROWSER DOCUMENT TRACKS FRAMES... BROWSER is 1 or 0, and any of the others may be
+// empty.
 int serve(std::span<char*> words) {
   constexpr std::size_t firstFrame = 6;
   if (words.size() < firstFrame) {
