@@ -35,6 +35,8 @@ enum Status {
 };
 
 constexpr const char* address = "127.0.0.1";
+// The same each time, since a browser keeps unsaved work by host and port.
+constexpr int usualPort = 41307;
 // Many, because each slow client keeps a thread busy.
 constexpr std::size_t numThreads = 64;
 // Connections that may wait. The library's default is five, and a client tries again only after a second.
@@ -93,7 +95,10 @@ class StudioServer::Impl {
   }
 
   void bind(int port) {
-    port_ = port == 0 ? server_.bind_to_any_port(address) : server_.bind_to_port(address, port) ? port : -1;
+    const int wanted = port == 0 ? usualPort : port;
+    port_ = server_.bind_to_port(address, wanted) ? wanted
+            : port == 0                           ? server_.bind_to_any_port(address)
+                                                  : -1;
     if (port_ < 0) {
       throw std::runtime_error("port " + std::to_string(port) + " is taken; choose another one with --port");
     }

@@ -21,7 +21,7 @@ class StudioServer {
   StudioServer& operator=(const StudioServer&) = delete;
   ~StudioServer();
 
-  /// @param port 0 for any free port
+  /// @param port 0 for the usual port, or any free one when that is taken
   /// @throws std::runtime_error when the port is taken
   void bind(int port);
   /// The link that the user opens. Call it after `bind`.

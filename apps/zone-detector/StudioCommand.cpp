@@ -77,7 +77,7 @@ void addStudioCommand(CLI::App& program, Task& task) {
   command.add_option("FILE", options->document, "zone document; the page saves to it");
   command.add_option("FRAMES", options->frames, "frames and recordings to draw on");
   command.add_option("--tracks", options->tracks, "tracked objects");
-  command.add_option("--port", options->port, "of this machine; any that is free unless given")
+  command.add_option("--port", options->port, "of this machine; 41307 unless given, or any that is free")
       ->option_text("N")
       ->check(wholeBetween(1, 65535));
   command.add_flag("--no-browser", options->noBrowser, "print the link and open nothing");

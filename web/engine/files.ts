@@ -1,6 +1,6 @@
 // Files that the module reads, by the numbers by which it knows them.
 
-import type { Source } from './types';
+import type { LinkedFile, Source } from './types';
 
 /** Bytes that are read by ranges. */
 export interface Slices {
@@ -47,6 +47,31 @@ export class Files {
   }
 }
 
+// The module waits for the bytes that it asks for, so the request has to wait as well; a worker may.
+function linked({ name, size, link }: LinkedFile): Slices {
+  return {
+    name,
+    size,
+    read(offset, to) {
+      const end = Math.min(offset + to.length, size);
+      if (end <= offset) {
+        return 0;
+      }
+      const request = new XMLHttpRequest();
+      request.open('GET', link, false);
+      request.responseType = 'arraybuffer';
+      request.setRequestHeader('Range', `bytes=${offset}-${end - 1}`);
+      request.send();
+      if (request.status !== 206) {
+        throw new Error(`${name} cannot be read: the server answers ${request.status}`);
+      }
+      const part = new Uint8Array(request.response as ArrayBuffer);
+      to.set(part.subarray(0, to.length));
+      return Math.min(part.length, to.length);
+    },
+  };
+}
+
 function slicesOf(source: Source | Slices): Slices {
   if ('read' in source) {
     return source;
@@ -62,6 +87,9 @@ function slicesOf(source: Source | Slices): Slices {
         return part.length;
       },
     };
+  }
+  if ('link' in source) {
+    return linked(source);
   }
   const file = source as File;
   const reader = new FileReaderSync(); // there is one in workers only

@@ -1,8 +1,15 @@
 // What the engine takes and gives. Lengths are metres, angles radians, times seconds unless a name says otherwise.
 // Every text and number comes from the toolkit: a page shows them and computes none of its own.
 
-/** A file to read: what the browser gives (read by slices, never whole), or bytes with a name. */
-export type Source = File | { readonly name: string; readonly bytes: Uint8Array };
+/** A file of a server that answers requests for ranges; its link is whole, from "http:" on. */
+export interface LinkedFile {
+  readonly name: string;
+  readonly size: number;
+  readonly link: string;
+}
+
+/** A file to read: what the browser gives or a server has (read by slices, never whole), or bytes with a name. */
+export type Source = File | LinkedFile | { readonly name: string; readonly bytes: Uint8Array };
 
 /** Why the engine refuses something, in its own words. */
 export interface Refusal {

@@ -8,6 +8,7 @@ import { openSources } from './app/files';
 import { followDocument } from './app/follow';
 import { obeyKeys } from './app/keys';
 import { textIn } from './app/link';
+import { type Host, hostOfPage } from './app/host';
 import { fitZones } from './app/look';
 import { get, set } from './app/state';
 import { begin, stepped } from './edit/history';
@@ -20,8 +21,8 @@ interface First {
   readonly note: string;
 }
 
-// What a link holds, else work that was not saved, else the example.
-async function firstDocument(): Promise<First> {
+// What a link holds, else what the user named, else work that was not saved, else the example.
+async function firstDocument(host: Host | null): Promise<First> {
   const linked = await textIn(location.hash).catch((error: unknown) => {
     sayError(error);
     return null;
@@ -29,6 +30,9 @@ async function firstDocument(): Promise<First> {
   if (linked !== null)
     return { text: linked, savedText: '', fileName: 'linked.json', note: 'This document came with the link.' };
   const kept = await restored();
+  const named = host?.document;
+  if (named && (kept?.fileName !== named.name || kept.savedText !== named.text))
+    return { text: named.text, savedText: named.text, fileName: named.name, note: '' };
   if (kept)
     return {
       ...kept,
@@ -39,7 +43,8 @@ async function firstDocument(): Promise<First> {
 }
 
 async function start(): Promise<void> {
-  const first = await firstDocument();
+  const host = await hostOfPage();
+  const first = await firstDocument(host);
   const { text, savedText, fileName, note } = first;
   // Work that was restored is one step after what was saved, so that it can be undone.
   set({
@@ -56,7 +61,15 @@ async function start(): Promise<void> {
   followDocument();
   const engine = await openEngine();
   set({ engine, engineVersion: `engine ${(await engine.version()).version}` });
-  if (fileName !== EXAMPLE_NAME) return;
+  if (host && (host.frames.length > 0 || host.tracks)) {
+    const names = [...host.frames, ...(host.tracks ? [host.tracks] : [])].map((source) => source.name);
+    await openSources(
+      host.frames,
+      host.tracks,
+      names.length > 1 ? `${names[0]} and ${names.length - 1} more` : names[0]!,
+    );
+  }
+  if (host?.document || fileName !== EXAMPLE_NAME) return;
   const { clouds, tracks } = await exampleSources();
   if (get().recording === null && get().scene === null) await openSources(clouds, tracks, 'The crossing');
   document.documentElement.dataset['ready'] = 'true';

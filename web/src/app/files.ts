@@ -6,6 +6,7 @@ import { read } from '../edit/model';
 import { JsonFault } from '../text/json';
 import { say, sayError } from './actions';
 import { evaluated, forgetScenes } from './follow';
+import { leaveHostDocument } from './host';
 import { pause } from './play';
 import { fitZones } from './look';
 import { get, set, textOf } from './state';
@@ -79,6 +80,7 @@ export function documentHandle(): { handle: FileSystemFileHandle | null; written
 }
 export function setDocumentHandle(to: FileSystemFileHandle | null, at: number): void {
   [handle, writtenAt] = [to, at];
+  leaveHostDocument();
 }
 
 let clouds: readonly Source[] = [];

@@ -3,6 +3,7 @@
 import { bytesOf, LARGEST_DOCUMENT } from '../edit/limits';
 import { say, sayError } from './actions';
 import { documentHandle, setDocumentHandle } from './files';
+import { hostDocument, saveToHost } from './host';
 import { linkOf } from './link';
 import { get, set, textOf } from './state';
 
@@ -49,6 +50,12 @@ export async function save(isAs = false): Promise<void> {
   if (bytesOf(text) > LARGEST_DOCUMENT)
     return say(`Not saved: a document has at most ${LARGEST_DOCUMENT} bytes; this one has ${bytesOf(text)}.`, true);
   try {
+    const hosted = isAs ? null : hostDocument();
+    if (hosted !== null) {
+      await saveToHost(text);
+      set({ savedText: text });
+      return say(`${hosted} is saved.`);
+    }
     const handle = await handleToWrite(isAs);
     if (handle) await write(handle, text);
     else download(get().fileName, new Blob([text], { type: 'application/json' }));
