@@ -2,6 +2,7 @@
 
 import { unfold } from './decoders/index';
 import { Files, type FileEntry, type Slices } from './files';
+import { Handles } from './handles';
 import { Module } from './module';
 import { NUM_SLOTS } from './types';
 import type {
@@ -38,6 +39,9 @@ export interface Running {
 export class EngineCore {
   readonly #module: Module;
   readonly #files: Files;
+  readonly #scenes = new Handles('scene');
+  readonly #recordings = new Handles('recording');
+  readonly #runs = new Handles('session');
   readonly #filesOf = new Map<number, FileEntry[]>(); // by recording
   readonly #titles = new Map<number, string>(); // by session
 
@@ -90,7 +94,7 @@ export class EngineCore {
   }
 
   newDocument(scene?: number): string {
-    return this.#text(this.#engine.engine_new_document(scene ?? 0));
+    return this.#text(this.#engine.engine_new_document(this.#sceneOrNone(scene)));
   }
 
   schema(): string {
@@ -99,7 +103,7 @@ export class EngineCore {
 
   planSvg(text: string, options: { title?: string; scene?: number } = {}): string {
     return this.#module.with([text, options.title ?? ''], (t, title) =>
-      this.#text(this.#engine.engine_plan(options.scene ?? 0, t!.at, t!.size, title!.at, title!.size)));
+      this.#text(this.#engine.engine_plan(this.#sceneOrNone(options.scene), t!.at, t!.size, title!.at, title!.size)));
   }
 
   // ---- Points ----
@@ -123,25 +127,36 @@ export class EngineCore {
   }
 
   openMoment(recording: number, moment: number): Scene {
-    return this.#scene(this.#engine.engine_open_moment(recording, moment));
+    return this.#scene(this.#engine.engine_open_moment(this.#recordings.at(recording), moment));
   }
 
-  #scene(at: number): Scene {
-    const id = this.#handle(at);
-    const described = this.#json<Omit<Scene, 'id' | 'positions'>>(this.#engine.engine_describe_scene(id));
-    const positions = this.#handle(this.#engine.engine_scene_positions(id) || (described.points === described.noReturns ? 8 : 0));
-    const size = this.#engine.engine_scene_size(id);
-    return { ...described, id, positions: new Float32Array(this.#engine.memory.buffer, positions, 3 * size).slice() };
+  #sceneOrNone(scene: number | undefined): number {
+    return scene === undefined ? 0 : this.#scenes.at(scene);
+  }
+
+  #scene(answered: number): Scene {
+    const at = this.#handle(answered);
+    const described = this.#json<Omit<Scene, 'id' | 'positions'>>(this.#engine.engine_describe_scene(at));
+    const size = this.#engine.engine_scene_size(at);
+    const positions = size === 0
+      ? new Float32Array()
+      : this.#floats(this.#handle(this.#engine.engine_scene_positions(at)), 3 * size);
+    return { ...described, id: this.#scenes.add(at), positions };
+  }
+
+  #floats(at: number, size: number): Float32Array {
+    return new Float32Array(this.#engine.memory.buffer, at, size).slice();
   }
 
   closeScene(scene: number): void {
-    this.#engine.engine_close_scene(scene);
+    this.#engine.engine_close_scene(this.#scenes.remove(scene));
   }
 
   /** Counts the points of a scene; `Count` of types.ts. */
   count(scene: number, text: string | Uint8Array, options: { verdicts?: boolean } = {}): { check: Check; counts: Counts | null } {
     const begin = performance.now();
-    const tiles = this.#module.with([text], (t) => this.#engine.engine_count(scene, t!.at, t!.size));
+    const held = this.#scenes.at(scene);
+    const tiles = this.#module.with([text], (t) => this.#engine.engine_count(held, t!.at, t!.size));
     if (tiles === -2) {
       throw this.#module.failure();
     }
@@ -149,12 +164,13 @@ export class EngineCore {
     if (tiles < 0 || check.site === null) {
       return { check, counts: null };
     }
-    const numbers = new Uint32Array(this.#engine.memory.buffer, this.#engine.engine_scene_counts(scene), NUM_SLOTS + 2);
+    const at = this.#engine.engine_scene_counts(held);
+    const numbers = new Uint32Array(this.#engine.memory.buffer, at, NUM_SLOTS + 2);
     const inside = numbers.slice(0, NUM_SLOTS);
-    const size = this.#engine.engine_scene_size(scene);
+    const size = this.#engine.engine_scene_size(held);
     const verdicts = options.verdicts === false
       ? null
-      : this.#module.bytes(this.#engine.engine_scene_verdicts(scene), size).slice();
+      : this.#module.bytes(this.#engine.engine_scene_verdicts(held), size).slice();
     const least = check.site.minPoints;
     const zones = new Set(check.site.evaluationFields.flatMap((f) => f.zones.map((z) => 3 * f.index + z.index)));
     return {
@@ -165,16 +181,17 @@ export class EngineCore {
         noReturns: numbers[NUM_SLOTS + 1]!,
         reached: Array.from(inside, (count, slot) => zones.has(slot) && count >= least),
         verdicts,
-        tiles: [tiles, this.#engine.engine_scene_tiles(scene)],
+        tiles: [tiles, this.#engine.engine_scene_tiles(held)],
         milliseconds: performance.now() - begin,
       },
     };
   }
 
   heights(scene: number, bins: number): { least: number; step: number; counts: Uint32Array } {
-    const at = this.#handle(this.#engine.engine_scene_heights(scene, bins));
+    const held = this.#scenes.at(scene);
+    const at = this.#handle(this.#engine.engine_scene_heights(held, bins));
     const counts = new Uint32Array(this.#engine.memory.buffer, at, bins).slice();
-    const { extents } = this.#json<Pick<Scene, 'extents'>>(this.#engine.engine_describe_scene(scene));
+    const { extents } = this.#json<Pick<Scene, 'extents'>>(this.#engine.engine_describe_scene(held));
     const least = extents === null ? 0 : extents[2].least;
     return { least, step: extents === null ? 0 : (extents[2].greatest - least) / bins, counts };
   }
@@ -191,9 +208,11 @@ export class EngineCore {
     try {
       const list = JSON.stringify({ clouds, ...others });
       return this.#module.with([list, JSON.stringify(options)], (f, o) => {
-        const id = this.#handle(this.#engine.engine_open_recording(f!.at, f!.size, o!.at, o!.size));
+        const at = this.#handle(this.#engine.engine_open_recording(f!.at, f!.size, o!.at, o!.size));
+        const described = JSON.parse(this.#module.answer()) as Omit<Recording, 'id'>;
+        const id = this.#recordings.add(at);
         this.#filesOf.set(id, entries);
-        return { ...(JSON.parse(this.#module.answer()) as Omit<Recording, 'id'>), id };
+        return { ...described, id };
       });
     } catch (error) {
       this.#files.remove(entries);
@@ -202,13 +221,13 @@ export class EngineCore {
   }
 
   closeRecording(recording: number): void {
-    this.#engine.engine_close_recording(recording);
+    this.#engine.engine_close_recording(this.#recordings.remove(recording));
     this.#files.remove(this.#filesOf.get(recording) ?? []);
     this.#filesOf.delete(recording);
   }
 
   objectsAt(recording: number, moment: number): TrackedObject[] {
-    return this.#json(this.#engine.engine_objects_at(recording, moment));
+    return this.#json(this.#engine.engine_objects_at(this.#recordings.at(recording), moment));
   }
 
   // A run is taken step by step, so that other calls come in between.
@@ -216,15 +235,16 @@ export class EngineCore {
   startRun(recording: number, text: string | Uint8Array, options: SessionOptions = {}): Running {
     const { title, ...rest } = options;
     const check = this.check(text);
-    const run = this.#module.with([text, JSON.stringify(rest)], (t, o) =>
-      this.#handle(this.#engine.engine_start_run(recording, t!.at, t!.size, o!.at, o!.size)));
+    const held = this.#recordings.at(recording);
+    const run = this.#runs.add(this.#module.with([text, JSON.stringify(rest)], (t, o) =>
+      this.#handle(this.#engine.engine_start_run(held, t!.at, t!.size, o!.at, o!.size))));
     this.#titles.set(run, title ?? '');
     return { run, check };
   }
 
   /** Whether there is more. */
   stepRun(running: Running, milliseconds: number): boolean {
-    const more = this.#engine.engine_step_run(running.run, milliseconds);
+    const more = this.#engine.engine_step_run(this.#runs.at(running.run), milliseconds);
     if (more < 0) {
       throw this.#module.failure();
     }
@@ -232,13 +252,12 @@ export class EngineCore {
   }
 
   progressOf(running: Running): Progress {
-    return {
-      moments: this.#engine.engine_run_moments(running.run),
-      bytes: this.#engine.engine_run_bytes(running.run),
-    };
+    const run = this.#runs.at(running.run);
+    return { moments: this.#engine.engine_run_moments(run), bytes: this.#engine.engine_run_bytes(run) };
   }
 
-  resultOf({ run, check }: Running): Session {
+  resultOf({ run: id, check }: Running): Session {
+    const run = this.#runs.at(id);
     const texts = this.#json<{
       events: Omit<SessionEvent, 'moment'>[];
       summary: Session['summary'];
@@ -246,7 +265,7 @@ export class EngineCore {
     }>(this.#engine.engine_run_result(run));
     const { momentOfEvent, ...columns } = this.#columns(run);
     return {
-      id: run,
+      id,
       check,
       moments: columns.stamps.length,
       ...columns,
@@ -268,32 +287,35 @@ export class EngineCore {
   }
 
   table(session: number, table: SessionTable): string {
-    return this.#text(this.#engine.engine_run_table(session, TABLES.indexOf(table)));
+    return this.#text(this.#engine.engine_run_table(this.#runs.at(session), TABLES.indexOf(table)));
   }
 
   sessionSvg(session: number): string {
+    const run = this.#runs.at(session);
     return this.#module.with([this.#titles.get(session) ?? ''], (title) =>
-      this.#text(this.#engine.engine_run_picture(session, title!.at, title!.size)));
+      this.#text(this.#engine.engine_run_picture(run, title!.at, title!.size)));
   }
 
   closeSession(session: number): void {
-    this.#engine.engine_close_run(session);
+    this.#engine.engine_close_run(this.#runs.remove(session));
     this.#titles.delete(session);
   }
 
   // ---- Why ----
 
   explainZones(recording: number, text: string | Uint8Array, moment: number | null, options: SessionOptions = {}): Explanation {
+    const held = this.#recordings.at(recording);
     return this.#module.with([text, words(options)], (t, o) =>
-      this.#json(this.#engine.engine_explain_zones(recording, t!.at, t!.size, o!.at, o!.size, moment ?? -1)));
+      this.#json(this.#engine.engine_explain_zones(held, t!.at, t!.size, o!.at, o!.size, moment ?? -1)));
   }
 
   explainLine(
     recording: number, text: string | Uint8Array, line: string, moment: number, options: SessionOptions = {}, track?: number,
   ): Explanation {
+    const held = this.#recordings.at(recording);
     return this.#module.with([text, words(options), line], (t, o, l) =>
       this.#json(this.#engine.engine_explain_line(
-        recording, t!.at, t!.size, o!.at, o!.size, moment, l!.at, l!.size, track === undefined ? 0 : 1, track ?? 0)));
+        held, t!.at, t!.size, o!.at, o!.size, moment, l!.at, l!.size, track === undefined ? 0 : 1, track ?? 0)));
   }
 
   explainTrack(

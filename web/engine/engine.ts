@@ -11,7 +11,11 @@ export * from './types';
 /** Starts a worker, and gives the engine when it is ready. */
 export function openEngine(): Promise<Engine> {
   const worker = new Worker(new URL('./worker.ts', import.meta.url), { type: 'module', name: 'engine' });
-  return connect(worker as unknown as Port, () => worker.terminate());
+  return new Promise((resolve, reject) => {
+    worker.onerror = ({ message }) =>
+      reject(new EngineError({ message, path: '', line: 0, column: 0, reason: message }));
+    connect(worker as unknown as Port, () => worker.terminate()).then(resolve, reject);
+  });
 }
 
 interface Waiting {

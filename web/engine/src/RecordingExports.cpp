@@ -77,6 +77,11 @@ ENGINE_EXPORT int engine_objects_at(const SharedRecording* recording, std::size_
 
 ENGINE_EXPORT Scene* engine_open_moment(const SharedRecording* recording, std::size_t moment) {
   return guarded<Scene*>(nullptr, [&] {
+    const std::shared_ptr<const Contents> contents = (*recording)->contents();
+    if (contents && contents->keepsPoints && moment < contents->moments.size() &&
+        contents->moments[moment].hasPoints) {
+      return std::make_unique<Scene>(contents->moments[moment].points.view()).release();
+    }
     MomentFeed feed(*recording, nullptr);
     for (std::size_t i = 0; const auto fed = feed.next(); ++i) {
       if (i == moment && fed->points) {

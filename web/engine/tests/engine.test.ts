@@ -92,6 +92,32 @@ test('a run can be cancelled, and run again', async () => {
   expect((await engine.run(recording.id, crossing)).moments).toBe(600);
 });
 
+test('what was closed is refused, and nothing else that lies where it was', async () => {
+  const one = () => engine.openPoints(new Float32Array(9), new Float32Array(9), new Float32Array(9));
+  const scene = await one();
+  await engine.closeScene(scene.id);
+  const other = await one();
+  expect(other.id).not.toBe(scene.id);
+  await expect(engine.count(scene.id, crossing)).rejects.toThrow('there is no such scene');
+  await expect(engine.closeScene(scene.id)).rejects.toThrow('there is no such scene');
+  await expect(engine.run(7, crossing)).rejects.toThrow('there is no such recording');
+  await expect(engine.table(7, 'events')).rejects.toThrow('there is no such session');
+  expect((await engine.count(other.id, crossing))!.counts).not.toBeNull();
+});
+
+test('an option that is not known or not right is refused in words', async () => {
+  const points = { name: 'a.xyz', bytes: new TextEncoder().encode('1 2 3\n') };
+  const open = (options: object) => engine.openFrame(points, options);
+  await expect(open({ minrange: 1 })).rejects.toThrow('there is no option "minrange"');
+  await expect(open({ minRange: -1 })).rejects.toThrow('minRange must be a number from 0 up');
+  await expect(open({ dropOrigin: 1 })).rejects.toThrow('dropOrigin must be true or false');
+  const recording = await engine.openRecording({ clouds: [points] });
+  const run = (options: object) => engine.run(recording.id, crossing, options);
+  await expect(run({ activeField: 8 })).rejects.toThrow('activeField must be a number from 0 to 7');
+  await expect(run({ activeField: 1.5 })).rejects.toThrow('activeField must be a whole number');
+  await expect(run({ maxSpeed: 0 })).rejects.toThrow('maxSpeed must be a number above 0');
+});
+
 test('what is open when the engine closes is rejected', async () => {
   const { page, worker, close } = pair();
   serve(worker, loadCore());

@@ -1,0 +1,101 @@
+// What calls take; printed, not judged: MEASURE=1 npx vitest run engine/tests/measure.test.ts
+
+import { readFileSync } from 'node:fs';
+import { brotliCompressSync, constants } from 'node:zlib';
+import { describe, expect, test } from 'vitest';
+
+import { EngineCore } from '../core';
+import { chance } from './chance';
+import { loadCore, ROOT, runAll } from './load';
+
+const middle = (values: number[]) => values.sort((a, b) => a - b)[values.length >> 1]!.toFixed(1);
+const most = (values: number[]) => Math.max(...values).toFixed(1);
+
+function document(shift: number): string {
+  const ring = (x: number, y: number, size: number) =>
+    Array.from({ length: 8 }, (_, i) => ({
+      x: x + size * Math.cos((i * Math.PI) / 4), y: y + size * Math.sin((i * Math.PI) / 4),
+    }));
+  return JSON.stringify({
+    ZoneDetector: {
+      sensitivity: 10,
+      EvaluationField: Array.from({ length: 8 }, (_, f) => ({
+        index: f, name: `F${f}`,
+        Zone: [0, 1, 2].map((z) => ({
+          index: z, name: `Z${z}`, zMin: 0, zMax: 2, shape: 'polygon',
+          Polygon: { Point: ring(-70 + 20 * f + (f === 0 && z === 0 ? shift : 0), -40 + 40 * z, 12) },
+        })),
+      })),
+      ExclusionZone: Array.from({ length: 8 }, (_, i) => ({
+        name: `E${i}`, zMin: 0, zMax: 2, shape: 'polygon', Polygon: { Point: ring(-60 + 15 * i, 10, 3) },
+      })),
+    },
+  });
+}
+
+describe.skipIf(!process.env.MEASURE)('measured', () => {
+  const random = chance(1);
+  const axis = (size: number, scale: number) => Float32Array.from({ length: size }, () => scale * (random() - 0.5));
+
+  test('weight and start', async () => {
+    const bytes = readFileSync(new URL('../engine.wasm', import.meta.url));
+    const times: number[] = [];
+    for (let i = 0; i < 10; ++i) {
+      const begin = performance.now();
+      (await EngineCore.load(bytes)).check('{}');
+      times.push(performance.now() - begin);
+    }
+    const packed = brotliCompressSync(bytes, { params: { [constants.BROTLI_PARAM_LGWIN]: 24 } }).length;
+    console.log(`weight ${bytes.length} bytes, brotli ${packed}; ready ${middle(times)} ms, at most ${most(times)} ms`);
+    expect(packed).toBeGreaterThan(0);
+  });
+
+  test('an edit of a million points', async () => {
+    const core = await loadCore();
+    let begin = performance.now();
+    const scene = core.openPoints(axis(1000000, 200), axis(1000000, 200), axis(1000000, 6));
+    console.log(`a million points opened in ${(performance.now() - begin).toFixed(0)} ms`);
+    begin = performance.now();
+    core.count(scene.id, document(0));
+    console.log(`counted whole in ${(performance.now() - begin).toFixed(1)} ms`);
+    for (const verdicts of [false, true]) {
+      const times: number[] = [];
+      let tiles = '';
+      for (let i = 1; i <= 60; ++i) {
+        begin = performance.now();
+        const { counts } = core.count(scene.id, document(0.05 * i), { verdicts });
+        times.push(performance.now() - begin);
+        tiles = counts!.tiles.join(' of ');
+      }
+      console.log(`edit ${verdicts ? 'with verdicts' : 'to counts'}: ${middle(times)} ms, at most ${most(times)} ms (${tiles} tiles)`);
+    }
+    const times: number[] = [];
+    for (let i = 0; i < 30; ++i) {
+      begin = performance.now();
+      core.check(document(0.05 * i));
+      times.push(performance.now() - begin);
+    }
+    console.log(`of that the check of the document: ${middle(times)} ms`);
+  });
+
+  test('what if, over a thousand frames', async () => {
+    const core = await loadCore();
+    const size = 28800;
+    const bytes = new Uint8Array(16 * size);
+    const view = new DataView(bytes.buffer);
+    for (let i = 0; i < size; ++i) {
+      [200, 200, 6, 1].forEach((scale, k) => view.setFloat32(16 * i + 4 * k, scale * (random() - 0.5), true));
+    }
+    const clouds = Array.from({ length: 1000 }, (_, i) => ({ name: `f${i}.bin`, bytes }));
+    const recording = core.openRecording({ clouds }, { columns: 'xyzi' });
+    for (const [what, text] of [
+      ['read', document(0)], ['zone changed', document(1)], ['sensitivity changed', document(1).replace('"sensitivity":10', '"sensitivity":20')],
+    ] as const) {
+      const begin = performance.now();
+      const session = runAll(core, recording.id, text);
+      console.log(`${what}: ${(performance.now() - begin).toFixed(0)} ms for ${session.moments} frames, ${session.counted} counted`);
+    }
+    console.log(`memory ${(core.version().memory / 2 ** 20).toFixed(0)} MiB`);
+    expect(readFileSync(`${ROOT}README.md`).length).toBeGreaterThan(0);
+  });
+});
