@@ -1,6 +1,7 @@
 // The page: bar, tools, views, panels, time line.
 
 import { dropped } from './app/files';
+import { part } from './app/part';
 import { set, type State, type Tab } from './app/state';
 import { usePage } from './app/useState';
 import { Bar } from './panels/Bar';
@@ -11,12 +12,21 @@ import { Help } from './panels/Help';
 import { Lamps } from './panels/Lamps';
 import { TextPanel } from './panels/TextPanel';
 import { Timeline } from './panels/Timeline';
-import { Tools } from './panels/Tools';
+import { HINTS, Tools } from './panels/Tools';
 import { Zones } from './panels/Zones';
 import { PlanView } from './scene/PlanView';
 import { SideView } from './scene/SideView';
 import { SolidView } from './scene/SolidView';
 import { useDark } from './scene/useSize';
+
+const BarPart = part(['history', 'live', 'fileName', 'savedText', 'showBefore', 'before'], Bar);
+const ToolsPart = part(
+  ['tool', 'selection', 'target', 'doc', 'sketch', 'snapToGrid', 'snapToShapes', 'colouring', 'view'],
+  Tools,
+);
+const SidePart = part(['doc', 'selection', 'scene', 'counts', 'colouring', 'locked', 'engine'], SideView);
+const LampsPart = part(['doc', 'activeField', 'session', 'moment', 'counts'], Lamps);
+const TimelinePart = part(['doc', 'session', 'moment', 'before', 'progress', 'isPlaying'], Timeline);
 
 const TABS: readonly { readonly tab: Tab; readonly name: (state: State) => string }[] = [
   { tab: 'zones', name: () => 'Zones' },
@@ -26,7 +36,7 @@ const TABS: readonly { readonly tab: Tab; readonly name: (state: State) => strin
   { tab: 'text', name: () => 'Text' },
 ];
 
-function Panel({ state }: { state: State }) {
+function Panels({ state }: { state: State }) {
   const { tab } = state;
   const walk = (event: KeyboardEvent): void => {
     const by = { ArrowRight: 1, ArrowLeft: -1 }[event.key];
@@ -70,6 +80,31 @@ function Panel({ state }: { state: State }) {
   );
 }
 
+const PanelPart = part(
+  [
+    'history',
+    'live',
+    'doc',
+    'fault',
+    'selection',
+    'vertex',
+    'hidden',
+    'locked',
+    'tab',
+    'engine',
+    'check',
+    'counts',
+    'session',
+    'before',
+    'moment',
+    'objects',
+    'activeField',
+    'explanation',
+    'explained',
+  ],
+  Panels,
+);
+
 function placeText({ pointer }: State): string {
   return pointer ? `x ${pointer.x.toFixed(2)} m, y ${pointer.y.toFixed(2)} m` : '';
 }
@@ -92,20 +127,21 @@ export function App() {
         if (event.dataTransfer) void dropped(event.dataTransfer);
       }}
     >
-      <Bar state={state} />
-      <Tools state={state} />
+      <BarPart state={state} isDark={isDark} />
+      <ToolsPart state={state} isDark={isDark} />
       <main class="work">
+        {HINTS[state.tool] ? <p class="toolhint">{HINTS[state.tool]}</p> : null}
         {state.view === 'plan' ? (
           <PlanView state={state} isDark={isDark} />
         ) : (
           <SolidView state={state} isDark={isDark} />
         )}
-        <SideView state={state} isDark={isDark} />
+        <SidePart state={state} isDark={isDark} />
       </main>
-      <Panel state={state} />
+      <PanelPart state={state} isDark={isDark} />
       <footer class="foot">
-        <Lamps state={state} />
-        <Timeline state={state} />
+        <LampsPart state={state} isDark={isDark} />
+        <TimelinePart state={state} isDark={isDark} />
         <div class="status">
           <span class="scenetext">{sceneText(state)}</span>
           {state.scene ? (

@@ -83,7 +83,7 @@ export function Bar({ state }: { state: State }) {
           checked={showBefore}
           onChange={(event) => set({ showBefore: event.currentTarget.checked })}
         />{' '}
-        show {before.label}, dashed
+        dashed: {before.label}
       </label>
       <span class="gap" />
       <button type="button" onClick={() => set({ showHelp: true })} title="Keys (?)">

@@ -31,7 +31,7 @@ export function Events({ state }: { state: State }) {
         only what differs
       </label>
       {session.warnings.map((warning, i) => (
-        <p key={i} class="note wrong">
+        <p key={i} class="note doubtful">
           {warning}
         </p>
       ))}

@@ -1,7 +1,7 @@
 // What the engine finds wrong or doubtful; each leads to its place.
 
 import type { Finding } from '../../engine/types';
-import { set, type State, textOf } from '../app/state';
+import { get, set, type State, textOf } from '../app/state';
 import { ringOf } from '../edit/geometry';
 import { itemAt } from '../edit/model';
 import { boundsOf } from '../edit/moves';
@@ -17,7 +17,7 @@ export function jumpTo(state: State, finding: Finding): void {
       selection: [item.id],
       vertex: -1,
       view: 'plan',
-      camera: { ...state.camera, x: (low.x + high.x) / 2, y: (low.y + high.y) / 2 },
+      camera: { ...get().camera, x: (low.x + high.x) / 2, y: (low.y + high.y) / 2 },
     });
     return;
   }

@@ -191,6 +191,9 @@ function Playing({ session, state }: { session: Session; state: State }) {
       <div
         class="tracks"
         ref={holder}
+        tabindex={0}
+        role="group"
+        aria-label="Time line"
         onPointerDown={(event) => {
           (event.currentTarget as Element).setPointerCapture(event.pointerId);
           at(event);

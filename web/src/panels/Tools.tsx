@@ -100,7 +100,8 @@ function TargetChoice({ state }: { state: State }) {
   );
 }
 
-const HINTS: Readonly<Record<Tool, string>> = {
+/** What to do with the tool in hand. */
+export const HINTS: Readonly<Record<Tool, string>> = {
   select: '',
   polygon: 'Click the corners. Enter, a double click or the first corner closes.',
   rectangle: 'Click or drag from corner to corner. It is turned afterwards.',
@@ -157,7 +158,6 @@ export function Tools({ state }: { state: State }) {
         <PlaceEntry state={state} />
       )}
       {isDrawing ? <TargetChoice state={state} /> : null}
-      {HINTS[tool] ? <span class="hint">{HINTS[tool]}</span> : null}
       <span class="gap" />
       <label class="check">
         <input

@@ -111,6 +111,7 @@ export function PlanView({ state, isDark }: { state: State; isDark: boolean }) {
         colouring={colouring}
         isDark={isDark}
         size={size}
+        look={camera}
         matrixOf={(of) => planMatrix(camera, size, of.origin)}
       />
       <svg

@@ -14,6 +14,8 @@ interface Props {
   readonly colouring: Colouring;
   readonly isDark: boolean;
   readonly size: Size;
+  /** Where the camera is: points are drawn again when this is another value. */
+  readonly look: unknown;
   readonly matrixOf: (scene: Scene) => Matrix;
 }
 
@@ -31,7 +33,7 @@ function painterOf(canvas: HTMLCanvasElement): PointPainter {
   return rasterPainter(plain);
 }
 
-export function PointCanvas({ scene, counts, colouring, isDark, size, matrixOf }: Props) {
+export function PointCanvas({ scene, counts, colouring, isDark, size, look, matrixOf }: Props) {
   const holder = useRef<HTMLDivElement>(null);
   const painter = useRef<PointPainter | null>(null);
   useEffect(() => {
@@ -53,6 +55,6 @@ export function PointCanvas({ scene, counts, colouring, isDark, size, matrixOf }
     };
     const matrix = scene ? matrixOf(scene) : new Float64Array(16);
     painter.current?.draw(device, matrix, scene?.positions ?? NO_POINTS, colours, Math.max(2, Math.round(2 * ratio)));
-  });
+  }, [scene, colours, size.width, size.height, look]);
   return <div ref={holder} class="pointholder" aria-hidden="true" />;
 }

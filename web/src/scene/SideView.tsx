@@ -128,6 +128,7 @@ export function SideView({ state, isDark }: { state: State; isDark: boolean }) {
           colouring={state.colouring}
           isDark={isDark}
           size={size}
+          look={`${range.low} ${range.high}`}
           matrixOf={() => sideMatrix(state, range)}
         />
       ) : null}

@@ -131,6 +131,7 @@ export function SolidView({ state, isDark }: { state: State; isDark: boolean }) 
         colouring={state.colouring}
         isDark={isDark}
         size={size}
+        look={orbit}
         matrixOf={(scene) => orbitMatrix(orbit, size, scene.origin)}
       />
       <svg

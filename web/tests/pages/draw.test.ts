@@ -11,7 +11,7 @@ beforeAll(async () => {
 afterAll(() => place.close());
 beforeEach(async () => {
   person = await Person.at(place);
-  await person.page.waitForSelector('.area');
+  await person.ready();
 });
 afterEach(() => person.leave());
 
@@ -34,7 +34,7 @@ describe('drawing', () => {
     for (const p of [
       { x: 20, y: 14 },
       { x: 24, y: 14 },
-      { x: 24, y: 18 },
+      { x: 24, y: 16 },
     ])
       await person.click(p);
     await person.press('Enter');
@@ -49,7 +49,7 @@ describe('drawing', () => {
         points: [
           { x: 20, y: 14 },
           { x: 24, y: 14 },
-          { x: 24, y: 18 },
+          { x: 24, y: 16 },
         ],
       },
     });
@@ -61,7 +61,7 @@ describe('drawing', () => {
     await person.press('p');
     await person.click({ x: 20, y: 14 });
     await person.click({ x: 24, y: 14 });
-    await person.click({ x: 24, y: 18 }, { clickCount: 2 });
+    await person.click({ x: 24, y: 16 }, { clickCount: 2 });
     expect((await doc()).fields[1]!.zones[2]!.shape).toMatchObject({ points: [{ x: 20 }, { x: 24 }, { x: 24 }] });
     await person.press('p');
     await person.page.getByLabel('Draw into').selectOption('exclusion');
@@ -106,7 +106,7 @@ describe('drawing', () => {
 
   test('a sector sits at the origin, from the first bearing counterclockwise to the second', async () => {
     await person.press('s');
-    expect(await person.page.locator('.tools .hint').textContent()).toContain('A sector sits at the origin');
+    expect(await person.page.locator('.toolhint').textContent()).toContain('A sector sits at the origin');
     await person.click({ x: 4, y: 0.5 }, { modifiers: ['Alt'] });
     await person.click({ x: 0.5, y: 4 }, { modifiers: ['Alt'] });
     const shape = (await doc()).fields[1]!.zones[2]!.shape as { minAngle: number; maxAngle: number; radius: number };
