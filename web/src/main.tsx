@@ -61,6 +61,10 @@ async function start(): Promise<void> {
   followDocument();
   const engine = await openEngine();
   set({ engine, engineVersion: `engine ${(await engine.version()).version}` });
+  // The command's page has another address each time: there is nothing to keep for later.
+  if (!host && 'serviceWorker' in navigator && import.meta.env.PROD) {
+    navigator.serviceWorker.register(new URL('sw.js', document.baseURI)).catch(() => undefined);
+  }
   if (host && (host.frames.length > 0 || host.tracks)) {
     const names = [...host.frames, ...(host.tracks ? [host.tracks] : [])].map((source) => source.name);
     await openSources(
@@ -78,5 +82,3 @@ async function start(): Promise<void> {
 render(<App />, document.getElementById('page')!);
 obeyKeys();
 start().catch(sayError);
-if ('serviceWorker' in navigator && import.meta.env.PROD)
-  navigator.serviceWorker.register(new URL('sw.js', document.baseURI)).catch(() => undefined);

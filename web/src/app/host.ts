@@ -27,7 +27,9 @@ export interface Host {
 }
 
 // The server's links begin with its token; another host has no session to ask for.
-const IS_SERVED = /^\/[0-9a-f]{32}\//.test(location.pathname) && location.hostname === '127.0.0.1';
+function isServed(): boolean {
+  return /^\/[0-9a-f]{32}\//.test(location.pathname) && location.hostname === '127.0.0.1';
+}
 
 let open: { readonly link: URL; readonly name: string; version: string } | null = null;
 
@@ -41,7 +43,7 @@ function sourceOf({ name, link, size }: Named): Source {
 
 /** Null: the page does not come from `zone-detector studio`. */
 export async function hostOfPage(): Promise<Host | null> {
-  if (!IS_SERVED) return null;
+  if (!isServed()) return null;
   const answer = await fetch(linkTo('session.json'));
   if (!answer.ok) throw new Error('The files that were named cannot be asked for.');
   const session = (await answer.json()) as HostSession;
