@@ -1,10 +1,7 @@
 #include "PlotCommand.h"
 
-#include <cmath>
-#include <cstdint>
 #include <filesystem>
 #include <memory>
-#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -16,28 +13,11 @@
 #include "Input.h"
 #include "drawing/SitePlan.h"
 #include "files/AtomicFile.h"
+#include "session/ScanDots.h"
 #include "text/LowerCase.h"
 
 namespace orvantis::app {
 namespace {
-
-using filter::detection::Point;
-
-// Adds a dot for each finite point. The masks tell which points count in a zone.
-void addCloud(const std::string& path, const filter::detection::ZoneDetector& detector, PlanContent& plan) {
-  constexpr std::uint64_t fieldZones = (std::uint64_t{1} << 24U) - 1;
-  const Cloud cloud = readCloud(path);
-  std::vector<std::uint64_t> masks(cloud.size());
-  const filter::classify::PointClassifier classifier(detector);
-  std::visit([&](const auto& view) { classifier.classify(view, masks.data()); }, viewOf(cloud));
-  for (std::size_t i = 0; i < cloud.size(); ++i) {
-    const auto& [x, y, z] = cloud[i];
-    if (std::isfinite(x) && std::isfinite(y) && std::isfinite(z)) {
-      const bool isCounted = masks[i] <= fieldZones && masks[i] != 0;
-      plan.dots.push_back({Point(x, y), isCounted, z});
-    }
-  }
-}
 
 // A picture must not overwrite a file that it is drawn from, also not by another name of that file.
 void checkOutput(const PlotOptions& options) {
@@ -67,7 +47,7 @@ int plot(const PlotOptions& options, const Console& console) {
   PlanContent plan = planOf(configuration);
   plan.title = std::filesystem::path(options.document).filename().string();
   if (!options.cloud.empty()) {
-    addCloud(options.cloud, configuration.detector, plan);
+    addScan(configuration.detector, viewOf(readCloud(options.cloud)), plan);
     plan.title += " over " + std::filesystem::path(options.cloud).filename().string();
   }
   plan.extent = options.extent;

@@ -113,6 +113,7 @@ std::optional<Moment> TimeLine::next() {
   }
   if (trackFrame_ && trackFrame_->stamp == moment.stamp) {
     moment.objects = std::move(trackFrame_->objects);
+    moment.boxes = std::move(trackFrame_->boxes);
     trackFrame_.reset();
   }
   return moment;

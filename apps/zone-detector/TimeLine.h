@@ -23,6 +23,7 @@ struct Moment {
   filter::monitor::Stamp stamp{0};
   std::optional<InputFrame> frame;  ///< valid until the next moment
   std::optional<std::vector<filter::monitor::TrackedObject>> objects;
+  std::vector<toolkit::TrackBox> boxes;  ///< of the objects
 
   const std::vector<filter::monitor::TrackedObject>* objectsOrNull() const {
     return objects ? &*objects : nullptr;

@@ -12,29 +12,20 @@ namespace {
 
 using core::State;
 using filter::monitor::Stamp;
-using filter::monitor::TrackedObject;
 
 constexpr std::string_view csvHeader = "stamp,id,class,x,y,length,width,heading,zmin,zmax";
 
-// The box of an object as its row says, in the frame of the sensor.
-struct Box {
-  double x;
-  double y;
-  double length;
-  double width;
-  double heading;
-  double zMin;
-  double zMax;
-};
-
-TrackedObject objectOf(std::int32_t id, const Box& box, std::string_view className, const Pose& pose) {
-  const double middle = 0.5 * box.zMin + 0.5 * box.zMax;
-  const auto [x, y, z] = pose(box.x, box.y, middle);
-  return {id, State(x, y, box.length, box.width, pose.heading(box.heading)), box.zMin + (z - middle),
-          box.zMax + (z - middle), std::string(className)};
-}
-
 }  // namespace
+
+TrackReader::TrackObject TrackReader::objectOf(std::int32_t id, const TrackBox& box, double zMin, double zMax,
+                                               std::string_view className) const {
+  const double middle = 0.5 * zMin + 0.5 * zMax;
+  const auto [x, y, z] = pose_(box.x, box.y, middle);
+  const TrackBox placed = {x, y, box.length, box.width, pose_.heading(box.heading)};
+  return {{id, State(x, y, placed.length, placed.width, placed.heading), zMin + (z - middle),
+           zMax + (z - middle), std::string(className)},
+          placed};
+}
 
 TrackReader::TrackReader(std::unique_ptr<std::istream> in, const std::string& path, TracksFormat format,
                          const Pose& pose)
@@ -91,7 +82,7 @@ TrackReader::Row TrackReader::csvRow() const {
   if (zMin > zMax) {
     rows_.refuse(f[9], "zmax is below zmin");
   }
-  return {stamp, objectOf(id, {x, y, length, width, heading, zMin, zMax}, f[2].text, pose_), f[1]};
+  return {stamp, objectOf(id, {x, y, length, width, heading}, zMin, zMax, f[2].text), f[1]};
 }
 
 TrackReader::Row TrackReader::kittiRow() const {
@@ -123,23 +114,23 @@ TrackReader::Row TrackReader::kittiRow() const {
   const double forward = rows_.number(f[15], "z");
   const double rotation = rows_.number(f[16], "rotation_y");
   const double heading = -rotation - std::numbers::pi / 2.0;
-  return {stamp,
-          objectOf(id, {forward, -right, length, width, heading, -down, height - down}, f[2].text, pose_),
+  return {stamp, objectOf(id, {forward, -right, length, width, heading}, -down, height - down, f[2].text),
           f[1]};
 }
 
 void TrackReader::append(Row row) {
   if (!frame_) {
-    frame_ = TrackFrame{row.stamp, {}};
+    frame_ = TrackFrame{row.stamp, {}, {}};
   }
   if (!row.object) {
     return;
   }
-  const std::int32_t id = row.object->id;
+  const std::int32_t id = row.object->object.id;
   if (id >= 0 && !ids_.insert(id).second) {
     rows_.refuse(row.id, "track " + std::to_string(id) + " is there twice at " + toText(row.stamp) + " s");
   }
-  frame_->objects.push_back(std::move(*row.object));
+  frame_->objects.push_back(std::move(row.object->object));
+  frame_->boxes.push_back(row.object->box);
 }
 
 }  // namespace orvantis::toolkit

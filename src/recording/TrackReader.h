@@ -6,6 +6,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <filter/monitor/Stamp.h>
@@ -21,10 +22,21 @@ enum class TracksFormat {
   Kitti,  ///< KITTI tracking labels, whose camera axes are turned to the plan
 };
 
+/// The box that a row gives an object, in the frame of the site. The footprint is made of it; its vertices do
+/// not tell it exactly.
+struct TrackBox {
+  double x = 0.0;
+  double y = 0.0;
+  double length = 0.0;
+  double width = 0.0;
+  double heading = 0.0;
+};
+
 /// The objects that a tracker reported for one stamp.
 struct TrackFrame {
   filter::monitor::Stamp stamp{0};
   std::vector<filter::monitor::TrackedObject> objects;
+  std::vector<TrackBox> boxes;  ///< of the objects, in the same order
 };
 
 /// Reads tracked objects from text, frame by frame, and keeps only one frame in memory. docs/command.md
@@ -44,13 +56,18 @@ class TrackReader {
   std::optional<TrackFrame> next();
 
  private:
+  struct TrackObject {
+    filter::monitor::TrackedObject object;
+    TrackBox box;
+  };
   struct Row {
     filter::monitor::Stamp stamp{0};
-    std::optional<filter::monitor::TrackedObject>
-        object;  // empty when the row says only that there was a frame
-    Field id;    // in the line that was read last
+    std::optional<TrackObject> object;  // empty when the row says only that there was a frame
+    Field id;                           // in the line that was read last
   };
 
+  TrackObject objectOf(std::int32_t id, const TrackBox& box, double zMin, double zMax,
+                       std::string_view className) const;
   std::optional<Row> readRow();
   Row csvRow() const;
   Row kittiRow() const;

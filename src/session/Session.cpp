@@ -1,6 +1,8 @@
 #include "session/Session.h"
 
+#include <algorithm>
 #include <chrono>
+#include <utility>
 
 #include "session/SensorZones.h"
 
@@ -15,13 +17,27 @@ filter::monitor::LineCounterOptions lineOptions(const SessionOptions& options) {
   return lines;
 }
 
+using Lines = std::map<std::string, filter::detection::CounterLine>;
+
+bool sameLines(const Lines& a, const Lines& b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& p, const auto& q) {
+    const auto& first = p.second.getPoints();
+    const auto& second = q.second.getPoints();
+    return p.first == q.first &&
+           std::equal(first.begin(), first.end(), second.begin(), second.end(),
+                      [](const auto& v, const auto& w) { return v.x() == w.x() && v.y() == w.y(); });
+  });
+}
+
 }  // namespace
 
 Session::Session(const Configuration& configuration, const SessionOptions& options)
     : zones_(configuration.detector),
       sensorZones_(options.followsSensorZones ? monitorOfSensorZones(configuration) : std::nullopt),
       objects_(configuration.detector, options.forgetAfter),
-      lines_(configuration.lines, lineOptions(options)) {
+      lines_(configuration.lines, lineOptions(options)),
+      lineOptions_(lineOptions(options)),
+      counterLines_(configuration.lines) {
   if (sensorZones_) {
     for (const auto& zone : configuration.sensorZones) {
       sensorZoneNames_.push_back(zone->getName());
@@ -92,6 +108,26 @@ SessionFrame Session::takeWith(filter::monitor::Stamp stamp, Update update, std:
     frame.events.insert(frame.events.end(), crossings.begin(), crossings.end());
   }
   return frame;
+}
+
+std::vector<Event> Session::reconfigure(const Configuration& configuration) {
+  Session next = *this;
+  std::vector<Event> events;
+  const auto append = [&events](const auto& lost) { events.insert(events.end(), lost.begin(), lost.end()); };
+  append(next.zones_.reconfigure(configuration.detector));
+  if (sensorZones_) {
+    const SessionOptions options{lineOptions_, lineOptions_.forgetAfter, std::nullopt, true};
+    Session fresh(configuration, options);
+    next.sensorZones_ = std::move(fresh.sensorZones_);
+    next.sensorZoneNames_ = std::move(fresh.sensorZoneNames_);
+  }
+  append(next.objects_.reconfigure(configuration.detector));
+  if (!sameLines(counterLines_, configuration.lines)) {
+    next.lines_ = filter::monitor::LineCounter(configuration.lines, lineOptions_);
+    next.counterLines_ = configuration.lines;
+  }
+  *this = std::move(next);
+  return events;
 }
 
 std::vector<filter::monitor::ZoneExplanation> Session::explainZones(const Points& points) const {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <variant>
@@ -70,6 +71,16 @@ class Session {
   SessionFrame take(filter::monitor::Stamp stamp, const CountedPoints& points,
                     const std::vector<filter::monitor::TrackedObject>* objects);
 
+  /// Goes on with another document. A zone that is the same keeps its state, as ZoneMonitor and ObjectMonitor
+  /// have it; where any counter line changed, all lines begin anew.
+  /// @return what loses its state, at the last stamp
+  /// @throws as the constructor; nothing is changed then
+  std::vector<Event> reconfigure(const Configuration& configuration);
+  /// The field that drives the outputs, from the next frame on.
+  /// @throws std::out_of_range unless 0 to 7; nothing is changed then
+  void setActiveField(int field) { zones_.setActiveField(field); }
+  int activeField() const { return zones_.activeField(); }
+
   /// Explains the last points. @param points those that the last `take` with points was given
   std::vector<filter::monitor::ZoneExplanation> explainZones(const Points& points) const;
   /// The names of the zones that are bound to sensors; empty when they are not followed.
@@ -88,6 +99,8 @@ class Session {
   std::vector<std::string> sensorZoneNames_;
   filter::monitor::ObjectMonitor objects_;
   filter::monitor::LineCounter lines_;
+  filter::monitor::LineCounterOptions lineOptions_;
+  std::map<std::string, filter::detection::CounterLine> counterLines_;
   std::optional<OutputEvent> lastOutputs_;
 };
 

@@ -29,6 +29,15 @@ SessionPlot::SessionPlot(const Configuration& configuration, const SessionInputs
   }
 }
 
+void SessionPlot::setInputs(const SessionInputs& inputs) {
+  plan_.timeline->hasPoints = inputs.points;
+  plan_.timeline->hasObjects = inputs.objects;
+  if (!inputs.objects) {
+    plan_.timeline->lines.clear();
+    lineRows_.clear();
+  }
+}
+
 void SessionPlot::extend(std::vector<TimelineContent::Interval>& intervals, bool wasOn, bool isOn,
                          double time) {
   if (wasOn) {

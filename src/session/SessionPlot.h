@@ -22,6 +22,9 @@ class SessionPlot {
   SessionPlot(const Configuration& configuration, const SessionInputs& inputs,
               filter::monitor::Duration forgetAfter = filter::monitor::ObjectMonitor::DEFAULT_FORGET_AFTER);
 
+  /// For a session whose inputs are known only at its end; before `draw`.
+  void setInputs(const SessionInputs& inputs);
+
   /// @param objects those that the session took; null when there was no frame of objects
   void add(const SessionFrame& frame, const std::vector<filter::monitor::TrackedObject>* objects);
 

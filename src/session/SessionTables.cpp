@@ -64,7 +64,7 @@ std::string SessionTables::frameRow(const SessionFrame& frame, const std::string
     const bool isLow = frame.points && frame.points->outputs[i] == PointFrame::Level::LOW;
     cells.emplace_back(!frame.points ? "" : isLow ? "low" : "high");
   }
-  cells.push_back(toFixed(1000.0 * toSeconds(frame.taken), 3));
+  cells.push_back(tellsTimings_ ? toFixed(1000.0 * toSeconds(frame.taken), 3) : "");
   for (const FieldZone& zone : zones_) {
     const std::size_t slot = zoneSlotIndex(zone.field, zone.zone);
     cells.push_back(frame.points ? std::to_string(frame.points->counts[slot]) : "");

@@ -17,6 +17,9 @@ class SessionTables {
   explicit SessionTables(std::vector<FieldZone> zones, std::size_t numSensorZones = 0)
       : zones_(std::move(zones)), numSensorZones_(numSensorZones) {}
 
+  /// Leaves the cell of the time that a frame took empty, so that the same recording gives the same bytes.
+  void leaveOutTimings() { tellsTimings_ = false; }
+
   // The header row, and the rows of a frame, each with its line end.
 
   std::string eventHeader() const;
@@ -34,6 +37,7 @@ class SessionTables {
  private:
   std::vector<FieldZone> zones_;
   std::size_t numSensorZones_;
+  bool tellsTimings_ = true;
 };
 
 }  // namespace orvantis::toolkit

@@ -3,6 +3,7 @@
 #include <fstream>
 #include <memory>
 #include <numbers>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -207,6 +208,31 @@ TEST(TrackReader, KittiRowsWithoutObjectAreAFrameAllTheSame) {
   ASSERT_EQ(frames.size(), 2U);
   EXPECT_TRUE(frames[0].objects.empty());
   EXPECT_EQ(frames[1].objects.size(), 2U);
+}
+
+TEST(TrackReader, TheBoxOfAnObjectIsExactlyTheOneItsFootprintIsMadeOf) {
+  const Pose pose(1.0, 2.0, 0.5, 3.0, 4.0, 33.0);
+  const std::string kitti = "0 7 Car 0 0 0 0 0 0 0 1.5 1.7 4.1 2.5 1.25 9.1 0.3\n";
+  for (const auto& [text, format] :
+       {std::pair(header + "0,7,car,0.1,0.2,4.1,1.7,0.3,0,1.5\n0,8,,9.7,8.3,0.7,0.6,-2.9,0,1.5\n",
+                  TracksFormat::Csv),
+        std::pair(kitti, TracksFormat::Kitti)}) {
+    TrackReader reader(std::make_unique<std::istringstream>(text), "tracks", format, pose);
+    const TrackFrame frame = reader.next().value();
+    ASSERT_FALSE(frame.objects.empty());
+    ASSERT_EQ(frame.boxes.size(), frame.objects.size());
+    for (std::size_t i = 0; i < frame.boxes.size(); ++i) {
+      const TrackBox& box = frame.boxes[i];
+      const core::State made(box.x, box.y, box.length, box.width, box.heading);
+      const auto& expected = frame.objects[i].footprint.polygon().outer();
+      ASSERT_EQ(made.polygon().outer().size(), expected.size());
+      for (std::size_t k = 0; k < expected.size(); ++k) {
+        EXPECT_EQ(made.polygon().outer()[k].x(), expected[k].x());
+        EXPECT_EQ(made.polygon().outer()[k].y(), expected[k].y());
+      }
+      EXPECT_EQ(made.centre()->x(), frame.objects[i].footprint.centre()->x());
+    }
+  }
 }
 
 }  // namespace

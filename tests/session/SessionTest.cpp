@@ -1,5 +1,6 @@
 #include <chrono>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <variant>
 #include <vector>
@@ -9,7 +10,9 @@
 #include "document/Check.h"
 #include "session/EventText.h"
 #include "session/Session.h"
+#include "session/SessionPlot.h"
 #include "session/SessionSummary.h"
+#include "session/SessionTables.h"
 
 namespace orvantis::toolkit {
 namespace {
@@ -149,6 +152,91 @@ TEST(Events, ATrackWithoutClassIsCalledATrack) {
   const filter::monitor::ObjectEvent event{
       filter::monitor::ObjectEvent::Kind::Entered, {0, 1, "f", "z"}, 5, "", Stamp(0), Duration(0)};
   EXPECT_EQ(toLine(Stamp(0), event), R"(     0.000 s  track 5 entered zone 0/1 "z")");
+}
+
+// The same site with other text in place of some.
+Configuration changed(const std::string& from, const std::string& to) {
+  std::string text = site;
+  text.replace(text.find(from), from.size(), to);
+  return check(text).configuration.value();
+}
+
+Lines linesOf(Stamp stamp, const std::vector<Event>& events) {
+  SessionFrame frame;
+  frame.stamp = stamp;
+  frame.events = events;
+  return linesOf(frame);
+}
+
+TEST(Session, ReconfiguringKeepsWhatIsTheSameAndTellsWhatIsLost) {
+  Session session(check(site).configuration.value());
+  const std::vector<float> inside = {0.5F, 0.5F, 1.0F};
+  const Points point = filter::classify::PointsView<float>::interleaved(inside.data(), 12, 1);
+  const std::vector<TrackedObject> seen = {person(7, 5.0, 8.0)};
+  session.take(1s, point, &seen);
+  EXPECT_TRUE(session.reconfigure(changed("Yard", "Court")).empty());
+  EXPECT_EQ(linesOf(1s, session.reconfigure(changed(R"({"x":10,"y":10})", R"({"x":9,"y":9})"))),
+            (Lines{R"(     1.000 s  zone 0/0 "Box" cleared, since 1.000 s)",
+                   R"(     1.000 s  person 7 lost in zone 0/0 "Box" after 0.000 s, last seen at 1.000 s)"}));
+  const SessionFrame frame = session.take(2s, point, &seen);
+  EXPECT_TRUE(frame.points->isOccupied[0]);
+  EXPECT_EQ(frame.objects->inside[0], 1U);
+}
+
+TEST(Session, ReconfiguringKeepsTheTalliesOnlyWhereNoLineChanged) {
+  Session session(check(site).configuration.value());
+  const std::vector<TrackedObject> above = {person(7, 5.0, 8.0)};
+  const std::vector<TrackedObject> below = {person(7, 5.0, 2.0)};
+  session.take(1s, std::nullopt, &above);
+  session.reconfigure(changed("Yard", "Court"));
+  session.take(2s, std::nullopt, &below);
+  EXPECT_EQ(session.lines().tallies().at(0).crossings.toRight, 1U);
+  session.reconfigure(changed(R"({"x":10,"y":5})", R"({"x":9,"y":5})"));
+  EXPECT_EQ(session.lines().tallies().at(0).crossings.toRight, 0U);
+  session.reconfigure(changed(R"("Door")", R"("Gate")"));
+  EXPECT_EQ(session.lines().tallies().at(0).line, "Gate");
+}
+
+TEST(Session, ReconfiguringWithWhatIsRefusedChangesNothing) {
+  Session session(check(site).configuration.value());
+  const std::vector<TrackedObject> seen = {person(7, 5.0, 8.0)};
+  session.take(1s, noPoints, &seen);
+  Configuration wrong = changed("Yard", "Court");
+  wrong.detector.setEvaluationFieldIndex(8);
+  EXPECT_THROW(session.reconfigure(wrong), std::out_of_range);
+  EXPECT_EQ(session.objects().occupants(0, 0).size(), 1U);
+  session.setActiveField(3);
+  EXPECT_EQ(session.activeField(), 3);
+  EXPECT_THROW(session.setActiveField(8), std::out_of_range);
+  EXPECT_EQ(session.take(2s, noPoints, nullptr).points->activeField, 3);
+}
+
+TEST(SessionTables, TimingsCanBeLeftOut) {
+  const Configuration configuration = check(site).configuration.value();
+  Session session(configuration);
+  SessionFrame frame = session.take(1s, noPoints, nullptr);
+  frame.taken = Duration(1500000);
+  SessionTables tables(zonesOf(configuration.detector));
+  const std::string told = tables.frameRow(frame, "a.pcd");
+  EXPECT_NE(told.find(",1.500,"), std::string::npos) << told;
+  tables.leaveOutTimings();
+  std::string expected = told;
+  expected.erase(expected.find("1.500"), 5);
+  EXPECT_EQ(tables.frameRow(frame, "a.pcd"), expected);
+}
+
+TEST(SessionPlot, WhatASessionHadNoInputForIsLeftOutAtItsEnd) {
+  const Configuration configuration = check(site).configuration.value();
+  const auto drawn = [&configuration](const SessionInputs& before, const SessionInputs& after) {
+    Session session(configuration);
+    SessionPlot plot(configuration, before);
+    plot.add(session.take(1s, noPoints, nullptr), nullptr);
+    plot.setInputs(after);
+    return plot.draw("plan");
+  };
+  const SessionInputs points{true, false};
+  EXPECT_EQ(drawn({true, true}, points), drawn(points, points));
+  EXPECT_NE(drawn({true, true}, {true, true}), drawn(points, points));
 }
 
 }  // namespace
