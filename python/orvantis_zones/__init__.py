@@ -12,14 +12,21 @@ from . import _core, _shapes
 from ._core import (Classifier, CounterLine, Field, MAX_EXCLUSION_ZONES, MAX_FIELDS, Polygon, Rectangle, Sector,
                     SensorZone, Zone, ZONES_PER_FIELD, __version__)
 from ._document import DocumentError, Error, Finding, Report, load, loads, validate, validates
+from ._events import CrossingEvent, Event, ObjectEvent, OutputEvent, SensorZoneEvent, ZoneEvent
+from ._objects import OBJECT_DTYPE, TrackedObject, objects_from_boxes
+from ._recording import Recording, RecordingError, Run, evaluate, read_points, read_tracks
 from ._results import Counts, exclusion_bit, zone_bit
-from ._site import CounterLines, ExclusionZones, FieldSlots, Site
+from ._session import CrossingExplanation, Frame, Session, ZoneExplanation
+from ._site import CounterLines, ExclusionZones, FieldSlots, SensorZones, Site
+from ._tables import Table
 
 __all__ = [
-    "Classifier", "CounterLine", "CounterLines", "Counts", "DocumentError", "Error", "ExclusionZones", "Field",
-    "FieldSlots", "Finding", "MAX_EXCLUSION_ZONES", "MAX_FIELDS", "Polygon", "Rectangle", "Report", "Sector",
-    "SensorZone", "Site", "Zone", "ZONES_PER_FIELD", "__version__", "exclusion_bit", "load", "loads", "validate",
-    "validates", "zone_bit",
+    "Classifier", "CounterLine", "CounterLines", "Counts", "CrossingEvent", "CrossingExplanation", "DocumentError",
+    "Error", "Event", "ExclusionZones", "Field", "FieldSlots", "Finding", "Frame", "MAX_EXCLUSION_ZONES", "MAX_FIELDS",
+    "OBJECT_DTYPE", "ObjectEvent", "OutputEvent", "Polygon", "Recording", "RecordingError", "Rectangle", "Report", "Run",
+    "Sector", "SensorZone", "SensorZoneEvent", "SensorZones", "Session", "Site", "Table", "TrackedObject", "Zone",
+    "ZoneEvent", "ZoneExplanation", "ZONES_PER_FIELD", "__version__", "evaluate", "exclusion_bit", "load", "loads",
+    "objects_from_boxes", "read_points", "read_tracks", "validate", "validates", "zone_bit",
 ]
 
 # Users meet them here, in messages, help and pickles.

@@ -4,7 +4,7 @@ from collections.abc import MutableMapping, MutableSequence, Sequence
 import numpy as np
 
 from . import _core
-from ._core import CounterLine, Field, Zone
+from ._core import CounterLine, Field, SensorZone, Zone
 from ._results import exclusion_bit, zone_bit
 
 
@@ -92,6 +92,46 @@ def _checked(zone):
     return zone
 
 
+class SensorZones(MutableSequence):
+    """The zones of a site that are bound to sensors, in order. They have no bits in masks."""
+
+    def __init__(self, site):
+        self._site = site
+
+    def _changed(self, change):
+        zones = self._site._sensor_zones()
+        change(zones)
+        self._site._set_sensor_zones(zones)
+
+    def __len__(self):
+        return len(self._site._sensor_zones())
+
+    def __getitem__(self, index):
+        return self._site._sensor_zones()[index]
+
+    def __setitem__(self, index, zone):
+        self._changed(lambda zones: zones.__setitem__(index, _bound(zone)))
+
+    def __delitem__(self, index):
+        self._changed(lambda zones: zones.__delitem__(index))
+
+    def insert(self, index, zone):
+        """Puts the zone before that number."""
+        self._changed(lambda zones: zones.insert(index, _bound(zone)))
+
+    def __eq__(self, other):
+        return isinstance(other, Sequence) and list(self) == list(other)
+
+    def __repr__(self):
+        return repr(list(self))
+
+
+def _bound(zone):
+    if not isinstance(zone, SensorZone):
+        raise TypeError(f"a {type(zone).__name__} was given; a sensor zone is a SensorZone")
+    return zone
+
+
 class CounterLines(MutableMapping):
     """The counter lines of a site by name. A line is stored under the key, which becomes its name.
 
@@ -176,6 +216,15 @@ class Site(_core.Site):
             raise
 
     @property
+    def sensor_zones(self):
+        """The zones that are bound to sensors: SensorZones."""
+        return SensorZones(self)
+
+    @sensor_zones.setter
+    def sensor_zones(self, zones):
+        self._set_sensor_zones([_bound(zone) for zone in zones])
+
+    @property
     def counter_lines(self):
         """The counter lines by name: CounterLines."""
         return CounterLines(self)
@@ -233,6 +282,14 @@ class Site(_core.Site):
     def classifier(self):
         """A frozen snapshot for loops and threads: Classifier."""
         return _core.Classifier(self)
+
+    def to_svg(self, points=None, title=""):
+        """The picture of `zone-detector plot`, over a scan if points are given: text.
+
+        Its ids are those of no other picture, so several fit into one page. Raises ValueError when the coordinates are
+        too far apart to draw.
+        """
+        return _core.to_svg(self, points, title)
 
     def copy(self):
         """A site of its own with zones of its own; copy.copy(site) shares the zones."""

@@ -15,5 +15,9 @@ void bindLines(py::module_& module);
 void bindSite(py::module_& module);
 void bindDocument(py::module_& module);
 void bindClassify(py::module_& module);
+void bindSession(py::module_& module);
+void bindFrames(py::module_& module);
+void bindEvaluation(py::module_& module);
+void bindDrawing(py::module_& module);
 
 }  // namespace orvantis::python

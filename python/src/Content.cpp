@@ -64,7 +64,9 @@ ZonePointer clone(const ZonePointer& zone) {
   if (!zone) {
     return nullptr;
   }
-  auto copy = std::make_shared<Zone3dBase>(*zone);
+  const auto* bound = dynamic_cast<const Zone3dTarsel*>(zone.get());
+  ZonePointer copy =
+      bound != nullptr ? std::make_shared<Zone3dTarsel>(*bound) : std::make_shared<Zone3dBase>(*zone);
   if (const auto shape = zone->getZone2d()) {
     copy->setZone2d(std::const_pointer_cast<Zone>(exactCopy(*shape)));
   }
@@ -175,9 +177,12 @@ bool sameContent(const toolkit::Configuration& a, const toolkit::Configuration& 
                     [](const auto& f, const auto& g) { return sameField(f.get(), g.get()); }) &&
          std::equal(zones.begin(), zones.end(), others.begin(), others.end(),
                     [](const auto& f, const auto& g) { return sameZone(f.get(), g.get()); }) &&
-         std::equal(
-             a.lines.begin(), a.lines.end(), b.lines.begin(), b.lines.end(),
-             [](const auto& f, const auto& g) { return f.first == g.first && sameLine(f.second, g.second); });
+         std::equal(a.lines.begin(), a.lines.end(), b.lines.begin(), b.lines.end(),
+                    [](const auto& f, const auto& g) {
+                      return f.first == g.first && sameLine(f.second, g.second);
+                    }) &&
+         std::equal(a.sensorZones.begin(), a.sensorZones.end(), b.sensorZones.begin(), b.sensorZones.end(),
+                    [](const auto& f, const auto& g) { return sameZone(f.get(), g.get()); });
 }
 
 toolkit::Configuration snapshotOf(const toolkit::Configuration& configuration) {
@@ -192,6 +197,9 @@ toolkit::Configuration snapshotOf(const toolkit::Configuration& configuration) {
   std::vector<ZonePointer> zones = copy.detector.getExclusionZoneVector();
   std::transform(zones.begin(), zones.end(), zones.begin(), clone);
   replaceExclusionZones(copy.detector, zones);
+  for (auto& zone : copy.sensorZones) {
+    zone = std::static_pointer_cast<Zone3dTarsel>(clone(zone));
+  }
   return copy;
 }
 

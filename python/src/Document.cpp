@@ -47,6 +47,9 @@ std::string written(const Configuration& configuration) {
   if (lines.size() > 0) {
     lines.save(settings);
   }
+  for (std::size_t i = 0; i < configuration.sensorZones.size(); ++i) {
+    configuration.sensorZones[i]->save(settings, static_cast<int>(i));
+  }
   std::ostringstream out;
   if (!settings.saveStream(out, SettingsManager::JSON)) {
     throw std::invalid_argument("a name is not UTF-8");
@@ -68,6 +71,12 @@ std::string lostIn(const Configuration& saved, const Configuration& loaded) {
   for (std::size_t i = 0; i < zones.size(); ++i) {
     if (i >= otherZones.size() || !sameZone(zones[i].get(), otherZones[i].get())) {
       return "exclusion zone " + std::to_string(i);
+    }
+  }
+  for (std::size_t i = 0; i < saved.sensorZones.size(); ++i) {
+    if (i >= loaded.sensorZones.size() ||
+        !sameZone(saved.sensorZones[i].get(), loaded.sensorZones[i].get())) {
+      return "sensor zone " + std::to_string(i);
     }
   }
   for (const auto& [name, line] : saved.lines) {

@@ -10,4 +10,8 @@ PYBIND11_MODULE(_core, module) {
   bindSite(module);
   bindDocument(module);
   bindClassify(module);
+  bindSession(module);
+  bindFrames(module);
+  bindEvaluation(module);
+  bindDrawing(module);
 }

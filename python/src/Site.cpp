@@ -17,6 +17,7 @@ namespace orvantis::python {
 using namespace filter::detection;  // NOLINT(google-build-using-namespace)
 using ZonePointer = std::shared_ptr<Zone3dBase>;
 using FieldPointer = std::shared_ptr<ZoneDetector::EvaluationField>;
+using SensorZones = std::vector<std::shared_ptr<Zone3dTarsel>>;
 using Level = ZoneDetector::TriggerZoneValue;
 
 namespace {
@@ -67,7 +68,8 @@ py::tuple stateOf(const Site& site) {
   }
   return py::make_tuple(fields, detector.getExclusionZoneVector(), lines, detector.getDebounceTime().count(),
                         detector.getMinPoints(), levelOf(site), detector.useSoftwareAPICommand(),
-                        static_cast<int>(detector.getEvaluationFieldIndex()));
+                        static_cast<int>(detector.getEvaluationFieldIndex()),
+                        site.configuration->sensorZones);
 }
 
 Site siteOf(const py::tuple& state) {
@@ -86,6 +88,7 @@ Site siteOf(const py::tuple& state) {
   setLevel(site, state[5].cast<std::string>());
   detector.setUseSoftwareAPICommand(state[6].cast<bool>());
   detector.setEvaluationFieldIndex(state[7].cast<unsigned char>());
+  site.configuration->sensorZones = state[8].cast<SensorZones>();
   return site;
 }
 
@@ -139,6 +142,9 @@ void bindSite(py::module_& module) {
             setExclusionZones(self.detector(), zones, newOne);
           },
           Logged())
+      .def("_sensor_zones", [](const Site& self) { return self.configuration->sensorZones; })
+      .def("_set_sensor_zones",
+           [](Site& self, const SensorZones& zones) { self.configuration->sensorZones = zones; })
       .def("_lines", &linesOf)
       .def("_set_line",
            [](Site& self, const CounterLine& line) {

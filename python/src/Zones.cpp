@@ -94,7 +94,7 @@ void bindSensorZone(py::module_& module) {
       module, "SensorZone",
       R"(A zone with an identity, a switch and the names of the sensors it is bound to, which are stored, not used.
 
-A document does not hold these three: save() refuses such a zone.)")
+Such zones stand in Site.sensor_zones. In a field a document does not hold these three: save() refuses it there.)")
       .def(py::init([](const ShapePointer& shape, double zMin, double zMax,
                        const std::optional<std::string>& text, const std::optional<std::string>& id,
                        bool isEnabled, const std::vector<std::string>& sensors) {

@@ -217,6 +217,20 @@ def test_sensor_zones():
         oz.SensorZone(square(), id="seven")
 
 
+def test_a_site_keeps_its_sensor_zones_in_documents():
+    site = oz.Site()
+    site.fields[0] = [oz.Zone(square())]
+    site.sensor_zones = [oz.SensorZone(square(name="a"), 0.5, 1.5, sensors=["roof"], enabled=False)]
+    site.sensor_zones.append(oz.SensorZone(square(name="b")))
+    again = oz.loads(site.dumps())
+    assert again == site and again.sensor_zones[0].sensors == {"roof"} and not again.sensor_zones[0].enabled
+    assert site.copy() == site and site.copy().sensor_zones[0] is not site.sensor_zones[0]
+    del site.sensor_zones[0]
+    assert again != site and [zone.name for zone in site.sensor_zones] == ["b"]
+    with pytest.raises(TypeError, match="a sensor zone is a SensorZone"):
+        site.sensor_zones.append(oz.Zone(square()))
+
+
 def test_nothing_mutable_is_hashable(site):
     for thing in (site, site.zone(0, 0), site.zone(0, 0).shape, site.fields[0]):
         with pytest.raises(TypeError):
@@ -266,6 +280,7 @@ def sites(draw):
         except ValueError:
             pass
     site.counter_lines = draw(st.dictionaries(NAMES, st.builds(oz.CounterLine, PAIRS, PAIRS), max_size=3))
+    site.sensor_zones = [zone for zone in pool if isinstance(zone, oz.SensorZone)]
     site.debounce_ms, site.min_points = draw(st.integers(-5, 2**31 - 1)), draw(st.integers(-(2**31), 2**31 - 1))
     site.trigger_level, site.software_command = draw(st.sampled_from(["low", "high"])), draw(st.booleans())
     site.active_field = draw(st.integers(0, 7))
