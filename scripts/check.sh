@@ -6,7 +6,7 @@ cd "$(dirname "$0")/.."
 source scripts/dependencies.sh
 
 check_format() {
-  find apps benchmarks examples fuzz include src tests web/engine \( -name '*.cpp' -o -name '*.h' \) -print0 |
+  find apps benchmarks examples fuzz include python src tests web/engine \( -name '*.cpp' -o -name '*.h' \) -print0 |
     xargs -0 clang-format --dry-run -Werror
 }
 

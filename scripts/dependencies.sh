@@ -18,7 +18,7 @@ packages=(
 # Also needed for the Python module and its tests; test.sh installs them.
 python_packages=(
   python3-dev pybind11-dev python3-numpy           # the module
-  python3-pytest python3-hypothesis                # its tests
+  python3-pytest python3-hypothesis mypy           # its tests
   python3-matplotlib python3-pandas python3-shapely  # for its pictures, and to compare its answers
 )
 

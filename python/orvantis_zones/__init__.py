@@ -8,12 +8,14 @@ exactly, to the nanosecond. What takes longer than microseconds lets other threa
 >>> site.zone(0, 0).contains_points([(1, 1, 1), (3, 1, 1)])
 array([ True, False])
 """
-from . import _core, _shapes
+from . import _core, _notebook, _shapes
 from ._core import (Classifier, CounterLine, Field, MAX_EXCLUSION_ZONES, MAX_FIELDS, Polygon, Rectangle, Sector,
                     SensorZone, Zone, ZONES_PER_FIELD, __version__)
 from ._document import DocumentError, Error, Finding, Report, load, loads, validate, validates
 from ._events import CrossingEvent, Event, ObjectEvent, OutputEvent, SensorZoneEvent, ZoneEvent
+from ._log import set_log_level
 from ._objects import OBJECT_DTYPE, TrackedObject, objects_from_boxes
+from ._plot import plot
 from ._recording import Recording, RecordingError, Run, evaluate, read_points, read_tracks
 from ._results import Counts, exclusion_bit, zone_bit
 from ._session import CrossingExplanation, Frame, Session, ZoneExplanation
@@ -26,8 +28,12 @@ __all__ = [
     "OBJECT_DTYPE", "ObjectEvent", "OutputEvent", "Polygon", "Recording", "RecordingError", "Rectangle", "Report", "Run",
     "Sector", "SensorZone", "SensorZoneEvent", "SensorZones", "Session", "Site", "Table", "TrackedObject", "Zone",
     "ZoneEvent", "ZoneExplanation", "ZONES_PER_FIELD", "__version__", "evaluate", "exclusion_bit", "load", "loads",
-    "objects_from_boxes", "read_points", "read_tracks", "validate", "validates", "zone_bit",
+    "objects_from_boxes", "plot", "read_points", "read_tracks", "set_log_level", "validate", "validates", "zone_bit",
 ]
+
+Site._repr_html_ = _notebook.site
+Report._repr_html_ = _notebook.report
+Run._repr_html_ = _notebook.run
 
 # Users meet them here, in messages, help and pickles.
 for _name in __all__:

@@ -24,7 +24,7 @@ def _array(given, what, allowed):
 
 def _ready(array):
     """The array itself where the engine reads it as it is, else a copy in double precision."""
-    if array.dtype.isnative and array.dtype in (np.float32, np.float64):
+    if array.dtype in (np.float32, np.float64):  # of this machine's byte order: another one is another type
         return array
     return array.astype(np.float64)
 
@@ -35,9 +35,7 @@ def _columns(given, names):
         if column.dtype.kind not in "fiu" or column.ndim != 1:
             raise TypeError(f"points: field {name} is {_shown(column)}; it must be one number for each point")
     if len({column.dtype for column in columns}) == 1 and len({column.strides for column in columns}) == 1:
-        ready = [_ready(column) for column in columns]
-        if len({column.strides for column in ready}) == 1:
-            return tuple(ready)
+        return tuple(_ready(column) for column in columns)
     return np.stack([column.astype(np.float64) for column in columns], axis=1)
 
 

@@ -7,6 +7,7 @@ import numpy as np
 
 from . import _core
 from ._document import Error
+from ._site import Site
 from ._stamps import nanoseconds, seconds
 from ._tables import Table
 
@@ -59,31 +60,35 @@ class Recording:
     """Frames of points, tracked objects or both. Opened when iterated, so it can be sent to a worker.
 
     clouds: files, recordings (MCAP, ROS bag) and folders of them. rate: of single frames in Hz, none: 10. stamps: a list
-    of frames with their stamps, in place of clouds. tracks: a file of tracked objects; tracks_format: "csv" or "kitti".
+    of frames with their stamps, in place of clouds. sensors: a list of sensors, whose frames are taken together when their
+    stamps are within the window, in seconds; in place of clouds. tracks: a file of tracked objects; tracks_format: "csv" or "kitti".
 
     Iterating gives stamp in seconds, points (N, 3) or None, and objects of OBJECT_DTYPE or None; raises RecordingError.
     """
 
-    def __init__(self, clouds=(), *, rate=None, stamps=None, tracks=None, tracks_format="csv", name=None):
+    def __init__(self, clouds=(), *, rate=None, stamps=None, sensors=None, window=0.05, tracks=None,
+                 tracks_format="csv", name=None):
         if isinstance(clouds, (str, os.PathLike)):
             clouds = [clouds]
         self.clouds = [_path(path) for path in clouds]
         self.rate = None if rate is None else float(rate)
         self.stamps = None if stamps is None else _path(stamps)
         self.tracks = None if tracks is None else _path(tracks)
-        self.tracks_format = tracks_format
+        self.sensors = None if sensors is None else _path(sensors)
+        self.window, self.tracks_format = window, tracks_format
         self._moments = None
         if tracks_format not in ("csv", "kitti"):
             raise ValueError(f"tracks_format is {tracks_format!r}; it must be 'csv' or 'kitti'")
         if self.rate is not None and not 0 < self.rate < float("inf"):
             raise ValueError(f"rate is {rate}; it must be above 0 and finite")
-        if self.clouds and self.stamps:
-            raise ValueError("clouds and stamps were given; the list in stamps names its frames")
+        given = [name for name in ("clouds", "stamps", "sensors") if getattr(self, name)]
+        if len(given) > 1:
+            raise ValueError(f"{' and '.join(given)} were given; the frames come from one of them")
         if self.rate is not None and self.stamps:
             raise ValueError("rate and stamps were given; frames in a list have stamps")
-        if not self.clouds and not self.stamps and not self.tracks:
-            raise ValueError("neither clouds, stamps nor tracks were given; a recording needs one")
-        files = [_title(part) for part in (self.clouds or [self.stamps], [self.tracks]) if part[0]]
+        if not given and not self.tracks:
+            raise ValueError("neither clouds, stamps, sensors nor tracks were given; a recording needs one")
+        files = [_title(part) for part in (self.clouds or [self.stamps or self.sensors], [self.tracks]) if part[0]]
         self.name = ", ".join(files) if name is None else name
 
     @classmethod
@@ -109,15 +114,18 @@ class Recording:
         [(0.0, 1)]
         """
         made = cls.__new__(cls)
-        made.clouds, made.rate, made.stamps, made.tracks, made.tracks_format = [], None, None, None, "csv"
+        made.clouds, made.rate, made.stamps, made.sensors, made.tracks = [], None, None, None, None
+        made.window, made.tracks_format = 0.05, "csv"
         made.name, made._moments = name, moments
         return made
 
     def _arrays(self):
         return self._moments() if callable(self._moments) else self._moments
 
-    def _open(self):
-        return _core.Frames(self.clouds, self.rate, self.stamps or "", self.tracks or "", self.tracks_format)
+    def _open(self, site):
+        return _core.Frames({"clouds": self.clouds, "rate": self.rate, "stamps": self.stamps or "",
+                             "sensors": self.sensors or "", "window": self.window, "tracks": self.tracks or "",
+                             "tracks_format": self.tracks_format}, site)
 
     def __iter__(self):
         if self._moments is not None:
@@ -125,7 +133,7 @@ class Recording:
                 exact = _core.stamp_of(stamp) if isinstance(stamp, float) else nanoseconds(stamp)
                 yield seconds(exact), None if points is None else np.asarray(points), objects
             return
-        frames = self._open()
+        frames = self._open(Site())
         while (moment := frames.next()) is not None:
             yield (seconds(moment[0]), *moment[1:])
 
@@ -193,16 +201,16 @@ def evaluate(site, recording, *, forget_after=2.0, clearance=0.0, max_speed=floa
     >>> run.events["event"].tolist()
     ['occupied', 'high low low', 'cleared', 'low low low']
     """
-    evaluation = _core.Evaluation(site, forget_after, clearance, max_speed)
+    evaluation = _core.Evaluation(site, forget_after, clearance, max_speed, recording.sensors is not None)
     if recording._moments is None:
-        has_points, has_objects = _evaluate_files(evaluation, recording, progress)
+        has_points, has_objects = _evaluate_files(evaluation, site, recording, progress)
     else:
         has_points, has_objects = _evaluate_arrays(evaluation, recording, progress)
     return Run(evaluation.finish(has_points, has_objects, recording.name if title is None else title), recording.name)
 
 
-def _evaluate_files(evaluation, recording, progress):
-    frames = recording._open()
+def _evaluate_files(evaluation, site, recording, progress):
+    frames = recording._open(site)
     line, done, most = _Progress(recording.name, frames.count), 0, 16
     while True:
         count = evaluation.feed(frames, most)  # some at once; in between, Python looks for Ctrl-C
@@ -213,7 +221,7 @@ def _evaluate_files(evaluation, recording, progress):
             line.show(done)
     if progress:
         line.end()
-    return bool(recording.clouds or recording.stamps), recording.tracks is not None
+    return bool(recording.clouds or recording.stamps or recording.sensors), recording.tracks is not None
 
 
 def _evaluate_arrays(evaluation, recording, progress):

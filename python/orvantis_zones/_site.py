@@ -295,6 +295,15 @@ class Site(_core.Site):
         """A site of its own with zones of its own; copy.copy(site) shares the zones."""
         return _deepcopy(self)
 
+    @property
+    def __geo_interface__(self):
+        """The zones and exclusion zones as GeoJSON has them, with name, field, zone, z_min and z_max."""
+        places = [*self.zones(), *((None, k, zone) for k, zone in enumerate(self.exclusion_zones))]
+        return {"type": "FeatureCollection", "features": [
+            {"type": "Feature", "geometry": zone.shape.__geo_interface__,
+             "properties": {"name": zone.name, "field": field, "zone": number, "z_min": zone.z_min,
+                            "z_max": zone.z_max}} for field, number, zone in places]}
+
     def __repr__(self):
         zones = sum(1 for _ in self.zones())
         return f"<Site: {zones} zones, {len(self.exclusion_zones)} exclusion zones, {len(self.counter_lines)} lines>"

@@ -30,7 +30,7 @@ using Bools = py::array_t<bool>;
 
 PointClassifier classifierOf(const toolkit::Configuration& configuration) {
   const toolkit::Configuration snapshot = snapshotOf(configuration);
-  const py::gil_scoped_release released;
+  const Unlocked released;
   return PointClassifier(snapshot.detector);
 }
 
@@ -48,7 +48,7 @@ PointClassifier current(const Site& site) {
 }
 
 void classifyInto(const PointClassifier& classifier, const GivenPoints& points, std::uint64_t* masks) {
-  const py::gil_scoped_release released;
+  const Unlocked released;
   std::visit([&](const auto& view) { classifier.classify(view, masks); }, points.view);
   if (points.isReversed) {
     std::reverse(masks, masks + points.size());
@@ -68,7 +68,7 @@ Masks countedMasks(const PointClassifier& classifier, const py::object& given) {
   Masks array = resultFor<std::uint64_t>(points, py::none());
   std::uint64_t* const masks = array.mutable_data();
   classifyInto(classifier, points, masks);
-  const py::gil_scoped_release released;
+  const Unlocked released;
   std::visit(
       [&](const auto& view) {
         for (std::size_t i = 0; i < view.size; ++i) {
@@ -91,7 +91,7 @@ py::object count(const PointClassifier& classifier, const py::object& given, con
   }
   ZoneCounts counts;
   {
-    const py::gil_scoped_release released;
+    const Unlocked released;
     counts = std::visit([&](const auto& view) { return classifier.count(view, masks); }, points.view);
     if (points.isReversed && masks != nullptr) {
       std::reverse(masks, masks + points.size());
@@ -164,7 +164,7 @@ Bools containsPoints(const std::shared_ptr<filter::detection::Zone>& shape, doub
   const PointClassifier classifier = classifiers->of(Zone3dBase(shape, zMin, zMax));
   bool* const inside = array.mutable_data();
   {
-    const py::gil_scoped_release released;
+    const Unlocked released;
     std::visit([&](const auto& view) { containsInto(classifier, view, inside); }, points.view);
     if (points.isReversed) {
       std::reverse(inside, inside + points.size());

@@ -113,7 +113,17 @@ void bindDocument(py::module_& module) {
       });
   module.def("check", &check, py::arg("text"), Released());
   module.def(
-      "write", [](const Site& site) { return py::bytes(written(*site.configuration)); }, Logged());
+      "write",
+      [](const Site& site) {
+        const Configuration snapshot = snapshotOf(*site.configuration);
+        std::string text;
+        {
+          const Unlocked released;
+          text = written(snapshot);
+        }
+        return py::bytes(text);
+      },
+      Logged());
   module.def(
       "write_whole",
       [](const std::string& path, const std::string& content) {

@@ -1,3 +1,4 @@
+#include <optional>
 #include <string>
 
 #include "Arrays.h"
@@ -26,14 +27,14 @@ std::string drawn(const toolkit::Configuration& configuration, const filter::cla
 
 py::str toSvg(const Site& site, const py::object& given, const std::string& title) {
   const toolkit::Configuration snapshot = snapshotOf(*site.configuration);
-  if (given.is_none()) {
-    return textOf(drawn(snapshot, nullptr, title));
+  std::optional<GivenPoints> points;
+  if (!given.is_none()) {
+    points = pointsOf(given);
   }
-  const GivenPoints points = pointsOf(given);
   std::string svg;
   {
-    const py::gil_scoped_release released;
-    svg = drawn(snapshot, &points.view, title);
+    const Unlocked released;
+    svg = drawn(snapshot, points ? &points->view : nullptr, title);
   }
   return textOf(svg);
 }

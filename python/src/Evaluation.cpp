@@ -39,7 +39,7 @@ class Evaluation {
       : configuration_(std::move(configuration)),
         zones_(toolkit::zonesOf(configuration_.detector)),
         session_(configuration_, options),
-        tables_(zones_),
+        tables_(zones_, session_.sensorZoneNames().size()),
         plot_(configuration_, {true, true}, options.forgetAfter),
         heights_(zones_),
         events_(tables_.eventHeader()) {
@@ -48,11 +48,11 @@ class Evaluation {
   }
 
   void add(Stamp stamp, const std::optional<toolkit::Points>& points, const Objects* objects,
-           const std::string& file) {
+           const std::string& file = "", const std::vector<filter::monitor::SensorPoints>& sensors = {}) {
     if (points) {
       heights_.add(*points);
     }
-    const toolkit::SessionFrame frame = session_.take(stamp, points, objects);
+    const toolkit::SessionFrame frame = session_.take(stamp, points, objects, sensors);
     summary_.add(frame);
     events_ += tables_.eventRows(frame);
     frames_ += tables_.frameRow(frame, file);
@@ -67,32 +67,44 @@ class Evaluation {
         tellInput(frames);
         return i;
       }
-      std::optional<toolkit::Points> points;
       if (moment->frame) {
-        points = moment->frame->points;
         inputWarnings_.add(*moment->frame);
+        add(moment->stamp, moment->frame->points, moment->objectsOrNull(), moment->frame->file,
+            pointsBySensor(*moment->frame));
+      } else {
+        add(moment->stamp, std::nullopt, moment->objectsOrNull());
       }
-      add(moment->stamp, points, moment->objectsOrNull(), moment->frame ? moment->frame->file : "");
     }
     return most;
   }
 
-  py::dict finish(const toolkit::SessionInputs& inputs, const std::string& title) {
+  // What the run comes to; the picture is empty where it cannot be drawn.
+  struct Parts {
+    std::string events;
+    std::string frames;
+    std::string zones;
+    std::string lines;
+    std::string warnings;
+    std::string svg;
+    std::string undrawn;  ///< why not
+  };
+
+  Parts finish(const toolkit::SessionInputs& inputs, const std::string& title) {
     if (inputs.points) {
       warn([this](const app::Console& console) { warnOfHeights(heights_, console); });
     }
     plot_.setInputs(inputs);
-    py::dict parts;
-    parts["events"] = py::bytes(events_);
-    parts["frames"] = py::bytes(frames_);
-    parts["zones"] = py::bytes(tables_.zoneTable(summary_, session_, inputs));
-    parts["lines"] = py::bytes(tables_.lineTable(session_));
-    parts["warnings"] = textOf(warnings_);
+    Parts parts{events_,
+                frames_,
+                tables_.zoneTable(summary_, session_, inputs),
+                tables_.lineTable(session_),
+                warnings_,
+                {},
+                {}};
     try {
-      parts["svg"] = textOf(plot_.draw(title));
+      parts.svg = plot_.draw(title);
     } catch (const std::exception& error) {
-      parts["svg"] = py::none();
-      parts["undrawn"] = textOf(error.what());
+      parts.undrawn = error.what();
     }
     return parts;
   }
@@ -107,6 +119,7 @@ class Evaluation {
   }
 
   void tellInput(const Frames& frames) {
+    warnings_ += frames.warnings();
     warn([&](const app::Console& console) {
       inputWarnings_.tell(frames.timeLine().input(), console);
       if (frames.timeLine().numLate() > 0) {
@@ -129,6 +142,18 @@ class Evaluation {
   std::string warnings_;
 };
 
+py::dict dictOf(const Evaluation::Parts& parts) {
+  py::dict dict;
+  dict["events"] = py::bytes(parts.events);
+  dict["frames"] = py::bytes(parts.frames);
+  dict["zones"] = py::bytes(parts.zones);
+  dict["lines"] = py::bytes(parts.lines);
+  dict["warnings"] = textOf(parts.warnings);
+  dict["svg"] = parts.svg.empty() ? py::object(py::none()) : textOf(parts.svg);
+  dict["undrawn"] = textOf(parts.undrawn);
+  return dict;
+}
+
 void take(Evaluation& evaluation, const py::object& given, const py::object& points,
           const py::object& objects) {
   const Stamp stamp = stampOf(given);
@@ -142,17 +167,21 @@ void take(Evaluation& evaluation, const py::object& given, const py::object& poi
   if (!objects.is_none()) {
     seen = objectsOf(objects);
   }
-  const py::gil_scoped_release released;
-  evaluation.add(stamp, view, seen ? &*seen : nullptr, "");
+  const Unlocked released;
+  evaluation.add(stamp, view, seen ? &*seen : nullptr);
 }
 
 }  // namespace
 
 void bindEvaluation(py::module_& module) {
   py::class_<Evaluation>(module, "Evaluation")
-      .def(py::init([](const Site& site, const py::object& forgetAfter, double clearance, double maxSpeed) {
-             return std::make_unique<Evaluation>(snapshotOf(*site.configuration),
-                                                 optionsOf(forgetAfter, clearance, maxSpeed));
+      .def(py::init([](const Site& site, const py::object& forgetAfter, double clearance, double maxSpeed,
+                       bool followsSensorZones) {
+             toolkit::SessionOptions options = optionsOf(forgetAfter, clearance, maxSpeed);
+             options.followsSensorZones = followsSensorZones;
+             toolkit::Configuration snapshot = snapshotOf(*site.configuration);
+             const Unlocked released;
+             return std::make_unique<Evaluation>(std::move(snapshot), options);
            }),
            Logged())
       .def("take", &take, Logged())
@@ -160,7 +189,12 @@ void bindEvaluation(py::module_& module) {
       .def(
           "finish",
           [](Evaluation& self, bool points, bool objects, const std::string& title) {
-            return self.finish({points, objects}, title);
+            Evaluation::Parts parts;
+            {
+              const Unlocked released;
+              parts = self.finish({points, objects}, title);
+            }
+            return dictOf(parts);
           },
           Logged());
 }

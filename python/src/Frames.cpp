@@ -3,15 +3,18 @@
 #include <algorithm>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <pybind11/stl.h>
 
 #include "Arrays.h"
+#include "Content.h"
+#include "FrameInput.h"
 #include "Helper.h"
 #include "Log.h"
 #include "Objects.h"
+#include "Site.h"
+#include "Stamps.h"
 #include "Text.h"
 #include "files/Failure.h"
 
@@ -26,7 +29,7 @@ py::object copyOf(const filter::classify::PointsView<Real>& view) {
   const auto size = static_cast<py::ssize_t>(view.size);
   py::array_t<Real> array({size, py::ssize_t{3}});
   auto* const bytes = reinterpret_cast<char*>(array.mutable_data());
-  const py::gil_scoped_release released;
+  const Unlocked released;
   std::size_t place = 0;
   for (std::size_t i = 0; i < view.size; ++i) {
     for (const void* column : {view.x, view.y, view.z}) {
@@ -42,21 +45,24 @@ py::object copyOf(const toolkit::Points& points) {
   return std::visit([](const auto& view) { return copyOf(view); }, points);
 }
 
-app::Recording recordingOf(std::vector<std::string> clouds, std::optional<double> rate, std::string stamps,
-                           std::string tracks, const std::string& format) {
+app::Recording recordingOf(const py::dict& given) {
   app::Recording recording;
-  recording.clouds = std::move(clouds);
-  recording.rate = rate;
-  recording.stamps = std::move(stamps);
-  recording.tracks = std::move(tracks);
-  recording.tracksFormat = format == "kitti" ? toolkit::TracksFormat::Kitti : toolkit::TracksFormat::Csv;
+  recording.clouds = given["clouds"].cast<std::vector<std::string>>();
+  recording.rate = given["rate"].cast<std::optional<double>>();
+  recording.sensors = given["sensors"].cast<std::string>();
+  recording.window = stampOf(given["window"]);
+  recording.stamps = given["stamps"].cast<std::string>();
+  recording.tracks = given["tracks"].cast<std::string>();
+  recording.tracksFormat = given["tracks_format"].cast<std::string>() == "kitti"
+                               ? toolkit::TracksFormat::Kitti
+                               : toolkit::TracksFormat::Csv;
   return recording;
 }
 
 py::object next(Frames& frames) {
   std::optional<app::Moment> moment;
   {
-    const py::gil_scoped_release released;
+    const Unlocked released;
     moment = frames.next();
   }
   if (!moment) {
@@ -74,7 +80,7 @@ py::object readPoints(const std::string& path) {
   app::FrameInput input({path}, {});
   std::optional<app::InputFrame> frame;
   {
-    const py::gil_scoped_release released;
+    const Unlocked released;
     frame = input.next();
   }
   if (!frame || frame->stamp) {
@@ -103,19 +109,18 @@ void translate(std::exception_ptr thrown) {
 void bindFrames(py::module_& module) {
   py::register_exception_translator(&translate);
   py::class_<Frames>(module, "Frames")
-      .def(py::init([](std::vector<std::string> clouds, std::optional<double> rate, std::string stamps,
-                       std::string tracks, const std::string& format) {
-             const auto recording =
-                 recordingOf(std::move(clouds), rate, std::move(stamps), std::move(tracks), format);
-             const py::gil_scoped_release released;
-             return std::make_unique<Frames>(recording);
+      .def(py::init([](const py::dict& given, const Site& site) {
+             const app::Recording recording = recordingOf(given);
+             const toolkit::Configuration snapshot = snapshotOf(*site.configuration);
+             const Unlocked released;
+             return std::make_unique<Frames>(recording, snapshot);
            }),
            Logged())
       .def_property_readonly("count", &Frames::count)
       .def("next", &next, Logged());
   module.def("read_points", &readPoints, Logged());
   module.def(
-      "files_of", [](const std::string& folder) { return app::filesOf({folder}); }, Released());
+      "files_of", [](const std::string& folder) { return app::filesOf({folder}, {}); }, Released());
 }
 
 }  // namespace orvantis::python

@@ -53,12 +53,16 @@ void bindLines(py::module_& module) {
           "first", [](const CounterLine& self) { return end(self, 0); }, "(x, y)")
       .def_property_readonly(
           "second", [](const CounterLine& self) { return end(self, 1); }, "(x, y)")
-      .def("_side", [](const CounterLine& self, double x,
-                       double y) { return static_cast<int>(self.direction(CounterLine::point(x, y))); })
+      .def(
+          "_side",
+          [](const CounterLine& self, double x, double y) {
+            return static_cast<int>(self.direction(CounterLine::point(x, y)));
+          },
+          Logged())
       .def(
           "intersects",
           [](const CounterLine& self, const py::object& area) { return self.intersects(outlineOf(area)); },
-          py::arg("footprint"), "Whether the segment touches the (N, 2) ring or lies in it.")
+          py::arg("footprint"), "Whether the segment touches the (N, 2) ring or lies in it.", Logged())
       .def("_renamed",
            [](const CounterLine& self, const std::string& name) {
              CounterLine copy = self;

@@ -10,7 +10,7 @@
 
 #include <logging/LoggingManager.h>
 
-#include "Text.h"
+#include "text/Text.h"
 
 namespace orvantis::python {
 namespace {
@@ -73,20 +73,29 @@ class KeepingSink : public spdlog::sinks::sink {
   void set_formatter(std::unique_ptr<spdlog::formatter>) override {}
 };
 
-// A sink of a user's that throws is reported as Python reports errors that nobody can catch.
-void handOver(const KeptRecords& records) {
-  if (records.empty()) {
-    return;
+// Without objects that would be destroyed when Python unwinds a thread's stack.
+void handOver(int level, const char* logger, const char* text) {
+  PyObject* const logging = PyImport_ImportModule("logging");
+  PyObject* const to = logging == nullptr ? nullptr : PyObject_CallMethod(logging, "getLogger", "s", logger);
+  PyObject* const done = to == nullptr ? nullptr : PyObject_CallMethod(to, "log", "iss", level, "%s", text);
+  if (done == nullptr) {
+    // A handler of a user's throws: it is reported as Python reports errors that nobody can catch.
+    PyErr_WriteUnraisable(to);
   }
-  try {
-    const py::object getLogger = py::module_::import("logging").attr("getLogger");
-    for (const KeptRecord& record : records) {
-      const std::string name = "orvantis" + (record.logger.empty() ? "" : "." + record.logger);
-      getLogger(textOf(name)).attr("log")(record.level, "%s", textOf(record.text));
+  Py_XDECREF(done);
+  Py_XDECREF(to);
+  Py_XDECREF(logging);
+}
+
+void handOver(const KeptRecords& records) {
+  for (const KeptRecord& record : records) {
+    const std::string name = toolkit::toUtf8("orvantis" + (record.logger.empty() ? "" : "." + record.logger));
+    const std::string text = toolkit::toUtf8(record.text);
+    try {
+      handOver(record.level, name.c_str(), text.c_str());
+    } catch (abi::__forced_unwind&) {
+      standStill();
     }
-  } catch (py::error_already_set& error) {
-    error.restore();
-    PyErr_WriteUnraisable(nullptr);
   }
 }
 

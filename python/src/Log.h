@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Bindings.h"
+#include "Unlocked.h"
 
 namespace orvantis::python {
 
@@ -21,7 +22,7 @@ class LogScope {
 };
 
 /// For calls that take long: other Python threads go on meanwhile.
-using Released = py::call_guard<LogScope, py::gil_scoped_release>;
+using Released = py::call_guard<LogScope, Unlocked>;
 using Logged = py::call_guard<LogScope>;
 
 }  // namespace orvantis::python

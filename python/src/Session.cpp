@@ -131,7 +131,7 @@ py::object take(SharedSession& session, const py::object& given, const py::objec
   }
   SessionFrame frame;
   {
-    const py::gil_scoped_release released;
+    const Unlocked released;
     frame = session.take(stamp, view, seen);
   }
   return frameOf(frame);
@@ -142,7 +142,7 @@ py::tuple reconfigure(SharedSession& session, const Site& site) {
   std::vector<toolkit::Event> lost;
   Stamp stamp{0};
   {
-    const py::gil_scoped_release released;
+    const Unlocked released;
     lost = session.with([&](toolkit::Session& of) { return of.reconfigure(snapshot); });
     stamp = session.last();
   }
@@ -157,7 +157,7 @@ py::list explain(SharedSession& session, const py::object& given) {
   const GivenPoints points = pointsOf(given);
   std::vector<filter::monitor::ZoneExplanation> found;
   {
-    const py::gil_scoped_release released;
+    const Unlocked released;
     found = session.with([&](toolkit::Session& of) { return of.explainZones(points.view); });
   }
   py::list explanations;
@@ -203,8 +203,10 @@ py::list occupants(SharedSession& session, int field, int zone) {
 void bindSession(py::module_& module) {
   py::class_<SharedSession>(module, "Session")
       .def(py::init([](const Site& site, const py::object& forgetAfter, double clearance, double maxSpeed) {
-             return std::make_unique<SharedSession>(snapshotOf(*site.configuration),
-                                                    optionsOf(forgetAfter, clearance, maxSpeed));
+             const toolkit::Configuration snapshot = snapshotOf(*site.configuration);
+             const toolkit::SessionOptions options = optionsOf(forgetAfter, clearance, maxSpeed);
+             const Unlocked released;
+             return std::make_unique<SharedSession>(snapshot, options);
            }),
            Logged())
       .def(py::init<const SharedSession&>())

@@ -107,7 +107,7 @@ Such zones stand in Site.sensor_zones. In a field a document does not hold these
            }),
            py::arg("shape").none(false), py::arg("z_min") = 0.0, py::arg("z_max") = 20.0, py::kw_only(),
            py::arg("name") = py::none(), py::arg("id") = py::none(), py::arg("enabled") = true,
-           py::arg("sensors") = std::vector<std::string>())
+           py::arg("sensors") = std::vector<std::string>(), Logged())
       .def_property_readonly(
           "id", [](const Zone3dTarsel& self) { return to_string(self.getId()); },
           "A UUID; a new random one unless given.")

@@ -85,8 +85,9 @@ def test_lists_and_data_frames_are_read(site, points):
     assert np.array_equal(site.classify(frame), site.classify(few))
 
 
-def test_mixed_types_in_a_structure_are_converted_once(site, points):
-    made = np.zeros(len(points), [("x", "f4"), ("y", "f8"), ("z", "i2")])
+@pytest.mark.parametrize("types", [("f4", "f8", "i2"), ("f4", "f8", "f8"), ("i4", "i4", "f4")])
+def test_mixed_types_in_a_structure_are_converted_once(site, points, types):
+    made = np.zeros(len(points), [*zip("xyz", types)])
     for name, column in zip("xyz", np.nan_to_num(points).T):
         made[name] = column
     assert np.array_equal(site.classify(made), site.classify(rows(made)))

@@ -168,7 +168,7 @@ def test_what_cannot_be_read_says_where(tmp_path):
 
 
 @pytest.mark.parametrize("words, text", [
-    ({}, "a recording needs one"), ({"clouds": ["a.pcd"], "stamps": "b"}, "clouds and stamps"),
+    ({}, "a recording needs one"), ({"clouds": ["a.pcd"], "stamps": "b"}, "clouds and stamps were given"),
     ({"stamps": "b", "rate": 5}, "rate and stamps"), ({"tracks": "a", "tracks_format": "xml"}, "'csv' or 'kitti'"),
     ({"clouds": ["a.pcd"], "rate": 0}, "rate is 0"), ({"clouds": ["a"], "rate": float("inf")}, "rate is inf")])
 def test_arguments_that_contradict_are_refused(words, text):

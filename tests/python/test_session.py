@@ -97,6 +97,7 @@ STAMPS = {
     "datetime64": (np.datetime64("2023-11-14T22:13:20.123456789"), 1_700_000_000_123_456_789),
     "datetime64 day": (np.datetime64("1970-01-02"), 86_400 * 10**9),
     "timedelta64": (np.timedelta64(1500, "us"), 1_500_000),
+    "timedelta64 of several": (np.timedelta64(3, "25s"), 75 * 10**9),
     "timedelta": (datetime.timedelta(days=1, microseconds=1), 86_400_000_001_000),
     "datetime": (datetime.datetime(1970, 1, 1, 1, tzinfo=datetime.timezone.utc), 3600 * 10**9),
     "other zone": (datetime.datetime(1970, 1, 1, 1, tzinfo=datetime.timezone(datetime.timedelta(hours=1))), 0),
@@ -189,6 +190,7 @@ def test_objects_of_every_kind_are_the_same(gate):
     for objects in (made, frame, [person(7, 1.0, 0.5)], outline, made[::-1], (person(7, 1.0, 0.5),)):
         frame = oz.Session(gate).take(0.0, objects=objects)
         assert str(frame.events[0]) == '     0.000 s  person 7 entered zone 0/0 "gate"'
+    assert (made["z_min"][0], made["z_max"][0]) == (0.0, 1.8)
     assert oz.objects_from_boxes([]).shape == (0,)
     assert oz.objects_from_boxes([(0,) * 7])["id"].tolist() == [-1]
     assert oz.objects_from_boxes([(0,) * 7], classes=["x" * 40])["class"][0] == "x" * 40
@@ -218,7 +220,8 @@ def test_what_is_not_objects_is_refused(gate, objects, text):
 
 
 def test_objects_without_identity_may_repeat(gate):
-    oz.Session(gate).take(0.0, objects=[person(-1, 0, 0), person(-1, 0, 0)])
+    flat = oz.TrackedObject(-1, 0, 0, 0.0, 0.0, 0, 1.0, 1.0)
+    oz.Session(gate).take(0.0, objects=[person(-1, 0, 0), person(-1, 0, 0), flat])
 
 
 def test_a_session_that_many_threads_call_takes_each_stamp_once(gate, points):

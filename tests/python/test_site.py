@@ -91,6 +91,9 @@ def test_an_exclusion_zone_that_the_library_would_ignore_is_refused(name, text):
     with pytest.raises(ValueError, match=text):
         site.exclusion_zones = [oz.Zone(square(name="e0")), oz.Zone(square(name=name))]
     assert [zone.name for zone in site.exclusion_zones] == ["e0"]
+    site.exclusion_zones.append(oz.Zone(square(name="e1")))
+    with pytest.raises(ValueError, match=text):
+        site.exclusion_zones[1] = oz.Zone(square(name=name))
     with pytest.raises(TypeError, match="a NoneType was given"):
         site.exclusion_zones.append(None)
 
