@@ -42,7 +42,8 @@ async function firstDocument(host: Host | null): Promise<First> {
   return { text, savedText: text, fileName: EXAMPLE_NAME, note: '' };
 }
 
-async function start(): Promise<void> {
+// Gives whether the page may be kept for later: the command's has another address each time.
+async function start(): Promise<boolean> {
   const host = await hostOfPage();
   const first = await firstDocument(host);
   const { text, savedText, fileName, note } = first;
@@ -61,10 +62,6 @@ async function start(): Promise<void> {
   followDocument();
   const engine = await openEngine();
   set({ engine, engineVersion: `engine ${(await engine.version()).version}` });
-  // The command's page has another address each time: there is nothing to keep for later.
-  if (!host && 'serviceWorker' in navigator && import.meta.env.PROD) {
-    navigator.serviceWorker.register(new URL('sw.js', document.baseURI)).catch(() => undefined);
-  }
   if (host && (host.frames.length > 0 || host.tracks)) {
     const names = [...host.frames, ...(host.tracks ? [host.tracks] : [])].map((source) => source.name);
     await openSources(
@@ -73,12 +70,17 @@ async function start(): Promise<void> {
       names.length > 1 ? `${names[0]} and ${names.length - 1} more` : names[0]!,
     );
   }
-  if (host?.document || fileName !== EXAMPLE_NAME) return;
+  if (host?.document || fileName !== EXAMPLE_NAME) return host === null;
   const { clouds, tracks } = await exampleSources();
   if (get().recording === null && get().scene === null) await openSources(clouds, tracks, 'The crossing');
-  document.documentElement.dataset['ready'] = 'true';
+  return host === null;
 }
 
 render(<App />, document.getElementById('page')!);
 obeyKeys();
-start().catch(sayError);
+start()
+  .then((isKept) => {
+    if (isKept && 'serviceWorker' in navigator && import.meta.env.PROD)
+      return navigator.serviceWorker.register(new URL('sw.js', document.baseURI)).catch(() => undefined);
+  })
+  .catch(sayError);
