@@ -13,7 +13,7 @@ package=$build/source/orvantis_zones
 python=/usr/bin/python3
 # The libraries lie in the package, where the module looks for them.
 cmake -S . -B $build -G Ninja -DCMAKE_BUILD_TYPE=Release -DORVANTIS_BUILD_PYTHON=ON -DORVANTIS_BUILD_TESTS=OFF \
-  -DCMAKE_BUILD_WITH_INSTALL_RPATH=ON -DORVANTIS_PYTHON_INSTALL_DIR=. -DCMAKE_INSTALL_LIBDIR=orvantis_zones/lib \
+  -DCMAKE_BUILD_WITH_INSTALL_RPATH=ON -DORVANTIS_PYTHON_INSTALL_DIR:STRING=python -DCMAKE_INSTALL_LIBDIR=python/orvantis_zones/lib \
   -DPython3_EXECUTABLE=$python >/dev/null
 cmake --build $build --target orvantis_python
 
