@@ -1,6 +1,8 @@
 #include "FrameCounts.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <set>
 #include <utility>
@@ -157,6 +159,37 @@ void printJson(const CountedFrame& frame, const std::vector<FieldZone>& zones, c
   console.out << toJson(record) << '\n';
 }
 
+// What all points of a frame are looked at for. A piece of it after the other, so that each is read from the
+// memory once.
+ZoneCounts lookAt(const InputFrame& frame, const PointClassifier& classifier, HeightWatch& heights,
+                  InputWarnings& warnings) {
+  constexpr std::size_t pieceSize = 16384;
+  ZoneCounts sum;
+  std::uint64_t atOrigin = frame.atOrigin.value_or(0);
+  std::visit(
+      [&](auto piece) {
+        const auto whole = piece;
+        for (std::size_t begin = 0; begin < whole.size; begin += pieceSize) {
+          const std::size_t offset = begin * whole.stride;
+          piece.x = static_cast<const unsigned char*>(whole.x) + offset;
+          piece.y = static_cast<const unsigned char*>(whole.y) + offset;
+          piece.z = static_cast<const unsigned char*>(whole.z) + offset;
+          piece.size = std::min(pieceSize, whole.size - begin);
+          const ZoneCounts counts = classifier.count(piece);
+          std::transform(sum.inside.begin(), sum.inside.end(), counts.inside.begin(), sum.inside.begin(),
+                         std::plus<>());
+          sum.excluded += counts.excluded;
+          sum.noReturns += counts.noReturns;
+          heights.look(piece);
+          atOrigin += frame.atOrigin ? 0 : countAtOrigin(piece);
+        }
+      },
+      frame.points);
+  heights.sample(frame.points);
+  warnings.add(frame, atOrigin);
+  return sum;
+}
+
 }  // namespace
 
 int countFrames(const Configuration& configuration, const RunOptions& options, const Console& console) {
@@ -177,16 +210,14 @@ int countFrames(const Configuration& configuration, const RunOptions& options, c
       break;
     }
     progress.show(number, *input, frame->file);
-    const ZoneCounts counts =
-        options.reference
-            ? countZoneByZone(detector, frame->points)
-            : std::visit([&](const auto& view) { return classifier.count(view); }, frame->points);
+    ZoneCounts counts = lookAt(*frame, classifier, heights, warnings);
+    if (options.reference) {
+      counts = countZoneByZone(detector, frame->points);
+    }
     std::optional<PointFrame> sensorZones;
     if (sensorMonitor) {
       sensorZones = sensorMonitor->update(*frame->stamp, pointsBySensor(*frame));
     }
-    heights.add(frame->points);
-    warnings.add(*frame);
     progress.erase();
     (options.json ? printJson : printTable)({number++, *frame, counts, sensorZones}, zones,
                                             configuration.sensorZones, minPoints, console);

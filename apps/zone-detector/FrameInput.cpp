@@ -5,6 +5,8 @@
 #include <thread>
 #include <utility>
 
+#include <sched.h>
+
 #include "Console.h"
 #include "files/File.h"
 #include "recording/OpenRecording.h"
@@ -38,6 +40,15 @@ auto named(const std::string& path, Read read) {
   }
 }
 
+// Whether two threads of this process can run at once. The standard library counts the processors of the
+// machine, whichever of them the process may use.
+bool hasSecondProcessor() {
+  cpu_set_t mine;
+  CPU_ZERO(&mine);
+  return ::sched_getaffinity(0, sizeof(mine), &mine) == 0 ? CPU_COUNT(&mine) > 1
+                                                          : std::thread::hardware_concurrency() > 1;
+}
+
 }  // namespace
 
 bool isRecordingFile(const std::string& path) {
@@ -65,12 +76,13 @@ FrameInput::Bytes FrameInput::bytesOf(const std::string& path) {
       return bytes;
     }
   }
-  return readBytes(path, std::move(spare_));
+  // Into the same memory as before: it is in the caches of the processor.
+  return readBytes(path, std::move(current_));
 }
 
 // Reads the next file while this one is used, on a second processor.
 void FrameInput::readAhead() {
-  if (paths_.empty() || std::thread::hardware_concurrency() < 2 || !frameKindOf(paths_.front())) {
+  if (paths_.empty() || !hasSecondProcessor() || !frameKindOf(paths_.front())) {
     return;
   }
   comingPath_ = paths_.front();
@@ -80,11 +92,14 @@ void FrameInput::readAhead() {
 }
 
 Points FrameInput::placed(Points points, InputFrame& frame) {
-  frame.atOrigin = countAtOrigin(points);
   if (!options_.limits.dropsNothing()) {
     points = filter_.keep(points, frame.dropped);
   }
-  return options_.pose ? mover_.move(points, *options_.pose) : points;
+  if (!options_.pose) {
+    return points;
+  }
+  frame.atOrigin = countAtOrigin(points);
+  return mover_.move(points, *options_.pose);
 }
 
 InputFrame FrameInput::frameOf(const std::string& path) {

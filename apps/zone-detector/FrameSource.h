@@ -30,7 +30,9 @@ struct InputFrame {
   std::optional<filter::monitor::Stamp> stamp;  ///< of a recording
   toolkit::Points points;  ///< in the frame of the site; valid until the next frame is read
   std::vector<toolkit::Column> columns;
-  std::uint64_t atOrigin = 0;  ///< points at exactly (0, 0, 0), including those that were dropped
+  /// How many of them were at exactly (0, 0, 0) for their sensor. Nothing: nobody has looked; the points are
+  /// as the sensor gave them.
+  std::optional<std::uint64_t> atOrigin;
   toolkit::DroppedPoints dropped;
   std::vector<SensorFrame>
       sensors;  ///< the sensors of the points, in the order of the points; empty: not known

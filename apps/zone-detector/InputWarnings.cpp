@@ -8,8 +8,11 @@
 namespace orvantis::app {
 
 void InputWarnings::add(const InputFrame& frame) {
-  const std::uint64_t kept = frame.atOrigin - frame.dropped.atOrigin;
-  if (kept * 100 > sizeOf(frame.points)) {
+  add(frame, frame.atOrigin ? *frame.atOrigin : countAtOrigin(frame.points));
+}
+
+void InputWarnings::add(const InputFrame& frame, std::uint64_t atOrigin) {
+  if (atOrigin * 100 > sizeOf(frame.points)) {
     firstAtOrigin_ = framesAtOrigin_ == 0 ? frame.file : firstAtOrigin_;
     ++framesAtOrigin_;
   }

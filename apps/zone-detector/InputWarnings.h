@@ -13,6 +13,8 @@ class FrameSource;
 class InputWarnings {
  public:
   void add(const InputFrame& frame);
+  /// @param atOrigin how many of its points are at the origin
+  void add(const InputFrame& frame, std::uint64_t atOrigin);
 
   /// Prints the warnings about points at the origin, recordings that are cut off, and stamps that go back.
   /// Call it once, after the last frame.

@@ -152,7 +152,8 @@ std::optional<InputFrame> SensorInput::next() {
     }
     const InputFrame part = *std::exchange(stream->coming, std::nullopt);
     frame.file += (frame.file.empty() ? "" : ", ") + part.file;
-    frame.atOrigin += part.atOrigin;
+    frame.atOrigin =
+        frame.atOrigin.value_or(0) + (part.atOrigin ? *part.atOrigin : countAtOrigin(part.points));
     add(part.dropped, frame.dropped);
     frame.sensors.push_back({stream->name, part.file, part.topic, *part.stamp, part.points});
   }

@@ -80,7 +80,7 @@ std::size_t fileSize(const std::string& path) {
   if (!std::filesystem::is_regular_file(status)) {
     fail(path, std::filesystem::is_directory(status) ? "it is a folder" : "it is not a regular file");
   }
-  if (!std::ifstream(path)) {
+  if (::access(path.c_str(), R_OK) != 0) {
     fail(path, errorText(errno));
   }
   return std::filesystem::file_size(path);

@@ -1,5 +1,7 @@
 #include "recording/PointFilter.h"
 
+#include <algorithm>
+#include <cstring>
 #include <type_traits>
 
 #include "recording/PointAt.h"
@@ -77,10 +79,21 @@ std::uint64_t countAtOrigin(const Points& points) {
         // Compares whole numbers without their signs, which is fast: this is done for every frame.
         using Bits = std::conditional_t<std::is_same_v<Real, float>, std::uint32_t, std::uint64_t>;
         const PointsView<Bits> bits{view.x, view.y, view.z, view.stride, view.size};
+        // Mostly there is not even an x of 0.
+        constexpr std::size_t blockSize = 1024;
         std::uint64_t count = 0;
-        for (std::size_t i = 0; i < bits.size; ++i) {
-          const auto [x, y, z] = pointAt(bits, i);
-          count += static_cast<Bits>((x | y | z) << 1U) == 0 ? 1 : 0;
+        for (std::size_t begin = 0; begin < bits.size; begin += blockSize) {
+          const std::size_t end = std::min(bits.size, begin + blockSize);
+          bool isAny = false;
+          for (std::size_t i = begin; i < end; ++i) {
+            Bits x{};
+            std::memcpy(&x, static_cast<const unsigned char*>(bits.x) + i * bits.stride, sizeof(x));
+            isAny |= static_cast<Bits>(x << 1U) == 0;
+          }
+          for (std::size_t i = begin; i < end && isAny; ++i) {
+            const auto [x, y, z] = pointAt(bits, i);
+            count += static_cast<Bits>((x | y | z) << 1U) == 0 ? 1 : 0;
+          }
         }
         return count;
       },

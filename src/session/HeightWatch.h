@@ -1,8 +1,13 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <utility>
 #include <vector>
+
+#include <filter/classify/PointClassifier.h>
 
 #include "document/FieldZones.h"
 #include "session/Coordinates.h"
@@ -26,15 +31,38 @@ class HeightWatch {
     bool isNearlyUnseen() const { return isSeen && inside > 100 * between; }
   };
 
+  /// @param zones of one detector
   explicit HeightWatch(const std::vector<FieldZone>& zones);
 
-  void add(const Points& points);
+  /// A frame.
+  void add(const Points& points) {
+    look(points);
+    sample(points);
+  }
+
+  // The two parts of it, for whoever has other things to do with each point: all of a frame must be looked
+  // at, in whatever pieces, and its sample is taken from the whole.
+
+  void look(const Points& points);
+  void sample(const Points& points);
 
   /// In the order of the zones.
   const std::vector<ZoneHeights>& zones() const { return zones_; }
 
  private:
+  template <typename Real>
+  void lookAt(const filter::classify::PointsView<Real>& points);
+  template <typename Real>
+  void addSample(const filter::classify::PointsView<Real>& points);
+
+  void note(double z);
+  std::pair<double, double> heightsOfUnseen() const;
+
   std::vector<ZoneHeights> zones_;
+  std::vector<std::size_t> unseen_;             // those of them whose heights no point was between
+  filter::classify::PointClassifier outlines_;  // the zones without their heights
+  std::array<std::size_t, 24> byBit_{};         // which of the zones has a bit of its masks
+  std::vector<std::uint64_t> masks_;
 };
 
 }  // namespace orvantis::toolkit

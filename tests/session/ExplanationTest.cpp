@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cmath>
@@ -203,6 +204,41 @@ TEST(HeightWatch, TellsAZoneInWhoseOutlineNearlyNothingIsBetweenItsHeights) {
   EXPECT_TRUE(watch(1, 100).isNearlyUnseen());
   EXPECT_FALSE(watch(1, 99).isNearlyUnseen()) << "one in a hundred is enough";
   EXPECT_EQ(watch(1, 100).lowest, -1.5);
+}
+
+// Against the zones themselves: points and heights of all sizes, zones without a shape, and points that are
+// not finite.
+TEST(HeightWatch, CountsWhatTheOutlinesHold) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const auto disc = std::make_shared<filter::detection::Sector>("disc", 0.0, 0.0, 3.0);
+  const auto slice = std::make_shared<filter::detection::Sector>("slice", -1.0, 1.0, 5.0);
+  const std::vector<FieldZone> zones = {{0, 1, "f", std::make_shared<Zone3dBase>(square())},
+                                        {0, 2, "f", std::make_shared<Zone3dBase>()},
+                                        {5, 0, "g", std::make_shared<Zone3dBase>(disc, -1e6, 0.25)},
+                                        {7, 2, "h", std::make_shared<Zone3dBase>(slice, 90.0, 80.0)}};
+  Cloud cloud = {{nan, 1, 1},   {1, nan, 1},    {1, 1, nan}, {1, 1, infinity}, {1, 1, -infinity},
+                 {1, 1, 1e9}, {1, 1, -1e9}, {0, 0, 0},   {4, 4, 0.5}};
+  for (int i = 0; i < 1500; ++i) {
+    cloud.push_back({0.37 * (i % 29) - 5, 0.41 * (i % 31) - 6, 0.013 * i - 9});
+  }
+  HeightWatch watch(zones);
+  watch.add(viewOf(cloud));
+  for (std::size_t k = 0; k < zones.size(); ++k) {
+    const ZoneReach reach = reachOf(*zones[k].volume, viewOf(cloud));
+    const HeightWatch::ZoneHeights& heights = watch.zones()[k];
+    EXPECT_EQ(heights.inside, reach.insideOutline()) << k;
+    EXPECT_EQ(heights.between, reach.between) << k;
+    EXPECT_EQ(heights.lowest, reach.lowest.value_or(infinity)) << k;
+    EXPECT_EQ(heights.highest, reach.highest.value_or(-infinity)) << k;
+    const bool isSeen = std::any_of(cloud.begin(), cloud.end(), [&](const auto& p) {
+      return std::isfinite(p[0] + p[1]) && std::isfinite(p[2]) && p[2] >= zones[k].volume->getZMin() &&
+             p[2] <= zones[k].volume->getZMax();
+    });
+    EXPECT_EQ(heights.isSeen, isSeen) << k;
+  }
+  EXPECT_FALSE(watch.zones()[3].isSeen);
+  EXPECT_GT(watch.zones()[0].inside, 100U);
 }
 
 }  // namespace
