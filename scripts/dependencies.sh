@@ -20,6 +20,7 @@ python_packages=(
   python3-dev pybind11-dev python3-numpy           # the module
   python3-pytest python3-hypothesis mypy           # its tests
   python3-matplotlib python3-pandas python3-shapely  # for its pictures, and to compare its answers
+  python3-dask python3-distributed python3-fsspec  # fleets of recordings, and their tests
 )
 
 # Also needed for the page and its tests: the compiler for browsers and a browser. Node 20 with npm must be installed.

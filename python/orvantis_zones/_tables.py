@@ -9,9 +9,10 @@ import numpy as np
 
 from . import _core
 
-_FLOATS = {"stamp", "began", "dwell", "met", "x", "y", "taken_ms", "occupied", "median_dwell", "longest_dwell"}
+_FLOATS = {"stamp", "began", "dwell", "met", "x", "y", "taken_ms", "occupied", "median_dwell", "longest_dwell",
+           "begin", "end", "seconds"}
 _INTEGERS = {"field", "zone", "track", "points", "no_returns", "excluded", "objects", "activations", "peak_points",
-             "peak_objects", "visits", "to_left", "to_right", "net_to_left"}
+             "peak_objects", "visits", "to_left", "to_right", "net_to_left", "frames", "attempts"}
 _NUMBERED = ("points_", "occupied_", "objects_")
 
 

@@ -1,0 +1,80 @@
+"""A batch on executors: the bytes do not depend on who evaluates, and in which order."""
+import concurrent.futures
+import multiprocessing
+import pathlib
+import random
+import tempfile
+
+import fleet
+import pytest
+from hypothesis import given, settings, strategies as st
+
+from orvantis_zones.batch import evaluate
+
+
+class Shuffled(concurrent.futures.Executor):
+    """Runs what was submitted when somebody waits, in an order of its own, and some of it twice."""
+
+    def __init__(self, seed, workers):
+        self._max_workers, self._random, self._thread = workers, random.Random(seed), None
+        self._pool = concurrent.futures.ThreadPoolExecutor(1)
+        self._left = []
+
+    def submit(self, work, *arguments):
+        future = concurrent.futures.Future()
+        self._left.insert(self._random.randrange(len(self._left) + 1), (future, work, arguments))
+        self._pool.submit(self._one)
+        return future
+
+    def _one(self):
+        future, work, arguments = self._left.pop()
+        if self._random.random() < 0.3:
+            work(*arguments)
+        if future.set_running_or_notify_cancel():
+            future.set_result(work(*arguments))
+
+
+def bytes_of(batch):
+    with tempfile.TemporaryDirectory() as folder:
+        return fleet.written(batch, pathlib.Path(folder))
+
+
+@settings(max_examples=25)
+@given(st.lists(st.integers(0, 11), unique=True), st.integers(0, 1000), st.integers(1, 5))
+def test_the_bytes_do_not_depend_on_order_workers_and_repeats(chosen, seed, workers):
+    recordings = [fleet.recordings(12)[k] for k in chosen]
+    recordings.insert(len(recordings) // 2, fleet.raising(OSError("no such storage")))
+    here = evaluate(fleet.site(), recordings)
+    assert bytes_of(evaluate(fleet.site(), recordings, client=Shuffled(seed, workers))) == bytes_of(here)
+
+
+@pytest.mark.parametrize("workers", [1, 2, 3])
+def test_threads_and_processes_give_the_same_bytes(workers):
+    recordings = fleet.recordings(9)
+    here = bytes_of(evaluate(fleet.site(), recordings))
+    with concurrent.futures.ThreadPoolExecutor(workers) as pool:
+        assert bytes_of(evaluate(fleet.site(), recordings, client=pool)) == here
+    with concurrent.futures.ProcessPoolExecutor(workers, multiprocessing.get_context("spawn")) as pool:
+        assert bytes_of(evaluate(fleet.site(), recordings, client=pool)) == here
+
+
+def test_no_recording_is_lost_with_a_pool_that_one_of_them_breaks():
+    recordings = fleet.recordings(3)
+    recordings.insert(1, fleet.killer())
+    with concurrent.futures.ProcessPoolExecutor(2, multiprocessing.get_context("spawn")) as pool:
+        batch = evaluate(fleet.site(), recordings, client=pool)
+    assert batch.errors["recording"].tolist() == ["killer"]
+    assert batch.errors["kind"].tolist() == ["worker died"]
+    assert batch.events == evaluate(fleet.site(), fleet.recordings(3)).events
+
+
+def test_what_waits_is_cancelled_when_the_batch_ends_early(tmp_path):
+    log = tmp_path / "log"
+
+    def stop(done, total, name):
+        raise KeyboardInterrupt
+
+    with concurrent.futures.ThreadPoolExecutor(1) as pool:
+        with pytest.raises(KeyboardInterrupt):
+            evaluate(fleet.site(), [fleet.slow(k, log, 0.1) for k in range(50)], client=pool, progress=stop)
+    assert len(log.read_text().split()) <= 4
