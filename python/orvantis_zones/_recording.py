@@ -59,9 +59,12 @@ def _title(parts):
 class Recording:
     """Frames of points, tracked objects or both. Opened when iterated, so it can be sent to a worker.
 
-    clouds: files, recordings (MCAP, ROS bag) and folders of them. rate: of single frames in Hz, none: 10. stamps: a list
-    of frames with their stamps, in place of clouds. sensors: a list of sensors, whose frames are taken together when their
-    stamps are within the window, in seconds; in place of clouds. tracks: a file of tracked objects; tracks_format: "csv" or "kitti".
+    clouds: files, recordings (MCAP, ROS bag) and folders of them.
+    rate: of single frames in Hz; none: 10.
+    stamps: a list of frames with their stamps, in place of clouds.
+    sensors: a list of sensors, in place of clouds; their frames are taken together when their stamps are within the
+    window, in seconds.
+    tracks: a file of tracked objects; tracks_format: "csv" or "kitti".
 
     Iterating gives stamp in seconds, points (N, 3) or None, and objects of OBJECT_DTYPE or None; raises RecordingError.
     """
@@ -93,7 +96,7 @@ class Recording:
 
     @classmethod
     def from_folder(cls, path, *, rate=None):
-        """The frames and recordings in a folder in order of name, or those that its frames.txt lists; its tracks.csv."""
+        """The frames and recordings in a folder, or those that its frames.txt lists; its tracks.csv."""
         path = _path(path)
         here = set(os.listdir(path))
         tracks = os.path.join(path, "tracks.csv") if "tracks.csv" in here else None

@@ -35,8 +35,8 @@ class Frame:
 class ZoneExplanation:
     """Why a zone is in the state it is in.
 
-    counted: points inside it and in no exclusion zone; min_points: it is occupied from this count on. taken: points that
-    exclusion zones took, taken_by: by their names. occupied_now: what the last frame alone said; occupied: the reported
+    counted: points inside it and in no exclusion zone; min_points: it is occupied from this count on. taken: points
+    that exclusion zones took, taken_by: by their names. occupied_now: what the last frame alone said; occupied: the reported
     state. Where the two differ: differs_since, and missing, how much longer they must differ, in seconds.
     """
     field: int
@@ -99,8 +99,8 @@ class Session(_core.Session):
         """Takes what there is for the next stamp: a Frame. Points come first.
 
         stamp: seconds, or a time of datetime or numpy, which counts exactly. points: (N, 3 or more) or structured.
-        objects: an array of OBJECT_DTYPE, a DataFrame of its columns, or a list of TrackedObject; not on a list that is
-        None: there was no frame of objects, which is not the same as one without any.
+        objects: an array of OBJECT_DTYPE, a DataFrame of its columns, or a list of TrackedObject.
+        None: there was no frame of objects, which is not the same as a frame without any.
         """
         return self._take(stamp, points, objects)
 
