@@ -20,5 +20,5 @@ set(spdlog_DIR ${CMAKE_CURRENT_LIST_DIR}/packages)
 # Exceptions of the machine itself: by way of JavaScript the module is four times as large.
 set(CMAKE_CXX_FLAGS_INIT "-fwasm-exceptions -msimd128")
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-fwasm-exceptions")
-# A page waits for its bytes; what is hot is told so where it is built.
-set(CMAKE_CXX_FLAGS_RELEASE "-Oz -DNDEBUG" CACHE STRING "")
+# How much is optimised is said by target, in web/engine.
+set(CMAKE_CXX_FLAGS_RELEASE "-DNDEBUG" CACHE STRING "")

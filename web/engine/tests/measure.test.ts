@@ -1,4 +1,4 @@
-// What calls take; printed, not judged: MEASURE=1 npx vitest run engine/tests/measure.test.ts
+// What calls take of a processor, whatever else the machine does; printed, not judged: MEASURE=1 npx vitest run engine/tests/measure.test.ts
 
 import { readFileSync } from 'node:fs';
 import { brotliCompressSync, constants } from 'node:zlib';
@@ -8,6 +8,10 @@ import { EngineCore } from '../core';
 import { chance } from './chance';
 import { loadCore, ROOT, runAll } from './load';
 
+const clock = () => {
+  const { user, system } = process.cpuUsage();
+  return (user + system) / 1000;
+};
 const middle = (values: number[]) => values.sort((a, b) => a - b)[values.length >> 1]!.toFixed(1);
 const most = (values: number[]) => Math.max(...values).toFixed(1);
 
@@ -41,9 +45,9 @@ describe.skipIf(!process.env.MEASURE)('measured', () => {
     const bytes = readFileSync(new URL('../engine.wasm', import.meta.url));
     const times: number[] = [];
     for (let i = 0; i < 10; ++i) {
-      const begin = performance.now();
+      const begin = clock();
       (await EngineCore.load(bytes)).check('{}');
-      times.push(performance.now() - begin);
+      times.push(clock() - begin);
     }
     const packed = brotliCompressSync(bytes, { params: { [constants.BROTLI_PARAM_LGWIN]: 24 } }).length;
     console.log(`weight ${bytes.length} bytes, brotli ${packed}; ready ${middle(times)} ms, at most ${most(times)} ms`);
@@ -52,28 +56,28 @@ describe.skipIf(!process.env.MEASURE)('measured', () => {
 
   test('an edit of a million points', async () => {
     const core = await loadCore();
-    let begin = performance.now();
+    let begin = clock();
     const scene = core.openPoints(axis(1000000, 200), axis(1000000, 200), axis(1000000, 6));
-    console.log(`a million points opened in ${(performance.now() - begin).toFixed(0)} ms`);
-    begin = performance.now();
+    console.log(`a million points opened in ${(clock() - begin).toFixed(0)} ms`);
+    begin = clock();
     core.count(scene.id, document(0));
-    console.log(`counted whole in ${(performance.now() - begin).toFixed(1)} ms`);
+    console.log(`counted whole in ${(clock() - begin).toFixed(1)} ms`);
     for (const verdicts of [false, true]) {
       const times: number[] = [];
       let tiles = '';
       for (let i = 1; i <= 60; ++i) {
-        begin = performance.now();
+        begin = clock();
         const { counts } = core.count(scene.id, document(0.05 * i), { verdicts });
-        times.push(performance.now() - begin);
+        times.push(clock() - begin);
         tiles = counts!.tiles.join(' of ');
       }
       console.log(`edit ${verdicts ? 'with verdicts' : 'to counts'}: ${middle(times)} ms, at most ${most(times)} ms (${tiles} tiles)`);
     }
     const times: number[] = [];
     for (let i = 0; i < 30; ++i) {
-      begin = performance.now();
+      begin = clock();
       core.check(document(0.05 * i));
-      times.push(performance.now() - begin);
+      times.push(clock() - begin);
     }
     console.log(`of that the check of the document: ${middle(times)} ms`);
   });
@@ -91,9 +95,9 @@ describe.skipIf(!process.env.MEASURE)('measured', () => {
     for (const [what, text] of [
       ['read', document(0)], ['zone changed', document(1)], ['sensitivity changed', document(1).replace('"sensitivity":10', '"sensitivity":20')],
     ] as const) {
-      const begin = performance.now();
+      const begin = clock();
       const session = runAll(core, recording.id, text);
-      console.log(`${what}: ${(performance.now() - begin).toFixed(0)} ms for ${session.moments} frames, ${session.counted} counted`);
+      console.log(`${what}: ${(clock() - begin).toFixed(0)} ms for ${session.moments} frames, ${session.counted} counted`);
     }
     console.log(`memory ${(core.version().memory / 2 ** 20).toFixed(0)} MiB`);
     expect(readFileSync(`${ROOT}README.md`).length).toBeGreaterThan(0);
