@@ -33,7 +33,8 @@ class Batch:
                    ([name, *row] for name, outcome in good for row in list(_rows(getattr(outcome, table)))[1:]))
             for table in TABLES)
         self.recordings = _table(["recording", "frames", "begin", "end", "seconds", "status"],
-                                 ([name, o.frames, o.begin, o.end, format(o.length(), "f"), o.kind or "finished"] for name, o in both))
+                                 ([name, o.frames, o.begin, o.end, format(o.length(), "f"), o.kind or "finished"]
+                                  for name, o in both))
         self.errors = _table(["recording", "kind", "text"], ([name, o.kind, o.text] for name, o in both if o.kind))
         self.warnings = _table(["recording", "text"], ([name, text] for name, o in both for text in o.warnings))
         self.work = _table(["recording", "host", "attempts", "seconds"],

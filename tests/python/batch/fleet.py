@@ -59,6 +59,16 @@ def raising(error, name="raising"):
     return oz.Recording.from_arrays(functools.partial(_raise, error), name=name)
 
 
+def _when(path):
+    with open(path):
+        return moments(0)
+
+
+def when(path, name="when"):
+    """A recording that can be read once that file is there."""
+    return oz.Recording.from_arrays(functools.partial(_when, str(path)), name=name)
+
+
 def written(batch, folder):
     """The bytes of the files of a batch."""
     batch.write(folder)

@@ -7,6 +7,8 @@ import pytest
 
 import orvantis_zones as oz
 from orvantis_zones.batch import evaluate
+from orvantis_zones.batch._outcome import Outcome
+from orvantis_zones.batch._work import work
 
 
 def texts(table, column):
@@ -107,11 +109,10 @@ def test_a_frame_that_a_list_names_is_part_of_the_recording(tmp_path):
 
 
 def test_errors_are_tried_again(tmp_path):
-    path = tmp_path / "late.csv"
-    given = [oz.Recording(tracks=path, name="late")]
-    assert evaluate(fleet.site(), given, folder=tmp_path / "out").errors.num_rows == 1
-    fleet.tracks(path)
-    assert evaluate(fleet.site(), given, folder=tmp_path / "out").errors.num_rows == 0
+    given = [fleet.when(tmp_path / "late")]
+    assert evaluate(fleet.site(), given, folder=tmp_path).errors.num_rows == 1
+    (tmp_path / "late").touch()
+    assert evaluate(fleet.site(), given, folder=tmp_path).errors.num_rows == 0
 
 
 def test_ctrl_c_keeps_what_is_finished(tmp_path):
@@ -182,3 +183,8 @@ def test_files_appear_whole(tmp_path, monkeypatch):
     evaluate(fleet.site(), fleet.recordings(1), folder=tmp_path)
     assert steps == ["fsync", "replace"]
     assert [len(path.name) for path in pathlib.Path(tmp_path / "finished").iterdir()] == [64]
+
+
+def test_another_version_is_refused_by_name():
+    outcome = Outcome.unpack(work(pickle.dumps(("0.1", b"what only that version understands"))))
+    assert (outcome.kind, outcome.text) == ("wrong version", f"orvantis_zones {oz.__version__}; the client has 0.1")
