@@ -25,8 +25,8 @@ const zoneNames = (of: Doc, field: number): string[] => of.fields[field]!.zones.
 describe('drawing', () => {
   test('the example opens at first sight, byte for byte', async () => {
     expect(await person.text()).toBe(crossing);
-    expect(await person.page.locator('.area').count()).toBe(11);
-    expect(await person.page.locator('g.line').count()).toBe(4);
+    await expect.poll(() => person.page.locator('.area').count(), { timeout: 10000 }).toBe(11);
+    await expect.poll(() => person.page.locator('g.line').count(), { timeout: 10000 }).toBe(4);
   });
 
   test('a polygon into the first field with room, by clicks and Enter', async () => {
@@ -274,10 +274,10 @@ describe('changing', () => {
     expect(await person.text()).toBe(crossing);
     await person.page.getByRole('button', { name: 'Hide Walkway' }).click();
     await person.frame();
-    expect(await person.page.locator('.area').count()).toBe(10);
+    await expect.poll(() => person.page.locator('.area').count(), { timeout: 10000 }).toBe(10);
     await person.click({ x: 2, y: 12 });
     await person.click({ x: 11, y: 9.5 });
-    expect(await person.page.locator('.group li.chosen').count()).toBe(0);
+    await expect.poll(() => person.page.locator('.group li.chosen').count(), { timeout: 10000 }).toBe(0);
   });
 
   test('the heights of a zone are dragged in the side view, and moved by keys', async () => {
@@ -315,8 +315,8 @@ describe('changing', () => {
 
   test('the question mark shows the keys', async () => {
     await person.press('?');
-    expect(await person.page.locator('dialog.help tr').count()).toBeGreaterThan(20);
+    await expect.poll(() => person.page.locator('dialog.help tr').count(), { timeout: 10000 }).toBeGreaterThan(20);
     await person.page.getByRole('button', { name: 'Close' }).click();
-    expect(await person.page.locator('dialog.help').count()).toBe(0);
+    await expect.poll(() => person.page.locator('dialog.help').count(), { timeout: 10000 }).toBe(0);
   });
 });

@@ -20,7 +20,10 @@ afterEach(async () => {
 const note = (name: string): Promise<string | null> =>
   person.page.locator(`[data-label="${name}"] .note`).textContent();
 const walkway = 'ZoneDetector/EvaluationField[0]/Zone[0]';
-const tab = (name: string): Promise<void> => person.page.getByRole('tab', { name }).click();
+const tab = async (name: string): Promise<void> => {
+  await person.page.getByRole('tab', { name }).click();
+  await person.page.getByRole('tab', { name, selected: true }).waitFor();
+};
 
 describe('known at once', () => {
   test('counts follow a corner while it is dragged', async () => {
@@ -76,7 +79,7 @@ describe('known at once', () => {
     expect(await lamps()).toEqual(['Walkway: clear, low', 'Near kerb: clear, low', 'Far kerb: clear, low']);
     await person.press('.', '.', '.');
     expect(await lamps()).toEqual(['Walkway: occupied, high', 'Near kerb: occupied, high', 'Far kerb: clear, low']);
-    expect(await person.page.locator('.lamp.on').count()).toBe(2);
+    await expect.poll(() => person.page.locator('.lamp.on').count(), { timeout: 10000 }).toBe(2);
     await person.page.getByLabel('Active field').selectOption('1');
     await person.frame();
     expect((await lamps())[2]).toBe('output 2: no zone');
@@ -106,11 +109,13 @@ describe('playing', () => {
   test('events are a list that leads to their moment', async () => {
     await tab('Events');
     const crossed = person.page.locator('.events li button', { hasText: 'crossed line "Crossing"' });
-    expect(await crossed.count()).toBe(2);
+    await expect.poll(() => crossed.count(), { timeout: 10000 }).toBe(2);
     await crossed.first().click();
     await person.frame();
-    expect(await person.page.locator('.transport output').textContent()).not.toBe('0.00 s, 1 of 20');
-    expect(await person.page.locator('.crossed').count()).toBe(5);
+    await expect
+      .poll(() => person.page.locator('.transport output').textContent(), { timeout: 10000 })
+      .not.toBe('0.00 s, 1 of 20');
+    await expect.poll(() => person.page.locator('.crossed').count(), { timeout: 10000 }).toBe(5);
   });
 
   test('explains zones, lines and tracks in words', async () => {
@@ -134,7 +139,7 @@ describe('what if', () => {
     await person.click({ x: 8.8, y: 7.5 });
     await person.drag({ x: 8.8, y: 7.5 }, { x: 8.8, y: 19.5 });
     await person.page.getByText('2 lost against as opened').waitFor();
-    expect(await person.page.locator('.events .lost').count()).toBe(2);
+    await expect.poll(() => person.page.locator('.events .lost').count(), { timeout: 10000 }).toBe(2);
     await person.press('Control+z');
     await person.page.getByText('0 gained and 0 lost').waitFor();
   });

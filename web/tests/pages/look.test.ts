@@ -68,7 +68,7 @@ describe('how it looks', () => {
     const person = await (await Person.at(place)).ready();
     await person.press('3');
     await person.page.waitForTimeout(300);
-    expect(await person.page.locator('.volume').count()).toBe(11);
+    await expect.poll(() => person.page.locator('.volume').count(), { timeout: 10000 }).toBe(11);
     const before = await person.page.locator('.volume .rim').first().getAttribute('d');
     const box = (await person.page.locator('.solid').boundingBox())!;
     await person.page.mouse.move(box.x + 300, box.y + 300);
