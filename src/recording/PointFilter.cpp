@@ -47,6 +47,32 @@ void note(Verdict verdict, DroppedPoints& dropped) {
   dropped.tooFar += verdict == Verdict::TooFar ? 1 : 0;
 }
 
+// Compares whole numbers without their signs, which is fast: this is done for every frame.
+// @tparam distance in bytes from one value to the next; 0: that of the view
+template <std::size_t distance, typename Real>
+std::uint64_t countIn(const PointsView<Real>& points) {
+  using Bits = std::conditional_t<std::is_same_v<Real, float>, std::uint32_t, std::uint64_t>;
+  constexpr std::size_t blockSize = 1024;
+  const PointsView<Bits> bits{points.x, points.y, points.z, points.stride, points.size};
+  const std::size_t stride = distance == 0 ? bits.stride : distance;
+  std::uint64_t count = 0;
+  for (std::size_t begin = 0; begin < bits.size; begin += blockSize) {
+    const std::size_t size = std::min(bits.size - begin, blockSize);
+    const auto* const at = static_cast<const unsigned char*>(bits.x) + begin * stride;
+    Bits areZero = 0;  // mostly not even one x is 0
+    for (std::size_t i = 0; i < size; ++i) {
+      Bits x{};
+      std::memcpy(&x, at + i * stride, sizeof(x));
+      areZero |= static_cast<Bits>(x << 1U) == 0 ? 1U : 0U;
+    }
+    for (std::size_t i = begin; i < begin + size && areZero != 0; ++i) {
+      const auto [x, y, z] = pointAt(bits, i);
+      count += static_cast<Bits>((x | y | z) << 1U) == 0 ? 1 : 0;
+    }
+  }
+  return count;
+}
+
 template <typename Real>
 Points kept(const PointsView<Real>& points, const Judge& judge, DroppedPoints& dropped,
             std::vector<Real>& buffer) {
@@ -76,26 +102,15 @@ Points kept(const PointsView<Real>& points, const Judge& judge, DroppedPoints& d
 std::uint64_t countAtOrigin(const Points& points) {
   return std::visit(
       []<typename Real>(const PointsView<Real>& view) {
-        // Compares whole numbers without their signs, which is fast: this is done for every frame.
-        using Bits = std::conditional_t<std::is_same_v<Real, float>, std::uint32_t, std::uint64_t>;
-        const PointsView<Bits> bits{view.x, view.y, view.z, view.stride, view.size};
-        // Mostly there is not even an x of 0.
-        constexpr std::size_t blockSize = 1024;
-        std::uint64_t count = 0;
-        for (std::size_t begin = 0; begin < bits.size; begin += blockSize) {
-          const std::size_t end = std::min(bits.size, begin + blockSize);
-          bool isAny = false;
-          for (std::size_t i = begin; i < end; ++i) {
-            Bits x{};
-            std::memcpy(&x, static_cast<const unsigned char*>(bits.x) + i * bits.stride, sizeof(x));
-            isAny |= static_cast<Bits>(x << 1U) == 0;
-          }
-          for (std::size_t i = begin; i < end && isAny; ++i) {
-            const auto [x, y, z] = pointAt(bits, i);
-            count += static_cast<Bits>((x | y | z) << 1U) == 0 ? 1 : 0;
-          }
+        // The usual distances, known beforehand, let the compiler take several points at once.
+        switch (view.stride) {
+          case 3 * sizeof(Real):
+            return countIn<3 * sizeof(Real)>(view);
+          case 4 * sizeof(Real):
+            return countIn<4 * sizeof(Real)>(view);
+          default:
+            return countIn<0>(view);
         }
-        return count;
       },
       points);
 }
