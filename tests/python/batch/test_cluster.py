@@ -8,6 +8,7 @@ import fleet
 import pytest
 
 from orvantis_zones.batch import BatchError, evaluate
+from orvantis_zones.batch.__main__ import main
 
 dask = pytest.importorskip("dask")
 distributed = pytest.importorskip("distributed")
@@ -71,6 +72,14 @@ def test_the_bytes_are_those_of_here_when_a_worker_dies_and_another_one_stops_fo
     count = len(log.read_text().split())
     again = evaluate(fleet.site(), given, client=client, folder=tmp_path / "out")
     assert fleet.written(again, tmp_path / "again") == here and len(log.read_text().split()) == count
+
+
+def test_the_command_line_takes_a_scheduler(cluster, tmp_path):
+    cluster.add_worker()
+    fleet.site().save(tmp_path / "site.json")
+    words = [str(tmp_path / "site.json"), "--tracks", fleet.tracks(tmp_path / "a.csv"), "--scheduler"]
+    assert main([*words, cluster.address, "-o", str(tmp_path / "out")]) == 0
+    assert (tmp_path / "out" / "events.csv").read_text().count("crossing") == 1
 
 
 def test_refused_workers_and_deadly_recordings_take_no_other_recording_along(cluster, client, tmp_path, caplog):
