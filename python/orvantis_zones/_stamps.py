@@ -30,7 +30,7 @@ def _of_numpy(time):
 
 
 def nanoseconds(time):
-    """The time as a whole number of nanoseconds; of one that is no float."""
+    """The time as a whole number of nanoseconds; the time must not be a float."""
     if isinstance(time, (np.datetime64, np.timedelta64)):
         value = _of_numpy(time)
     elif isinstance(time, datetime.timedelta):

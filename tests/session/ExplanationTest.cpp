@@ -217,7 +217,7 @@ TEST(HeightWatch, CountsWhatTheOutlinesHold) {
                                         {0, 2, "f", std::make_shared<Zone3dBase>()},
                                         {5, 0, "g", std::make_shared<Zone3dBase>(disc, -1e6, 0.25)},
                                         {7, 2, "h", std::make_shared<Zone3dBase>(slice, 90.0, 80.0)}};
-  Cloud cloud = {{nan, 1, 1},   {1, nan, 1},    {1, 1, nan}, {1, 1, infinity}, {1, 1, -infinity},
+  Cloud cloud = {{nan, 1, 1}, {1, nan, 1},  {1, 1, nan}, {1, 1, infinity}, {1, 1, -infinity},
                  {1, 1, 1e9}, {1, 1, -1e9}, {0, 0, 0},   {4, 4, 0.5}};
   for (int i = 0; i < 1500; ++i) {
     cloud.push_back({0.37 * (i % 29) - 5, 0.41 * (i % 31) - 6, 0.013 * i - 9});

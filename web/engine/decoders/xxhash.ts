@@ -1,4 +1,4 @@
-// xxHash, 32 bits, of whole byte arrays: https://github.com/Cyan4973/xxHash/blob/dev/doc/xxhash_spec.md
+// xxHash, 32 bits, of whole byte arrays, as github.com/Cyan4973/xxHash describes it
 
 const P1 = 0x9e3779b1;
 const P2 = 0x85ebca77;

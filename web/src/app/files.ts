@@ -13,7 +13,7 @@ import { get, set, textOf } from './state';
 
 export interface Opened {
   readonly file: File;
-  /** With which the very file can be written again. */
+  /** Writes the same file again. */
   readonly handle?: FileSystemFileHandle;
 }
 

@@ -34,7 +34,7 @@ const more = async (name: string): Promise<void> => {
 };
 
 describe('keeping', () => {
-  test('saves the very bytes, as a download where the browser opens no files for writing', async () => {
+  test('saves the same bytes, as a download where the browser opens no files for writing', async () => {
     await person.page.evaluate(() => Object.assign(window, { showSaveFilePicker: undefined }));
     let saved = await download(() => person.press('Control+s'));
     expect([saved.name, saved.bytes.toString()]).toEqual(['crossing.json', crossing]);
@@ -46,7 +46,7 @@ describe('keeping', () => {
     expect(await person.page.locator('.file').textContent()).not.toContain('not saved');
   });
 
-  test('saves into the very file, whole', async () => {
+  test('saves into the file that was opened, whole', async () => {
     await person.page.evaluate(() => {
       const written: string[] = [];
       const handle = {
