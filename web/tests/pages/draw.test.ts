@@ -158,6 +158,7 @@ describe('drawing', () => {
     await person.press('Escape');
     const name = person.page.getByRole('textbox', { name: /^name/ });
     await person.page.getByRole('button', { name: 'Walkway', exact: false }).first().click();
+    await expect.poll(() => name.inputValue(), { timeout: 10000 }).toBe('Walkway');
     await name.fill('nineteen characters');
     await name.press('Enter');
     expect(await person.message()).toBe('A name has at most 18 bytes; this one has 19.');

@@ -46,7 +46,8 @@ function serve(): Promise<Server> {
 export async function openPlace(): Promise<Place> {
   const server = await serve();
   const executablePath = process.env['STUDIO_BROWSER'] ?? '/usr/bin/chromium';
-  const browser = await chromium.launch({ executablePath, args: ['--no-sandbox'] });
+  // No faster than the page is drawn: a person would wait for it too.
+  const browser = await chromium.launch({ executablePath, args: ['--no-sandbox'], slowMo: 30 });
   return {
     address: `http://127.0.0.1:${(server.address() as AddressInfo).port}/`,
     browser,
