@@ -20,7 +20,7 @@
 namespace orvantis::fuzz {
 
 /// Gives every range in its own memory of exactly that size, so that a sanitizer finds reads beyond it, and
-/// reads after it is no longer valid.
+/// reads after it has become invalid.
 class StrictSource final : public toolkit::ByteSource {
  public:
   explicit StrictSource(std::span<const std::byte> bytes) : memory_(bytes) {}

@@ -273,7 +273,7 @@ class Site(_core.Site):
     def indices(self, points, field, zone):
         """Which points are in the zone and in no exclusion zone: their indices, ascending.
 
-        A point with a coordinate that is not finite is no return and in none. Raises IndexError.
+        A point with a coordinate that is not finite is in none. Raises IndexError.
         """
         bit = zone_bit(field, zone)
         masks = _core.counted_masks(self, points)

@@ -79,7 +79,7 @@ class ORVANTIS_API PointClassifier {
   void classify(const PointsView<double>& points, std::uint64_t* masks) const;
 
   /// The counts of the points; writes the masks too unless `masks` is null. A point with a coordinate that is
-  /// not finite is no return: it counts nowhere else, even where its mask has a bit.
+  /// not finite counts as a "no return", and nowhere else, even where its mask has a bit.
   ZoneCounts count(const PointsView<float>& points, std::uint64_t* masks = nullptr) const;
   ZoneCounts count(const PointsView<double>& points, std::uint64_t* masks = nullptr) const;
 
