@@ -24,7 +24,7 @@
 #include "classify/Clouds.h"
 #include "classify/Contestants.h"
 #include "classify/Records.h"
-#include "classify/Report.h"
+#include "Report.h"
 #include "classify/Setting.h"
 #include "classify/Sites.h"
 

@@ -3,13 +3,11 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iostream>
-#include <map>
 #include <memory>
 #include <span>
 #include <string>
@@ -22,6 +20,7 @@
 
 #include <filter/classify/PointClassifier.h>
 
+#include "Report.h"
 #include "classify/Clouds.h"
 #include "classify/Sites.h"
 #include "recording/Files.h"
@@ -35,25 +34,6 @@ namespace {
 using filter::classify::PointClassifier;
 using filter::classify::PointsView;
 using filter::classify::ZoneCounts;
-
-std::map<std::string, double> nanosecondsPerPoint;
-
-class Reporter : public benchmark::ConsoleReporter {
- public:
-  Reporter() : ConsoleReporter(isatty(STDOUT_FILENO) != 0 ? OO_Defaults : OO_Tabular) {}
-
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& run : runs) {
-      const auto rate = run.counters.find("points");
-      if (!run.error_occurred && run.run_type == Run::RT_Iteration && rate != run.counters.end()) {
-        const double time = 1.0e9 / rate->second.value;
-        const auto [entry, isNew] = nanosecondsPerPoint.try_emplace(run.run_name.function_name, time);
-        entry->second = std::min(entry->second, time);
-      }
-    }
-  }
-};
 
 void add(const std::string& name, std::size_t numPoints, const std::function<void()>& run) {
   benchmark::RegisterBenchmark(name.c_str(), [numPoints, run](benchmark::State& state) {
@@ -157,29 +137,11 @@ void addFile(const std::filesystem::path& folder, const FrameText& frame, const 
       benchmark::DoNotOptimize(lzf_decompress(block.begin, block.size, out->data(), block.fullSize));
     });
   }
-}
-
-void printRatio(const std::string& slower, const std::string& faster) {
-  const auto a = nanosecondsPerPoint.find(slower);
-  const auto b = nanosecondsPerPoint.find(faster);
-  if (a != nanosecondsPerPoint.end() && b != nanosecondsPerPoint.end()) {
-    std::printf("%-40s / %-32s %6.2f\n", slower.c_str(), faster.c_str(), a->second / b->second);
+  for (const char* way : {"reader and count", "reader, pose and count", "reader, origin and count"}) {
+    addRatio(prefix + way, prefix + "bytes and count");
   }
-}
-
-void printRatios(const std::vector<FrameText>& frames) {
-  std::printf("\nNanoseconds a point, and ratios of the times above\n");
-  for (const FrameText& frame : frames) {
-    const std::string prefix = frame.name + "/";
-    if (const auto time = nanosecondsPerPoint.find(prefix + "reader"); time != nanosecondsPerPoint.end()) {
-      std::printf("%-40s   %-32s %6.2f ns\n", time->first.c_str(), "", time->second);
-    }
-    printRatio(prefix + "reader and count", prefix + "bytes and count");
-    printRatio(prefix + "reader, pose and count", prefix + "bytes and count");
-    printRatio(prefix + "reader, origin and count", prefix + "bytes and count");
-    printRatio(prefix + "reader and count", prefix + "bytes");
-    printRatio(prefix + "reader", prefix + "liblzf");
-  }
+  addRatio(prefix + "reader and count", prefix + "bytes");
+  addRatio(prefix + "reader", prefix + "liblzf");
 }
 
 }  // namespace
@@ -197,13 +159,12 @@ int main(int argc, char** argv) {
   }
   const Cloud cloud = ringCloud(120000);
   const auto setting = std::make_shared<Setting>(cloud);
-  const std::vector<FrameText> frames = everyKind(cloud);
-  for (const FrameText& frame : frames) {
+  for (const FrameText& frame : everyKind(cloud)) {
     addFile(name, frame, setting);
   }
-  Reporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  printRatios(frames);
+  Report report;
+  benchmark::RunSpecifiedBenchmarks(&report);
+  printRatios();
   std::filesystem::remove_all(name);
   return EXIT_SUCCESS;
 }

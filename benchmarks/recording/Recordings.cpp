@@ -6,13 +6,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iostream>
-#include <map>
 #include <memory>
 #include <random>
 #include <span>
@@ -29,6 +27,7 @@
 
 #include "ByteText.h"
 #include "Compressors.h"
+#include "Report.h"
 #include "WrittenCloud.h"
 #include "WrittenRecording.h"
 #include "classify/Clouds.h"
@@ -44,25 +43,6 @@ using filter::classify::PointsView;
 
 constexpr std::size_t numFrames = 20;
 constexpr std::size_t pointStep = 16;
-
-std::map<std::string, double> nanosecondsPerPoint;
-
-class Reporter : public benchmark::ConsoleReporter {
- public:
-  Reporter() : ConsoleReporter(isatty(STDOUT_FILENO) != 0 ? OO_Defaults : OO_Tabular) {}
-
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& run : runs) {
-      const auto rate = run.counters.find("points");
-      if (!run.error_occurred && run.run_type == Run::RT_Iteration && rate != run.counters.end()) {
-        const double time = 1.0e9 / rate->second.value;
-        const auto [entry, isNew] = nanosecondsPerPoint.try_emplace(run.run_name.function_name, time);
-        entry->second = std::min(entry->second, time);
-      }
-    }
-  }
-};
 
 // The points of one frame again and again, with another intensity each time.
 struct Setting {
@@ -157,18 +137,26 @@ class Ranges {
 struct File {
   std::string name;
   std::string content;
-  // For a compressed file: the pieces that the decoder unfolds, and the decoder.
-  std::vector<std::string> folded;
-  toolkit::Decoder toolkit::Decoders::*decoder = nullptr;
+  toolkit::Decoder toolkit::Decoders::*decoder = nullptr;  // of a compressed file
 };
 
-std::vector<std::string> each(const testing::WrittenRecording& recording,
-                              const std::function<std::string(const std::string&)>& compress) {
-  std::vector<std::string> folded;
-  for (const testing::WrittenMessage& message : recording.messages) {
-    folded.push_back(compress(message.data));
+// The pieces of a compressed file, as the reader gives them to the decoder.
+std::vector<std::string> piecesOf(const std::string& content, toolkit::Decoder toolkit::Decoders::*kind) {
+  std::vector<std::string> pieces;
+  toolkit::RecordingOptions options;
+  options.decoders.*kind = [&pieces, decoder = options.decoders.*kind](std::span<const std::byte> compressed,
+                                                                       std::span<std::byte> room) {
+    pieces.emplace_back(reinterpret_cast<const char*>(compressed.data()), compressed.size());
+    return decoder(compressed, room);
+  };
+  toolkit::MemorySource source(testing::viewOf(content));
+  toolkit::RecordingReader reader(source, options);
+  while (reader.next()) {
   }
-  return folded;
+  if (pieces.empty()) {
+    pieces.push_back(content);  // compressed as a whole
+  }
+  return pieces;
 }
 
 std::vector<File> files(const Setting& setting) {
@@ -186,18 +174,14 @@ std::vector<File> files(const Setting& setting) {
     form.compression = compression;
     return testing::asBag(setting.bag, form);
   };
-  const auto lz4 = [](const std::string& bytes) { return testing::lz4Of(bytes); };
-  const auto checkedLz4 = [](const std::string& bytes) { return testing::lz4Of(bytes, false, true); };
-  const auto zstd = [](const std::string& bytes) { return testing::zstdOf(bytes); };
-  const std::string whole = zstd(mcap(0, "", false));
-  return {{"mcap", mcap(0, "", false), {}, nullptr},
-          {"mcap in chunks", mcap(1, "", true), {}, nullptr},
-          {"mcap lz4", mcap(1, "lz4", true), each(setting.mcap, lz4), &toolkit::Decoders::lz4},
-          {"mcap zstd", mcap(1, "zstd", true), each(setting.mcap, zstd), &toolkit::Decoders::zstd},
-          {"mcap in zstd", whole, {whole}, &toolkit::Decoders::zstd},
-          {"bag", bag("none"), {}, nullptr},
-          {"bag lz4", bag("lz4"), each(setting.bag, checkedLz4), &toolkit::Decoders::lz4},
-          {"bag bz2", bag("bz2"), each(setting.bag, testing::bzip2Of), &toolkit::Decoders::bzip2}};
+  return {{"mcap", mcap(0, "", false)},
+          {"mcap in chunks", mcap(1, "", true)},
+          {"mcap lz4", mcap(1, "lz4", true), &toolkit::Decoders::lz4},
+          {"mcap zstd", mcap(1, "zstd", true), &toolkit::Decoders::zstd},
+          {"mcap in zstd", testing::zstdOf(mcap(0, "", false)), &toolkit::Decoders::zstd},
+          {"bag", bag("none")},
+          {"bag lz4", bag("lz4"), &toolkit::Decoders::lz4},
+          {"bag bz2", bag("bz2"), &toolkit::Decoders::bzip2}};
 }
 
 void addFile(const std::filesystem::path& folder, const File& file, const std::shared_ptr<Setting>& setting) {
@@ -209,25 +193,29 @@ void addFile(const std::filesystem::path& folder, const File& file, const std::s
   }
   add(file.name + "/reader", setting, [=] { readAndCount(path, *setting, false); });
   add(file.name + "/reader and count", setting, [=] { readAndCount(path, *setting, true); });
-  const bool isPlain = file.decoder == nullptr;
-  const auto ranges = std::make_shared<Ranges>(path, file.content, isPlain ? setting->frames : file.folded);
+  const std::vector<std::string> pieces =
+      file.decoder == nullptr ? setting->frames : piecesOf(file.content, file.decoder);
+  const auto ranges = std::make_shared<Ranges>(path, file.content, pieces);
   add(file.name + "/bytes", setting, [=] {
     ranges->forEach([](std::span<const std::byte> bytes) { benchmark::DoNotOptimize(bytes.data()); });
   });
-  if (isPlain) {
+  addRatio(file.name + "/reader", file.name + "/bytes");
+  addRatio(file.name + "/reader and count", file.name + "/bytes");
+  if (file.decoder == nullptr) {
     add(file.name + "/bytes and count", setting, [=] {
       ranges->forEach([&](std::span<const std::byte> bytes) {
         benchmark::DoNotOptimize(setting->classifier.count(
             PointsView<float>::interleaved(bytes.data(), pointStep, setting->numPoints)));
       });
     });
+    addRatio(file.name + "/reader and count", file.name + "/bytes and count");
     return;
   }
   const toolkit::Decoder decoder = toolkit::builtInDecoders().*file.decoder;
   const std::size_t all = numFrames * (setting->frames.front().size() + 1000);
-  const auto room = std::make_shared<std::vector<std::byte>>(all / file.folded.size());
-  add(file.name + "/decoder", setting, [decoder, folded = file.folded, room] {
-    for (const std::string& bytes : folded) {
+  const auto room = std::make_shared<std::vector<std::byte>>(all / pieces.size());
+  add(file.name + "/decoder", setting, [decoder, pieces, room] {
+    for (const std::string& bytes : pieces) {
       benchmark::DoNotOptimize(decoder(testing::viewOf(bytes), *room));
     }
   });
@@ -235,14 +223,9 @@ void addFile(const std::filesystem::path& folder, const File& file, const std::s
     ranges->forEach(
         [&](std::span<const std::byte> bytes) { benchmark::DoNotOptimize(decoder(bytes, *room)); });
   });
-}
-
-void printRatio(const std::string& slower, const std::string& faster) {
-  const auto a = nanosecondsPerPoint.find(slower);
-  const auto b = nanosecondsPerPoint.find(faster);
-  if (a != nanosecondsPerPoint.end() && b != nanosecondsPerPoint.end()) {
-    std::printf("%-32s / %-28s %6.2f\n", slower.c_str(), faster.c_str(), a->second / b->second);
-  }
+  addRatio(file.name + "/reader", file.name + "/decoder");
+  addRatio(file.name + "/reader", file.name + "/bytes and decoder");
+  addRatio(file.name + "/reader and count", file.name + "/decoder");
 }
 
 }  // namespace
@@ -259,21 +242,12 @@ int main(int argc, char** argv) {
     return EXIT_FAILURE;
   }
   const auto setting = std::make_shared<Setting>();
-  const std::vector<File> all = files(*setting);
-  for (const File& file : all) {
+  for (const File& file : files(*setting)) {
     addFile(folder, file, setting);
   }
-  Reporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  std::printf("\nRatios of the times above\n");
-  for (const File& file : all) {
-    printRatio(file.name + "/reader", file.name + "/bytes");
-    printRatio(file.name + "/reader and count", file.name + "/bytes");
-    printRatio(file.name + "/reader and count", file.name + "/bytes and count");
-    printRatio(file.name + "/reader", file.name + "/decoder");
-    printRatio(file.name + "/reader", file.name + "/bytes and decoder");
-    printRatio(file.name + "/reader and count", file.name + "/decoder");
-  }
+  Report report;
+  benchmark::RunSpecifiedBenchmarks(&report);
+  printRatios();
   std::filesystem::remove_all(folder);
   return EXIT_SUCCESS;
 }

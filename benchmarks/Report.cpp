@@ -1,4 +1,4 @@
-#include "classify/Report.h"
+#include "Report.h"
 
 #include <algorithm>
 #include <cstdio>
