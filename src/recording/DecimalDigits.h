@@ -19,7 +19,8 @@ constexpr std::array<double, 23> powersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e
                                                 1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                                 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
-constexpr std::array<double, 9> fractionsOfTen = {1e0, 1e-1, 1e-2, 1e-3, 1e-4, 1e-5, 1e-6, 1e-7, 1e-8};
+constexpr std::array<double, 14> fractionsOfTen = {1e0,  1e-1, 1e-2, 1e-3,  1e-4,  1e-5,  1e-6,
+                                                   1e-7, 1e-8, 1e-9, 1e-10, 1e-11, 1e-12, 1e-13};
 
 constexpr std::array<std::uint64_t, 20> wholePowersOfTen = [] {
   std::array<std::uint64_t, 20> powers{};
@@ -61,8 +62,8 @@ struct ShortDecimal {
 
 constexpr std::ptrdiff_t shortWindow = 16;
 
-/// Reads a number like "-12.3456" that ends within 16 bytes, with up to 8 digits before and up to 8 after its
-/// point. It reads all digits at once, so that a processor can begin the next number before this one is
+/// Reads a number like "-12.3456" that ends within 16 bytes, with up to 8 digits before its point and some
+/// after it. It reads all digits at once, so that a processor can begin the next number before this one is
 /// finished. For little-endian machines.
 /// @param text at least 16 bytes
 /// @return the size of the number; 0 when it does not have this form
@@ -86,7 +87,7 @@ inline std::size_t readShort(const char* text, ShortDecimal& number) {
       point -
       static_cast<std::size_t>(sign);  // if this is not in the first word, the number does not have this form
   const std::size_t decimals = end - point - 1;
-  if (end >= sizeof(values) || whole - 1 >= 8 - sign || decimals - 1 >= 8 || text[point] != '.' ||
+  if (end >= sizeof(values) || whole - 1 >= 8 - sign || decimals == 0 || text[point] != '.' ||
       text[end] == 'e' || text[end] == 'E' || sign * ((values[0] & 0xFFU) ^ minus) != 0) {
     return 0;
   }
@@ -95,8 +96,17 @@ inline std::size_t readShort(const char* text, ShortDecimal& number) {
   const std::uint64_t high = point < 7 ? values[1] << 1U << (63 - bits) : 0;
   const std::uint64_t fraction = (point < 7 ? values[0] : values[1]) >> bits | high;
   number.sign = sign;
-  number.digits = joined(values[0] >> (8 * sign) << (64 - 8 * whole)) * wholePowersOfTen[decimals] +
-                  joined(fraction << (64 - 8 * decimals));
+  number.digits = joined(values[0] >> (8 * sign) << (64 - 8 * whole));
+  if (decimals <= 8) {
+    number.digits = number.digits * wholePowersOfTen[decimals] + joined(fraction << (64 - 8 * decimals));
+  } else {
+    // A number near zero, such as "0.0012345678": what is before the last eight digits, and these.
+    const std::size_t before = decimals - 8;
+    std::uint64_t last = 0;
+    std::memcpy(&last, text + end - sizeof(last), sizeof(last));
+    number.digits = number.digits * wholePowersOfTen[before] + joined(fraction << (64 - 8 * before));
+    number.digits = number.digits * wholePowersOfTen[8] + joined(last ^ zeros);
+  }
   number.decimals = decimals;
   return end;
 }

@@ -107,24 +107,45 @@ TEST(Decimal, LongNumbersAreRoundedOnce) {
 }
 
 // What is printed with enough digits comes back, and with fewer digits it is what the C library reads.
+// Numbers with text behind them are read in another way than numbers at the end.
 TEST(Decimal, AgreesWithTheCLibrary) {
   std::mt19937_64 random(3);
   const char* const formats[] = {"%.*f", "%.*e", "%.*g"};
-  for (int round = 0; round < 300000; ++round) {
+  for (int round = 0; round < 600000; ++round) {
     const double size = std::pow(10.0, static_cast<double>(random() % 40) - 20.0);
     const double number = (static_cast<double>(random() % 2000001) - 1000000.0) / 1e6 * size;
     char text[400];
     std::snprintf(text, sizeof(text), formats[random() % 3], static_cast<int>(random() % 20), number);
-    const char* const last = text + std::strlen(text);
+    const std::string behind = round % 2 == 0 ? "" : " 3.25 1234567.1";
+    const std::string all = text + behind;
+    const char* const last = all.data() + all.size();
     double wide = 0.0;
-    const auto [end, error] = readDecimal(text, last, wide);
-    ASSERT_TRUE(error == std::errc() && end == last) << text;
+    const auto [end, error] = readDecimal(all.data(), last, wide);
+    ASSERT_TRUE(error == std::errc() && end + behind.size() == last) << all;
     const double expected = std::strtod(text, nullptr);
-    ASSERT_EQ(std::memcmp(&wide, &expected, sizeof(wide)), 0) << text;
+    ASSERT_EQ(std::memcmp(&wide, &expected, sizeof(wide)), 0) << all;
     float narrow = 0.0F;
-    readDecimal(text, last, narrow);
+    readDecimal(all.data(), last, narrow);
     const float narrowExpected = std::strtof(text, nullptr);
-    ASSERT_EQ(std::memcmp(&narrow, &narrowExpected, sizeof(narrow)), 0) << text;
+    ASSERT_EQ(std::memcmp(&narrow, &narrowExpected, sizeof(narrow)), 0) << all;
+  }
+}
+
+// The usual form of a scan, in which the ground is near zero.
+TEST(Decimal, SmallNumbersOfEightDigitsAgreeWithTheCLibrary) {
+  std::mt19937_64 random(8);
+  for (int round = 0; round < 300000; ++round) {
+    const auto digits = static_cast<double>(random() % 200000001) - 1e8;
+    const double number = digits / std::pow(10.0, 8.0 + static_cast<double>(random() % 6));
+    char text[40];
+    std::snprintf(text, sizeof(text), "%.8g \n-0.5\n0.25\n", number);
+    double wide = 0.0;
+    readDecimal(text, text + std::strlen(text), wide);
+    ASSERT_EQ(wide, std::strtod(text, nullptr)) << text;
+    float narrow = 0.0F;
+    const auto [end, error] = readDecimal(text, text + std::strlen(text), narrow);
+    ASSERT_EQ(narrow, std::strtof(text, nullptr)) << text;
+    ASSERT_EQ(*end, ' ') << text;
   }
 }
 
