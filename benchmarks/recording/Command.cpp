@@ -18,6 +18,7 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <malloc.h>
 #include <sched.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -129,10 +130,14 @@ class Folder {
   Folder& operator=(const Folder&) = delete;
   ~Folder() { std::filesystem::remove_all(path_); }
 
+  std::string path(const std::string& name) const { return (std::filesystem::path(path_) / name).string(); }
   std::string write(const std::string& name, std::string_view content) const {
-    const std::string path = (std::filesystem::path(path_) / name).string();
-    std::ofstream(path, std::ios::binary) << content;
-    return path;
+    std::ofstream(path(name), std::ios::binary) << content;
+    return path(name);
+  }
+  std::string copy(const std::string& from, const std::string& name) const {
+    std::filesystem::copy_file(from, path(name));
+    return path(name);
   }
 
  private:
@@ -143,23 +148,46 @@ double perFrame(const Taken& many, const Taken& one) {
   return (many.milliseconds - one.milliseconds) / (numFrames - 1);
 }
 
-// One kind of file: as many as there are frames, against one of them.
-void compare(const std::string& command, const std::string& document, const FrameText& frame,
-             const PointClassifier& classifier) {
-  const Folder folder;
+// A frame in a file. Its text is not kept: what this process has is counted as resident in a program that it
+// starts.
+struct Frame {
+  std::string name;
+  std::string path;
+  std::size_t size = 0;
+  RawLayout raw;
+};
+
+std::vector<Frame> writtenFrames(const Folder& folder, const Cloud& cloud) {
+  std::vector<Frame> frames;
+  for (const FrameText& text : everyKind(cloud)) {
+    frames.push_back(
+        {text.name, folder.write(text.name, text.content), text.content.size(), rawLayout(text, numPoints)});
+  }
+  return frames;
+}
+
+std::vector<std::string> copies(const Folder& folder, const Frame& frame) {
   std::vector<std::string> paths;
   for (int i = 0; i < numFrames; ++i) {
-    paths.push_back(folder.write(std::to_string(i) + frame.name, frame.content));
+    paths.push_back(folder.copy(frame.path, std::to_string(i) + frame.name));
   }
+  return paths;
+}
+
+// One kind of file: as many as there are frames, against one of them.
+void compare(const std::string& command, const std::string& document, const Frame& frame,
+             const PointClassifier& classifier) {
+  const Folder folder;
+  const std::vector<std::string> paths = copies(folder, frame);
   const auto run = [&](int count, const std::vector<std::string>& options) {
     std::vector<std::string> words = {command, "run", "--json", "--quiet", document};
     words.insert(words.end(), options.begin(), options.end());
     words.insert(words.end(), paths.begin(), paths.begin() + count);
     return program(words);
   };
-  const RawLayout raw = rawLayout(frame, numPoints);
+  const RawLayout& raw = frame.raw;
   const auto plain = [&](int count, const PointClassifier* counts) {
-    return baseline({paths.begin(), paths.begin() + count}, frame.content.size(), raw, counts);
+    return baseline({paths.begin(), paths.begin() + count}, frame.size, raw, counts);
   };
   std::vector<std::string> columns;
   if (frame.name.ends_with(".bin")) {
@@ -188,7 +216,7 @@ void compare(const std::string& command, const std::string& document, const Fram
                 1e6 * perCount / numPoints, perPose / perCount);
   }
   std::printf("; %.1f MB resident, a frame is %.1f MB\n", static_cast<double>(rows[1].taken.kilobytes) / 1e3,
-              static_cast<double>(frame.content.size()) / 1e6);
+              static_cast<double>(frame.size) / 1e6);
 }
 
 void startUp(const std::string& command, const std::string& small) {
@@ -201,38 +229,40 @@ void startUp(const std::string& command, const std::string& small) {
   }
 }
 
-// The same frame again and again in a recording that is not compressed.
-FrameText recordingOf(const Cloud& cloud, int count) {
-  std::vector<testing::Point3> points;
-  for (std::size_t i = 0; i < cloud.size(); ++i) {
-    points.push_back({cloud.x[i], cloud.y[i], cloud.z[i]});
-  }
-  testing::WrittenRecording recording{{{"/points"}}, {}};
-  for (int i = 0; i < count; ++i) {
-    recording.messages.push_back(
-        {0, static_cast<std::uint64_t>(i), testing::asCdr(testing::floatCloud(points, i))});
-  }
-  return {"plain.mcap", testing::asMcap(recording)};
+// The same frame again and again in a recording that is not compressed. Another process writes it, so that
+// this one stays small.
+std::string writtenRecording(const Folder& folder, const Cloud& cloud, int count) {
+  const std::string name = std::to_string(count) + ".mcap";
+  measured([&] {
+    std::vector<testing::Point3> points;
+    for (std::size_t i = 0; i < cloud.size(); ++i) {
+      points.push_back({cloud.x[i], cloud.y[i], cloud.z[i]});
+    }
+    testing::WrittenRecording recording{{{"/points"}}, {}};
+    for (int i = 0; i < count; ++i) {
+      recording.messages.push_back(
+          {0, static_cast<std::uint64_t>(i), testing::asCdr(testing::floatCloud(points, i))});
+    }
+    folder.write(name, testing::asMcap(recording));
+    ::_exit(EXIT_SUCCESS);
+  });
+  return folder.path(name);
 }
 
 // A recording of many frames against one of one: what a frame more takes.
 void compareRecordings(const std::string& command, const std::string& document, const Cloud& cloud,
-                       const FrameText& records, const PointClassifier& classifier) {
+                       const Frame& records, const PointClassifier& classifier) {
   const Folder folder;
-  const std::string many = folder.write("many.mcap", recordingOf(cloud, numFrames).content);
-  const std::string one = folder.write("one.mcap", recordingOf(cloud, 1).content);
-  std::vector<std::string> paths;
-  for (int i = 0; i < numFrames; ++i) {
-    paths.push_back(folder.write(std::to_string(i) + records.name, records.content));
-  }
+  const std::string many = writtenRecording(folder, cloud, numFrames);
+  const std::string one = writtenRecording(folder, cloud, 1);
+  const std::vector<std::string> paths = copies(folder, records);
   const auto run = [&](const std::string& path, const std::vector<std::string>& options) {
     std::vector<std::string> words = {command, "run", "--json", "--quiet", document, path};
     words.insert(words.end(), options.begin(), options.end());
     return program(words);
   };
-  const RawLayout raw = rawLayout(records, numPoints);
   const auto plain = [&](int count, const PointClassifier* counts) {
-    return baseline({paths.begin(), paths.begin() + count}, records.content.size(), raw, counts);
+    return baseline({paths.begin(), paths.begin() + count}, records.size, records.raw, counts);
   };
   std::vector<Row> rows = {{"one", run(one, {})},
                            {"run", run(many, {})},
@@ -249,7 +279,7 @@ void compareRecordings(const std::string& command, const std::string& document, 
       "%.1f MB resident, a frame is %.1f MB\n",
       "plain.mcap", 1e6 * perRun / numPoints, perRun / perFrame(rows[4].taken, rows[3].taken),
       perRun / perCount, 1e6 * perCount / numPoints, perFrame(rows[2].taken, rows[0].taken) / perCount,
-      static_cast<double>(rows[1].taken.kilobytes) / 1e3, static_cast<double>(records.content.size()) / 1e6);
+      static_cast<double>(rows[1].taken.kilobytes) / 1e3, static_cast<double>(records.size) / 1e6);
 }
 
 int measureAll(const std::string& command, const std::string& small, const std::set<std::string>& kinds) {
@@ -271,7 +301,9 @@ int measureAll(const std::string& command, const std::string& small, const std::
   const std::string path = folder.write("site.json", document.str());
   const PointClassifier classifier(detector);
   const Cloud cloud = ringCloud(numPoints);
-  for (const FrameText& frame : everyKind(cloud)) {
+  const std::vector<Frame> frames = writtenFrames(folder, cloud);
+  ::malloc_trim(0);
+  for (const Frame& frame : frames) {
     const auto isAsked = [&kinds](const std::string& name) { return kinds.empty() || kinds.contains(name); };
     if (frame.name.ends_with(".bin") && isAsked("plain.mcap")) {
       compareRecordings(command, path, cloud, frame, classifier);
