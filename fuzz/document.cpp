@@ -1,11 +1,9 @@
 // check: any bytes give findings with places inside of the bytes, or a configuration. The configuration is
 // the one that the library loads from the same text. It can be drawn and written as JSON.
 
-#include <algorithm>
 #include <cstddef>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 
 #include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
@@ -14,6 +12,7 @@
 
 #include "Check.h"
 #include "Documents.h"
+#include "Findings.h"
 #include "document/Check.h"
 #include "document/DocumentJson.h"
 #include "drawing/SitePlan.h"
@@ -29,15 +28,6 @@ std::string saved(const ZoneDetector& detector) {
   SettingsManager settings;
   detector.save(settings);
   return orvantis::fuzz::documentText(settings);
-}
-
-void checkPlaces(const CheckedDocument& checked, std::string_view text) {
-  const auto lines = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1;
-  for (const Finding& finding : checked.findings) {
-    ORVANTIS_FUZZ_CHECK(!finding.text.empty());
-    ORVANTIS_FUZZ_CHECK(finding.at.line <= lines);
-    ORVANTIS_FUZZ_CHECK(finding.at.column <= text.size() + 1);
-  }
 }
 
 void checkConfiguration(const Configuration& configuration, const std::uint8_t* data, std::size_t size) {
@@ -66,7 +56,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string text(reinterpret_cast<const char*>(data), size);
   const CheckedDocument checked = check(text);
   ORVANTIS_FUZZ_CHECK(checked.configuration.has_value() == (checked.errors() == 0));
-  checkPlaces(checked, text);
+  orvantis::fuzz::checkFindings(checked.findings, text);
   if (checked.configuration) {
     checkConfiguration(*checked.configuration, data, size);
   }
