@@ -8,6 +8,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -35,9 +36,11 @@ std::string takeEntry(std::string& line, const std::string& separators) {
   return entry;
 }
 
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
 std::vector<Row> rowsOf(const std::string& text, TracksFormat format) {
   std::vector<Row> rows;
-  std::istringstream in(text);
+  std::istringstream in(text.starts_with(byteOrderMark) ? text.substr(byteOrderMark.size()) : text);
   bool isHeader = format == TracksFormat::Csv;
   for (std::string line; std::getline(in, line);) {
     if (line.ends_with('\r')) {
