@@ -8,19 +8,20 @@
 
 namespace orvantis::toolkit {
 
-std::array<std::size_t, 3> coordinateColumns(const std::vector<Column>& columns, const Place& place) {
+std::array<std::size_t, 3> coordinateColumns(const std::vector<Column>& columns, const Place& place,
+                                             const AxisNames& names) {
   std::array<std::size_t, 3> axes{};
   for (std::size_t axis = 0; axis < 3; ++axis) {
-    const std::string name(1, "xyz"[axis]);
+    const std::string name = lowerCase(names[axis]);
     const auto isIt = [&](const Column& column) { return lowerCase(column.name) == name; };
     const auto found = std::find_if(columns.begin(), columns.end(), isIt);
     if (found == columns.end()) {
-      std::string names;
+      std::string known;
       for (std::size_t i = 0; i < std::min<std::size_t>(columns.size(), 8); ++i) {
-        names += (i == 0 ? "" : ", ") + quoted(columns[i].name);
+        known += (i == 0 ? "" : ", ") + quoted(columns[i].name);
       }
       throw ReadError(place, "no column is named " + quoted(name) + "; there " +
-                                 (columns.empty() ? "is none" : "are " + names) +
+                                 (columns.empty() ? "is none" : "are " + known) +
                                  (columns.size() > 8 ? ", ..." : ""));
     }
     if (std::find_if(found + 1, columns.end(), isIt) != columns.end()) {

@@ -50,23 +50,24 @@ std::optional<FrameKind> frameKindOf(std::string_view fileName) {
   return std::nullopt;
 }
 
-Frame FrameReader::read(std::span<const std::byte> bytes, FrameKind kind, const ColumnNames& names) {
+Frame FrameReader::read(std::span<const std::byte> bytes, FrameKind kind, const ColumnNames& names,
+                        const AxisNames& axes) {
   if (bytes.empty()) {
     throw ReadError(atByte(0), "the file is empty");
   }
   switch (kind) {
     case FrameKind::Pcd:
-      return readPcd(bytes, memory_);
+      return readPcd(bytes, memory_, axes);
     case FrameKind::Ply:
-      return readPly(bytes, memory_);
+      return readPly(bytes, memory_, axes);
     case FrameKind::Text:
-      return readText(bytes, names, memory_);
+      return readText(bytes, names, memory_, axes);
     case FrameKind::Las:
-      return readLas(bytes, memory_);
+      return readLas(bytes, memory_, axes);
     case FrameKind::Records:
       break;
   }
-  return isPcd(bytes) ? readPcd(bytes, memory_) : readRecords(bytes, names, memory_);
+  return isPcd(bytes) ? readPcd(bytes, memory_, axes) : readRecords(bytes, names, memory_, axes);
 }
 
 }  // namespace orvantis::toolkit

@@ -27,8 +27,12 @@ class FrameReader {
   /// The points and columns of one file. The points are valid until the next call, and as long as the bytes.
   /// @param names the columns of a text or of records; empty: those that a text names, or that records show.
   ///   Files of other kinds always name their columns
+  /// @param axes the columns that are read as coordinates: another one in place of z gives its values, such
+  /// as
+  ///   intensities. Of a LAS file then all three are as the file has them, without its scale and offset
   /// @throws ReadError with the place and the reason, std::bad_alloc
-  Frame read(std::span<const std::byte> bytes, FrameKind kind, const ColumnNames& names = {});
+  Frame read(std::span<const std::byte> bytes, FrameKind kind, const ColumnNames& names = {},
+             const AxisNames& axes = coordinateNames);
 
  private:
   FrameMemory memory_;

@@ -110,10 +110,10 @@ Points readAscii(const PcdHeader& header, const Axes& axes, LineCursor& lines, F
 
 }  // namespace
 
-Frame readPcd(std::span<const std::byte> bytes, FrameMemory& memory) {
+Frame readPcd(std::span<const std::byte> bytes, FrameMemory& memory, const AxisNames& names) {
   LineCursor lines(textOf(bytes));
   PcdHeader header = readPcdHeader(lines);
-  const Axes axes = coordinateColumns(header.fields, atLine(header.fieldsLine));
+  const Axes axes = coordinateColumns(header.fields, atLine(header.fieldsLine), names);
   Points points;
   if (header.points != 0) {
     switch (header.data) {

@@ -110,7 +110,7 @@ std::string othersInWords(const PointCloud2& cloud) {
   return names;
 }
 
-Coordinate coordinate(const PointCloud2& cloud, const char* name, std::uint64_t place) {
+Coordinate coordinate(const PointCloud2& cloud, std::string_view name, std::uint64_t place) {
   const PointCloud2::Field* found = nullptr;
   for (const PointCloud2::Field& field : cloud.fields) {
     if (field.name != name) {
@@ -178,16 +178,16 @@ void readPointCloud2(std::span<const std::byte> message, CloudEncoding encoding,
   parts.take<std::uint8_t>();  // whether all points are finite, which is checked anyway
 }
 
-PointLayout layoutOf(const PointCloud2& cloud, std::uint64_t place) {
+PointLayout layoutOf(const PointCloud2& cloud, std::uint64_t place, const AxisNames& axes) {
   PointLayout layout;
   layout.stride = cloud.pointStep;
   layout.isBigEndian = cloud.isBigEndian;
   if (cloud.size() == 0) {
     return layout;  // a cloud without points needs no columns
   }
-  layout.x = coordinate(cloud, "x", place);
-  layout.y = coordinate(cloud, "y", place);
-  layout.z = coordinate(cloud, "z", place);
+  layout.x = coordinate(cloud, axes[0], place);
+  layout.y = coordinate(cloud, axes[1], place);
+  layout.z = coordinate(cloud, axes[2], place);
   const std::size_t needed = sizeOf(layout.x.type) + sizeOf(layout.y.type) + sizeOf(layout.z.type);
   if (needed > cloud.pointStep) {
     throw ReadError(atByte(place), "the columns x, y and z of a point cloud need " + std::to_string(needed) +

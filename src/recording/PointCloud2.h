@@ -42,9 +42,10 @@ void readPointCloud2(std::span<const std::byte> message, CloudEncoding encoding,
                      PointCloud2& cloud);
 
 /// Where the coordinates of a cloud are.
-/// @throws ReadError at `place` when x, y or z is missing, there twice, or outside the point, and when the
+/// @param axes their columns, in the letter case of the message
+/// @throws ReadError at `place` when one of them is missing, there twice, or outside the point, and when the
 ///         data are shorter than the steps and sizes of the cloud claim
-PointLayout layoutOf(const PointCloud2& cloud, std::uint64_t place);
+PointLayout layoutOf(const PointCloud2& cloud, std::uint64_t place, const AxisNames& axes = coordinateNames);
 
 /// The columns of the cloud, without those of an unknown type.
 void columnsOf(const PointCloud2& cloud, std::vector<Column>& columns);

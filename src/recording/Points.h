@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include <filter/classify/Points.h>
 
@@ -26,6 +27,10 @@ constexpr const char* nameOf(NumberType type) noexcept {
 
 using filter::classify::Points;
 using filter::classify::sizeOf;
+
+/// The names of the columns that are read as the coordinates of points, in any letter case.
+using AxisNames = std::array<std::string_view, 3>;
+inline constexpr AxisNames coordinateNames = {"x", "y", "z"};
 
 /// A column of a file.
 struct Column {

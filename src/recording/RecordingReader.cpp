@@ -45,7 +45,7 @@ std::optional<RecordedCloud> RecordingReader::cloudOf(const RecordedMessage& mes
   RecordedCloud cloud;
   try {
     readPointCloud2(message.data, topic.cloud, message.place, message_);
-    cloud.points = pointsOf(layoutOf(message_, message.place));
+    cloud.points = pointsOf(layoutOf(message_, message.place), points_);
   } catch (const ReadError& error) {
     noteDamage(error);
     return std::nullopt;
@@ -59,13 +59,17 @@ std::optional<RecordedCloud> RecordingReader::cloudOf(const RecordedMessage& mes
   cloud.height = message_.height;
   cloud.width = message_.width;
   cloud.columns = columns_;
-  cloud.place = message.place;
+  cloud.place = place_ = message.place;
   noteStamp(message.topic, cloud.stamp);
   ++numClouds_;
   return cloud;
 }
 
-Points RecordingReader::pointsOf(const PointLayout& layout) {
+Points RecordingReader::withColumn(std::string_view column) {
+  return pointsOf(layoutOf(message_, place_, {"x", "y", column}), others_);
+}
+
+Points RecordingReader::pointsOf(const PointLayout& layout, PointBuffer& buffer) {
   const auto size = static_cast<std::size_t>(message_.size());
   const std::byte* records = message_.data.data();
   const std::size_t row = std::size_t{message_.width} * message_.pointStep;
@@ -77,7 +81,7 @@ Points RecordingReader::pointsOf(const PointLayout& layout) {
     }
     records = rows_.data();
   }
-  return points_.view(records, size, layout);
+  return buffer.view(records, size, layout);
 }
 
 bool RecordingReader::isWanted(std::size_t number) {

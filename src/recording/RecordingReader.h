@@ -74,6 +74,12 @@ class RecordingReader {
   ///   chosen topic is missing; and when a topic must be chosen
   std::optional<RecordedCloud> next();
 
+  /// The cloud that `next` gave last, with another column in place of z, such as its intensities. Valid as
+  /// long as that cloud.
+  /// @param column in the letter case of the message
+  /// @throws ReadError when there is no such column, or it has more than one value for each point
+  Points withColumn(std::string_view column);
+
   RecordingKind kind() const { return opened_.kind; }
 
   /// All topics that are known, with the number of messages that were read of each.
@@ -88,7 +94,7 @@ class RecordingReader {
   // Nothing at the end, and when the recording is damaged, which it notes.
   std::optional<RecordedMessage> nextMessage();
   std::optional<RecordedCloud> cloudOf(const RecordedMessage& message);
-  Points pointsOf(const PointLayout& layout);
+  Points pointsOf(const PointLayout& layout, PointBuffer& buffer);
   bool isWanted(std::size_t number);
   void checkChoice(const std::vector<TopicContents>& topics) const;
   void noteDamage(const ReadError& error);
@@ -104,6 +110,8 @@ class RecordingReader {
   std::vector<Column> columns_;
   std::vector<std::byte> rows_;
   PointBuffer points_;
+  PointBuffer others_;
+  std::uint64_t place_ = 0;  // of the cloud that was given last
   std::vector<std::optional<filter::monitor::Stamp>> lastStamps_;
   StampsBack stampsBack_;
   std::optional<Damage> damage_;

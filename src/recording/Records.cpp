@@ -42,9 +42,10 @@ std::string list(const ColumnNames& names) {
 
 }  // namespace
 
-Frame readRecords(std::span<const std::byte> bytes, const ColumnNames& names, FrameMemory& memory) {
+Frame readRecords(std::span<const std::byte> bytes, const ColumnNames& names, FrameMemory& memory,
+                  const AxisNames& axisNames) {
   std::vector<Column> columns = columnsOf(names.empty() ? namesFound(bytes) : names, NumberType::F4);
-  const auto axes = coordinateColumns(columns, atByte(0));
+  const auto axes = coordinateColumns(columns, atByte(0), axisNames);
   PointLayout layout;
   layout.stride = columns.size() * sizeof(float);
   if (bytes.size() % layout.stride != 0) {

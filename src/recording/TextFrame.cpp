@@ -166,11 +166,13 @@ ColumnNames namesOf(Start& start) {
 
 }  // namespace
 
-Frame readText(std::span<const std::byte> bytes, const ColumnNames& names, FrameMemory& memory) {
+Frame readText(std::span<const std::byte> bytes, const ColumnNames& names, FrameMemory& memory,
+               const AxisNames& axisNames) {
   const std::string_view text = textWithoutMark(bytes);
   Start start = readStart(text);
   std::vector<Column> columns = columnsOf(names.empty() ? namesOf(start) : names, NumberType::F8);
-  const auto axes = coordinateColumns(columns, atLine(std::max<std::uint64_t>(start.namesLine, 1)));
+  const auto axes =
+      coordinateColumns(columns, atLine(std::max<std::uint64_t>(start.namesLine, 1)), axisNames);
   const RowLayout layout = {{axes[0], axes[1], axes[2]}, columns.size(), start.separator};
   std::vector<double>& rows = memory.doubles;
   rows.clear();

@@ -224,5 +224,39 @@ TEST(FrameReader, DamagedFilesAreReadOrRefused) {
   }
 }
 
+// Intensities 7 and 8 in place of z; in each kind of file the column is named in another letter case or
+// place.
+TEST(FrameReader, AnotherColumnIsReadInPlaceOfZ) {
+  const auto pcd = [](const std::string& data) {
+    return "VERSION 0.7\nFIELDS Intensity x y z\nSIZE 2 4 4 4\nTYPE U F F F\nWIDTH 2\nHEIGHT 1\nPOINTS "
+           "2\nDATA " +
+           data + "\n";
+  };
+  const auto row = [](std::uint16_t intensity, const std::vector<float>& point) {
+    return raw(intensity) + raw(point);
+  };
+  const std::string vertex =
+      "element vertex 2\nproperty float x\nproperty float y\nproperty uchar intensity\nproperty float z\n";
+  const std::string records = raw<float>({1, 2, 3, 7, 4.5F, -5, 6, 8});
+  const std::vector<Sample> files = {
+      {"a.pcd", pcd("binary") + row(7, {1, 2, 3}) + row(8, {4.5F, -5, 6})},
+      {"b.pcd", pcd("ascii") + "7 1 2 3\n8 4.5 -5 6\n"},
+      {"c.ply", "ply\nformat ascii 1.0\n" + vertex + "end_header\n1 2 7 3\n4.5 -5 8 6\n"},
+      {"d.ply", "ply\nformat binary_little_endian 1.0\n" + vertex + "end_header\n" + raw<float>({1, 2}) +
+                    "\x07" + raw<float>({3, 4.5F, -5}) + "\x08" + raw<float>({6})},
+      {"e.csv", "x,INTENSITY,y,z\n1,7,2,3\n4.5,8,-5,6\n"},
+      {"f.bin", records},
+  };
+  FrameReader reader;
+  for (const Sample& file : files) {
+    const ColumnNames names = parseColumnNames("x,y,z,intensity");
+    const Frame frame = reader.read(testing::bytesOf(file.bytes), *frameKindOf(file.name),
+                                    file.name == "f.bin" ? names : ColumnNames(), {"x", "y", "intensity"});
+    EXPECT_EQ(testing::pointsOf(frame.points), (std::vector<Point>{{1, 2, 7}, {4.5, -5, 8}})) << file.name;
+  }
+  EXPECT_THROW(reader.read(testing::bytesOf(files[4].bytes), FrameKind::Text, {}, {"x", "y", "ring"}),
+               ReadError);
+}
+
 }  // namespace
 }  // namespace orvantis::toolkit

@@ -178,5 +178,17 @@ TEST(Las, ScalesThatAreNoNumbersAreRefused) {
   EXPECT_EQ(refused(las), "byte 171: the offset of z is not a finite number");
 }
 
+TEST(Las, OtherColumnsAreAsTheFileHasThem) {
+  std::string points = record(1, 2, 3) + record(4, 5, 6);
+  points.replace(12, 2, raw(std::uint16_t{40000}));
+  points.replace(32, 2, raw(std::uint16_t{7}));
+  const std::string file = Las().text() + points;
+  FrameReader reader;
+  const Frame frame = reader.read(testing::bytesOf(file), FrameKind::Las, {}, {"x", "y", "intensity"});
+  EXPECT_EQ(testing::pointsOf(frame.points), (std::vector<Point>{{1, 2, 40000}, {4, 5, 7}}));
+  EXPECT_EQ(testing::pointsOf(reader.read(testing::bytesOf(file), FrameKind::Las).points),
+            (std::vector<Point>{{100.5, 0.5, 5}, {102, 1.25, 11}}));
+}
+
 }  // namespace
 }  // namespace orvantis::toolkit

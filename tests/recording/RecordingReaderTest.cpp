@@ -12,6 +12,7 @@
 #include "RecordingSamples.h"
 #include "WrittenCloud.h"
 #include "WrittenRecording.h"
+#include "recording/PointAt.h"
 #include "recording/ReadError.h"
 #include "recording/RecordingReader.h"
 
@@ -199,6 +200,27 @@ TEST(RecordingReader, SeesPointsWhereTheyAre) {
   EXPECT_EQ(cloud->width, 5U);
   ASSERT_EQ(cloud->columns.size(), 4U);
   EXPECT_EQ(cloud->columns[3].name, "intensity");
+}
+
+TEST(RecordingReader, GivesAnotherColumnOfTheCloudBesideItsPoints) {
+  const WrittenRecording recording{{{"/points"}}, {{0, 1, cloudOf(1)}, {0, 2, cloudOf(2)}}};
+  const std::string bytes = asMcap(recording);
+  MemorySource source(testing::viewOf(bytes));
+  RecordingReader reader(source);
+  std::size_t read = 0;
+  while (const auto cloud = reader.next()) {
+    const auto before = std::get<filter::classify::PointsView<float>>(cloud->points);
+    const auto beside = std::get<filter::classify::PointsView<float>>(reader.withColumn("intensity"));
+    ASSERT_EQ(beside.size, before.size);
+    for (std::size_t i = 0; i < beside.size; ++i) {
+      EXPECT_EQ(pointAt(beside, i)[0], pointAt(before, i)[0]);
+      EXPECT_EQ(pointAt(beside, i)[2], 0.5F);
+      EXPECT_NE(pointAt(before, i)[2], 0.5F);
+    }
+    EXPECT_THROW(reader.withColumn("ring"), ReadError);
+    ++read;
+  }
+  EXPECT_EQ(read, 2U);
 }
 
 // The byte of a message is where its record is; of one in a compressed chunk, where the chunk is.

@@ -126,8 +126,9 @@ export class EngineCore {
       this.#scene(this.#engine.engine_open_points(a!.at, b!.at, c!.at, x.length)));
   }
 
-  openMoment(recording: number, moment: number): Scene {
-    return this.#scene(this.#engine.engine_open_moment(this.#recordings.at(recording), moment));
+  openMoment(recording: number, moment: number, options: { intensities?: boolean } = {}): Scene {
+    const wanted = options.intensities ? 1 : 0;
+    return this.#scene(this.#engine.engine_open_moment(this.#recordings.at(recording), moment, wanted));
   }
 
   #sceneOrNone(scene: number | undefined): number {
@@ -136,12 +137,15 @@ export class EngineCore {
 
   #scene(answered: number): Scene {
     const at = this.#handle(answered);
-    const described = this.#json<Omit<Scene, 'id' | 'positions'>>(this.#engine.engine_describe_scene(at));
+    const { hasIntensities, ...described } = this.#json<Omit<Scene, 'id' | 'positions' | 'intensities'> & {
+      hasIntensities: boolean;
+    }>(this.#engine.engine_describe_scene(at));
     const size = this.#engine.engine_scene_size(at);
     const positions = size === 0
       ? new Float32Array()
       : this.#floats(this.#handle(this.#engine.engine_scene_positions(at)), 3 * size);
-    return { ...described, id: this.#scenes.add(at), positions };
+    const intensities = hasIntensities ? this.#floats(this.#engine.engine_scene_intensities(at), size) : null;
+    return { ...described, id: this.#scenes.add(at), positions, intensities };
   }
 
   #floats(at: number, size: number): Float32Array {

@@ -101,7 +101,7 @@ export async function connect(port: Port, close: () => void): Promise<Engine> {
     planSvg: (text, options) => send('planSvg', [text, options]),
     openFrame: (source, options) => send('openFrame', [source, options]),
     openPoints: (x, y, z) => send('openPoints', [x, y, z]),
-    openMoment: (recording, moment) => send('openMoment', [recording, moment]),
+    openMoment: (recording, moment, options) => send('openMoment', [recording, moment, options]),
     closeScene: (scene) => send('closeScene', [scene]),
     count,
     heights: (scene, bins) => send('heights', [scene, bins]),

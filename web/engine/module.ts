@@ -17,11 +17,12 @@ export interface Exports {
   engine_new_document(scene: number): number;
   engine_open_frame(file: number, fileSize: number, options: number, optionsSize: number): number;
   engine_open_points(x: number, y: number, z: number, size: number): number;
-  engine_open_moment(recording: number, moment: number): number;
+  engine_open_moment(recording: number, moment: number, wantsIntensities: number): number;
   engine_close_scene(scene: number): void;
   engine_describe_scene(scene: number): number;
   engine_scene_size(scene: number): number;
   engine_scene_positions(scene: number): number;
+  engine_scene_intensities(scene: number): number;
   engine_scene_heights(scene: number, bins: number): number;
   engine_scene_tiles(scene: number): number;
   engine_scene_counts(scene: number): number;

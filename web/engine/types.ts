@@ -119,6 +119,11 @@ export interface FrameOptions {
   readonly maxRange?: number;
 }
 
+export interface MomentOptions {
+  /** They are not kept with the points: the files are read again for them, onwards from the moment before. */
+  readonly intensities?: boolean;
+}
+
 export interface Extent {
   readonly least: number;
   readonly greatest: number;
@@ -145,6 +150,12 @@ export interface Scene {
    */
   readonly positions: Float32Array;
   readonly origin: readonly [number, number, number];
+  /**
+   * How strongly each of these was reflected, in the same order and in the unit of the file; not finite where the file
+   * says nothing. null: the file has no column "intensity", "reflectivity", "reflectance" or "remission", points were
+   * left out by the options, or nobody asked.
+   */
+  readonly intensities: Float32Array | null;
   /** Of x, y and z; null when no point is finite. */
   readonly extents: readonly [Extent, Extent, Extent] | null;
   /** The height that most points are at; null when there is none. */
@@ -344,7 +355,7 @@ export interface Engine {
   /** Points from arrays of the same length. */
   openPoints(x: Float32Array, y: Float32Array, z: Float32Array): Promise<Scene>;
   /** The points of a moment of a recording that ran once. */
-  openMoment(recording: number, moment: number): Promise<Scene>;
+  openMoment(recording: number, moment: number, options?: MomentOptions): Promise<Scene>;
   closeScene(scene: number): Promise<void>;
   /**
    * Counts the points of a scene by a document; after an edit only those that the edit can touch. At most one is in

@@ -10,6 +10,7 @@ import { Explain } from './panels/Explain';
 import { Findings } from './panels/Findings';
 import { Help } from './panels/Help';
 import { Lamps } from './panels/Lamps';
+import { Legend } from './panels/Legend';
 import { TextPanel } from './panels/TextPanel';
 import { Timeline } from './panels/Timeline';
 import { HINTS, Tools } from './panels/Tools';
@@ -21,10 +22,10 @@ import { useDark } from './scene/useSize';
 
 const BarPart = part(['history', 'live', 'fileName', 'savedText', 'showBefore', 'before'], Bar);
 const ToolsPart = part(
-  ['tool', 'selection', 'target', 'doc', 'sketch', 'snapToGrid', 'snapToShapes', 'colouring', 'view'],
+  ['tool', 'selection', 'target', 'doc', 'sketch', 'snapToGrid', 'snapToShapes', 'colouring', 'greysOut', 'view'],
   Tools,
 );
-const SidePart = part(['doc', 'selection', 'scene', 'counts', 'colouring', 'locked', 'engine'], SideView);
+const SidePart = part(['doc', 'selection', 'scene', 'counts', 'colouring', 'greysOut', 'marks', 'engine'], SideView);
 const LampsPart = part(['doc', 'activeField', 'session', 'moment', 'counts'], Lamps);
 const TimelinePart = part(['doc', 'session', 'moment', 'before', 'progress', 'isPlaying'], Timeline);
 
@@ -88,8 +89,7 @@ const PanelPart = part(
     'fault',
     'selection',
     'vertex',
-    'hidden',
-    'locked',
+    'marks',
     'tab',
     'engine',
     'check',
@@ -112,7 +112,8 @@ function placeText({ pointer }: State): string {
 function sceneText({ scene, counts, sceneName }: State): string {
   if (!scene) return 'Drop frames, recordings, tracks or a document anywhere. Nothing leaves this computer.';
   const left = counts ? `, ${counts.excluded} taken by exclusion zones` : '';
-  return `${sceneName}: ${scene.points} points, ${scene.noReturns} no returns${left}`;
+  const origin = scene.atOrigin > 0 ? `, ${scene.atOrigin} at the origin` : '';
+  return `${sceneName}: ${scene.points} points, ${scene.noReturns} no returns${origin}${left}`;
 }
 
 export function App() {
@@ -144,11 +145,7 @@ export function App() {
         <TimelinePart state={state} isDark={isDark} />
         <div class="status">
           <span class="scenetext">{sceneText(state)}</span>
-          {state.scene ? (
-            <span class="legend">
-              <i class="dot counted" /> counts in a zone <i class="dot taken" /> taken by an exclusion zone
-            </span>
-          ) : null}
+          {state.scene ? <Legend state={state} scene={state.scene} /> : null}
           <span class="gap" />
           <span class="pointer">{placeText(state)}</span>
           <span title="The engine's version and its memory">{state.engineVersion}</span>

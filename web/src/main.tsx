@@ -7,6 +7,7 @@ import { EXAMPLE_NAME, exampleDocument, exampleSources } from './app/example';
 import { openSources } from './app/files';
 import { followDocument } from './app/follow';
 import { obeyKeys } from './app/keys';
+import { kindOf } from './app/kinds';
 import { textIn } from './app/link';
 import { type Host, hostOfPage } from './app/host';
 import { fitZones } from './app/look';
@@ -64,15 +65,16 @@ async function start(): Promise<boolean> {
   set({ engine, engineVersion: `engine ${(await engine.version()).version}` });
   if (host && (host.frames.length > 0 || host.tracks)) {
     const names = [...host.frames, ...(host.tracks ? [host.tracks] : [])].map((source) => source.name);
+    const isKitti = host.tracks !== null && (await kindOf(host.tracks)) === 'labels';
     await openSources(
-      host.frames,
-      host.tracks,
+      { clouds: host.frames, tracks: host.tracks, tracksFormat: isKitti ? 'kitti' : 'csv', stamps: null },
       names.length > 1 ? `${names[0]} and ${names.length - 1} more` : names[0]!,
     );
   }
   if (host?.document || fileName !== EXAMPLE_NAME) return host === null;
   const { clouds, tracks } = await exampleSources();
-  if (get().recording === null && get().scene === null) await openSources(clouds, tracks, 'The crossing');
+  if (get().recording === null && get().scene === null)
+    await openSources({ clouds, tracks, tracksFormat: 'csv', stamps: null }, 'The crossing');
   return host === null;
 }
 

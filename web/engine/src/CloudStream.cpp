@@ -1,17 +1,55 @@
 #include "CloudStream.h"
 
+#include <algorithm>
+#include <array>
 #include <new>
+#include <string_view>
 #include <utility>
+#include <variant>
 
 #include "HostDecoders.h"
 #include "NamedRead.h"
 #include "recording/OpenRecording.h"
+#include "recording/PointAt.h"
+#include "recording/ReadError.h"
+#include "text/LowerCase.h"
 #include "text/StampText.h"
 #include "text/Text.h"
 
 namespace orvantis::engine {
 
 using toolkit::Failure;
+
+namespace {
+
+// What drivers and exporters call it.
+std::optional<std::string> intensityOf(const std::vector<toolkit::Column>& columns) {
+  constexpr std::array<std::string_view, 6> names = {"intensity",   "intensities", "reflectivity",
+                                                     "reflectance", "remission",   "scalar_intensity"};
+  for (const std::string_view name : names) {
+    const auto found = std::find_if(columns.begin(), columns.end(), [name](const toolkit::Column& column) {
+      return toolkit::lowerCase(column.name) == name;
+    });
+    if (found != columns.end()) {
+      return found->name;
+    }
+  }
+  return std::nullopt;
+}
+
+std::vector<float> thirdsOf(const toolkit::Points& points) {
+  return std::visit(
+      [](const auto& view) {
+        std::vector<float> thirds(view.size);
+        for (std::size_t i = 0; i < view.size; ++i) {
+          thirds[i] = static_cast<float>(toolkit::pointAt(view, i)[2]);
+        }
+        return thirds;
+      },
+      points);
+}
+
+}  // namespace
 
 CloudStream::CloudStream(std::vector<NamedSource> files, FrameOptions options)
     : files_(std::move(files)), options_(std::move(options)), filter_(options_.limits) {}
@@ -22,6 +60,26 @@ toolkit::Points CloudStream::placed(toolkit::Points points, CloudFrame& frame) {
     points = filter_.keep(points, frame.dropped);
   }
   return options_.pose ? mover_.move(points, *options_.pose) : points;
+}
+
+toolkit::Points CloudStream::lastWith(const std::string& column) {
+  if (recording_) {
+    return recording_->withColumn(column);
+  }
+  const NamedSource& file = files_[numOpened_ - 1];
+  const auto kind = *toolkit::frameKindOf(file.name);
+  return columnReader_.read(source_->bytes(0, file.size), kind, options_.columns, {"x", "y", column}).points;
+}
+
+std::vector<float> CloudStream::intensities() {
+  if (!intensity_ || !options_.limits.dropsNothing()) {
+    return {};
+  }
+  try {
+    return thirdsOf(lastWith(*intensity_));
+  } catch (const toolkit::ReadError&) {
+    return {};  // the points themselves can be read: this column cannot
+  }
 }
 
 CloudFrame CloudStream::frameOf(const NamedSource& file) {
@@ -37,6 +95,7 @@ CloudFrame CloudStream::frameOf(const NamedSource& file) {
       named(file.name, [&] { return reader_.read(source_->bytes(0, file.size), *kind, options_.columns); });
   bytes_ += file.size;
   frame.columns = std::move(read.columns);
+  intensity_ = intensityOf(frame.columns);
   frame.points = placed(read.points, frame);
   return frame;
 }
@@ -68,6 +127,7 @@ std::optional<CloudFrame> CloudStream::nextOfRecording() {
   frame.topic = cloud->topic;
   frame.stamp = cloud->stamp;
   frame.columns.assign(cloud->columns.begin(), cloud->columns.end());
+  intensity_ = intensityOf(frame.columns);
   frame.points = placed(cloud->points, frame);
   return frame;
 }

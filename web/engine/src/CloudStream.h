@@ -57,6 +57,11 @@ class CloudStream {
   /// @throws Failure with the name, the place and the reason
   std::optional<CloudFrame> next();
 
+  /// How strongly each point of the frame that `next` gave last was reflected, in the order of its points and
+  /// in the unit of its file. Empty where the file says nothing of it, or points were left out.
+  /// @throws std::bad_alloc
+  std::vector<float> intensities();
+
   /// Bytes of files that were wholly read so far.
   std::uint64_t bytes() const { return bytes_; }
   /// Recordings that could not be read to their end, in words, and those whose stamps go back.
@@ -67,15 +72,18 @@ class CloudStream {
   CloudFrame frameOf(const NamedSource& file);
   void finish();
   toolkit::Points placed(toolkit::Points points, CloudFrame& frame);
+  toolkit::Points lastWith(const std::string& column);
 
   std::vector<NamedSource> files_;
   FrameOptions options_;
   std::size_t numOpened_ = 0;
   toolkit::FrameReader reader_;
+  toolkit::FrameReader columnReader_;  // beside the points of a frame
   toolkit::PointFilter filter_;
   toolkit::PointMover mover_;
   std::unique_ptr<toolkit::ByteSource> source_;          // the file that was opened last
   std::unique_ptr<toolkit::RecordingReader> recording_;  // of it; null: it is one frame
+  std::optional<std::string> intensity_;                 // the column of the frame that was given last
   std::uint64_t bytes_ = 0;
   std::vector<std::string> warnings_;
 };

@@ -17,6 +17,7 @@ constexpr std::size_t pointsOfATile = 512;
 template <typename Real>
 struct Spot {
   std::array<Real, 3> at;
+  float value;
 };
 
 template <typename Real>
@@ -27,7 +28,7 @@ Real coordinate(const void* first, std::size_t stride, std::size_t i) {
 }
 
 template <typename Real>
-std::vector<Spot<Real>> finiteOf(const PointsView<Real>& points) {
+std::vector<Spot<Real>> finiteOf(const PointsView<Real>& points, std::span<const float> values) {
   std::vector<Spot<Real>> spots;
   spots.reserve(points.size);
   for (std::size_t i = 0; i < points.size; ++i) {
@@ -35,7 +36,7 @@ std::vector<Spot<Real>> finiteOf(const PointsView<Real>& points) {
     const Real y = coordinate<Real>(points.y, points.stride, i);
     const Real z = coordinate<Real>(points.z, points.stride, i);
     if (std::isfinite(x) && std::isfinite(y) && std::isfinite(z)) {
-      spots.push_back({{x, y, z}});
+      spots.push_back({{x, y, z}, values.empty() ? 0.0F : values[i]});
     }
   }
   return spots;
@@ -73,18 +74,19 @@ void split(Spot<Real>* all, std::size_t begin, std::size_t end, std::vector<Poin
 
 }  // namespace
 
-PointTiles::PointTiles(const Points& points) {
+PointTiles::PointTiles(const Points& points, std::span<const float> values) {
   if (const auto* floats = std::get_if<PointsView<float>>(&points)) {
-    build(*floats, floats_);
+    build(*floats, values, floats_);
   } else {
     isFloat_ = false;
-    build(*std::get_if<PointsView<double>>(&points), doubles_);
+    build(*std::get_if<PointsView<double>>(&points), values, doubles_);
   }
 }
 
 template <typename Real>
-void PointTiles::build(const PointsView<Real>& points, std::vector<Real>& room) {
-  std::vector<Spot<Real>> spots = finiteOf(points);
+void PointTiles::build(const PointsView<Real>& points, std::span<const float> values,
+                       std::vector<Real>& room) {
+  std::vector<Spot<Real>> spots = finiteOf(points, values);
   noReturns_ = points.size - spots.size();
   if (spots.empty()) {
     return;
@@ -95,6 +97,12 @@ void PointTiles::build(const PointsView<Real>& points, std::vector<Real>& room) 
   for (std::size_t axis = 0; axis < 3; ++axis) {
     for (std::size_t i = 0; i < spots.size(); ++i) {
       room[axis * spots.size() + i] = spots[i].at[axis];
+    }
+  }
+  if (!values.empty()) {
+    values_.reserve(spots.size());
+    for (const Spot<Real>& spot : spots) {
+      values_.push_back(spot.value);
     }
   }
 }

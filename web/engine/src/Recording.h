@@ -13,6 +13,7 @@
 #include <filter/monitor/TrackedObject.h>
 
 #include "KeptPoints.h"
+#include "MomentWalk.h"
 #include "TimeLine.h"
 #include "ZoneSignature.h"
 #include "session/HeightWatch.h"
@@ -48,10 +49,14 @@ struct FrameCounts {
 class Recording {
  public:
   Recording(RecordingFiles files, RecordingOptions options);
+  Recording(const Recording&) = delete;
+  Recording& operator=(const Recording&) = delete;
 
   const RecordingFiles& files() const { return files_; }
   const RecordingOptions& options() const { return options_; }
   std::uint64_t size() const { return size_; }
+  /// For the points of single moments, and what is not kept of them.
+  MomentWalk& walk() { return walk_; }
   bool hasClouds() const { return !files_.clouds.empty(); }
   bool hasTracks() const { return files_.tracks.has_value(); }
   /// How many bytes of points may be kept: none of a recording that is much larger than memory.
@@ -69,6 +74,7 @@ class Recording {
  private:
   RecordingFiles files_;
   RecordingOptions options_;
+  MomentWalk walk_{files_, options_};
   std::uint64_t size_ = 0;
   std::shared_ptr<const Contents> contents_;
   std::list<std::shared_ptr<const FrameCounts>> counts_;  // the last asked for first

@@ -3,17 +3,16 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <vector>
 
 #include "Explain.h"
 #include "Exports.h"
 #include "HostFiles.h"
-#include "MomentFeed.h"
 #include "Options.h"
 #include "Recording.h"
 #include "RecordingText.h"
 #include "Run.h"
 #include "Scene.h"
-#include "files/Failure.h"
 #include "text/JsonText.h"
 #include "text/Text.h"
 
@@ -75,20 +74,19 @@ ENGINE_EXPORT int engine_objects_at(const SharedRecording* recording, std::size_
   return guarded([&] { answer() = objectsAt(**recording, moment); });
 }
 
-ENGINE_EXPORT Scene* engine_open_moment(const SharedRecording* recording, std::size_t moment) {
+// @param wantsIntensities costs more: they are read from the files, and are not kept
+ENGINE_EXPORT Scene* engine_open_moment(const SharedRecording* recording, std::size_t moment,
+                                        int wantsIntensities) {
   return guarded<Scene*>(nullptr, [&] {
     const std::shared_ptr<const Contents> contents = (*recording)->contents();
-    if (contents && contents->keepsPoints && moment < contents->moments.size() &&
+    if (wantsIntensities == 0 && contents && contents->keepsPoints && moment < contents->moments.size() &&
         contents->moments[moment].hasPoints) {
       return std::make_unique<Scene>(contents->moments[moment].points.view()).release();
     }
-    MomentFeed feed(*recording, nullptr);
-    for (std::size_t i = 0; const auto fed = feed.next(); ++i) {
-      if (i == moment && fed->points) {
-        return std::make_unique<Scene>(*fed->points).release();
-      }
-    }
-    throw toolkit::Failure("there are no points at this moment");
+    MomentWalk& walk = (*recording)->walk();
+    const CloudFrame& frame = walk.frameAt(moment);
+    const std::vector<float> intensities = wantsIntensities != 0 ? walk.intensities() : std::vector<float>();
+    return std::make_unique<Scene>(frame.points, intensities).release();
   });
 }
 

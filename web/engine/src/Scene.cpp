@@ -32,11 +32,12 @@ void forEach(const Points& points, Use use) {
 
 }  // namespace
 
-Scene::Scene(const Points& points) : tiles_(points), counts_(tiles_) {
+Scene::Scene(const Points& points, std::span<const float> intensities)
+    : tiles_(points, intensities), counts_(tiles_) {
   statistics_.add(points);
 }
 
-Scene::Scene(const CloudFrame& frame) : Scene(frame.points) {
+Scene::Scene(const CloudFrame& frame, std::span<const float> intensities) : Scene(frame.points, intensities) {
   dropped_ = frame.dropped;
   for (const toolkit::Column& column : frame.columns) {
     columns_.push_back(column.name);
@@ -64,6 +65,7 @@ std::string Scene::description() const {
                 {"droppedAtOrigin", dropped_.atOrigin},
                 {"droppedTooNear", dropped_.tooNear},
                 {"droppedTooFar", dropped_.tooFar},
+                {"hasIntensities", !tiles_.values().empty()},
                 {"extents", nullptr},
                 {"ground", nullptr}};
   const auto at = origin();

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -17,8 +18,9 @@ namespace orvantis::engine {
 /// Points that a page shows and counts while zones are drawn.
 class Scene {
  public:
-  explicit Scene(const CloudFrame& frame);
-  explicit Scene(const Points& points);
+  /// @param intensities one for each point, or none
+  explicit Scene(const CloudFrame& frame, std::span<const float> intensities);
+  explicit Scene(const Points& points, std::span<const float> intensities = {});
 
   /// `Scene` of types.ts without the positions, as JSON.
   std::string description() const;

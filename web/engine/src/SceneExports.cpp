@@ -28,7 +28,7 @@ ENGINE_EXPORT Scene* engine_open_frame(const char* file, std::size_t fileSize, c
     if (!frame) {
       throw toolkit::Failure(source.name, "cannot be read: there is no frame in it");
     }
-    return std::make_unique<Scene>(*frame).release();
+    return std::make_unique<Scene>(*frame, stream.intensities()).release();
   });
 }
 
@@ -57,6 +57,12 @@ ENGINE_EXPORT const float* engine_scene_positions(const Scene* scene) {
     positions = scene->positions();
     return positions.data();
   });
+}
+
+// A float for each point; null where the scene has none.
+ENGINE_EXPORT const float* engine_scene_intensities(const Scene* scene) {
+  const std::vector<float>& values = scene->points().values();
+  return values.empty() ? nullptr : values.data();
 }
 
 // A number of points for each bin; until the next call.

@@ -50,6 +50,8 @@ class TimeLine {
   std::optional<Moment> next();
 
   const CloudStream& clouds() const { return clouds_; }
+  /// Of the frame of the moment that `next` gave last; see CloudStream.
+  std::vector<float> intensities() { return clouds_.intensities(); }
   /// Frames that were left out, because their stamps are not later than that of a frame before.
   std::uint64_t numLate() const { return numLate_; }
 

@@ -3,7 +3,8 @@ import { fileURLToPath } from 'node:url';
 import { vi } from 'vitest';
 
 import { EngineCore } from '../core';
-import type { Session, SessionOptions } from '../types';
+
+export { runAll } from './answers';
 
 export const ROOT = fileURLToPath(new URL('../../../', import.meta.url));
 
@@ -21,11 +22,4 @@ export function loadCore(): Promise<EngineCore> {
 
 export function fileOf(path: string, name = path): { name: string; bytes: Uint8Array } {
   return { name, bytes: new Uint8Array(readFileSync(path)) };
-}
-
-/** A session to its end. */
-export function runAll(core: EngineCore, recording: number, text: string | Uint8Array, options: SessionOptions = {}): Session {
-  const running = core.startRun(recording, text, options);
-  while (core.stepRun(running, 1000));
-  return core.resultOf(running);
 }

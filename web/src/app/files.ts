@@ -2,9 +2,11 @@
 
 import type { Engine, Recording, Session, Source } from '../../engine/types';
 import { stepped } from '../edit/history';
+import { NO_MARKS } from '../edit/marks';
 import { read } from '../edit/model';
 import { JsonFault } from '../text/json';
 import { say, sayError } from './actions';
+import { type Kind, kindOf } from './kinds';
 import { evaluated, forgetScenes } from './follow';
 import { leaveHostDocument } from './host';
 import { pause } from './play';
@@ -18,16 +20,6 @@ export interface Opened {
 }
 
 const RECORDING = /\.(mcap|bag)$/i;
-
-async function firstLine(file: File): Promise<string> {
-  return (await file.slice(0, 400).text()).split(/\r?\n/, 1)[0]!.toLowerCase();
-}
-
-async function isTracks(file: File): Promise<boolean> {
-  if (!/\.(csv|txt)$/i.test(file.name)) return false;
-  const names = (await firstLine(file)).split(/[,;\s]+/);
-  return names.includes('stamp') && names.includes('id');
-}
 
 const byName = new Intl.Collator('en', { numeric: true });
 
@@ -48,8 +40,7 @@ export function openDocument(text: string, fileName: string, isSaved: boolean): 
     selection: [],
     vertex: -1,
     sketch: [],
-    hidden: new Set(),
-    locked: new Set(),
+    marks: NO_MARKS,
     before: { label: 'as opened', text, session: null },
     target: { kind: 'field', field: 0 },
     activeField: get().doc.fields[0]?.index ?? 0,
@@ -83,17 +74,45 @@ export function setDocumentHandle(to: FileSystemFileHandle | null, at: number): 
   leaveHostDocument();
 }
 
+/** What belongs together. */
+export interface Sources {
+  readonly clouds: readonly Source[];
+  readonly tracks: Source | null;
+  readonly tracksFormat: 'csv' | 'kitti';
+  /** A list of frames and their stamps. */
+  readonly stamps: Source | null;
+}
+
+/** Tells frames, tracks and lists apart. Throws where there is more of something than can be taken. */
+export async function sourcesOf(files: readonly Source[]): Promise<Sources> {
+  const kinds = await Promise.all(files.map(kindOf));
+  const of = (...wanted: Kind[]): Source[] => files.filter((_, i) => wanted.includes(kinds[i]!));
+  const [tracks, stamps] = [of('tracks', 'labels'), of('stamps')];
+  if (tracks.length > 1) throw new Error('One file of tracks at a time.');
+  if (stamps.length > 1) throw new Error('One list of stamps at a time.');
+  return {
+    clouds: of('points').sort((a, b) => byName.compare(a.name, b.name)),
+    tracks: tracks[0] ?? null,
+    tracksFormat: kinds.includes('labels') ? 'kitti' : 'csv',
+    stamps: stamps[0] ?? null,
+  };
+}
+
 let clouds: readonly Source[] = [];
 
-/** Points and tracks that belong together. Throws what the engine refuses; the work before is still there then. */
-export async function openSources(newClouds: readonly Source[], tracks: Source | null, name: string): Promise<void> {
+function isFrame({ clouds: all, tracks, stamps }: Sources): boolean {
+  return all.length === 1 && !tracks && !stamps && !RECORDING.test(all[0]!.name);
+}
+
+/** Gives what was opened, in words. Throws what the engine refuses; the work before is still there then. */
+export async function openSources(given: Sources, name: string): Promise<string> {
   const { engine } = get();
   if (!engine) throw new Error('The engine is not ready yet.');
-  const all = newClouds.length > 0 ? newClouds : clouds;
-  if (all.length === 1 && !tracks && !RECORDING.test(all[0]!.name)) {
-    const scene = await engine.openFrame(all[0]!);
+  const sources = { ...given, clouds: given.clouds.length > 0 ? given.clouds : clouds };
+  if (isFrame(sources)) {
+    const scene = await engine.openFrame(sources.clouds[0]!);
     forget();
-    clouds = all;
+    clouds = sources.clouds;
     set({
       scene,
       counts: null,
@@ -103,41 +122,60 @@ export async function openSources(newClouds: readonly Source[], tracks: Source |
       objects: [],
       before: { ...get().before, session: null },
     });
-    say(
-      scene.positions.length === 0
-        ? `${name} has no finite point: there is nothing to see.`
-        : `${name}: ${scene.points} points, ${scene.noReturns} no returns.`,
-    );
-  } else {
-    const recording = await engine.openRecording({
-      ...(all.length > 0 ? { clouds: all } : {}),
-      ...(tracks ? { tracks } : {}),
-    });
-    const session = await firstSession(engine, recording);
-    forget();
-    clouds = all;
-    const { before } = get();
-    set({
-      recording,
-      session,
-      recordingName: name,
-      sceneName: name,
-      scene: null,
-      counts: null,
-      objects: [],
-      moment: 0,
-      explanation: null,
-      before: { ...before, session: null },
-    });
+    return scene.positions.length === 0
+      ? `${name} has no finite point: there is nothing to see.`
+      : `${name}: ${scene.points} points, ${scene.noReturns} no returns.`;
   }
+  const { tracks, stamps, tracksFormat } = sources;
+  const recording = await engine.openRecording(
+    {
+      ...(sources.clouds.length > 0 ? { clouds: sources.clouds } : {}),
+      ...(tracks ? { tracks } : {}),
+      ...(stamps ? { stamps } : {}),
+    },
+    tracks ? { tracksFormat } : {},
+  );
+  const { session, isOfDocument } = await firstSession(engine, recording);
+  forget();
+  clouds = sources.clouds;
+  const { before } = get();
+  set({
+    recording,
+    session,
+    recordingName: name,
+    sceneName: name,
+    scene: null,
+    counts: null,
+    objects: [],
+    moment: 0,
+    explanation: null,
+    before: { ...before, session: null },
+  });
+  return lengthText(name, session) + (isOfDocument ? '' : ' It is evaluated when the document has no error any more.');
 }
 
+function lengthText(name: string, { moments, stamps }: Session): string {
+  const seconds = moments > 0 ? Number(stamps[moments - 1]! - stamps[0]!) / 1e9 : 0;
+  return `${name}: ${moments} ${moments === 1 ? 'moment' : 'moments'}, ${seconds.toFixed(2)} s.`;
+}
+
+// A document must hold something; this holds what nobody sees.
+const NO_ZONES =
+  '{"ZoneDetector": {"ExclusionZone": {"name": "None", "zMin": 0, "zMax": 0, "shape": "sector", ' +
+  '"Sector": {"minAngle": 0, "maxAngle": 1, "radius": 0.001}}}}';
+
 // Evaluated once before it takes the place of what is there, so that what cannot be read changes nothing.
-async function firstSession(engine: Engine, recording: Recording): Promise<Session> {
+// A document with errors lets it be looked at all the same.
+async function firstSession(
+  engine: Engine,
+  recording: Recording,
+): Promise<{ readonly session: Session; readonly isOfDocument: boolean }> {
   try {
-    const session = await evaluated(recording, textOf());
-    if (session) return session;
-    throw new Error('The document has errors: mend it first, the recording is evaluated by it.');
+    const whole = await evaluated(recording, textOf());
+    if (whole) return { session: whole, isOfDocument: true };
+    const bare = await evaluated(recording, NO_ZONES);
+    if (bare) return { session: { ...bare, events: [] }, isOfDocument: false };
+    throw new Error('The recording cannot be evaluated.');
   } catch (error) {
     void engine.closeRecording(recording.id);
     throw error;
@@ -158,20 +196,17 @@ export async function open(files: readonly Opened[]): Promise<void> {
   try {
     const documents = files.filter(({ file }) => /\.json$/i.test(file.name));
     const others = files.filter((one) => !documents.includes(one)).map(({ file }) => file);
-    const flags = await Promise.all(others.map(isTracks));
-    const tracks = others.filter((_, i) => flags[i]);
-    const frames = others.filter((_, i) => !flags[i]).sort((a, b) => byName.compare(a.name, b.name));
     if (documents.length > 1) throw new Error('One document at a time: drop the other one on "Compare".');
-    if (tracks.length > 1) throw new Error('One file of tracks at a time.');
+    const sources = await sourcesOf(others);
     const [first] = documents;
     if (first) {
       openDocument(await documentText(first.file), first.file.name, true);
       setDocumentHandle(first.handle ?? null, first.file.lastModified);
       say(`${first.file.name} is open.`);
     }
-    const name = (frames[0] ?? tracks[0])?.name ?? '';
-    if (name)
-      await openSources(frames, tracks[0] ?? null, frames.length > 1 ? `${name} and ${frames.length - 1} more` : name);
+    const { clouds: frames, stamps, tracks } = sources;
+    const name = (frames[0] ?? stamps ?? tracks)?.name ?? '';
+    if (name) say(await openSources(sources, frames.length > 1 ? `${name} and ${frames.length - 1} more` : name));
   } catch (error) {
     sayError(error);
   }

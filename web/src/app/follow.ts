@@ -54,14 +54,15 @@ function keep(key: string, scene: Scene): void {
 async function sceneOf(recording: number, moment: number): Promise<Scene | null> {
   const { engine, session } = get();
   if (!engine || !session || ((session.has[moment] ?? 0) & 1) === 0) return null;
-  const key = `${recording}/${moment}`;
+  const intensities = get().colouring === 'intensity';
+  const key = `${recording}/${moment}/${intensities}`;
   const known = scenes.get(key);
   if (known) {
     scenes.delete(key);
     scenes.set(key, known);
     return known;
   }
-  const scene = await engine.openMoment(recording, moment);
+  const scene = await engine.openMoment(recording, moment, { intensities });
   keep(key, scene);
   return scene;
 }
@@ -154,7 +155,9 @@ function follow(now: State, old: State): void {
     stopRun();
     runAgain();
   }
-  if (now.recording && (now.moment !== old.moment || now.recording !== old.recording)) showMoment();
+  const isNewMoment = now.moment !== old.moment || now.recording !== old.recording;
+  const needsIntensities = now.colouring !== old.colouring && now.colouring === 'intensity';
+  if (now.recording && (isNewMoment || needsIntensities)) showMoment();
   freshBefore(now, old);
 }
 

@@ -2,6 +2,7 @@
 
 import { plus } from '../edit/geometry';
 import { allRemoved, vertexRemoved } from '../edit/items';
+import { toggled } from '../edit/marks';
 import type { Pt, Zone } from '../edit/model';
 import { duplicated, mirrored, moved, vertexMoved } from '../edit/moves';
 import { zoomed } from '../scene/camera';
@@ -13,7 +14,7 @@ import { pick } from './files';
 import { fitPoints, fitZones } from './look';
 import { seek, togglePlay } from './play';
 import { save } from './save';
-import { get, keyOf, set } from './state';
+import { get, set } from './state';
 
 export interface Key {
   readonly keys: string;
@@ -43,17 +44,22 @@ const ARROWS: Readonly<Record<string, Pt>> = {
   ArrowDown: { x: 0, y: -1 },
 };
 
+function isLockedAmong(ids: readonly string[]): boolean {
+  const { locked } = get().marks;
+  return ids.some((id) => locked.has(id));
+}
+
 // The selected corner, or everything that is selected, or the view.
 function arrow(event: KeyboardEvent): void {
   const by = ARROWS[event.key]!;
-  const { selection, vertex, doc, camera, view, orbit, locked } = get();
+  const { selection, vertex, doc, camera, view, orbit } = get();
   if (view === 'solid') {
     return set({
       orbit: { ...orbit, yaw: orbit.yaw - by.x * 0.1, pitch: Math.min(1.55, Math.max(0.05, orbit.pitch + by.y * 0.1)) },
     });
   }
   const item = selection.length === 1 ? doc.byId.get(selection[0]!) : undefined;
-  if (selection.some((id) => locked.has(keyOf(doc, id)))) return say('What is selected is locked.');
+  if (isLockedAmong(selection)) return say('What is selected is locked.');
   const step = event.shiftKey ? 0.1 : 0.01;
   const way = { x: by.x * step, y: by.y * step };
   if (item && vertex >= 0) {
@@ -66,12 +72,12 @@ function arrow(event: KeyboardEvent): void {
   }
 }
 
-function removeSelected(): void {
-  const { selection, vertex, doc, tool, sketch, locked } = get();
+export function removeSelected(): void {
+  const { selection, vertex, doc, tool, sketch } = get();
   if (tool !== 'select') return set({ sketch: sketch.slice(0, -1) });
   const item = selection.length === 1 ? doc.byId.get(selection[0]!) : undefined;
   if (selection.length === 0) return say('Nothing is selected.');
-  if (selection.some((id) => locked.has(keyOf(doc, id)))) return say('What is selected is locked.');
+  if (isLockedAmong(selection)) return say('What is selected is locked.');
   if (item && item.kind !== 'line' && item.shape?.kind === 'polygon' && vertex >= 0) {
     edit('Remove a corner', (now) => vertexRemoved(now, item, vertex));
     set({ vertex: -1 });
@@ -131,21 +137,13 @@ export function duplicateSelected(): void {
 
 export function mirrorSelected(axis: 'x' | 'y'): void {
   const { selection } = get();
+  if (isLockedAmong(selection)) return say('What is selected is locked.');
   edit('Mirror', (doc) => mirrored(doc, selection, axis));
 }
 
-function toggleHidden(): void {
-  const { doc, selection, hidden } = get();
-  const next = new Set(hidden);
-  for (const key of selection.map((id) => keyOf(doc, id))) if (!next.delete(key)) next.add(key);
-  set({ hidden: next });
-}
-
-function toggleLocked(): void {
-  const { doc, selection, locked } = get();
-  const next = new Set(locked);
-  for (const key of selection.map((id) => keyOf(doc, id))) if (!next.delete(key)) next.add(key);
-  set({ locked: next });
+function toggle(mark: 'hidden' | 'locked'): void {
+  const { selection, marks } = get();
+  set({ marks: { ...marks, [mark]: toggled(marks[mark], selection) } });
 }
 
 export const KEYS: readonly Key[] = [
@@ -239,8 +237,8 @@ export const KEYS: readonly Key[] = [
     test: (event) => plain('h')(event) || plain('j')(event),
     act: (event) => mirrorSelected(event.key.toLowerCase() === 'h' ? 'x' : 'y'),
   },
-  { keys: 'I', what: 'Hide or show what is selected', test: plain('i'), act: toggleHidden },
-  { keys: 'K', what: 'Lock or free what is selected', test: plain('k'), act: toggleLocked },
+  { keys: 'I', what: 'Hide or show what is selected', test: plain('i'), act: () => toggle('hidden') },
+  { keys: 'K', what: 'Lock or free what is selected', test: plain('k'), act: () => toggle('locked') },
   {
     keys: '+, −',
     what: 'Nearer, farther',

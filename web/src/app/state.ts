@@ -2,6 +2,7 @@
 
 import type { Check, Counts, Engine, Explanation, Recording, Scene, Session, TrackedObject } from '../../engine/types';
 import { begin, type History } from '../edit/history';
+import { carried, type Marks, NO_MARKS } from '../edit/marks';
 import { type Doc, type Pt, read } from '../edit/model';
 import { JsonFault } from '../text/json';
 import type { Orbit, PlanCamera, Size } from '../scene/camera';
@@ -11,7 +12,7 @@ export type Tool = 'select' | 'polygon' | 'rectangle' | 'sector' | 'line' | 'mea
 export type Target =
   { readonly kind: 'field'; readonly field: number } | { readonly kind: 'new' } | { readonly kind: 'exclusion' };
 export type Tab = 'zones' | 'findings' | 'events' | 'explain' | 'text';
-export type Colouring = 'verdict' | 'height';
+export type Colouring = 'verdict' | 'height' | 'intensity';
 
 /** What the time line and the events are compared with: the document as it was, or another one. */
 export interface Before {
@@ -38,8 +39,7 @@ export interface State {
   readonly selection: readonly string[];
   /** Of the only selected item; -1: none. */
   readonly vertex: number;
-  readonly hidden: ReadonlySet<string>;
-  readonly locked: ReadonlySet<string>;
+  readonly marks: Marks;
   readonly tool: Tool;
   readonly target: Target;
   /** What is being drawn: the points so far, and where the pointer is. */
@@ -53,6 +53,8 @@ export interface State {
   readonly orbit: Orbit;
   readonly view: 'plan' | 'solid';
   readonly colouring: Colouring;
+  /** Whether points are pale where no zone of the document reaches. */
+  readonly greysOut: boolean;
   readonly tab: Tab;
   readonly showHelp: boolean;
   readonly message: Message | null;
@@ -87,8 +89,7 @@ let state: State = {
   savedText: EMPTY,
   selection: [],
   vertex: -1,
-  hidden: new Set(),
-  locked: new Set(),
+  marks: NO_MARKS,
   tool: 'select',
   target: { kind: 'field', field: 0 },
   sketch: [],
@@ -100,6 +101,7 @@ let state: State = {
   orbit: { x: 0, y: 0, z: 0, yaw: -2.2, pitch: 0.7, distance: 40 },
   view: 'plan',
   colouring: 'verdict',
+  greysOut: true,
   tab: 'zones',
   showHelp: false,
   message: null,
@@ -146,8 +148,8 @@ export function set(part: Partial<State>): void {
 function readAgain(text: string, of: State): Partial<State> {
   try {
     const doc = read(text);
-    const selection = of.selection.filter((id) => doc.byId.has(id));
-    return { doc, fault: null, selection, vertex: selection.length === 1 ? of.vertex : -1 };
+    const { marks, selection } = carried(of.doc, doc, of.marks, of.selection);
+    return { doc, fault: null, marks, selection, vertex: selection.length === 1 ? of.vertex : -1 };
   } catch (error) {
     if (error instanceof JsonFault) return { fault: error };
     throw error;
@@ -158,12 +160,4 @@ function readAgain(text: string, of: State): Partial<State> {
 export function subscribe(listener: Listener): () => void {
   listeners.add(listener);
   return () => listeners.delete(listener);
-}
-
-/** By what an item is hidden or locked: its place in the list may change. */
-export function keyOf(doc: Doc, id: string): string {
-  const item = doc.byId.get(id);
-  if (!item) return id;
-  const field = item.kind === 'zone' ? (doc.fields[item.field]?.index ?? 0) : '';
-  return `${item.kind}:${field}:${item.name}`;
 }

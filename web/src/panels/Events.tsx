@@ -20,7 +20,8 @@ export function Events({ state }: { state: State }) {
   return (
     <div class="events">
       <p class="note">
-        {session.events.length} events; {gained} gained and {lost} lost against {before.label}.
+        {session.events.length} {session.events.length === 1 ? 'event' : 'events'}; {gained} gained and {lost} lost
+        against {before.label}.
       </p>
       <label class="check">
         <input

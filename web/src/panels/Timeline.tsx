@@ -7,6 +7,7 @@ import type { State } from '../app/state';
 import type { Doc, Zone } from '../edit/model';
 import { fieldColour, LINE } from '../scene/colours';
 import { useSize } from '../scene/useSize';
+import { timeStep, timeText } from './times';
 import { compared, intervals } from './differences';
 
 const ROW = 20;
@@ -128,6 +129,29 @@ function Rows({ axis, doc, before }: { axis: Axis; doc: Doc; before: Session | n
   );
 }
 
+// Stands above the rows while they are scrolled.
+function TimeAxis({ axis }: { axis: Axis }) {
+  const { duration, width } = axis;
+  const step = timeStep((70 * duration) / width);
+  const ticks = [];
+  for (let i = 0; i * step <= duration; ++i) {
+    const x = NAMES + ((i * step) / duration) * width;
+    ticks.push(
+      <g key={i}>
+        <path d={`M${x.toFixed(1)} 14v4`} />
+        <text x={x} y="11" text-anchor={i === 0 ? 'start' : 'middle'}>
+          {timeText(i * step, step)}
+        </text>
+      </g>,
+    );
+  }
+  return (
+    <svg class="times" width={NAMES + width + 12} height="18" aria-hidden="true">
+      {ticks}
+    </svg>
+  );
+}
+
 function Transport({ session, state, note }: { session: Session; state: State; note: string }) {
   const { moment, isPlaying } = state;
   return (
@@ -202,6 +226,7 @@ function Playing({ session, state }: { session: Session; state: State }) {
           if (event.buttons === 1) at(event);
         }}
       >
+        <TimeAxis axis={axis} />
         <svg
           width={Math.max(200, size.width)}
           height={height}

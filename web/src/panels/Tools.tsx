@@ -3,8 +3,8 @@
 import { useState } from 'preact/hooks';
 import { say } from '../app/actions';
 import { chooseTool, closePolygon, placePoint, whyFull } from '../app/draw';
-import { duplicateSelected, mirrorSelected } from '../app/keys';
-import { set, type State, type Target, type Tool } from '../app/state';
+import { duplicateSelected, mirrorSelected, removeSelected } from '../app/keys';
+import { type Colouring, set, type State, type Target, type Tool } from '../app/state';
 import { radians } from '../edit/geometry';
 import type { Pt } from '../edit/model';
 
@@ -153,6 +153,9 @@ export function Tools({ state }: { state: State }) {
           >
             Mirror ↕
           </button>
+          <button type="button" disabled={!isSelected} title="Remove (Delete)" onClick={removeSelected}>
+            Remove
+          </button>
         </>
       ) : (
         <PlaceEntry state={state} />
@@ -179,11 +182,20 @@ export function Tools({ state }: { state: State }) {
         <span>Points by</span>
         <select
           value={state.colouring}
-          onChange={(event) => set({ colouring: event.currentTarget.value === 'height' ? 'height' : 'verdict' })}
+          onChange={(event) => set({ colouring: event.currentTarget.value as Colouring })}
         >
           <option value="verdict">verdict</option>
           <option value="height">height</option>
+          <option value="intensity">intensity</option>
         </select>
+      </label>
+      <label class="check" title="Points outside the heights of all zones, which can count nowhere, are pale">
+        <input
+          type="checkbox"
+          checked={state.greysOut}
+          onChange={(event) => set({ greysOut: event.currentTarget.checked })}
+        />{' '}
+        pale out of reach
       </label>
       <button
         type="button"

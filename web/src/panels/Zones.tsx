@@ -2,8 +2,9 @@
 
 import { edit } from '../app/actions';
 import { objectsIn, pointsIn } from '../app/counts';
-import { keyOf, set, type State } from '../app/state';
+import { set, type State } from '../app/state';
 import { MOST_EXCLUSIONS, MOST_FIELDS, MOST_ZONES } from '../edit/limits';
+import { toggled } from '../edit/marks';
 import type { Field, Item } from '../edit/model';
 import { renamed } from '../edit/values';
 import { EXCLUSION, fieldColour, LINE } from '../scene/colours';
@@ -11,16 +12,10 @@ import { NameField } from './NameField';
 import { OptionFields } from './OptionFields';
 import { Values } from './Values';
 
-function toggled(all: ReadonlySet<string>, key: string): ReadonlySet<string> {
-  const next = new Set(all);
-  if (!next.delete(key)) next.add(key);
-  return next;
-}
-
 function Row({ item, state, colour }: { item: Item; state: State; colour: string }) {
-  const key = keyOf(state.doc, item.id);
+  const { marks } = state;
   const isSelected = state.selection.includes(item.id);
-  const [isHidden, isLocked] = [state.hidden.has(key), state.locked.has(key)];
+  const [isHidden, isLocked] = [marks.hidden.has(item.id), marks.locked.has(item.id)];
   const points = item.kind === 'zone' ? pointsIn(state, item) : null;
   const objects = item.kind === 'zone' ? objectsIn(state, item) : 0;
   const select = (event: MouseEvent): void => {
@@ -47,7 +42,7 @@ function Row({ item, state, colour }: { item: Item; state: State; colour: string
         aria-pressed={isHidden}
         aria-label={`Hide ${item.name}`}
         title={isHidden ? 'Hidden; show it' : 'Hide it'}
-        onClick={() => set({ hidden: toggled(state.hidden, key) })}
+        onClick={() => set({ marks: { ...marks, hidden: toggled(marks.hidden, [item.id]) } })}
       >
         {isHidden ? '◌' : '●'}
       </button>
@@ -57,7 +52,7 @@ function Row({ item, state, colour }: { item: Item; state: State; colour: string
         aria-pressed={isLocked}
         aria-label={`Lock ${item.name}`}
         title={isLocked ? 'Locked; free it' : 'Lock it'}
-        onClick={() => set({ locked: toggled(state.locked, key) })}
+        onClick={() => set({ marks: { ...marks, locked: toggled(marks.locked, [item.id]) } })}
       >
         {isLocked ? '▣' : '▢'}
       </button>

@@ -2,7 +2,7 @@
 
 import { useEffect, useMemo, useRef, useState } from 'preact/hooks';
 import type { State } from '../app/state';
-import { keyOf, set } from '../app/state';
+import { set } from '../app/state';
 import type { Item, Pt } from '../edit/model';
 import { planMatrix, toPixel as pixelOf, zoomed } from './camera';
 import { Grid, Origin, ScaleBar } from './Grid';
@@ -13,6 +13,7 @@ import { PointCanvas } from './PointCanvas';
 import { Labels, pathOf, Shapes, type ToPixel } from './Shapes';
 import { Sketch } from './Sketch';
 import { Taken } from './Taken';
+import { useShading } from './useShading';
 import { useSize } from './useSize';
 import { noteOf, occupiedIds } from '../app/counts';
 import { closePolygon } from '../app/draw';
@@ -28,9 +29,9 @@ function Handles({
   toPixel: ToPixel;
   grabbed: (id: string, handle: Handle) => (event: PointerEvent) => void;
 }) {
-  const { doc, selection, tool, locked, camera, vertex } = state;
+  const { doc, selection, tool, marks, camera, vertex } = state;
   const item = selection.length === 1 ? doc.byId.get(selection[0]!) : undefined;
-  if (!item || tool !== 'select' || locked.has(keyOf(doc, item.id))) return null;
+  if (!item || tool !== 'select' || marks.locked.has(item.id)) return null;
   return (
     <g class="handles">
       {handlesOf(item, 26 / camera.scale).map((handle) => {
@@ -61,7 +62,8 @@ export function PlanView({ state, isDark }: { state: State; isDark: boolean }) {
   const [band, showBand] = useState<{ a: Pt; b: Pt } | null>(null);
   const pointer = useMemo(() => new PlanPointer(() => sizeNow.current, showBand), []);
   const pressed = useRef<{ id: string; handle: Handle } | null>(null);
-  const { doc, camera, scene, counts, colouring, selection, hidden, check, fault } = state;
+  const { doc, camera, scene, counts, selection, check, fault } = state;
+  const shading = useShading(state, isDark);
   const toPixel: ToPixel = (p) => pixelOf(camera, size, p);
   useEffect(() => {
     set({ size });
@@ -87,7 +89,7 @@ export function PlanView({ state, isDark }: { state: State; isDark: boolean }) {
 
   const marks = {
     selection,
-    isHidden: (id: string) => hidden.has(keyOf(doc, id)),
+    isHidden: (id: string) => state.marks.hidden.has(id),
     findings: check?.findings ?? [],
     occupied: occupiedIds(state),
     activeField: state.activeField,
@@ -108,8 +110,7 @@ export function PlanView({ state, isDark }: { state: State; isDark: boolean }) {
       <PointCanvas
         scene={scene}
         counts={counts}
-        colouring={colouring}
-        isDark={isDark}
+        shading={shading}
         size={size}
         look={camera}
         matrixOf={(of) => planMatrix(camera, size, of.origin)}
@@ -130,7 +131,7 @@ export function PlanView({ state, isDark }: { state: State; isDark: boolean }) {
         }}
         onPointerMove={(event) => pointer.move(event, placeOf(event))}
         onPointerUp={(event) => pointer.up(event, placeOf(event))}
-        onPointerCancel={() => pointer.cancel()}
+        onPointerCancel={(event) => pointer.lost(event)}
         onPointerLeave={() => set({ pointer: null })}
         onContextMenu={(event) => event.preventDefault()}
       >

@@ -2,17 +2,15 @@
 
 import { useEffect, useMemo, useRef } from 'preact/hooks';
 import type { Counts, Scene } from '../../engine/types';
-import type { Colouring } from '../app/state';
 import type { Matrix, Size } from './camera';
-import { pointColours } from './colours';
+import { pointColours, type Shading } from './colours';
 import { type PointPainter, rasterPainter } from './raster';
 import { webglPainter } from './webgl';
 
 interface Props {
   readonly scene: Scene | null;
   readonly counts: Counts | null;
-  readonly colouring: Colouring;
-  readonly isDark: boolean;
+  readonly shading: Shading;
   readonly size: Size;
   /** Where the camera is: points are drawn again when this is another value. */
   readonly look: unknown;
@@ -33,7 +31,7 @@ function painterOf(canvas: HTMLCanvasElement): PointPainter {
   return rasterPainter(plain);
 }
 
-export function PointCanvas({ scene, counts, colouring, isDark, size, look, matrixOf }: Props) {
+export function PointCanvas({ scene, counts, shading, size, look, matrixOf }: Props) {
   const holder = useRef<HTMLDivElement>(null);
   const painter = useRef<PointPainter | null>(null);
   useEffect(() => {
@@ -43,10 +41,7 @@ export function PointCanvas({ scene, counts, colouring, isDark, size, look, matr
     painter.current = painterOf(canvas);
     return () => holder.current?.replaceChildren();
   }, []);
-  const colours = useMemo(
-    () => (scene ? pointColours(scene, counts, colouring, isDark) : NO_COLOURS),
-    [scene, counts, colouring, isDark],
-  );
+  const colours = useMemo(() => (scene ? pointColours(scene, counts, shading) : NO_COLOURS), [scene, counts, shading]);
   useEffect(() => {
     const ratio = window.devicePixelRatio || 1;
     const device = {

@@ -2,14 +2,15 @@
 // which are dragged here.
 
 import { useEffect, useRef, useState } from 'preact/hooks';
-import { beginDrag, type Drag, dragTo, endDrag } from '../app/actions';
-import { keyOf, type State } from '../app/state';
+import { beginDrag, type Drag, dragTo, endDrag, say } from '../app/actions';
+import type { State } from '../app/state';
 import { tidy } from '../edit/geometry';
 import type { Doc, Zone } from '../edit/model';
 import { withHeight } from '../edit/values';
 import { decimalsOf, type Matrix, niceStep } from './camera';
 import { PointCanvas } from './PointCanvas';
 import { colourOf } from './Shapes';
+import { useShading } from './useShading';
 import { useSize } from './useSize';
 
 type Heights = { least: number; step: number; counts: Uint32Array };
@@ -76,6 +77,7 @@ export function SideView({ state, isDark }: { state: State; isDark: boolean }) {
   const size = useSize(holder);
   const heights = useHeights(state);
   const drag = useRef<{ drag: Drag; key: Key; range: Range } | null>(null);
+  const shading = useShading(state, isDark);
   const { doc, selection, scene } = state;
   const item = selection.length === 1 ? doc.byId.get(selection[0]!) : undefined;
   const zone = item && item.kind !== 'line' ? item : undefined;
@@ -90,7 +92,7 @@ export function SideView({ state, isDark }: { state: State; isDark: boolean }) {
   const grab =
     (key: Key) =>
     (event: PointerEvent): void => {
-      if (!zone || state.locked.has(keyOf(doc, zone.id))) return;
+      if (!zone || state.marks.locked.has(zone.id)) return;
       const begun = beginDrag(key === 'zMin' ? 'Lower height' : 'Upper height');
       if (!begun) return;
       (event.currentTarget as Element).setPointerCapture(event.pointerId);
@@ -114,6 +116,7 @@ export function SideView({ state, isDark }: { state: State; isDark: boolean }) {
       if (!by || !zone) return;
       event.preventDefault();
       event.stopPropagation();
+      if (state.marks.locked.has(zone.id)) return say(`${zone.name} is locked.`);
       const begun = beginDrag(key);
       if (!begun) return;
       dragTo(begun, (from) => withHeight(from, zone, key, tidy(zone[key] + by * (event.shiftKey ? 0.1 : 0.01))));
@@ -125,8 +128,7 @@ export function SideView({ state, isDark }: { state: State; isDark: boolean }) {
         <PointCanvas
           scene={scene}
           counts={state.counts}
-          colouring={state.colouring}
-          isDark={isDark}
+          shading={shading}
           size={size}
           look={`${range.low} ${range.high}`}
           matrixOf={() => sideMatrix(state, range)}

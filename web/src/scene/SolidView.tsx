@@ -1,12 +1,14 @@
 // The same scene in three dimensions, with zones as volumes.
 
-import { useEffect, useRef } from 'preact/hooks';
-import { set, keyOf, type State } from '../app/state';
+import { useEffect, useMemo, useRef } from 'preact/hooks';
+import { set, type State } from '../app/state';
 import { ringOf } from '../edit/geometry';
 import type { Doc, Pt, Zone } from '../edit/model';
 import { type Matrix, type Orbit, orbitMatrix, project, type Size } from './camera';
+import { Fingers, shift, spread, type TwoFingers } from './fingers';
 import { PointCanvas } from './PointCanvas';
 import { colourOf, isPlaced } from './Shapes';
+import { useShading } from './useShading';
 import { useSize } from './useSize';
 import { occupiedIds } from '../app/counts';
 
@@ -87,49 +89,72 @@ export function shifted(orbit: Orbit, dx: number, dy: number, height: number): O
   return { ...orbit, x: orbit.x + (s * dx - c * dy) * metres, y: orbit.y + (-c * dx - s * dy) * metres };
 }
 
+function nearer(orbit: Orbit, factor: number): Orbit {
+  return { ...orbit, distance: Math.min(1e5, Math.max(0.1, orbit.distance / factor)) };
+}
+
 export function SolidView({ state, isDark }: { state: State; isDark: boolean }) {
   const holder = useRef<HTMLDivElement>(null);
   const size = useSize(holder);
   const now = useRef(state);
   now.current = state;
   const start = useRef<{ orbit: Orbit; x: number; y: number; isShift: boolean } | null>(null);
-  const { doc, orbit, hidden } = state;
+  const shading = useShading(state, isDark);
+  const fingers = useMemo(() => new Fingers(), []);
+  const { doc, orbit, marks } = state;
+  const placeOf = (event: PointerEvent): Pt => ({ x: event.clientX, y: event.clientY });
+  // One finger turns; two move and go nearer.
+  const pinch = (two: TwoFingers): void => {
+    const { orbit: from } = now.current;
+    const by = shift(two);
+    set({ orbit: nearer(shifted(from, by.x, by.y, size.height), spread(two)) });
+  };
   const m = orbitMatrix(orbit, size, ORIGIN);
   const occupied = occupiedIds(state);
   useEffect(() => {
     const turn = (event: WheelEvent): void => {
       event.preventDefault();
-      const distance = Math.min(1e5, Math.max(0.1, now.current.orbit.distance * Math.exp(event.deltaY * 0.0015)));
-      set({ orbit: { ...now.current.orbit, distance } });
+      set({ orbit: nearer(now.current.orbit, Math.exp(-event.deltaY * 0.0015)) });
     };
     const watched = holder.current!;
     watched.addEventListener('wheel', turn, { passive: false });
     return () => watched.removeEventListener('wheel', turn);
   }, []);
   const zones = [...doc.fields.flatMap((field) => field.zones), ...doc.exclusions].filter(
-    (zone) => isPlaced(zone) && !hidden.has(keyOf(doc, zone.id)),
+    (zone) => isPlaced(zone) && !marks.hidden.has(zone.id),
   );
   return (
     <div
       class="view solid"
       ref={holder}
       onPointerDown={(event) => {
-        start.current = { orbit, x: event.clientX, y: event.clientY, isShift: event.shiftKey || event.button !== 0 };
+        if (fingers.isPalm(event)) return;
+        const isOne = fingers.down(event, placeOf(event)) === 1;
+        const isShift = event.shiftKey || event.button !== 0;
+        start.current = isOne ? { orbit, ...placeOf(event), isShift } : null;
       }}
       onPointerMove={(event) => {
-        if (!start.current || event.buttons === 0) return;
+        const two = fingers.move(event, placeOf(event));
+        if (two) return pinch(two);
+        if (!start.current || event.buttons === 0 || fingers.isPalm(event)) return;
         const { orbit: from, x, y, isShift } = start.current;
         const [dx, dy] = [event.clientX - x, event.clientY - y];
         set({ orbit: isShift ? shifted(from, dx, dy, size.height) : turned(from, dx, dy) });
       }}
-      onPointerUp={() => (start.current = null)}
+      onPointerUp={(event) => {
+        fingers.up(event);
+        start.current = null;
+      }}
+      onPointerCancel={(event) => {
+        fingers.up(event);
+        start.current = null;
+      }}
       onContextMenu={(event) => event.preventDefault()}
     >
       <PointCanvas
         scene={state.scene}
         counts={state.counts}
-        colouring={state.colouring}
-        isDark={isDark}
+        shading={shading}
         size={size}
         look={orbit}
         matrixOf={(scene) => orbitMatrix(orbit, size, scene.origin)}
@@ -153,14 +178,16 @@ export function SolidView({ state, isDark }: { state: State; isDark: boolean }) 
             isOccupied={occupied.has(zone.id)}
           />
         ))}
-        {doc.lines.filter(isPlaced).map((line) => {
-          const z = state.scene?.ground ?? 0;
-          const [a, b] = [
-            project(m, size, line.first.x, line.first.y, z),
-            project(m, size, line.second.x, line.second.y, z),
-          ];
-          return a && b ? <path key={line.id} class="line3d" d={`M${a.x} ${a.y}L${b.x} ${b.y}`} /> : null;
-        })}
+        {doc.lines
+          .filter((line) => isPlaced(line) && !marks.hidden.has(line.id))
+          .map((line) => {
+            const z = state.scene?.ground ?? 0;
+            const [a, b] = [
+              project(m, size, line.first.x, line.first.y, z),
+              project(m, size, line.second.x, line.second.y, z),
+            ];
+            return a && b ? <path key={line.id} class="line3d" d={`M${a.x} ${a.y}L${b.x} ${b.y}`} /> : null;
+          })}
       </svg>
     </div>
   );

@@ -2,6 +2,7 @@
 
 import { VERDICT, verdictOf, type Counts, type Scene } from '../../engine/types';
 import type { Colouring } from '../app/state';
+import { type Interval, isWithin } from '../edit/reach';
 
 const FIELDS = ['#0072b2', '#d55e00', '#009e73', '#aa4499', '#b8860b', '#56a0d3', '#7a5195', '#8c564b'];
 export const EXCLUSION = '#5b6672';
@@ -17,7 +18,8 @@ interface ScanColours {
   readonly high: number;
   readonly counted: number;
   readonly taken: number;
-  readonly excluded: number;
+  /** In an exclusion zone alone, where no zone reaches, or not come back. */
+  readonly away: number;
 }
 
 // Bytes red, green, blue, opacity in the order of memory.
@@ -32,7 +34,7 @@ const LIGHT: ScanColours = {
   high: packed('#3e5870'),
   counted: packed('#b8500c'),
   taken: packed('#7d4a8f'),
-  excluded: packed('#d5dbe1'),
+  away: packed('#d5dbe1'),
 };
 const DARK: ScanColours = {
   ground: packed('#3b4652'),
@@ -40,7 +42,7 @@ const DARK: ScanColours = {
   high: packed('#a9bccf'),
   counted: packed('#ff9a4d'),
   taken: packed('#c792d6'),
-  excluded: packed('#303943'),
+  away: packed('#303943'),
 };
 
 // From blue over green to yellow: even steps of lightness, told apart by colour-blind readers too.
@@ -55,23 +57,87 @@ function rampColour(t: number): number {
   return (0xff000000 | (mix(2) << 16) | (mix(1) << 8) | mix(0)) >>> 0;
 }
 
+/** The ramp for a legend. */
+export const RAMP_STOPS = RAMP.map((rgb) => `rgb(${rgb.join(' ')})`);
+
 const RAMP_STEPS = Uint32Array.from({ length: 256 }, (_, i) => rampColour(i / 255));
 
-/** A colour for each point of the scene. In metres over the ground a rough ground ends, and a person begins. */
-export function pointColours(scene: Scene, counts: Counts | null, colouring: Colouring, isDark: boolean): Uint32Array {
-  const { positions } = scene;
-  const shades = isDark ? DARK : LIGHT;
+/** How points are shown. */
+export interface Shading {
+  readonly colouring: Colouring;
+  readonly isDark: boolean;
+  /** Heights that zones hold, from the lowest on: points elsewhere are greyed out. null: none is. */
+  readonly reach: readonly Interval[] | null;
+}
+
+const LOWEST = -0.5; // metres over the ground, where the colours of heights begin
+const STEPS_OF_A_METRE = 51; // a rough ground ends, and a person begins
+
+/** From where to where the ramp goes, in the unit of what it shows; null: there is nothing to show. */
+export function rampEnds(scene: Scene, colouring: Colouring): Interval | null {
+  if (colouring === 'height') return { low: LOWEST, high: LOWEST + 255 / STEPS_OF_A_METRE };
+  return colouring === 'intensity' && scene.intensities ? intensityRange(scene.intensities) : null;
+}
+
+const ranges = new WeakMap<Float32Array, Interval | null>();
+
+// Without the outermost fiftieth on each side: one mirror must not make all else dark.
+function intensityRange(values: Float32Array): Interval | null {
+  const known = ranges.get(values);
+  if (known !== undefined) return known;
+  const step = Math.max(1, Math.floor(values.length / 20000));
+  const some: number[] = [];
+  for (let i = 0; i < values.length; i += step) if (Number.isFinite(values[i])) some.push(values[i]!);
+  some.sort((a, b) => a - b);
+  const at = (part: number): number => some[Math.round(part * (some.length - 1))]!;
+  const range = some.length > 0 ? { low: at(0.02), high: at(0.98) } : null;
+  ranges.set(values, range);
+  return range;
+}
+
+// A step of the ramp for each point, 256 where there is nothing to show.
+function rampSteps(scene: Scene, colouring: Colouring): Uint16Array | null {
+  const { positions, intensities } = scene;
+  const ends = rampEnds(scene, colouring);
+  if (!ends) return null;
+  const steps = new Uint16Array(positions.length / 3);
+  const factor = 255 / Math.max(ends.high - ends.low, 1e-30);
+  if (colouring === 'height') {
+    const lowest = (scene.ground ?? 0) + ends.low - scene.origin[2];
+    for (let k = 0, i = 2; k < steps.length; ++k, i += 3) {
+      steps[k] = Math.min(255, Math.max(0, (positions[i]! - lowest) * factor + 0.5));
+    }
+  } else {
+    for (let k = 0; k < steps.length; ++k) {
+      const value = intensities![k]!;
+      steps[k] = Number.isFinite(value) ? Math.min(255, Math.max(0, (value - ends.low) * factor + 0.5)) : 256;
+    }
+  }
+  return steps;
+}
+
+/** A colour for each point of the scene. What counts is lit in any case. */
+export function pointColours(scene: Scene, counts: Counts | null, shading: Shading): Uint32Array {
+  const { positions, origin } = scene;
+  const shades = shading.isDark ? DARK : LIGHT;
   const colours = new Uint32Array(positions.length / 3);
-  const ground = (scene.ground ?? 0) - scene.origin[2];
+  const ground = (scene.ground ?? 0) - origin[2];
   const verdicts = counts?.verdicts?.length === colours.length ? counts.verdicts : null;
-  for (let k = 0, i = 2; k < colours.length; ++k, i += 3) {
-    const height = positions[i]! - ground;
+  const steps = rampSteps(scene, shading.colouring);
+  const reach = shading.reach?.map(({ low, high }) => ({ low: low - origin[2], high: high - origin[2] })) ?? null;
+  const [x0, y0, z0] = [-origin[0], -origin[1], -origin[2]];
+  for (let k = 0, i = 0; k < colours.length; ++k, i += 3) {
+    const z = positions[i + 2]!;
     const verdict = verdicts ? verdictOf(verdicts[k]!) : VERDICT.outside;
+    const step = steps ? steps[k]! : 256;
     if (verdict === VERDICT.counted) colours[k] = shades.counted;
     else if (verdict === VERDICT.taken) colours[k] = shades.taken;
-    else if (colouring === 'height') colours[k] = RAMP_STEPS[Math.min(255, Math.max(0, ((height + 0.5) * 51) | 0))]!;
-    else if (verdict === VERDICT.excluded) colours[k] = shades.excluded;
-    else colours[k] = height <= 0.25 ? shades.ground : height <= 0.7 ? shades.low : shades.high;
+    // Drivers write the origin for what did not come back.
+    else if (z === z0 && positions[i] === x0 && positions[i + 1] === y0) colours[k] = shades.away;
+    else if (reach && !isWithin(reach, z)) colours[k] = shades.away;
+    else if (step < 256) colours[k] = RAMP_STEPS[step]!;
+    else if (verdict === VERDICT.excluded) colours[k] = shades.away;
+    else colours[k] = z - ground <= 0.25 ? shades.ground : z - ground <= 0.7 ? shades.low : shades.high;
   }
   return colours;
 }

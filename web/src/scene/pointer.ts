@@ -1,12 +1,13 @@
 // The pointer on the plan. One gesture at a time; each computes from where it began.
 
-import { minus, plus, ringOf } from '../edit/geometry';
+import { middle, minus, plus, ringOf } from '../edit/geometry';
 import { moved } from '../edit/moves';
 import type { Pt } from '../edit/model';
 import { beginDrag, cancelDrag, type Drag, dragTo, endDrag, say } from '../app/actions';
 import { closePolygon, placePoint } from '../app/draw';
-import { get, keyOf, set } from '../app/state';
+import { get, set } from '../app/state';
 import { gridStep, type PlanCamera, type Size, toPixel, toPlane, zoomed } from './camera';
+import { Fingers, shift, spread, type TwoFingers } from './fingers';
 import { dragged, type Handle } from './handles';
 import { itemsAt, itemsIn, nextBelow } from './pick';
 import { snapped } from './snap';
@@ -36,7 +37,7 @@ export class PlanPointer {
   private gesture: Gesture | null = null;
   private start: Pt = { x: 0, y: 0 };
   private hasMoved = false;
-  private readonly touches = new Map<number, Pt>();
+  private readonly fingers = new Fingers();
 
   constructor(
     private readonly sizeOf: () => Size,
@@ -48,8 +49,7 @@ export class PlanPointer {
   }
 
   private isHidden(id: string): boolean {
-    const { doc, hidden } = get();
-    return hidden.has(keyOf(doc, id));
+    return get().marks.hidden.has(id);
   }
 
   private snap(p: Pt, event: PointerEvent, without: readonly string[], about: Pt | null): Pt {
@@ -65,8 +65,9 @@ export class PlanPointer {
   }
 
   down(event: PointerEvent, pixel: Pt, handle: { id: string; handle: Handle } | null): void {
-    this.touches.set(event.pointerId, pixel);
-    if (this.touches.size === 2) return this.cancel();
+    if (this.fingers.isPalm(event)) return;
+    if (event.pointerType === 'pen' && this.gesture) this.giveUp();
+    if (this.fingers.down(event, pixel) > 1) return this.giveUp();
     this.start = pixel;
     this.hasMoved = false;
     const { tool, camera } = get();
@@ -77,8 +78,8 @@ export class PlanPointer {
   }
 
   private isLocked(id: string): boolean {
-    const { doc, locked } = get();
-    if (!locked.has(keyOf(doc, id))) return false;
+    const { doc, marks } = get();
+    if (!marks.locked.has(id)) return false;
     say(`${doc.byId.get(id)?.name ?? 'It'} is locked.`);
     return true;
   }
@@ -131,10 +132,11 @@ export class PlanPointer {
   }
 
   move(event: PointerEvent, pixel: Pt): void {
-    const before = this.touches.get(event.pointerId);
-    if (before) this.touches.set(event.pointerId, pixel);
-    if (this.touches.size === 2 && before) return this.pinch(event.pointerId, before, pixel);
-    this.hasMoved ||= before !== undefined && Math.hypot(pixel.x - this.start.x, pixel.y - this.start.y) > CLICK;
+    if (this.fingers.isPalm(event)) return;
+    const isDown = this.fingers.isDown(event);
+    const two = this.fingers.move(event, pixel);
+    if (two) return this.pinch(two);
+    this.hasMoved ||= isDown && Math.hypot(pixel.x - this.start.x, pixel.y - this.start.y) > CLICK;
     const p = this.plane(pixel);
     const { tool, sketch } = get();
     set({ pointer: tool === 'select' ? p : this.snap(p, event, [], sketch.at(-1) ?? null) });
@@ -164,18 +166,24 @@ export class PlanPointer {
     }
   }
 
-  // Both fingers keep the places that they touch.
-  private pinch(id: number, before: Pt, now: Pt): void {
-    const other = [...this.touches].find(([one]) => one !== id)?.[1];
-    if (!other) return;
+  // Their middle keeps the place that it is on.
+  private pinch(two: TwoFingers): void {
     const { camera } = get();
-    const factor =
-      Math.hypot(now.x - other.x, now.y - other.y) / Math.max(1, Math.hypot(before.x - other.x, before.y - other.y));
-    set({ camera: zoomed(camera, this.sizeOf(), other, factor) });
+    const by = shift(two);
+    const panned = { ...camera, x: camera.x - by.x / camera.scale, y: camera.y + by.y / camera.scale };
+    set({ camera: zoomed(panned, this.sizeOf(), middle(...two.now), spread(two)), pointer: null });
+  }
+
+  // A second finger turns what the first one began into a move of the view.
+  private giveUp(): void {
+    const began = this.gesture?.kind === 'draw' && this.gesture.began;
+    this.cancel();
+    if (began) set({ sketch: get().sketch.slice(0, -1) });
   }
 
   up(event: PointerEvent, pixel: Pt): void {
-    this.touches.delete(event.pointerId);
+    if (this.fingers.isPalm(event)) return;
+    this.fingers.up(event);
     const gesture = this.gesture;
     this.gesture = null;
     this.showBand(null);
@@ -213,8 +221,14 @@ export class PlanPointer {
     }
   }
 
+  /** The pointer is gone without an end. */
+  lost(event: PointerEvent): void {
+    this.fingers.up(event);
+    this.cancel();
+  }
+
   /** Gives up what is under way; the document is as it was. */
-  cancel(): void {
+  private cancel(): void {
     this.gesture = null;
     this.showBand(null);
     cancelDrag();

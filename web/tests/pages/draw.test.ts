@@ -281,6 +281,32 @@ describe('changing', () => {
     await expect.poll(() => person.page.locator('.group li.chosen').count(), { timeout: 10000 }).toBe(0);
   });
 
+  test('what is hidden or locked stays so when it is renamed, when others go, and through undo', async () => {
+    await person.page.getByRole('button', { name: 'Lock Near kerb' }).click();
+    await person.page.getByRole('button', { name: 'Hide Near kerb' }).click();
+    await person.page.getByRole('button', { name: 'Near kerb' }).first().click();
+    const name = person.page.getByRole('textbox', { name: /^name/ });
+    await name.fill('Kerb');
+    await name.press('Enter');
+    const marked = async (): Promise<string[]> => {
+      await person.frame();
+      const labels = await person.page
+        .locator('.mark[aria-pressed=true]')
+        .evaluateAll((all) => all.map((one) => one.getAttribute('aria-label')!));
+      return labels;
+    };
+    expect(await marked()).toEqual(['Hide Kerb', 'Lock Kerb']);
+    await person.page.getByRole('button', { name: 'Walkway' }).first().click();
+    await person.page.getByRole('button', { name: 'Remove', exact: true }).click();
+    expect(await marked()).toEqual(['Hide Kerb', 'Lock Kerb']);
+    expect(await person.page.locator('.area').count()).toBe(9);
+    await person.press('Control+z');
+    expect(await marked()).toEqual(['Hide Kerb', 'Lock Kerb']);
+    await person.press('Control+z');
+    expect(await marked()).toEqual(['Hide Near kerb', 'Lock Near kerb']);
+    expect(await person.text()).toBe(crossing);
+  });
+
   test('the heights of a zone are dragged in the side view, and moved by keys', async () => {
     await person.page.getByRole('button', { name: 'Walkway' }).first().click();
     const handle = person.page.locator('[data-height=zMax]');

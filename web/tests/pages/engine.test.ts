@@ -86,6 +86,18 @@ describe('known at once', () => {
   });
 });
 
+describe('seen', () => {
+  test('points that an exclusion zone took are struck through; heights stand in a histogram', async () => {
+    const taken = (): Promise<string | null> => person.page.locator('path.taken').getAttribute('d');
+    await expect.poll(async () => (await taken())!.length).toBeGreaterThan(10);
+    expect(await person.page.locator('.legend').innerText()).toContain('taken by an exclusion zone');
+    expect((await person.page.locator('.histogram').getAttribute('d'))!.length).toBeGreaterThan(50);
+    expect(await person.page.locator('.scale text').textContent()).toMatch(/^\d+(\.\d+)? m$/);
+    expect(await person.page.locator('.plan .ticks text').count()).toBeGreaterThan(5);
+    expect(await person.page.locator('.origin').count()).toBe(1);
+  });
+});
+
 describe('playing', () => {
   test('seek, step and play move the cursor, the objects and the points', async () => {
     expect(await person.page.locator('.transport output').textContent()).toBe('0.00 s, 1 of 20');
@@ -139,6 +151,7 @@ describe('what if', () => {
     await person.click({ x: 8.8, y: 7.5 });
     await person.drag({ x: 8.8, y: 7.5 }, { x: 8.8, y: 19.5 });
     await person.page.getByText('2 lost against as opened').waitFor();
+    expect(await person.page.locator('.transport .note').textContent()).toBe('2 events differ from as opened');
     await expect.poll(() => person.page.locator('.events .lost').count(), { timeout: 10000 }).toBe(2);
     await person.press('Control+z');
     await person.page.getByText('0 gained and 0 lost').waitFor();
@@ -154,6 +167,18 @@ describe('what if', () => {
     await person.press('Control+z');
     await person.page.getByText('0 gained and 0 lost').waitFor();
     expect(await person.text()).toBe(crossing);
+  });
+
+  test('the time line has what was before beneath what is', async () => {
+    expect(await person.page.locator('.row .was').count()).toBe(0);
+    const now = person.page.locator(`[data-row="${walkway}"]`);
+    const before = await now.getAttribute('d');
+    await person.click({ x: 11, y: 9.5 });
+    await person.drag({ x: 11, y: 9.5 }, { x: 27, y: 17 });
+    await expect.poll(() => now.getAttribute('d')).not.toBe(before);
+    // The bars of before begin where those of now began.
+    const was = await person.page.locator('.row .was').first().getAttribute('d');
+    expect(was!.split(' ')[0]).toBe(before!.split(' ')[0]);
   });
 
   test('another document lies beneath, dashed, and its events beside', async () => {

@@ -71,6 +71,28 @@ describe('keeping', () => {
     expect(await person.message()).toBe('kept.json is saved.');
   });
 
+  test('what cannot be written whole is given up, said, and stays unsaved', async () => {
+    await person.page.evaluate(() => {
+      const done: string[] = [];
+      const handle = {
+        name: 'full.json',
+        getFile: () => Promise.resolve(new File([''], 'full.json')),
+        createWritable: () =>
+          Promise.resolve({
+            write: () => Promise.reject(new Error('The disk is full.')),
+            close: () => Promise.resolve(void done.push('closed')),
+            abort: () => Promise.resolve(void done.push('given up')),
+          }),
+      };
+      Object.assign(window, { done, showSaveFilePicker: () => Promise.resolve(handle) });
+    });
+    await rename('Way');
+    await person.press('Control+s');
+    expect(await person.message()).toBe('The disk is full.');
+    expect(await person.page.evaluate(() => (window as unknown as { done: string[] }).done)).toEqual(['given up']);
+    expect(await person.page.locator('.file').textContent()).toContain('not saved');
+  });
+
   test('work that was not saved is here again after a crash, and can be undone', async () => {
     await rename('Way');
     await person.page.waitForTimeout(300);
@@ -114,6 +136,28 @@ describe('keeping', () => {
 });
 
 describe('opening', () => {
+  test('files that are picked, by the dialogue for files or by an old one', async () => {
+    const other = crossing.replace('"Walkway"', '"Elsewhere"');
+    await person.page.evaluate((text) => {
+      const handle = { getFile: () => Promise.resolve(new File([text], 'picked.json')) };
+      Object.assign(window, { showOpenFilePicker: () => Promise.resolve([handle]) });
+    }, other);
+    await person.press('Control+o');
+    await person.page.getByText('picked.json is open.').waitFor();
+    expect(await person.text()).toBe(other);
+    await person.page.evaluate(() => Object.assign(window, { showOpenFilePicker: undefined }));
+    const chosen = person.page.waitForEvent('filechooser');
+    await person.page.getByRole('button', { name: 'Open' }).click();
+    await (
+      await chosen
+    ).setFiles([
+      { name: 'b.xyz', mimeType: 'text/plain', buffer: Buffer.from('1 2 3\n') },
+      { name: 'old.json', mimeType: 'application/json', buffer: Buffer.from(crossing) },
+    ]);
+    await person.page.getByText('b.xyz: 1 points').first().waitFor();
+    expect(await person.text()).toBe(crossing);
+  });
+
   test('a dropped document, which is a step that can be undone', async () => {
     await dropFiles(person, [{ name: 'other.json', text: crossing.replace('"Walkway"', '"Elsewhere"') }]);
     await person.page.getByText('other.json is open.').waitFor();

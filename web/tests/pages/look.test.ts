@@ -2,7 +2,7 @@ import { readFileSync } from 'node:fs';
 import { createRequire } from 'node:module';
 import type { AxeResults } from 'axe-core';
 import { afterAll, beforeAll, describe, expect, test } from 'vitest';
-import { openPlace, type Options, Person, type Place } from './page';
+import { dropFiles, openPlace, type Options, Person, type Place } from './page';
 
 let place: Place;
 beforeAll(async () => {
@@ -92,6 +92,26 @@ describe('how it looks', () => {
     await person.press('Escape', 'Escape', '?');
     expect(await faultsOf(person)).toEqual([]);
     await person.picture('keys');
+    await person.leave();
+  });
+
+  test('axe finds nothing in what else can be seen', async () => {
+    const person = await (await Person.at(place, { dark: true })).ready();
+    await person.page.getByText('More', { exact: true }).click();
+    expect(await faultsOf(person), 'menu').toEqual([]);
+    await person.page.getByText('More', { exact: true }).click();
+    await dropFiles(person, [{ name: 'cut.pcd', text: 'VERSION 0.7' }]);
+    await person.page.locator('.message.error').waitFor();
+    expect(await faultsOf(person), 'refusal').toEqual([]);
+    await dropFiles(person, [{ name: 'few.xyz', text: 'x y z intensity\n11 7 1 5\n0 0 0 1\n' }]);
+    await person.page.getByText('Drop a recording here to play it.').waitFor();
+    await person.page.getByLabel('Points by').selectOption('intensity');
+    await person.page.getByLabel(/^dashed/).check();
+    expect(await faultsOf(person), 'a frame alone').toEqual([]);
+    await person.picture('frame-alone');
+    await dropFiles(person, [{ name: 'bad.json', text: '{"ZoneDetector": {"sensitivity": 60}' }]);
+    await person.page.locator('.textpanel .wrong').waitFor();
+    expect(await faultsOf(person), 'no JSON').toEqual([]);
     await person.leave();
   });
 

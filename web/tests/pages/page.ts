@@ -157,6 +157,25 @@ export class Person {
     await this.page.evaluate(() => new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done))));
   }
 
+  /** The colour of the points at a place of the plan, such as "#b8500c"; empty: there is none. */
+  async colourAt(p: Pt): Promise<string> {
+    const at = await this.pixel(p);
+    return this.page.evaluate(({ x, y }) => {
+      const canvas = document.querySelector<HTMLCanvasElement>('.plan canvas')!;
+      const box = canvas.getBoundingClientRect();
+      const copy = document.createElement('canvas');
+      [copy.width, copy.height] = [canvas.width, canvas.height];
+      const context = copy.getContext('2d')!;
+      context.drawImage(canvas, 0, 0);
+      const ratio = canvas.width / box.width;
+      const [left, top] = [Math.round((x - box.left) * ratio), Math.round((y - box.top) * ratio)];
+      const { data } = context.getImageData(left - 2, top - 2, 5, 5);
+      const lit = Array.from({ length: 25 }, (_, i) => 4 * i).find((i) => data[i + 3] === 255);
+      const two = (value: number): string => value.toString(16).padStart(2, '0');
+      return lit === undefined ? '' : `#${[0, 1, 2].map((k) => two(data[lit + k]!)).join('')}`;
+    }, at);
+  }
+
   async picture(name: string): Promise<void> {
     mkdirSync(OUTPUT, { recursive: true });
     await this.page.screenshot({ path: `${OUTPUT}${name}.png` });
@@ -170,15 +189,16 @@ export class Person {
 /** Drops files on the page, as a person does with the mouse. */
 export async function dropFiles(
   person: Person,
-  files: readonly { readonly name: string; readonly text: string }[],
+  files: readonly { readonly name: string; readonly text: string | Buffer }[],
 ): Promise<void> {
   const data = await person.page.evaluateHandle(
     (list) => {
       const transfer = new DataTransfer();
-      for (const { name, text } of list) transfer.items.add(new File([text], name));
+      for (const { name, letters } of list)
+        transfer.items.add(new File([Uint8Array.from(atob(letters), (c) => c.charCodeAt(0))], name));
       return transfer;
     },
-    files as { name: string; text: string }[],
+    files.map(({ name, text }) => ({ name, letters: Buffer.from(text).toString('base64') })),
   );
   await person.page.dispatchEvent('.plan, .solid', 'drop', { dataTransfer: data });
 }
