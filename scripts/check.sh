@@ -42,6 +42,13 @@ compile_for_browsers() {
       -I"$headers" -DFMT_HEADER_ONLY
 }
 
+# What Open3D writes and reads back. It brings many packages, so nothing else needs it.
+compare_with_open3d() {
+  cmake --preset release -B build/open3d -DORVANTIS_TEST_OPEN3D=ON -DORVANTIS_BUILD_PYTHON=OFF
+  cmake --build build/open3d --target open3d_test
+  build/open3d/tests/open3d/open3d_test
+}
+
 test_sanitized() {
   cmake --preset "$1"
   cmake --build --preset "$1"
@@ -101,6 +108,7 @@ step "warnings of clang" build_with_clang
 step "static analysis" analyse
 step "compiled for browsers" compile_for_browsers
 step "the same sines everywhere" scripts/check_trigonometry.sh
+step "files of another program" compare_with_open3d
 step "address and undefined behaviour" test_sanitized asan-ubsan
 step "threads" test_sanitized tsan
 step "a minute of each fuzzer" fuzz

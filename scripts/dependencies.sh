@@ -30,6 +30,7 @@ web_packages=(emscripten chromium)
 development_packages=(
   clang clang-format clang-tidy libclang-rt-dev  # the other compiler, its analysis, sanitizers and fuzzer
   gcovr python3
+  libopen3d-dev                                     # writes files for the readers
 )
 
 # Installs the packages that are missing, if any.
