@@ -11,18 +11,18 @@ check_format() {
 }
 
 build_with_gcc() {
-  cmake --preset dev -DCMAKE_CXX_COMPILER=g++
+  cmake --preset dev -DCMAKE_CXX_COMPILER=g++ -DORVANTIS_BUILD_PYTHON=ON
   cmake --build --preset dev
 }
 
 build_with_clang() {
-  cmake --preset dev -B build/dev-clang -DCMAKE_CXX_COMPILER=clang++
+  cmake --preset dev -B build/dev-clang -DCMAKE_CXX_COMPILER=clang++ -DORVANTIS_BUILD_PYTHON=ON
   cmake --build build/dev-clang
 }
 
 # Headers are checked through the sources that include them.
 analyse() {
-  find src apps -name '*.cpp' -print0 |
+  find src apps python -name '*.cpp' -print0 |
     xargs -0 -n 1 -P "$(nproc)" clang-tidy -p build/dev-clang --quiet
 }
 
@@ -100,7 +100,7 @@ summarise() {
 trap summarise EXIT
 running=packages
 
-packages+=("${development_packages[@]}" "${web_packages[@]}")
+packages+=("${development_packages[@]}" "${python_packages[@]}" "${web_packages[@]}")
 install_missing_packages
 step "format" check_format
 step "warnings of g++" build_with_gcc

@@ -20,6 +20,7 @@ python_packages=(
   python3-dev pybind11-dev python3-numpy           # the module
   python3-pytest python3-hypothesis mypy           # its tests
   python3-matplotlib python3-pandas python3-shapely  # for its pictures, and to compare its answers
+  python3-nbconvert python3-ipykernel              # notebooks, and their pages
   python3-dask python3-distributed python3-fsspec  # fleets of recordings, and their tests
 )
 

@@ -37,7 +37,8 @@ cat >$build/source/setup.py <<PYTHON
 from setuptools import setup
 
 # It has a compiled part, which was not compiled by setuptools.
-setup(name="orvantis-zones", version="$version", packages=["orvantis_zones"], package_data={"orvantis_zones": ["*", "lib/*"]},
+setup(name="orvantis-zones", version="$version", packages=["orvantis_zones", "orvantis_zones.batch"],
+      package_data={"orvantis_zones": ["*", "lib/*"]},
       description="Zones and counter lines on LiDAR points", python_requires=">=3.9", install_requires=["numpy"],
       has_ext_modules=lambda: True)
 PYTHON
@@ -49,12 +50,17 @@ $build/environment/bin/pip install --quiet --no-index --no-deps $build/dist/*.wh
 (cd / && env -i "$OLDPWD/$build/environment/bin/python" - "$OLDPWD" <<'PYTHON'
 import sys
 import orvantis_zones as oz
+from orvantis_zones.batch import evaluate
 
 site = oz.load(sys.argv[1] + "/examples/crossing/crossing.json")
 assert "environment" in oz.__file__, oz.__file__
 with open("/proc/self/maps") as maps:
     ours = {line.split()[-1] for line in maps if "orvantis" in line and ".so" in line}
 assert ours and all("environment" in path for path in ours), ours
+recording = oz.Recording.from_arrays([(0.0, [(11.0, 7.0, 1.0)], None)], name="one")
+for isolate in (False, True):
+    batch = evaluate(site, [recording], isolate=isolate)
+    assert batch.recordings["status"].tolist() == ["finished"] and batch.zones["peak_points"].max() == 1, batch.errors
 print(f"{oz.__version__} works in a new environment, with {len(ours)} libraries of its own")
 PYTHON
 )

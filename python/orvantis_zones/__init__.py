@@ -12,7 +12,7 @@ from . import _core, _notebook, _shapes
 from ._core import (Classifier, CounterLine, Field, MAX_EXCLUSION_ZONES, MAX_FIELDS, Polygon, Rectangle, Sector,
                     SensorZone, Zone, ZONES_PER_FIELD, __version__)
 from ._document import DocumentError, Error, Finding, Report, load, loads, validate, validates
-from ._events import CrossingEvent, Event, ObjectEvent, OutputEvent, SensorZoneEvent, ZoneEvent
+from ._events import CrossingEvent, Event, ObjectEvent, OutputEvent, ZoneEvent
 from ._log import set_log_level
 from ._objects import OBJECT_DTYPE, TrackedObject, objects_from_boxes
 from ._plot import plot
@@ -26,7 +26,7 @@ __all__ = [
     "Classifier", "CounterLine", "CounterLines", "Counts", "CrossingEvent", "CrossingExplanation", "DocumentError",
     "Error", "Event", "ExclusionZones", "Field", "FieldSlots", "Finding", "Frame", "MAX_EXCLUSION_ZONES", "MAX_FIELDS",
     "OBJECT_DTYPE", "ObjectEvent", "OutputEvent", "Polygon", "Recording", "RecordingError", "Rectangle", "Report", "Run",
-    "Sector", "SensorZone", "SensorZoneEvent", "SensorZones", "Session", "Site", "Table", "TrackedObject", "Zone",
+    "Sector", "SensorZone", "SensorZones", "Session", "Site", "Table", "TrackedObject", "Zone",
     "ZoneEvent", "ZoneExplanation", "ZONES_PER_FIELD", "__version__", "evaluate", "exclusion_bit", "load", "loads",
     "objects_from_boxes", "plot", "read_points", "read_tracks", "set_log_level", "validate", "validates", "zone_bit",
 ]

@@ -291,15 +291,6 @@ class ZoneEvent(Event):
     def began(self) -> float: ...
 
 @dataclass(frozen=True)
-class SensorZoneEvent(Event):
-    kind: str
-    zone: int
-    zone_name: str
-    began_ns: int
-    @property
-    def began(self) -> float: ...
-
-@dataclass(frozen=True)
 class OutputEvent(Event):
     field: int
     levels: tuple[_Level, _Level, _Level]

@@ -67,7 +67,13 @@ class Report:
     path: str = ""
 
     def raise_for_error(self):
-        """Raises DocumentError unless ok."""
+        """Raises DocumentError unless ok.
+
+        >>> validates("{}").raise_for_error()
+        Traceback (most recent call last):
+        orvantis_zones.DocumentError: 1 error
+        ...
+        """
         if not self.ok:
             raise DocumentError(self.findings, self.path)
 
@@ -95,7 +101,14 @@ def _load(text, path):
 
 
 def load(path):
-    """Checks and loads a zone document. Raises OSError, DocumentError."""
+    """Checks and loads a zone document: Site. Raises OSError, DocumentError.
+
+    >>> site = Site()
+    >>> site.fields[0] = [Zone(Rectangle((0, 0), (2, 2), name="gate"))]
+    >>> site.save("site.json")
+    >>> load("site.json").zone(0, 0).name
+    'gate'
+    """
     return _load(_read(path), os.fspath(path))
 
 
@@ -111,7 +124,12 @@ def loads(text):
 
 
 def validate(path):
-    """What `zone-detector validate` says of a document, as a Report. Raises OSError only."""
+    """What `zone-detector validate` says of a document, as a Report. Raises OSError only.
+
+    >>> with open("broken.json", "w") as file: _ = file.write("{}")
+    >>> print(validate("broken.json").findings[0])
+    1:1: error: no zone and no counter line; zones belong in "EvaluationField" in "ZoneDetector"
+    """
     return _report(_core.check(_read(path)), os.fspath(path))
 
 
@@ -130,6 +148,11 @@ def dumps(self):
 
     Raises ValueError for what a document cannot hold, such as an infinite height or a sector's origin, and
     DocumentError for what load() would refuse. The active field is not in documents.
+
+    >>> site = Site()
+    >>> site.fields[0] = [Zone(Rectangle((0, 0), (2, 2), name="gate"))]
+    >>> '"gate"' in site.dumps()
+    True
     """
     text = _core.write(self)
     checked = _core.check(text)
@@ -141,7 +164,14 @@ def dumps(self):
 
 
 def save(self, path):
-    """Writes the site as a zone document: whole or not at all. Raises ValueError as dumps() does, and OSError."""
+    """Writes the site as a zone document: whole or not at all. Raises ValueError as dumps() does, and OSError.
+
+    >>> site = Site()
+    >>> site.fields[0] = [Zone(Rectangle((0, 0), (2, 2), name="gate"))]
+    >>> site.save("site.json")
+    >>> load("site.json") == site
+    True
+    """
     _core.write_whole(os.fspath(path), dumps(self).encode())
 
 

@@ -24,7 +24,14 @@ class Event:
         return self.text
 
     def to_dict(self):
-        """The keys and values of `zone-detector run --json`."""
+        """The keys and values of `zone-detector run --json`.
+
+        >>> site = Site()
+        >>> site.fields[0] = [Zone(Rectangle((0, 0), (2, 2), name="gate"))]
+        >>> event = Session(site).take(0.5, points=[(1, 1, 1)]).events[0]
+        >>> event.to_dict()["event"], event.to_dict()["name"]
+        ('occupied', 'gate')
+        """
         values = {"type": self._type, "stamp": self.stamp}
         for entry in _fields(self):
             value = getattr(self, entry.name)
@@ -53,21 +60,6 @@ class ZoneEvent(Event):
     zone_name: str
     began_ns: int
     _type = "zone"
-
-    @property
-    def began(self):
-        """Seconds."""
-        return seconds(self.began_ns)
-
-
-@dataclass(frozen=True)
-class SensorZoneEvent(Event):
-    """The same of a zone that is bound to sensors; zone: its number in Site.sensor_zones."""
-    kind: str
-    zone: int
-    zone_name: str
-    began_ns: int
-    _type = "sensorZone"
 
     @property
     def began(self):
@@ -134,7 +126,7 @@ class CrossingEvent(Event):
         return seconds(self.met_ns)
 
 
-_TYPES = {made._type: made for made in (ZoneEvent, SensorZoneEvent, OutputEvent, ObjectEvent, CrossingEvent)}
+_TYPES = {made._type: made for made in (ZoneEvent, OutputEvent, ObjectEvent, CrossingEvent)}
 _NAMES = {key: name for name, key in _KEYS.items()}
 
 

@@ -54,6 +54,11 @@ def plot(site, *, points=None, tracks=None, ax=None, labels=True):
 
     points: a scan under the zones, of which those that count are coloured; of more than 100,000 every so many is drawn.
     tracks: paths (N, 2) by id. ax: axes to draw on; none: new ones. labels: whether names are written.
+
+    >>> site = Site()
+    >>> site.fields[0] = [Zone(Rectangle((0, 0), (2, 2), name="gate"))]
+    >>> plot(site, points=[(1, 1, 1)]).get_aspect()
+    1.0
     """
     if ax is None:
         import matplotlib.pyplot

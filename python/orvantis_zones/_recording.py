@@ -39,6 +39,10 @@ def read_points(path):
     """A frame in a file as an array (N, 3): float32 where the file holds float32. NaN: no return.
 
     Reads .pcd, .ply, .las, .bin, .xyz, .txt, .csv and .pts. Raises OSError, RecordingError.
+
+    >>> with open("scan.xyz", "w") as file: _ = file.write("1 2 0.5")
+    >>> read_points("scan.xyz")
+    array([[1. , 2. , 0.5]])
     """
     return _core.read_points(_existing(path))
 
@@ -47,6 +51,11 @@ def read_tracks(path, format="csv"):
     """Stamp in seconds and objects, an array of OBJECT_DTYPE, frame by frame of a file of tracks.
 
     format: "csv", with the columns of the command, or "kitti". Raises OSError, RecordingError.
+
+    >>> with open("tracks.csv", "w") as file:
+    ...     _ = file.write("stamp,id,class,x,y,length,width,heading,zmin,zmax\\n0.5,7,car,1,2,4,2,0,0,1.5")
+    >>> for stamp, objects in read_tracks("tracks.csv"): print(stamp, objects["class"], objects["z_max"])
+    0.5 ['car'] [1.5]
     """
     recording = Recording(tracks=_existing(path), tracks_format=format)
     return ((stamp, objects) for stamp, _, objects in recording)
@@ -67,6 +76,11 @@ class Recording:
     tracks: a file of tracked objects; tracks_format: "csv" or "kitti".
 
     Iterating gives stamp in seconds, points (N, 3) or None, and objects of OBJECT_DTYPE or None; raises RecordingError.
+
+    >>> with open("scan.xyz", "w") as file: _ = file.write("1 2 0.5")
+    >>> for stamp, points, objects in Recording(["scan.xyz", "scan.xyz"], rate=2): print(stamp, points, objects)
+    0.0 [[1.  2.  0.5]] None
+    0.5 [[1.  2.  0.5]] None
     """
 
     def __init__(self, clouds=(), *, rate=None, stamps=None, sensors=None, window=0.05, tracks=None,
@@ -96,7 +110,14 @@ class Recording:
 
     @classmethod
     def from_folder(cls, path, *, rate=None):
-        """The frames and recordings in a folder, or those that its frames.txt lists; its tracks.csv."""
+        """The frames and recordings in a folder, or those that its frames.txt lists; its tracks.csv. Raises OSError.
+
+        >>> import os
+        >>> os.mkdir("day")
+        >>> with open("day/1.xyz", "w") as file: _ = file.write("1 2 0.5")
+        >>> Recording.from_folder("day")
+        <Recording: day>
+        """
         path = _path(path)
         here = set(os.listdir(path))
         tracks = os.path.join(path, "tracks.csv") if "tracks.csv" in here else None
@@ -155,8 +176,7 @@ class Run:
         self._parts, self.name = parts, name
         self.events, self.frames = Table(parts["events"]), Table(parts["frames"])
         self.zones, self.lines = Table(parts["zones"]), Table(parts["lines"])
-        head = "zone-detector: warning: "
-        self.warnings = tuple(line.removeprefix(head) for line in parts["warnings"].splitlines())
+        self.warnings = warnings_of(parts)
 
     def __reduce__(self):
         return Run, (self._parts, self.name)
@@ -165,16 +185,34 @@ class Run:
         return f"<Run: {self.frames.num_rows} frames, {self.events.num_rows} events of {self.name}>"
 
     def to_svg(self):
-        """The picture of `zone-detector run --plot`. Raises ValueError when it cannot be drawn."""
+        """The picture of `zone-detector run --plot`: text. Raises ValueError when it cannot be drawn.
+
+        >>> site = Site()
+        >>> site.fields[0] = [Zone(Rectangle((0, 0), (2, 2), name="gate"))]
+        >>> evaluate(site, Recording.from_arrays([(0.0, [(1, 1, 1)], None)])).to_svg()[:4]
+        '<svg'
+        """
         if self._parts["svg"] is None:
             raise ValueError(self._parts["undrawn"])
         return self._parts["svg"]
 
     def write(self, folder):
-        """Writes events.csv, frames.csv, zones.csv and lines.csv, each whole or not at all. Raises OSError."""
+        """Writes events.csv, frames.csv, zones.csv and lines.csv, each whole or not at all. Raises OSError.
+
+        >>> import os
+        >>> evaluate(Site(), Recording.from_arrays([])).write("tables")
+        >>> sorted(os.listdir("tables"))
+        ['events.csv', 'frames.csv', 'lines.csv', 'zones.csv']
+        """
         os.makedirs(folder, exist_ok=True)
         for name in ("events", "frames", "zones", "lines"):
             getattr(self, name).to_csv(os.path.join(folder, name + ".csv"))
+
+
+def warnings_of(parts):
+    """The warnings, without the name of the command."""
+    head = "zone-detector: warning: "
+    return tuple(line.removeprefix(head) for line in parts["warnings"].splitlines())
 
 
 class _Progress:
@@ -204,12 +242,18 @@ def evaluate(site, recording, *, forget_after=2.0, clearance=0.0, max_speed=floa
     >>> run.events["event"].tolist()
     ['occupied', 'high low low', 'cleared', 'low low low']
     """
-    evaluation = _core.Evaluation(site, forget_after, clearance, max_speed, recording.sensors is not None)
-    if recording._moments is None:
-        has_points, has_objects = _evaluate_files(evaluation, site, recording, progress)
-    else:
-        has_points, has_objects = _evaluate_arrays(evaluation, recording, progress)
-    return Run(evaluation.finish(has_points, has_objects, recording.name if title is None else title), recording.name)
+    options = {"forget_after": forget_after, "clearance": clearance, "max_speed": max_speed}
+    title = recording.name if title is None else title
+    return Run(evaluated(site, recording, options, title, progress), recording.name)
+
+
+def evaluated(site, recording, options, title=None, progress=False):
+    """The parts of a Run; without a picture when there is no title for it."""
+    evaluation = _core.Evaluation(site, options["forget_after"], options["clearance"], options["max_speed"],
+                                  recording.sensors is not None, title is not None)
+    feed = _evaluate_arrays if recording._moments is not None else _evaluate_files
+    has_points, has_objects = feed(evaluation, site, recording, progress)
+    return evaluation.finish(has_points, has_objects, title or "")
 
 
 def _evaluate_files(evaluation, site, recording, progress):
@@ -227,7 +271,7 @@ def _evaluate_files(evaluation, site, recording, progress):
     return bool(recording.clouds or recording.stamps or recording.sensors), recording.tracks is not None
 
 
-def _evaluate_arrays(evaluation, recording, progress):
+def _evaluate_arrays(evaluation, _, recording, progress):
     has_points = has_objects = False
     line = _Progress(recording.name, None)
     for done, (stamp, points, objects) in enumerate(recording._arrays()):

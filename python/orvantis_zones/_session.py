@@ -101,6 +101,13 @@ class Session(_core.Session):
         stamp: seconds, or a time of datetime or numpy, which counts exactly. points: (N, 3 or more) or structured.
         objects: an array of OBJECT_DTYPE, a DataFrame of its columns, or a list of TrackedObject.
         None: there was no frame of objects, which is not the same as a frame without any.
+        Raises ValueError for a stamp that is not later than the last one, and for what is not points or objects.
+
+        >>> site = Site()
+        >>> site.fields[0] = [Zone(Rectangle((0, 0), (2, 2), name="gate"))]
+        >>> frame = Session(site).take(0.5, points=[(1, 1, 1), (5, 5, 1)])
+        >>> int(frame.counts.inside[0, 0]), bool(frame.occupied[0, 0]), frame.outputs
+        (1, True, ('high', 'low', 'low'))
         """
         return self._take(stamp, points, objects)
 
@@ -109,6 +116,13 @@ class Session(_core.Session):
 
         Zones that are the same, by shape and heights, keep their state. Where any counter line changed, all lines begin
         anew.
+
+        >>> site = Site()
+        >>> site.fields[0] = [Zone(Rectangle((0, 0), (2, 2), name="gate"))]
+        >>> session = Session(site)
+        >>> frame = session.take(0.5, points=[(1, 1, 1)])
+        >>> for event in session.reconfigure(Site()): print(event)
+             0.500 s  zone 0/0 "gate" cleared, since 0.500 s
         """
         return self._reconfigure(site)
 
@@ -124,19 +138,55 @@ class Session(_core.Session):
         self._active_field = field
 
     def explain(self, points):
-        """Why zones are as they are: a ZoneExplanation for each. points: those of the last take()."""
+        """Why zones are as they are: a ZoneExplanation for each. points: those of the last take().
+
+        >>> site = Site()
+        >>> site.min_points = 2
+        >>> site.fields[0] = [Zone(Rectangle((0, 0), (2, 2), name="gate"))]
+        >>> session = Session(site)
+        >>> frame = session.take(0.5, points=[(1, 1, 1)])
+        >>> [why] = session.explain([(1, 1, 1)])
+        >>> why.counted, why.min_points, why.occupied
+        (1, 2, False)
+        """
         return self._explain(points)
 
     def explain_crossing(self, line, track):
-        """Why a track did or did not count: CrossingExplanation. Raises KeyError for an unknown line."""
+        """Why a track did or did not count: CrossingExplanation. Raises KeyError for an unknown line.
+
+        >>> site = Site()
+        >>> site.counter_lines["door"] = CounterLine((0, 0), (0, 2))
+        >>> session = Session(site)
+        >>> for stamp, x in ((0.0, 1.0), (1.0, -1.0)):
+        ...     frame = session.take(stamp, objects=objects_from_boxes([(x, 1, 1, 0.5, 0.5, 2, 0)], ids=[7]))
+        >>> session.explain_crossing("door", 7).verdict
+        'counted'
+        """
         return self._explain_crossing(line, track)
 
     def occupants(self, field, zone):
-        """The tracks in a zone: a list of track, class, entered and last seen, in seconds. Raises IndexError."""
+        """The tracks in a zone: a list of track, class, entered and last seen, in seconds. Raises IndexError.
+
+        >>> site = Site()
+        >>> site.fields[0] = [Zone(Rectangle((0, 0), (2, 2), name="gate"))]
+        >>> session = Session(site)
+        >>> frame = session.take(0.5, objects=[TrackedObject(7, 1, 1, 0.5, 0.5, 0, 0, 1.8, "person")])
+        >>> session.occupants(0, 0)
+        [(7, 'person', 0.5, 0.5)]
+        """
         return self._occupants(field, zone)
 
     def tallies(self):
-        """What was counted: a Table of line, class (* for all), to_left, to_right and net_to_left."""
+        """What was counted: a Table of line, class (* for all), to_left, to_right and net_to_left.
+
+        >>> site = Site()
+        >>> site.counter_lines["door"] = CounterLine((0, 0), (0, 2))
+        >>> session = Session(site)
+        >>> for stamp, x in ((0.0, 1.0), (1.0, -1.0)):
+        ...     frame = session.take(stamp, objects=objects_from_boxes([(x, 1, 1, 0.5, 0.5, 2, 0)], ids=[7]))
+        >>> {name: column.tolist() for name, column in session.tallies().items() if name != "class"}
+        {'line': ['door', 'door'], 'to_left': [1, 1], 'to_right': [0, 0], 'net_to_left': [1, 1]}
+        """
         return Table(self._lines_csv())
 
     def __copy__(self):

@@ -73,7 +73,13 @@ class ExclusionZones(MutableSequence):
         self._site._set_exclusion_zones(zones, None)
 
     def insert(self, index, zone):
-        """Puts the zone before that number."""
+        """Puts the zone before that number. Raises ValueError for its name and for the 33rd.
+
+        >>> site = Site()
+        >>> site.exclusion_zones.insert(0, Zone(Rectangle((0, 0), (1, 1), name="pillar")))
+        >>> site.exclusion_zones[0].name
+        'pillar'
+        """
         zones = self._site._exclusion_zones()
         index = slice(index, None).indices(len(zones))[0]
         zones.insert(index, _checked(zone))
@@ -116,7 +122,13 @@ class SensorZones(MutableSequence):
         self._changed(lambda zones: zones.__delitem__(index))
 
     def insert(self, index, zone):
-        """Puts the zone before that number."""
+        """Puts the zone before that number.
+
+        >>> site = Site()
+        >>> site.sensor_zones.insert(0, SensorZone(Rectangle((0, 0), (1, 1), name="mat"), sensors=["roof"]))
+        >>> site.sensor_zones[0].sensors
+        frozenset({'roof'})
+        """
         self._changed(lambda zones: zones.insert(index, _bound(zone)))
 
     def __eq__(self, other):
@@ -236,14 +248,26 @@ class Site(_core.Site):
         self.counter_lines.update(lines)
 
     def zones(self):
-        """Field, slot and zone of each slot that is not empty."""
+        """Field, slot and zone of each slot that is not empty.
+
+        >>> site = Site()
+        >>> site.fields[0] = [Zone(Rectangle((0, 0), (2, 2), name="gate"))]
+        >>> [(field, slot, zone.name) for field, slot, zone in site.zones()]
+        [(0, 0, 'gate')]
+        """
         for number, field in enumerate(self.fields):
             for slot, zone in enumerate(field or ()):
                 if zone is not None:
                     yield number, slot, zone
 
     def find(self, name):
-        """The zones and exclusion zones of that name."""
+        """The zones and exclusion zones of that name: a list.
+
+        >>> site = Site()
+        >>> site.fields[0] = [Zone(Rectangle((0, 0), (2, 2), name="gate"))]
+        >>> site.find("gate") == [site.zone(0, 0)]
+        True
+        """
         return [zone for zone in [*(zone for _, _, zone in self.zones()), *self.exclusion_zones] if zone.name == name]
 
     def classify(self, points, out=None):
@@ -274,13 +298,26 @@ class Site(_core.Site):
         """Which points are in the zone and in no exclusion zone: their indices, ascending.
 
         A point with a coordinate that is not finite is in none. Raises IndexError.
+
+        >>> site = Site()
+        >>> site.fields[0] = [Zone(Rectangle((0, 0), (2, 2), name="gate"))]
+        >>> site.indices([(5, 5, 1), (1, 1, 1)], 0, 0)
+        array([1])
         """
         bit = zone_bit(field, zone)
         masks = _core.counted_masks(self, points)
         return np.flatnonzero((masks & bit != 0) & (masks < exclusion_bit(0)))
 
     def classifier(self):
-        """A frozen snapshot for loops and threads: Classifier."""
+        """A frozen snapshot for loops and threads: Classifier.
+
+        >>> site = Site()
+        >>> site.fields[0] = [Zone(Rectangle((0, 0), (2, 2), name="gate"))]
+        >>> classifier = site.classifier()
+        >>> site.fields[0] = None
+        >>> classifier.classify([(1, 1, 1)])
+        array([1], dtype=uint64)
+        """
         return _core.Classifier(self)
 
     def to_svg(self, points=None, title=""):
@@ -288,11 +325,22 @@ class Site(_core.Site):
 
         Its ids are those of no other picture, so several fit into one page. Raises ValueError when the coordinates are
         too far apart to draw.
+
+        >>> site = Site()
+        >>> site.fields[0] = [Zone(Rectangle((0, 0), (2, 2), name="gate"))]
+        >>> site.to_svg(points=[(1, 1, 1)], title="A gate")[:4]
+        '<svg'
         """
         return _core.to_svg(self, points, title)
 
     def copy(self):
-        """A site of its own with zones of its own; copy.copy(site) shares the zones."""
+        """A site of its own with zones of its own; copy.copy(site) shares the zones.
+
+        >>> site = Site()
+        >>> site.fields[0] = [Zone(Rectangle((0, 0), (2, 2), name="gate"))]
+        >>> site.copy() == site, site.copy().zone(0, 0) is site.zone(0, 0)
+        (True, False)
+        """
         return _deepcopy(self)
 
     @property

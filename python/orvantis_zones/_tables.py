@@ -28,6 +28,10 @@ class Table(Mapping):
     """Columns by name, as numpy arrays; pandas.DataFrame(dict(table)) works.
 
     What is absent is NaN in floats, -1 in integers and '' in texts. Stamps are floats; the file has them exactly.
+
+    >>> table = Table(b"stamp,zone,name\\n0.5,,gate\\n")
+    >>> table.num_rows, table["stamp"].tolist(), table["zone"].tolist(), table["name"].tolist()
+    (1, [0.5], [-1], ['gate'])
     """
 
     def __init__(self, text):
@@ -61,12 +65,22 @@ class Table(Mapping):
         return f"<Table: {self.num_rows} rows of {', '.join(self)}>"
 
     def to_pandas(self):
-        """A pandas.DataFrame of it. Needs python3-pandas."""
+        """A pandas.DataFrame of it. Needs python3-pandas.
+
+        >>> print(Table(b"stamp,name\\n0.5,gate\\n").to_pandas())
+           stamp  name
+        0    0.5  gate
+        """
         import pandas
         return pandas.DataFrame(dict(self))
 
     def to_csv(self, path):
-        """Writes the bytes that the command writes: whole or not at all. Raises OSError."""
+        """Writes the bytes that the command writes: whole or not at all. Raises OSError.
+
+        >>> Table(b"stamp,name\\n0.5,gate\\n").to_csv("events.csv")
+        >>> open("events.csv").read()
+        'stamp,name\\n0.5,gate\\n'
+        """
         _core.write_whole(os.fspath(path), self._text)
 
     def _repr_html_(self):

@@ -202,9 +202,20 @@ Any number of threads may use it at once.
 array([1, 0], dtype=uint64))")
       .def(py::init([](const Site& site) { return current(site); }), py::arg("site"), Logged())
       .def("classify", &classify, py::arg("points"), py::arg("out") = py::none(), Logged(),
-           "One mask for each point, as Site.classify: uint64 (N,), or `out`, filled.")
-      .def("count", &count, py::arg("points"), py::arg("masks") = py::none(), Logged(),
-           "How many points are where: Counts. Writes the masks too where an array for them is given.");
+           R"(One mask for each point, as Site.classify: uint64 (N,), or `out`, filled.
+
+>>> site = Site()
+>>> site.fields[0] = [None, Zone(Rectangle((0, 0), (2, 2)))]
+>>> site.classifier().classify([(1, 1, 1), (3, 1, 1)])
+array([2, 0], dtype=uint64))")
+      .def(
+          "count", &count, py::arg("points"), py::arg("masks") = py::none(), Logged(),
+          R"(How many points are where: Counts. Writes the masks too where an array for them is given, uint64 (N,).
+
+>>> site = Site()
+>>> site.fields[0] = [None, Zone(Rectangle((0, 0), (2, 2)))]
+>>> int(site.classifier().count([(1, 1, 1), (3, 1, 1)]).inside[0, 1])
+1)");
 }
 
 }  // namespace orvantis::python

@@ -35,14 +35,17 @@ using Objects = std::vector<filter::monitor::TrackedObject>;
 // interpreter's lock.
 class Evaluation {
  public:
-  Evaluation(toolkit::Configuration configuration, const toolkit::SessionOptions& options)
+  /// @param isDrawn whether there will be a picture, for which memory grows with the sightings
+  Evaluation(toolkit::Configuration configuration, const toolkit::SessionOptions& options, bool isDrawn)
       : configuration_(std::move(configuration)),
         zones_(toolkit::zonesOf(configuration_.detector)),
         session_(configuration_, options),
         tables_(zones_, session_.sensorZoneNames().size()),
-        plot_(configuration_, {true, true}, options.forgetAfter),
         heights_(zones_),
         events_(tables_.eventHeader()) {
+    if (isDrawn) {
+      plot_.emplace(configuration_, toolkit::SessionInputs{true, true}, options.forgetAfter);
+    }
     tables_.leaveOutTimings();
     frames_ = tables_.frameHeader();
   }
@@ -56,7 +59,9 @@ class Evaluation {
     summary_.add(frame);
     events_ += tables_.eventRows(frame);
     frames_ += tables_.frameRow(frame, file);
-    plot_.add(frame, objects);
+    if (plot_) {
+      plot_->add(frame, objects);
+    }
   }
 
   // The next so many moments; fewer only at the end. @return how many there were
@@ -78,7 +83,7 @@ class Evaluation {
     return most;
   }
 
-  // What the run comes to; the picture is empty where it cannot be drawn.
+  // What the run comes to; the picture is empty where there is none or it cannot be drawn.
   struct Parts {
     std::string events;
     std::string frames;
@@ -93,7 +98,6 @@ class Evaluation {
     if (inputs.points) {
       warn([this](const app::Console& console) { warnOfHeights(heights_, console); });
     }
-    plot_.setInputs(inputs);
     Parts parts{events_,
                 frames_,
                 tables_.zoneTable(summary_, session_, inputs),
@@ -101,15 +105,22 @@ class Evaluation {
                 warnings_,
                 {},
                 {}};
-    try {
-      parts.svg = plot_.draw(title);
-    } catch (const std::exception& error) {
-      parts.undrawn = error.what();
+    if (plot_) {
+      draw(inputs, title, parts);
     }
     return parts;
   }
 
  private:
+  void draw(const toolkit::SessionInputs& inputs, const std::string& title, Parts& parts) {
+    plot_->setInputs(inputs);
+    try {
+      parts.svg = plot_->draw(title);
+    } catch (const std::exception& error) {
+      parts.undrawn = error.what();
+    }
+  }
+
   template <typename Tell>
   void warn(const Tell& tell) {
     std::ostringstream out;
@@ -134,7 +145,7 @@ class Evaluation {
   toolkit::Session session_;
   toolkit::SessionSummary summary_;
   toolkit::SessionTables tables_;
-  toolkit::SessionPlot plot_;
+  std::optional<toolkit::SessionPlot> plot_;
   toolkit::HeightWatch heights_;
   app::InputWarnings inputWarnings_;
   std::string events_;
@@ -176,12 +187,12 @@ void take(Evaluation& evaluation, const py::object& given, const py::object& poi
 void bindEvaluation(py::module_& module) {
   py::class_<Evaluation>(module, "Evaluation")
       .def(py::init([](const Site& site, const py::object& forgetAfter, double clearance, double maxSpeed,
-                       bool followsSensorZones) {
+                       bool followsSensorZones, bool isDrawn) {
              toolkit::SessionOptions options = optionsOf(forgetAfter, clearance, maxSpeed);
              options.followsSensorZones = followsSensorZones;
              toolkit::Configuration snapshot = snapshotOf(*site.configuration);
              const Unlocked released;
-             return std::make_unique<Evaluation>(std::move(snapshot), options);
+             return std::make_unique<Evaluation>(std::move(snapshot), options, isDrawn);
            }),
            Logged())
       .def("take", &take, Logged())

@@ -62,7 +62,11 @@ void bindLines(py::module_& module) {
       .def(
           "intersects",
           [](const CounterLine& self, const py::object& area) { return self.intersects(outlineOf(area)); },
-          py::arg("footprint"), "Whether the segment touches the (N, 2) ring or lies in it.", Logged())
+          py::arg("footprint"), R"(Whether the segment touches the (N, 2) ring or lies in it.
+
+>>> CounterLine((0, 0), (0, 5)).intersects([(-1, 1), (1, 1), (1, 2)])
+True)",
+          Logged())
       .def("_renamed",
            [](const CounterLine& self, const std::string& name) {
              CounterLine copy = self;

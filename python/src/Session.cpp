@@ -41,17 +41,18 @@ toolkit::SessionOptions optionsOf(const py::object& forgetAfter, double clearanc
 
 namespace {
 
-// A session that several threads may call: one after the other. The mutex is taken without the interpreter's
-// lock, and what is done under it does not take that lock.
+// A session that several threads may call: one after the other. Called with the interpreter's lock, which is
+// released before the mutex is taken and until it is free again: no thread waits for one with the other in
+// hand.
 class SharedSession {
  public:
   SharedSession(const toolkit::Configuration& configuration, const toolkit::SessionOptions& options)
       : session_(configuration, options) {}
-  SharedSession(const SharedSession& other) : SharedSession(other, std::lock_guard(other.mutex_)) {}
+  SharedSession(const SharedSession& other) : SharedSession(other, Held(other.mutex_)) {}
 
   SessionFrame take(Stamp stamp, const std::optional<toolkit::Points>& points,
                     const std::optional<std::vector<filter::monitor::TrackedObject>>& objects) {
-    const std::lock_guard lock(mutex_);
+    const Held held(mutex_);
     // The monitors would refuse it too, but not before some of them have taken it.
     if (last_ && stamp <= *last_) {
       throw std::invalid_argument("stamp " + toolkit::toText(stamp) + " s is not later than the last one, " +
@@ -64,17 +65,22 @@ class SharedSession {
 
   template <typename Use>
   auto with(const Use& use) {
-    const std::lock_guard lock(mutex_);
+    const Held held(mutex_);
     return use(session_);
   }
   Stamp last() {
-    const std::lock_guard lock(mutex_);
+    const Held held(mutex_);
     return last_.value_or(Stamp(0));
   }
 
  private:
-  SharedSession(const SharedSession& other, const std::lock_guard<std::mutex>&)
-      : session_(other.session_), last_(other.last_) {}
+  struct Held {
+    explicit Held(std::mutex& mutex) : lock(mutex) {}
+    Unlocked released;
+    std::lock_guard<std::mutex> lock;
+  };
+
+  SharedSession(const SharedSession& other, const Held&) : session_(other.session_), last_(other.last_) {}
 
   mutable std::mutex mutex_;
   toolkit::Session session_;
@@ -129,23 +135,13 @@ py::object take(SharedSession& session, const py::object& given, const py::objec
   if (!objects.is_none()) {
     seen = objectsOf(objects);
   }
-  SessionFrame frame;
-  {
-    const Unlocked released;
-    frame = session.take(stamp, view, seen);
-  }
-  return frameOf(frame);
+  return frameOf(session.take(stamp, view, seen));
 }
 
 py::tuple reconfigure(SharedSession& session, const Site& site) {
   const toolkit::Configuration snapshot = snapshotOf(*site.configuration);
-  std::vector<toolkit::Event> lost;
-  Stamp stamp{0};
-  {
-    const Unlocked released;
-    lost = session.with([&](toolkit::Session& of) { return of.reconfigure(snapshot); });
-    stamp = session.last();
-  }
+  const auto lost = session.with([&](toolkit::Session& of) { return of.reconfigure(snapshot); });
+  const Stamp stamp = session.last();
   py::list events;
   for (const toolkit::Event& event : lost) {
     events.append(eventOf(stamp, event));
@@ -155,11 +151,7 @@ py::tuple reconfigure(SharedSession& session, const Site& site) {
 
 py::list explain(SharedSession& session, const py::object& given) {
   const GivenPoints points = pointsOf(given);
-  std::vector<filter::monitor::ZoneExplanation> found;
-  {
-    const Unlocked released;
-    found = session.with([&](toolkit::Session& of) { return of.explainZones(points.view); });
-  }
+  const auto found = session.with([&](toolkit::Session& of) { return of.explainZones(points.view); });
   py::list explanations;
   for (const auto& zone : found) {
     py::dict takenBy;
@@ -214,7 +206,7 @@ void bindSession(py::module_& module) {
       .def("_reconfigure", &reconfigure, Logged())
       .def("_explain", &explain, Logged())
       .def("_explain_crossing", &explainCrossing, Logged())
-      .def("_occupants", &occupants)
+      .def("_occupants", &occupants, Logged())
       .def("_lines_csv",
            [](SharedSession& self) {
              return py::bytes(

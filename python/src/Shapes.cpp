@@ -103,11 +103,18 @@ True)")
           "intersects",
           [](const Zone& self, const py::object& area) { return self.intersects(outlineOf(area)); },
           py::arg("footprint"),
-          "Whether the (N, 2) ring shares any point with the shape, borders included; for a sector, whether "
-          "some of its vertices are inside and some are not.")
+          R"(Whether the (N, 2) ring shares any point with the shape, borders included.
+
+For a sector: whether some of its vertices are inside and some are not.
+
+>>> Rectangle((0, 0), (4, 4)).intersects([(4, 1), (6, 1), (6, 2)])
+True)")
       .def(
           "overlaps", [](const Zone& self, const py::object& area) { return self.overlaps(outlineOf(area)); },
-          py::arg("footprint"), "Whether the interiors meet and each has a part outside the other.")
+          py::arg("footprint"), R"(Whether the interiors meet and each has a part outside the other.
+
+>>> Rectangle((0, 0), (4, 4)).overlaps([(3, 1), (6, 1), (6, 2)])
+True)")
       .def("_contains", [](const Zone& self, double x, double y) { return self.within(Point(x, y)); })
       .def(
           "__eq__", [](const Zone& self, const Zone& other) { return sameShape(&self, &other); },

@@ -133,8 +133,12 @@ void bindSite(py::module_& module) {
       .def(
           "zone", [](const Site& self, int field, int zone) { return self.detector().getZone(field, zone); },
           py::arg("field"), py::arg("zone"),
-          "The zone in a slot, or None; the same object each time while somebody holds it. Raises "
-          "IndexError.")
+          R"(The zone in a slot, or None; the same object each time while somebody holds it. Raises IndexError.
+
+>>> site = Site()
+>>> site.fields[0] = [Zone(Rectangle((0, 0), (2, 2), name="gate"))]
+>>> site.zone(0, 0).name, site.zone(0, 1)
+('gate', None))")
       .def("_exclusion_zones", [](const Site& self) { return self.detector().getExclusionZoneVector(); })
       .def(
           "_set_exclusion_zones",

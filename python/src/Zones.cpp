@@ -74,7 +74,10 @@ True)");
             return self.intersects(outlineOf(area), zMin, zMax);
           },
           py::arg("footprint"), py::arg("z_min"), py::arg("z_max"),
-          "Whether an object of that footprint (N, 2) and those heights meets the zone, borders included.")
+          R"(Whether an object of that footprint (N, 2) and those heights meets the zone, borders included.
+
+>>> Zone(Rectangle((0, 0), (2, 2)), 0.0, 2.0).intersects([(1, 1), (3, 1), (3, 3)], 1.5, 2.5)
+True)")
       .def(
           "__eq__", [](const Zone3dBase& self, const Zone3dBase& other) { return sameZone(&self, &other); },
           py::is_operator())
@@ -94,7 +97,11 @@ void bindSensorZone(py::module_& module) {
       module, "SensorZone",
       R"(A zone with an identity, a switch and the names of the sensors it is bound to, which are stored, not used.
 
-Such zones stand in Site.sensor_zones. In a field a document does not hold these three: save() refuses it there.)")
+Such zones stand in Site.sensor_zones. In a field a document does not hold these three: save() refuses it there.
+
+>>> zone = SensorZone(Rectangle((0, 0), (2, 2)), sensors=["roof"], id="5f0c9a3e-8e0b-4f0a-9b61-1d2f3a4b5c6d")
+>>> zone.id, zone.enabled, zone.sensors
+('5f0c9a3e-8e0b-4f0a-9b61-1d2f3a4b5c6d', True, frozenset({'roof'})))")
       .def(py::init([](const ShapePointer& shape, double zMin, double zMax,
                        const std::optional<std::string>& text, const std::optional<std::string>& id,
                        bool isEnabled, const std::vector<std::string>& sensors) {

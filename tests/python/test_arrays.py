@@ -1,5 +1,7 @@
 """Arrays in, arrays out: nothing is copied that need not be, and every answer is the scalar one."""
+import gc
 import threading
+import tracemalloc
 
 import numpy as np
 import pytest
@@ -110,6 +112,39 @@ def test_nothing_is_copied_that_need_not_be(site, points):
     before = site.classify(points)
     points[:] = np.nan
     assert before.any() and not site.classify(points).any()
+
+
+def allocated(call):
+    """The most memory that Python and numpy held for a call, in bytes."""
+    call()
+    gc.collect()
+    tracemalloc.start()
+    try:
+        call()
+        return tracemalloc.get_traced_memory()[1]
+    finally:
+        tracemalloc.stop()
+
+
+@pytest.mark.parametrize("real", [np.float32, np.float64])
+@pytest.mark.parametrize("layout", LAYOUTS)
+def test_no_memory_is_taken_for_points_that_lie_ready(site, points, layout, real):
+    given = LAYOUTS[layout](points.astype(real))
+    size = len(np.asarray(given))
+    out, flags = np.empty(size, np.uint64), np.empty(size, bool)
+    classifier, zone = site.classifier(), site.zone(0, 0)
+    most = 4_000 + (24 * size if layout == "other byte order" else 0)
+    assert allocated(lambda: site.classify(given, out)) < most
+    assert allocated(lambda: classifier.count(given, out)) < most
+    assert allocated(lambda: zone.contains_points(given, flags)) < most
+    assert allocated(lambda: site.count(given)) < most
+
+
+@pytest.mark.parametrize("given", [np.int16, np.int64, np.float16, np.longdouble])
+def test_what_is_converted_is_converted_once(site, points, given):
+    whole = np.nan_to_num(points).astype(given)
+    out = np.empty(len(whole), np.uint64)
+    assert 24 * len(whole) <= allocated(lambda: site.classify(whole, out)) < 24 * len(whole) + 4_000
 
 
 REFUSED = {

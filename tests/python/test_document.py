@@ -49,7 +49,7 @@ def test_what_is_refused_raises_with_the_findings(path, command):
 def test_the_first_line_of_the_error_counts():
     with pytest.raises(oz.DocumentError, match=r"\A1 error\n1:1: error: no zone") as told:
         oz.loads("{}")
-    assert told.value.path == ""
+    assert told.value.path == "" and [type(finding) for finding in told.value.findings] == [oz.Finding]
 
 
 def test_a_file_that_is_not_there_is_an_os_error(tmp_path):

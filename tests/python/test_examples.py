@@ -9,7 +9,7 @@ import pytest
 from conftest import CROSSING, SOURCE
 
 EXAMPLES = SOURCE / "examples" / "python"
-BAG = SOURCE / "tests" / "data" / "recordings" / "plain.mcap"
+RECORDINGS = SOURCE / "tests" / "data" / "recordings"
 
 
 def run(name, *words):
@@ -67,8 +67,9 @@ def test_compare_sites(folder, tmp_path):
     assert run("compare_sites.py", CROSSING, CROSSING, folder).count("\n") == 1
 
 
-def test_bag_to_table(tmp_path):
-    out = run("bag_to_table.py", CROSSING, BAG, tmp_path / "events.csv")
+@pytest.mark.parametrize("name", ["plain.mcap", "none.bag", "lz4.bag", "bz2.bag", "zstd.mcap"])
+def test_bag_to_table(tmp_path, name):
+    out = run("bag_to_table.py", CROSSING, RECORDINGS / name, tmp_path / "events.csv")
     assert len(out.splitlines()) == 8 and (tmp_path / "events.csv").read_text().startswith("stamp,type,event,")
 
 

@@ -3,6 +3,7 @@ import logging
 import subprocess
 import sys
 
+import numpy as np
 import pytest
 from conftest import square
 
@@ -39,6 +40,15 @@ def a_document():
     site.fields[0] = [oz.Zone(square(name="gate"))]
     site.counter_lines["door"] = oz.CounterLine((0, 0), (0, 2))
     return site.dumps()
+
+
+def test_errors_keep_their_level_and_come_with_the_next_call(caplog):
+    # What no user would make, and no call of the module: a rectangle of three corners.
+    oz.Rectangle.__new__(oz.Rectangle).__setstate__((b"three", np.zeros((3, 2)), 0.0))
+    assert not caplog.records
+    ask()
+    told = [(record.levelno, record.name, record.getMessage()) for record in caplog.records]
+    assert told == [(40, "orvantis.Polygon", "Invalid rectangle inputs of corners size 3")]
 
 
 def test_nothing_is_logged_below_the_level(caplog):

@@ -2,6 +2,7 @@
 import copy
 import datetime
 import json
+import pickle
 import threading
 
 import numpy as np
@@ -73,6 +74,21 @@ def test_crossings(gate):
     with pytest.raises(IndexError):
         session.occupants(8, 0)
     assert session.take(9.0, points=HERE).events[-1].kind == "lost"
+
+
+def test_what_is_told_is_of_these_types(gate):
+    session = oz.Session(gate)
+    first = session.take(0.0, HERE, [person(7, 1.0, 0.5)])
+    second = session.take(1.0, [], [person(7, 1.0, 1.5)])
+    assert type(first) is oz.Frame and type(first.counts) is oz.Counts
+    assert [type(event) for event in first.events] == [oz.ZoneEvent, oz.OutputEvent, oz.ObjectEvent]
+    assert [type(event) for event in second.events] == [oz.ZoneEvent, oz.OutputEvent, oz.CrossingEvent]
+    assert all(isinstance(event, oz.Event) for event in (*first.events, *second.events))
+    assert [type(why) for why in session.explain([])] == [oz.ZoneExplanation]
+    assert type(session.explain_crossing("door", 7)) is oz.CrossingExplanation and type(session.tallies()) is oz.Table
+    again = pickle.loads(pickle.dumps((first.counts, first.events, session.explain([]), session.tallies())))
+    assert again == (first.counts, first.events, session.explain([]), session.tallies())
+    assert [str(event) for event in again[1]] == [str(event) for event in first.events]
 
 
 def test_why_a_zone_is_as_it_is(gate):
@@ -162,6 +178,20 @@ def test_a_session_keeps_the_site_as_it_was(gate):
     session = oz.Session(gate)
     gate.zone(0, 0).shape = square(0.5)
     assert session.take(1.0, HERE).counts.inside[0, 0] == 1
+
+
+def test_a_session_keeps_the_names_as_they_were(gate):
+    session = oz.Session(gate)
+    gate.zone(0, 0).name = "other"
+    gate.exclusion_zones.append(oz.Zone(square(0.5, name="pillar")))
+    assert [event.zone_name for event in session.take(1.0, HERE).events[:1]] == ["gate"]
+
+
+def test_a_session_is_not_copied_by_chance(gate):
+    for wrong in (copy.deepcopy, pickle.dumps):
+        for thing in (oz.Session(gate), gate.classifier()):
+            with pytest.raises(TypeError):
+                wrong(thing)
 
 
 def test_options(gate):

@@ -35,6 +35,15 @@ def test_changes_write_through(site):
     assert site.zone(0, 1) is None
 
 
+def test_a_site_is_made_of_these_types(site):
+    assert type(site.fields) is oz.FieldSlots and len(site.fields) == oz.MAX_FIELDS == 8
+    assert type(site.fields[0]) is oz.Field and len(site.fields[0]) == oz.ZONES_PER_FIELD == 3
+    assert type(site.exclusion_zones) is oz.ExclusionZones and type(site.sensor_zones) is oz.SensorZones
+    assert type(site.counter_lines) is oz.CounterLines and type(site.classifier()) is oz.Classifier
+    sector = oz.Sector(-0.5, 1.0, 3.0, origin=(1, 2), name="s")
+    assert (sector.min_angle, sector.max_angle, sector.radius, sector.origin) == (-0.5, 1.0, 3.0, (1.0, 2.0))
+
+
 def test_assigning_to_a_slot_shares_the_zone():
     site, zone = oz.Site(), oz.Zone(square())
     site.fields[3] = [zone, None, zone]

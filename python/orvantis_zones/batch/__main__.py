@@ -26,7 +26,7 @@ def main(words: Sequence[str] | None = None) -> int:
     parser.add_argument("recordings", metavar="RECORDING", nargs="+", help="file, folder or URL; each is one recording")
     parser.add_argument("-o", dest="folder", metavar="FOLDER", help="folder to write tables into, and to keep what is finished")
     parser.add_argument("--scheduler", metavar="URL", help="of a Dask scheduler, such as tcp://host:8786")
-    parser.add_argument("--isolate", action="store_true", help="each evaluation in a process of its own")
+    parser.add_argument("--isolate", action="store_true", help="each evaluation in a process of its own, as that of a URL on a scheduler")
     parser.add_argument("--tracks", action="store_true", help="each RECORDING is a file of tracked objects")
     parser.add_argument("--rate", metavar="HZ", type=float, help="of single frames; 10 unless given")
     parser.add_argument("--forget-after", metavar="S", type=float, default=2.0, help="as that of zone-detector run")
@@ -59,7 +59,7 @@ def _batch(given: argparse.Namespace) -> Batch:
     client: Any = _client(given.scheduler) if given.scheduler else None
     try:
         batch = evaluate(site, [_recording(path, given) for path in _paths(given.recordings)], client=client,
-                         folder=given.folder, isolate=given.isolate, progress=not given.quiet and sys.stderr.isatty(),
+                         folder=given.folder, isolate=given.isolate or None, progress=not given.quiet and sys.stderr.isatty(),
                          forget_after=given.forget_after, clearance=given.clearance, max_speed=given.max_speed)
     finally:
         if client is not None:

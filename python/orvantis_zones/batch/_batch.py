@@ -7,11 +7,10 @@ import io
 import os
 from collections.abc import Iterable, Iterator, Sequence
 
-from .. import Recording, Site, Table
-from .. import evaluate as evaluate_one
+from .. import Site, Table
 from ._outcome import TABLES, Outcome
 from ._unit import PathLike
-from ._work import text_of
+from ._work import tables_without_rows
 
 _WRITTEN = (*TABLES, "recordings", "errors", "warnings")
 
@@ -27,9 +26,9 @@ class Batch:
     def __init__(self, site: Site, names: Sequence[str], outcomes: Sequence[Outcome]) -> None:
         both = list(zip(names, outcomes))
         good = [(name, outcome) for name, outcome in both if not outcome.kind]
-        empty = evaluate_one(site, Recording.from_arrays([]))
+        empty = tables_without_rows(site)
         self.events, self.zones, self.lines = (
-            _table(["recording", *next(_rows(text_of(empty, table)))],
+            _table(["recording", *next(_rows(empty[table]))],
                    ([name, *row] for name, outcome in good for row in list(_rows(getattr(outcome, table)))[1:]))
             for table in TABLES)
         self.recordings = _table(["recording", "frames", "begin", "end", "seconds", "status"],
@@ -41,7 +40,13 @@ class Batch:
                            ([name, o.host, o.attempts, f"{o.seconds:.3f}"] for name, o in both))
 
     def write(self, folder: PathLike) -> None:
-        """Writes a .csv file of each table but work, each whole or not at all. Raises OSError."""
+        """Writes a .csv file of each table but work, each whole or not at all. Raises OSError.
+
+        >>> import os
+        >>> evaluate(Site(), []).write("out")
+        >>> sorted(os.listdir("out"))
+        ['errors.csv', 'events.csv', 'lines.csv', 'recordings.csv', 'warnings.csv', 'zones.csv']
+        """
         os.makedirs(folder, exist_ok=True)
         for name in _WRITTEN:
             getattr(self, name).to_csv(os.path.join(folder, name + ".csv"))

@@ -8,12 +8,11 @@ import logging
 import queue
 import time
 from collections.abc import Iterator, Mapping
-from typing import Any
+from typing import Any, NamedTuple
 
 from ._carried import carrier
-from ._here import Work
-from ._isolated import work_isolated
 from ._outcome import Outcome
+from ._shares import Shares
 from ._unit import Unit
 from ._work import BatchError
 
@@ -21,20 +20,26 @@ _scheduler: Any = importlib.import_module("distributed.scheduler")
 _log = logging.getLogger("orvantis.batch")
 
 
-def run_on_dask(client: Any, units: Mapping[int, Unit], work: Work, no_worker_timeout: float) -> Iterator[tuple[int, bytes]]:
+def run_on_dask(client: Any, units: Mapping[int, Unit], no_worker_timeout: float) -> Iterator[tuple[int, bytes]]:
     """Raises BatchError when there is no worker for so many seconds, or the scheduler is gone."""
-    run = _Run(client, units, work is work_isolated, no_worker_timeout)
+    run = _Run(client, units, no_worker_timeout)
     try:
         yield from run.results()
     finally:
         run.cancel()
 
 
+class _Share(NamedTuple):
+    """Recordings that one task evaluates one after the other."""
+    positions: list[int]
+    isolate: bool
+
+
 class _Run:
-    def __init__(self, client: Any, units: Mapping[int, Unit], isolate: bool, no_worker_timeout: float) -> None:
+    def __init__(self, client: Any, units: Mapping[int, Unit], no_worker_timeout: float) -> None:
         self._client, self._units, self._no_worker_timeout = client, units, no_worker_timeout
-        self._waiting = [(position, isolate) for position in reversed(list(units))]
-        self._running: dict[Any, tuple[int, bool]] = {}
+        self._waiting = Shares({position: unit.isolate for position, unit in units.items()})
+        self._running: dict[Any, _Share] = {}
         self._done: queue.SimpleQueue[Any] = queue.SimpleQueue()
         self._refused: dict[str, str] = {}
         self._usable: dict[str, int] = {}
@@ -49,9 +54,7 @@ class _Run:
             except queue.Empty:
                 self._look()
                 continue
-            result = self._taken(future)
-            if result is not None:
-                yield result
+            yield from self._taken(future)
             if time.monotonic() - self._looked > 1.0:
                 self._look()
 
@@ -74,41 +77,47 @@ class _Run:
         # So few at once, so that neither the scheduler nor the memory of the workers is filled.
         room = 4 * sum(self._usable.values())
         while self._waiting and len(self._running) < room:
-            position, isolate = self._waiting.pop()
-            future = self._client.submit(carrier(), self._units[position].task, isolate, pure=False,
-                                         workers=list(self._usable) if self._refused else None)
-            self._running[future] = (position, isolate)
+            share = _Share(*self._waiting.take(room))
+            future = self._client.submit(carrier(), [self._units[position].task for position in share.positions],
+                                         share.isolate, pure=False, workers=list(self._usable) if self._refused else None)
+            self._running[future] = share
             future.add_done_callback(self._done.put)
 
-    def _taken(self, future: Any) -> tuple[int, bytes] | None:
-        """None: it has to be evaluated again."""
-        position, isolate = self._running.pop(future)
+    def _taken(self, future: Any) -> list[tuple[int, bytes]]:
+        """Results; what has to be evaluated again waits again."""
+        share = self._running.pop(future)
         if future.status == "cancelled":
             raise BatchError(f"the scheduler {self._client.scheduler.address} is gone")
-        if future.status != "error":
-            try:
-                address, packed, refusal = future.result(timeout=5)
-            except (OSError, TimeoutError, concurrent.futures.CancelledError):
-                # The worker that had the bytes died or is stopped, or the scheduler is gone.
-                self._waiting.append((position, isolate))
-                return None
-            finally:
-                future.release()
-            outcome = Outcome.unpack(packed) if packed else None
-            if outcome is None or outcome.kind == "wrong version":
-                self._refuse(address, refusal if outcome is None else f"has {outcome.text}")
-                self._waiting.append((position, isolate))
-                return None
-            return position, packed
-        error = future.exception()
-        if not isinstance(error, _scheduler.KilledWorker):
-            return position, Outcome("failed", f"{type(error).__name__}: {error}").pack()
-        if isolate:
-            return position, Outcome("worker died", "its worker died again, with the recording in a process of its own",
-                                     attempts=2).pack()
-        # Whatever ran on a worker that died is suspected. In a process of its own only the guilty one dies.
-        self._waiting.append((position, True))
-        return None
+        if future.status == "error":
+            return self._failed(share, future.exception())
+        try:
+            address, packed, refusal = future.result(timeout=5)
+        except (OSError, TimeoutError, concurrent.futures.CancelledError):
+            # The worker that had the bytes died or is stopped, or the scheduler is gone.
+            self._waiting.put(share.positions, share.isolate)
+            return []
+        finally:
+            future.release()
+        outcomes = [Outcome.unpack(each) for each in packed]
+        refusal = refusal or next((f"has {outcome.text}" for outcome in outcomes if outcome.kind == "wrong version"), "")
+        if refusal:
+            self._refuse(address, refusal)
+            self._waiting.put(share.positions, share.isolate)
+            return []
+        for outcome in outcomes:
+            self._waiting.learn(outcome.seconds)
+        return list(zip(share.positions, packed))
+
+    def _failed(self, share: _Share, error: BaseException) -> list[tuple[int, bytes]]:
+        if not share.isolate:
+            # Whatever ran on a worker that died is suspected. In a process of its own only the guilty one dies.
+            self._waiting.put(share.positions, True)
+            return []
+        if isinstance(error, _scheduler.KilledWorker):
+            outcome = Outcome("worker died", "its worker died again, with the recording in a process of its own", attempts=2)
+        else:
+            outcome = Outcome("failed", f"{type(error).__name__}: {error}", attempts=2)
+        return [(position, outcome.pack()) for position in share.positions]
 
     def _refuse(self, address: str, why: str) -> None:
         if address not in self._refused:

@@ -4,13 +4,13 @@ from __future__ import annotations
 import os
 from collections.abc import Iterator, Mapping
 from concurrent.futures import FIRST_COMPLETED, BrokenExecutor, Executor, Future, wait
+from dataclasses import replace
 
-from ._here import Work, run_here
-from ._isolated import work_isolated
+from ._here import run_here, work_of
 from ._unit import Unit
 
 
-def run_on_executor(executor: Executor, units: Mapping[int, Unit], work: Work) -> Iterator[tuple[int, bytes]]:
+def run_on_executor(executor: Executor, units: Mapping[int, Unit]) -> Iterator[tuple[int, bytes]]:
     """Yields results as they come. An executor that breaks is not used again: the rest is evaluated here, each recording
     in a process of its own, so that the one that broke it becomes known and no other one is lost."""
     # So many at once, so that what waits is soon cancelled and results do not pile up.
@@ -21,7 +21,8 @@ def run_on_executor(executor: Executor, units: Mapping[int, Unit], work: Work) -
     try:
         while True:
             while len(running) < room and (following := next(waiting, None)) is not None:
-                running[executor.submit(work, following[1].task)] = following[0]
+                position, unit = following
+                running[executor.submit(work_of(unit.isolate), unit.task)] = position
             if not running:
                 return
             for future in wait(running, return_when=FIRST_COMPLETED).done:
@@ -30,7 +31,7 @@ def run_on_executor(executor: Executor, units: Mapping[int, Unit], work: Work) -
                 del running[future], left[position]
                 yield position, packed
     except BrokenExecutor:
-        yield from run_here(left, work_isolated)
+        yield from run_here({position: replace(unit, isolate=True) for position, unit in left.items()})
     finally:
         for future in running:
             future.cancel()

@@ -39,10 +39,26 @@ def brought(recording: Recording) -> Iterator[tuple[Recording, dict[str, str]]]:
 
 def _bring(fsspec: Any, url: str, folder: str) -> str:
     os.mkdir(folder)
-    path = os.path.join(folder, os.path.basename(url.rstrip("/")) or "recording")
     try:
         storage, there = fsspec.core.url_to_fs(url)
-        storage.get(there, path, recursive=storage.isdir(there))
+        # Its name says what kind of file it is. After the path of a web address there may be more.
+        name = there.split("?")[0] if url.startswith(("http:", "https:")) else there
+        path = os.path.join(folder, os.path.basename(name.rstrip("/")) or "recording")
+        if storage.isdir(there):
+            _bring_folder(storage, there, path)
+        else:
+            storage.get_file(there, path)
     except Exception as error:  # each kind of storage raises its own
         raise OSError(f"{url}: cannot be read: {error or type(error).__name__}") from None
     return path
+
+
+def _bring_folder(storage: Any, there: str, folder: str) -> None:
+    os.mkdir(folder)
+    for file in storage.find(there):
+        path = os.path.normpath(os.path.join(folder, file[len(there):].lstrip("/")))
+        # Archives may have any names.
+        if not path.startswith(folder + os.sep):
+            raise OSError(f"{file} does not lie in it")
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        storage.get_file(file, path)

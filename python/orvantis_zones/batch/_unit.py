@@ -18,19 +18,22 @@ _PROTOCOL = 4
 
 @dataclass(frozen=True)
 class Unit:
-    """task: a pickle of site, recording, options and version; the same bytes give the same result."""
+    """task: a pickle of site, recording, options and version; the same bytes give the same result. isolate: it is
+    evaluated in a process of its own."""
     name: str
     key: str
     task: bytes
+    isolate: bool
 
 
 def is_url(path: str) -> bool:
     return "://" in path
 
 
-def units_of(site: Site, recordings: Iterable[Recording | PathLike], options: dict[str, float],
-             keyed: bool) -> list[Unit]:
-    """keyed: results are kept, so each unit gets its key. Raises ValueError, TypeError, OSError."""
+def units_of(site: Site, recordings: Iterable[Recording | PathLike], options: dict[str, float], keyed: bool,
+             isolate: bool | None) -> list[Unit]:
+    """keyed: results are kept, so each unit gets its key. isolate: None: the recordings that code of others reads.
+    Raises ValueError, TypeError, OSError."""
     # An edited site and one that was loaded may differ in what their pickles share.
     plain = pickle.loads(pickle.dumps(site, _PROTOCOL))
     units = []
@@ -47,8 +50,22 @@ def units_of(site: Site, recordings: Iterable[Recording | PathLike], options: di
         except (pickle.PicklingError, TypeError, AttributeError) as error:
             raise ValueError(f"recording {recording.name!r} cannot be sent to a worker: {error}; "
                              "from_arrays takes a list, or a function that a worker can import") from None
-        units.append(Unit(recording.name, _key(task, recording) if keyed else "", task))
+        units.append(Unit(recording.name, _key(task, recording) if keyed else "", task,
+                          _is_read_by_others(recording) if isolate is None else isolate))
     return units
+
+
+def _is_read_by_others(recording: Recording) -> bool:
+    """By the caller's code, or by what fsspec has for a storage. Files are read by this package itself."""
+    moments: Any = getattr(recording, "_moments")
+    if moments is not None:
+        return not isinstance(moments, (list, tuple))
+    return any(map(is_url, _given(recording)))
+
+
+def _given(recording: Recording) -> list[str]:
+    given = [*recording.clouds, recording.stamps, recording.sensors, recording.tracks]
+    return [path for path in given if path is not None]
 
 
 def _recording(path: PathLike) -> Recording:
@@ -74,9 +91,8 @@ def _key(task: bytes, recording: Recording) -> str:
 
 
 def _files(recording: Recording) -> Iterator[str]:
-    given: list[Any] = [*recording.clouds, recording.stamps, recording.sensors, recording.tracks]
-    for path in given:
-        if path is None or is_url(path):
+    for path in _given(recording):
+        if is_url(path):
             continue
         yield path
         for folder, folders, files in os.walk(path):

@@ -2,16 +2,18 @@
 from __future__ import annotations
 
 import csv
+import importlib
 import io
 import pickle
 import socket
 import time
 from typing import Any
 
-from .. import Recording, RecordingError, Run, Site, __version__
-from .. import evaluate as evaluate_one
+from .. import Recording, RecordingError, Site, __version__
 from ._outcome import TABLES, Outcome
 from ._remote import brought
+
+_evaluate: Any = importlib.import_module("orvantis_zones._recording")
 
 
 class BatchError(RuntimeError):
@@ -44,20 +46,27 @@ def _evaluated(site: Site, recording: Recording, options: dict[str, Any]) -> dic
     try:
         with brought(recording) as (here, found):
             urls = found
-            run = evaluate_one(site, here, **options)
+            parts: dict[str, Any] = _evaluate.evaluated(site, here, options)
     except (RecordingError, OSError, ValueError) as error:
         return {"kind": "unreadable", "text": told(str(error))}
     except Exception as error:  # of the caller's own code, in a recording that is made of a function
         return {"kind": "failed", "text": told(f"{type(error).__name__}: {error}")}
-    return {**_extent(run), "warnings": tuple(map(told, run.warnings)), **{name: text_of(run, name) for name in TABLES}}
+    warnings = tuple(map(told, _evaluate.warnings_of(parts)))
+    return {**_extent(parts), "warnings": warnings, **{name: text_of(parts, name) for name in TABLES}}
 
 
-def text_of(run: Run, table: str) -> str:
+def text_of(parts: dict[str, Any], table: str) -> str:
     """Names are the user's bytes; those that are not UTF-8 are kept."""
-    text: bytes = getattr(getattr(run, table), "_text")
+    text: bytes = parts[table]
     return text.decode("utf-8", "surrogateescape")
 
 
-def _extent(run: Run) -> dict[str, Any]:
-    stamps = [row[0] for row in csv.reader(io.StringIO(text_of(run, "frames"), newline=""))][1:]
+def tables_without_rows(site: Site) -> dict[str, str]:
+    """What each table has as its head."""
+    parts = _evaluate.evaluated(site, Recording.from_arrays([]), {"forget_after": 2.0, "clearance": 0.0, "max_speed": 1.0})
+    return {name: text_of(parts, name) for name in TABLES}
+
+
+def _extent(parts: dict[str, Any]) -> dict[str, Any]:
+    stamps = [row[0] for row in csv.reader(io.StringIO(text_of(parts, "frames"), newline=""))][1:]
     return {"frames": len(stamps), "begin": stamps[0] if stamps else "", "end": stamps[-1] if stamps else ""}

@@ -51,6 +51,31 @@ def killer(name="killer"):
     return oz.Recording.from_arrays(_kill, name=name)
 
 
+class _Process:
+    """Moments of as many points as the number of the process that reads them says."""
+
+    def __call__(self):
+        yield 0.0, [(1.0, 1.0, 1.0)] * (os.getpid() % 50_000 + 1), None
+
+    def __iter__(self):
+        return self()
+
+
+def process(name, call=True):
+    made = _Process()
+    return oz.Recording.from_arrays(made if call else iter_only(made), name=name)
+
+
+class iter_only:
+    """An object of a caller that is read by being iterated, and cannot be called."""
+
+    def __init__(self, made):
+        self._made = made
+
+    def __iter__(self):
+        return iter(self._made)
+
+
 def _raise(error):
     raise error
 

@@ -1,6 +1,7 @@
 """A batch on executors: the bytes do not depend on who evaluates, and in which order."""
 import concurrent.futures
 import multiprocessing
+import os
 import pathlib
 import random
 import tempfile
@@ -45,7 +46,8 @@ def test_the_bytes_do_not_depend_on_order_workers_and_repeats(chosen, seed, work
     recordings = [fleet.recordings(12)[k] for k in chosen]
     recordings.insert(len(recordings) // 2, fleet.raising(OSError("no such storage")))
     here = evaluate(fleet.site(), recordings)
-    assert bytes_of(evaluate(fleet.site(), recordings, client=Shuffled(seed, workers))) == bytes_of(here)
+    there = evaluate(fleet.site(), recordings, client=Shuffled(seed, workers), isolate=False)
+    assert bytes_of(there) == bytes_of(here)
 
 
 @pytest.mark.parametrize("workers", [1, 2, 3])
@@ -62,10 +64,22 @@ def test_no_recording_is_lost_with_a_pool_that_one_of_them_breaks():
     recordings = fleet.recordings(3)
     recordings.insert(1, fleet.killer())
     with concurrent.futures.ProcessPoolExecutor(2, multiprocessing.get_context("spawn")) as pool:
-        batch = evaluate(fleet.site(), recordings, client=pool)
+        batch = evaluate(fleet.site(), recordings, client=pool, isolate=False)
+        assert getattr(pool, "_broken")
     assert batch.errors["recording"].tolist() == ["killer"]
     assert batch.errors["kind"].tolist() == ["worker died"]
     assert batch.events == evaluate(fleet.site(), fleet.recordings(3)).events
+
+
+def test_what_code_of_others_reads_has_a_process_of_its_own():
+    recordings = [*fleet.recordings(2), fleet.killer(), fleet.process("a function"), fleet.process("an object", call=False)]
+    with concurrent.futures.ProcessPoolExecutor(1, multiprocessing.get_context("spawn")) as pool:
+        batch = evaluate(fleet.site(), recordings, client=pool)
+        [worker] = getattr(pool, "_processes")
+        assert pool.submit(os.getpid).result() == worker
+    assert batch.errors["recording"].tolist() == ["killer"] and batch.work["attempts"].tolist() == [1, 1, 2, 1, 1]
+    processes = batch.zones["peak_points"][batch.zones["recording"] != "recording 0"].tolist()[1:]
+    assert len({*processes, worker % 50_000 + 1, os.getpid() % 50_000 + 1}) == 4
 
 
 class First(concurrent.futures.Executor):

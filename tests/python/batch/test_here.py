@@ -1,6 +1,11 @@
 """A batch in this process: results, resume, and what cannot be read."""
+import os
 import pathlib
 import pickle
+import sys
+import tempfile
+import types
+import zipfile
 
 import fleet
 import pytest
@@ -8,6 +13,7 @@ import pytest
 import orvantis_zones as oz
 from orvantis_zones.batch import evaluate
 from orvantis_zones.batch._outcome import Outcome
+from orvantis_zones.batch._unit import units_of
 from orvantis_zones.batch._work import work
 
 
@@ -98,6 +104,17 @@ def test_another_site_option_recording_or_content_is_another_result(tmp_path):
     assert kept(loaded) == 5
 
 
+def test_another_version_is_another_result(monkeypatch):
+    def key():
+        [unit] = units_of(fleet.site(), fleet.recordings(1), {}, keyed=True, isolate=False)
+        return unit.key
+
+    ours = key()
+    assert key() == ours
+    monkeypatch.setattr("orvantis_zones.batch._unit.__version__", "0.1")
+    assert key() != ours
+
+
 def test_a_frame_that_a_list_names_is_part_of_the_recording(tmp_path):
     (tmp_path / "one.xyz").write_text("1 1 1\n")
     (tmp_path / "frames.txt").write_text("0.5 one.xyz\n")
@@ -152,6 +169,57 @@ def test_urls_are_read_where_the_work_is(tmp_path):
     assert texts(batch.errors, "text")[1].startswith(f"{urls[2]}: cannot be read: ")
 
 
+def test_storages_of_every_kind_give_files_of_their_names(tmp_path):
+    fsspec = pytest.importorskip("fsspec")
+    memory = fsspec.filesystem("memory")
+    memory.pipe("/day/a.xyz", b"1 1 1\n")
+    memory.pipe("/day/b.xyz", b"1 1 1\n1 1 1\n")
+    memory.pipe("/t.csv", pathlib.Path(fleet.tracks(tmp_path / "t.csv")).read_bytes())
+    with zipfile.ZipFile(tmp_path / "x.zip", "w") as archive:
+        archive.writestr("in/c.xyz", "1 1 1\n" * 3)
+    given = ["memory://day/b.xyz", "memory://day", f"zip://in/c.xyz::file://{tmp_path}/x.zip",
+             oz.Recording(["memory://day/a.xyz"], tracks="memory://t.csv", name="both")]
+    batch = evaluate(fleet.site(), given)
+    assert texts(batch.errors, "text") == []
+    assert texts(batch.zones, "peak_points") == [2, 2, 3, 1]
+    assert texts(batch.recordings, "frames") == [1, 2, 1, 3] and "both" in texts(batch.events, "recording")
+    for listing in ({"stamps": "memory://frames.txt"}, {"sensors": "memory://sensors.json"}):
+        [text] = texts(evaluate(fleet.site(), [oz.Recording(**listing)]).errors, "text")
+        assert text == f"{[*listing.values()][0]}: a list of files cannot be a URL; give the files as clouds"
+
+
+def test_nothing_is_written_outside_of_the_folder_of_a_recording(tmp_path):
+    fsspec = pytest.importorskip("fsspec")
+    with zipfile.ZipFile(tmp_path / "x.zip", "w") as archive:
+        archive.writestr("in/../../../../escaped.xyz", "1 1 1\n")
+        archive.writestr("in/a.xyz", "1 1 1\n")
+    found = fsspec.filesystem("zip", fo=str(tmp_path / "x.zip")).find("in")
+    assert any(".." in name for name in found)
+    [text] = texts(evaluate(fleet.site(), [f"zip://in::file://{tmp_path}/x.zip"]).errors, "text")
+    assert text.endswith("escaped.xyz does not lie in it")
+    assert not list(pathlib.Path(tempfile.gettempdir()).glob("**/escaped.xyz"))
+
+
+def test_a_web_address_ends_where_its_question_begins(monkeypatch):
+    class Web:
+        def isdir(self, there):
+            return False
+
+        def get_file(self, there, path):
+            assert there == "https://host/a.xyz?key=7/8"
+            pathlib.Path(path).write_text("1 1 1\n")
+
+    fsspec = pytest.importorskip("fsspec")
+    monkeypatch.setattr(fsspec.core, "url_to_fs", lambda url: (Web(), url))
+    assert texts(evaluate(fleet.site(), ["https://host/a.xyz?key=7/8"]).zones, "peak_points") == [1]
+
+
+def test_without_fsspec_a_url_is_an_error_that_says_so(monkeypatch):
+    monkeypatch.setitem(sys.modules, "fsspec", None)
+    [text] = texts(evaluate(fleet.site(), ["s3://bucket/a.xyz"]).errors, "text")
+    assert text == "s3://bucket/a.xyz: URLs need python3-fsspec on the worker"
+
+
 def test_what_the_caller_has_wrong_raises(tmp_path):
     one = fleet.recordings(1)[0]
     for given, options, error, said in [
@@ -174,8 +242,51 @@ def test_progress_counts_what_was_finished_before(tmp_path):
     assert told == [(2, 3, "recording 1"), (3, 3, "recording 2")]
 
 
+def test_a_notebook_has_a_bar(monkeypatch):
+    shown = []
+    handle = types.SimpleNamespace(update=lambda data, raw: shown.append((data, raw)))
+    display = types.SimpleNamespace(display=lambda data, raw, display_id: handle)
+    kernel = types.SimpleNamespace(kernel=None)
+    monkeypatch.setitem(sys.modules, "IPython", types.SimpleNamespace(get_ipython=lambda: kernel))
+    monkeypatch.setitem(sys.modules, "IPython.display", display)
+    evaluate(fleet.site(), fleet.recordings(3), progress=True)
+    last, raw = shown[-1]
+    assert raw and last["text/plain"].startswith("3 of 3 recordings, ")
+    assert last["text/html"] == f'<progress value="3" max="3"></progress> {last["text/plain"]}'
+
+
+def test_outside_a_notebook_there_is_a_line(monkeypatch, capsys):
+    monkeypatch.setitem(sys.modules, "IPython", types.SimpleNamespace(get_ipython=lambda: None))
+    evaluate(fleet.site(), fleet.recordings(2), progress=True)
+    shown = capsys.readouterr()
+    assert shown.out == "" and "\r2 of 2 recordings, " in shown.err and shown.err.endswith("\r\033[K")
+
+
+def test_what_cannot_be_kept_raises(tmp_path, monkeypatch):
+    def full(*words):
+        raise OSError(28, "No space left on device")
+
+    monkeypatch.setattr(os, "fsync", full)
+    with pytest.raises(OSError, match="No space left"):
+        evaluate(fleet.site(), fleet.recordings(100), folder=tmp_path)
+    assert list((tmp_path / "finished").iterdir()) == []
+
+
+def test_the_picture_is_not_drawn(monkeypatch):
+    made = []
+    real = oz._core.Evaluation
+
+    def evaluation(*words):
+        made.append(real(*words))
+        return made[-1]
+
+    monkeypatch.setattr(oz._core, "Evaluation", evaluation)
+    evaluate(fleet.site(), fleet.recordings(2))
+    pictures = [each.finish(True, False, "")["svg"] for each in made]
+    assert len(made) == 4 and pictures[1:] == [None, None, None] and pictures[0] is not None
+
+
 def test_files_appear_whole(tmp_path, monkeypatch):
-    import os
     steps = []
     for name in ("fsync", "replace"):
         real = getattr(os, name)
