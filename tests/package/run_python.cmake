@@ -24,7 +24,7 @@ execute_process(COMMAND env -i ${PYTHON} -B ${WORK}/user.py ${DOCUMENT} ${PREFIX
 file(WRITE ${WORK}/a.xyz "11 7 1\n")
 execute_process(COMMAND env -i PYTHONPATH=${PREFIX}/${SITE_PACKAGES} ${PYTHON} -B -m orvantis_zones.batch ${DOCUMENT} a.xyz
                 WORKING_DIRECTORY ${WORK} OUTPUT_VARIABLE events COMMAND_ERROR_IS_FATAL ANY)
-if(NOT events MATCHES "\na.xyz,0,zone,occupied,0,0,Walkway,")
+if(NOT events MATCHES "\na.xyz,0,outputs,low low low,0,")
   message(FATAL_ERROR "${events}")
 endif()
 # A prefix that is an environment: its interpreter finds the module by itself.

@@ -48,7 +48,7 @@ def test_errors_keep_their_level_and_come_with_the_next_call(caplog):
     assert not caplog.records
     ask()
     told = [(record.levelno, record.name, record.getMessage()) for record in caplog.records]
-    assert told == [(40, "orvantis.Polygon", "Invalid rectangle inputs of corners size 3")]
+    assert told == [(40, "orvantis", "Invalid rectangle inputs of corners size 3")]
 
 
 def test_nothing_is_logged_below_the_level(caplog):
