@@ -1,5 +1,5 @@
-// Finds where points lie in the tables without vectors of Highway: in loops over a group that a compiler may
-// turn into whatever vectors it knows. Read once for each kind of processor: the guard toggles.
+// Finds where points lie in the tables without vectors of Highway: with those of the compiler, which every
+// processor has in some way. Read once for each kind of processor: the guard toggles.
 #if defined(ORVANTIS_CLASSIFY_PLAIN_PLACING) == defined(HWY_TARGET_TOGGLE)
 #ifdef ORVANTIS_CLASSIFY_PLAIN_PLACING
 #undef ORVANTIS_CLASSIFY_PLAIN_PLACING
@@ -28,6 +28,27 @@ namespace orvantis::filter::classify {
 namespace HWY_NAMESPACE {
 namespace {
 
+// Both g++ and clang compute with them as with numbers, and turn them into instructions of the processor.
+using FourFloats = float __attribute__((vector_size(16)));
+using FourInts = std::int32_t __attribute__((vector_size(16)));
+
+HWY_INLINE FourFloats fourOf(float value) {
+  return FourFloats{value, value, value, value};
+}
+
+HWY_INLINE FourInts intsOf(FourFloats floats) {
+  FourInts bits;
+  std::memcpy(&bits, &floats, sizeof(bits));
+  return bits;
+}
+
+// Whether a comparison holds anywhere.
+HWY_INLINE bool isAny(FourInts where) {
+  std::array<std::uint64_t, 2> halves{};
+  std::memcpy(halves.data(), &where, sizeof(where));
+  return (halves[0] | halves[1]) != 0;
+}
+
 template <Purpose purpose, typename Real>
 class PlainPlacing {
  public:
@@ -51,7 +72,14 @@ class PlainPlacing {
 
  private:
   static constexpr std::size_t size = Block<Real>::groupSize;
-  using Numbers = std::array<float, size>;
+  struct Numbers {
+    FourFloats four(std::size_t first) const {
+      FourFloats result;
+      std::memcpy(&result, values.data() + first, sizeof(result));
+      return result;
+    }
+    alignas(16) std::array<float, size> values;
+  };
 
   void read(std::size_t first) {
     const PointsView<Real>& points = block_.points;
@@ -59,32 +87,31 @@ class PlainPlacing {
     const auto originY = static_cast<Real>(t_.rows.origin);
     for (std::size_t i = 0; i < size; ++i) {
       const std::size_t offset = (first + i) * points.stride;
-      x_[i] = static_cast<float>(valueAt<Real>(points.x, offset) - originX);
-      y_[i] = static_cast<float>(valueAt<Real>(points.y, offset) - originY);
-      z_[i] = static_cast<float>(valueAt<Real>(points.z, offset));
+      x_.values[i] = static_cast<float>(valueAt<Real>(points.x, offset) - originX);
+      y_.values[i] = static_cast<float>(valueAt<Real>(points.y, offset) - originY);
+      z_.values[i] = static_cast<float>(valueAt<Real>(points.z, offset));
     }
   }
 
   bool isOutsideOfHeights() const {
-    unsigned numInside = 0;
-    for (const float z : z_) {
-      numInside += static_cast<unsigned>(z >= t_.lowestInside) & static_cast<unsigned>(z <= t_.highestInside);
+    FourInts inside{};
+    for (std::size_t i = 0; i < size; i += 4) {
+      const FourFloats z = z_.four(i);
+      inside |= (z >= fourOf(t_.lowestInside)) & (z <= fourOf(t_.highestInside));
     }
-    return numInside == 0;
+    return !isAny(inside);
   }
 
-  // Like Folding::position, for all values at once.
-  static void positions(const Folding& folding, const Numbers& distances, Numbers& sums) {
-    sums.fill(0.0F);
+  // Like Folding::position.
+  static FourFloats positions(const Folding& folding, FourFloats distances) {
+    FourFloats sums{};
     for (std::size_t k = 0; k < folding.numPieces; ++k) {
-      const float offset = folding.offsets[k];
-      const float count = folding.counts[k];
-      for (std::size_t i = 0; i < size; ++i) {
-        const float steps = (distances[i] - offset) * folding.stepsPerUnit;
-        const float atLeast = steps > 0.0F ? steps : 0.0F;
-        sums[i] += atLeast < count ? atLeast : count;
-      }
+      const FourFloats steps = (distances - fourOf(folding.offsets[k])) * fourOf(folding.stepsPerUnit);
+      const FourFloats atLeast = steps > FourFloats{} ? steps : FourFloats{};
+      const FourFloats count = fourOf(folding.counts[k]);
+      sums += atLeast < count ? atLeast : count;
     }
+    return sums;
   }
 
   static std::uint32_t bitsOf(float number) {
@@ -94,24 +121,21 @@ class PlainPlacing {
   }
 
   void placeGroup(std::size_t first, std::uint32_t* cells, std::uint32_t* heights) {
-    Numbers columns;
-    Numbers rows;
-    Numbers buckets;
-    Numbers aboveLowest;
-    for (std::size_t i = 0; i < size; ++i) {
-      aboveLowest[i] = z_[i] - t_.buckets.origin;
+    const FourFloats whole = fourOf(wholeNumbers);
+    FourInts odd{};
+    for (std::size_t i = 0; i < size; i += 4) {
+      const FourFloats x = x_.four(i);
+      const FourFloats y = y_.four(i);
+      const FourFloats z = z_.four(i) - fourOf(t_.buckets.origin);
+      const FourFloats column = positions(t_.columns, x) + whole - whole;
+      const FourFloats number = column * fourOf(t_.numRows) + (positions(t_.rows, y) + whole);
+      const FourInts cell = intsOf(number) - static_cast<std::int32_t>(wholeBits);
+      const FourFloats height = positions(t_.buckets, z) + whole;
+      std::memcpy(cells + i, &cell, sizeof(cell));
+      std::memcpy(heights + i, &height, sizeof(height));
+      odd |= ~areOrdinary(x, y, z);
     }
-    positions(t_.columns, x_, columns);
-    positions(t_.rows, y_, rows);
-    positions(t_.buckets, aboveLowest, buckets);
-    unsigned numOrdinary = 0;
-    for (std::size_t i = 0; i < size; ++i) {
-      const float column = columns[i] + wholeNumbers - wholeNumbers;
-      cells[i] = bitsOf(column * t_.numRows + (rows[i] + wholeNumbers)) - wholeBits;
-      heights[i] = bitsOf(buckets[i] + wholeNumbers);
-      numOrdinary += isOrdinary(x_[i], y_[i], aboveLowest[i]) ? 1U : 0U;
-    }
-    if (numOrdinary < size) {
+    if (isAny(odd)) {
       for (std::size_t i = 0; i < size; ++i) {
         placeOdd(i, cells[i], heights[i]);
       }
@@ -120,23 +144,24 @@ class PlainPlacing {
   }
 
   // Finite, and not far away.
-  bool isOrdinary(float x, float y, float z) const {
-    const float column = x * t_.columns.stepsPerUnit;
-    const float row = y * t_.rows.stepsPerUnit;
-    return column * column + (row * row + z * t_.buckets.stepsPerUnit * 0.0F) <= t_.farthest * t_.farthest;
+  FourInts areOrdinary(FourFloats x, FourFloats y, FourFloats z) const {
+    const FourFloats column = x * fourOf(t_.columns.stepsPerUnit);
+    const FourFloats row = y * fourOf(t_.rows.stepsPerUnit);
+    const FourFloats zeros = z * fourOf(t_.buckets.stepsPerUnit) * FourFloats{};
+    return column * column + (row * row + zeros) <= fourOf(t_.farthest * t_.farthest);
   }
 
   void placeOdd(std::size_t i, std::uint32_t& cell, std::uint32_t& height) const {
-    const float column = x_[i] * t_.columns.stepsPerUnit;
-    const float row = y_[i] * t_.rows.stepsPerUnit;
+    const float column = x_.values[i] * t_.columns.stepsPerUnit;
+    const float row = y_.values[i] * t_.rows.stepsPerUnit;
     if (std::isnan(column) || std::isnan(row)) {
       cell = t_.cellOfNaN;
     } else if (std::abs(column) <= t_.farthest && !(std::abs(row) <= t_.farthest)) {
       cell = t_.cellFarAway;
     }
-    if (std::isnan(z_[i])) {
+    if (std::isnan(z_.values[i])) {
       height = bitsOf(t_.bucketOfNaN + wholeNumbers);
-    } else if (std::isinf(z_[i])) {
+    } else if (std::isinf(z_.values[i])) {
       height = bitsOf(t_.bucketOfInfinite + wholeNumbers);
     }
   }
@@ -144,11 +169,14 @@ class PlainPlacing {
   void countNoReturns(std::size_t first) {
     if constexpr (purpose == Purpose::Counts) {
       for (std::size_t i = 0; i < size; ++i) {
-        if (!std::isfinite(x_[i]) || !std::isfinite(y_[i]) || !std::isfinite(z_[i])) {
+        const float x = x_.values[i];
+        const float y = y_.values[i];
+        const float z = z_.values[i];
+        if (!std::isfinite(x) || !std::isfinite(y) || !std::isfinite(z)) {
           // A finite double may be infinite as a float.
           noReturns_.count += isReturn(block_.points, first + i) ? 0U : 1U;
           noReturns_.haveInfinite =
-              noReturns_.haveInfinite || std::isinf(x_[i]) || std::isinf(y_[i]) || std::isinf(z_[i]);
+              noReturns_.haveInfinite || std::isinf(x) || std::isinf(y) || std::isinf(z);
         }
       }
     }
