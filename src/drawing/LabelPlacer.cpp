@@ -1,14 +1,15 @@
 #include "drawing/LabelPlacer.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
+
+#include "trigonometry/Length.h"
 
 namespace orvantis::toolkit {
 namespace {
 
 double distance(const Pixel& a, const Pixel& b) {
-  return std::hypot(a.x - b.x, a.y - b.y);
+  return trigonometry::length(a.x - b.x, a.y - b.y);
 }
 
 double distanceToSegment(const Pixel& p, const Pixel& from, const Pixel& to) {
@@ -137,7 +138,7 @@ std::optional<PixelBox> LabelPlacer::place(const Pixel& anchor, double width, do
   std::optional<PixelBox> best;
   double bestCost = std::numeric_limits<double>::infinity();
   for (const Pixel& offset : offsetsByDistance()) {
-    if (std::hypot(offset.x, offset.y) >= bestCost) {
+    if (trigonometry::length(offset.x, offset.y) >= bestCost) {
       break;  // the distance alone costs more, and it grows from here on
     }
     const PixelBox box = PixelBox::around({anchor.x + offset.x, anchor.y + offset.y}, width, height);

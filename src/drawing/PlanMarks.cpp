@@ -1,8 +1,7 @@
 #include "drawing/PlanMarks.h"
 
-#include <cmath>
-
 #include "drawing/Palette.h"
+#include "trigonometry/Length.h"
 
 namespace orvantis::toolkit {
 namespace {
@@ -62,7 +61,7 @@ SvgElement counterLineMark(const Pixel& from, const Pixel& to, const std::string
 }
 
 Pixel leftSideOf(const Pixel& from, const Pixel& to) {
-  const double length = std::hypot(to.x - from.x, to.y - from.y);
+  const double length = trigonometry::length(to.x - from.x, to.y - from.y);
   if (length == 0.0) {
     return to;
   }

@@ -6,6 +6,7 @@
 
 #include "drawing/Palette.h"
 #include "drawing/PlanMarks.h"
+#include "trigonometry/Length.h"
 
 namespace orvantis::toolkit {
 namespace {
@@ -13,7 +14,7 @@ namespace {
 constexpr std::size_t mostIds = 12;
 
 bool isNear(const Pixel& a, const Pixel& b, double distance) {
-  return std::hypot(a.x - b.x, a.y - b.y) < distance;
+  return trigonometry::length(a.x - b.x, a.y - b.y) < distance;
 }
 
 // The place of an id: beyond the end of its track if there is room, else beside it; nothing when there is no
@@ -22,7 +23,7 @@ std::optional<PixelBox> placeOfId(const std::vector<Pixel>& sightings, double wi
                                   const std::vector<PixelBox>& taken) {
   const Pixel& begin = sightings.front();
   const Pixel& end = sightings.back();
-  const double length = std::hypot(end.x - begin.x, end.y - begin.y);
+  const double length = trigonometry::length(end.x - begin.x, end.y - begin.y);
   const Pixel ahead =
       length > 3.0 ? Pixel{(end.x - begin.x) / length, (end.y - begin.y) / length} : Pixel{1.0, 0.0};
   for (const double distance : {9.0, 21.0, 33.0, 45.0}) {

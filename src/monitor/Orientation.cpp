@@ -1,9 +1,10 @@
 #include "monitor/Orientation.h"
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
+
+#include "trigonometry/Length.h"
 
 namespace orvantis::filter::monitor {
 namespace {
@@ -48,18 +49,7 @@ double crossProduct(const core::PlanarPoint& a, const core::PlanarPoint& b, cons
 }
 
 double distance(const core::PlanarPoint& a, const core::PlanarPoint& b) {
-  const double dx = std::abs(b.x() - a.x());
-  const double dy = std::abs(b.y() - a.y());
-  const double larger = std::max(dx, dy);
-  if (!(larger > 0.0) || !std::isfinite(dx) || !std::isfinite(dy)) {
-    return dx + dy;
-  }
-  // Scaling by a power of two rounds nothing that matters, and keeps the squares from overflowing or
-  // underflowing.
-  const int exponent = std::ilogb(larger);
-  const double x = std::ldexp(dx, -exponent);
-  const double y = std::ldexp(dy, -exponent);
-  return std::ldexp(std::sqrt(x * x + y * y), exponent);
+  return trigonometry::length(b.x() - a.x(), b.y() - a.y());
 }
 
 int orientation(const core::PlanarPoint& a, const core::PlanarPoint& b, const core::PlanarPoint& c) {

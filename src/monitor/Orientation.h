@@ -13,9 +13,8 @@ int orientation(const core::PlanarPoint& a, const core::PlanarPoint& b, const co
 /// The cross product whose sign `orientation` is, rounded: the area of the parallelogram.
 double crossProduct(const core::PlanarPoint& a, const core::PlanarPoint& b, const core::PlanarPoint& c);
 
-/// How far apart two points are. It uses only operations that every machine rounds alike, which std::hypot is
-/// not: whether an object is just clear of a line must not depend on the C library. No intermediate value
-/// overflows or underflows. The result is not finite when a coordinate is not.
+/// How far apart two points are: the same number on every machine. No intermediate value overflows or
+/// underflows. The result is not finite when a coordinate is not.
 double distance(const core::PlanarPoint& a, const core::PlanarPoint& b);
 
 }  // namespace orvantis::filter::monitor
