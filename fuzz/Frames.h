@@ -4,7 +4,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <optional>
 #include <span>
 #include <string>
@@ -13,6 +12,7 @@
 #include "Check.h"
 #include "LiveMemory.h"
 #include "recording/FrameReader.h"
+#include "recording/PointAt.h"
 #include "recording/ReadError.h"
 
 namespace orvantis::fuzz {
@@ -23,14 +23,10 @@ using Point = std::array<double, 3>;
 inline std::vector<Point> pointsOf(const toolkit::Points& points) {
   std::vector<Point> result;
   std::visit(
-      [&]<typename Real>(const filter::classify::PointsView<Real>& view) {
-        const auto value = [&](const void* first, std::size_t i) {
-          Real number{};
-          std::memcpy(&number, static_cast<const char*>(first) + i * view.stride, sizeof(Real));
-          return static_cast<double>(number);
-        };
+      [&](const auto& view) {
         for (std::size_t i = 0; i < view.size; ++i) {
-          result.push_back({value(view.x, i), value(view.y, i), value(view.z, i)});
+          const auto [x, y, z] = toolkit::pointAt(view, i);
+          result.push_back({x, y, z});
         }
       },
       points);

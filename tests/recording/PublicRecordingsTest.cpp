@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include "ByteText.h"
+#include "FrameFiles.h"
 #include "ReadRecording.h"
 #include "Sha256.h"
 #include "files/FileSource.h"
@@ -60,7 +61,7 @@ std::string lineOf(const ptree& cloud) {
 }
 
 std::string lineOf(const RecordedCloud& cloud) {
-  const std::vector<testing::Point3> points = testing::valuesOf(cloud.points);
+  const std::vector<testing::Point3> points = testing::pointsOf(cloud.points);
   std::string line(cloud.topic);
   line += " " + std::to_string(cloud.logged.count()) + " " + std::to_string(cloud.header.count()) + " " +
           std::string(cloud.frameId) + " " + std::to_string(cloud.width) + " " +

@@ -1,33 +1,14 @@
 #include "ReadRecording.h"
 
-#include <cstring>
-#include <variant>
-
 #include "ByteText.h"
+#include "FrameFiles.h"
 #include "recording/ReadError.h"
 
 namespace orvantis::testing {
 
-std::vector<Point3> valuesOf(const toolkit::Points& points) {
-  std::vector<Point3> result;
-  std::visit(
-      [&]<typename Real>(const filter::classify::PointsView<Real>& view) {
-        const auto value = [&](const void* first, std::size_t i) {
-          Real number{};
-          std::memcpy(&number, static_cast<const char*>(first) + i * view.stride, sizeof(Real));
-          return static_cast<double>(number);
-        };
-        for (std::size_t i = 0; i < view.size; ++i) {
-          result.push_back({value(view.x, i), value(view.y, i), value(view.z, i)});
-        }
-      },
-      points);
-  return result;
-}
-
 ReadCloud valueOf(const toolkit::RecordedCloud& cloud) {
   return {std::string(cloud.topic),   cloud.stamp.count(),    cloud.logged.count(),
-          std::string(cloud.frameId), valuesOf(cloud.points), cloud.place};
+          std::string(cloud.frameId), pointsOf(cloud.points), cloud.place};
 }
 
 ReadRecording readRecording(toolkit::ByteSource& source, const toolkit::RecordingOptions& options) {

@@ -33,7 +33,6 @@ struct ReadRecording {
 };
 
 ReadCloud valueOf(const toolkit::RecordedCloud& cloud);
-std::vector<Point3> valuesOf(const toolkit::Points& points);
 
 ReadRecording readRecording(toolkit::ByteSource& source, const toolkit::RecordingOptions& options = {});
 ReadRecording readRecording(const std::string& bytes, const toolkit::RecordingOptions& options = {});
