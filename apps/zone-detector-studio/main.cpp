@@ -15,9 +15,9 @@
 #include <spawn.h>
 #include <unistd.h>
 
-#include "Interrupt.h"
 #include "SharedFiles.h"
 #include "StudioServer.h"
+#include "input/Interrupt.h"
 
 namespace {
 
@@ -38,8 +38,8 @@ void openBrowser(std::string link) {
 }
 
 void waitForSignal() {
-  while (orvantis::app::Interrupt::signal() == 0) {
-    pollfd wait{orvantis::app::Interrupt::descriptor(), POLLIN, 0};
+  while (orvantis::toolkit::Interrupt::signal() == 0) {
+    pollfd wait{orvantis::toolkit::Interrupt::descriptor(), POLLIN, 0};
     ::poll(&wait, 1, -1);
   }
 }
@@ -59,7 +59,7 @@ int serve(std::span<char*> words) {
   StudioServer server(std::move(files), session);
   server.bind(std::atoi(words[2]));
 
-  const orvantis::app::Interrupt interrupt;
+  const orvantis::toolkit::Interrupt interrupt;
   std::thread serving([&server] { server.run(); });
   std::cout << server.link() << "\n" << std::flush;
   std::cerr << "Open this link in a browser; Ctrl-C ends.\n";
@@ -69,7 +69,7 @@ int serve(std::span<char*> words) {
   waitForSignal();
   server.stop();
   serving.join();
-  return orvantis::app::Interrupt::exitCode();
+  return orvantis::toolkit::Interrupt::exitCode();
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "FrameInput.h"
+#include "input/FrameInput.h"
 
 namespace orvantis::app {
 
@@ -17,6 +17,6 @@ Cloud copyOf(const toolkit::Points& points);
 
 /// The points of a file that is one frame, or of the first frame of a recording.
 /// @throws Failure with the path, the place and the reason
-Cloud readCloud(const std::string& path, const FrameOptions& options = {});
+Cloud readCloud(const std::string& path, const toolkit::FrameOptions& options = {});
 
 }  // namespace orvantis::app

@@ -23,8 +23,14 @@ void Console::warn(const std::string& text) const {
   }
 }
 
+void Console::warn(const std::vector<std::string>& texts) const {
+  for (const std::string& text : texts) {
+    warn(text);
+  }
+}
+
 std::string Console::bold(const std::string& text) const {
-  return colour ? "\033[1m" + text + "\033[0m" : text;
+  return toolkit::bold(text, colour);
 }
 
 std::string Console::coloured(int number, const std::string& text) const {

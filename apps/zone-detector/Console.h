@@ -2,6 +2,7 @@
 
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include "files/Failure.h"
 
@@ -23,6 +24,7 @@ struct Console {
   void flush() const;
 
   void warn(const std::string& text) const;
+  void warn(const std::vector<std::string>& texts) const;
 
   /// The text in bold, or in a colour (1 red, 2 green, 3 yellow), if colours are wanted.
   std::string bold(const std::string& text) const;

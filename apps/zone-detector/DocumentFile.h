@@ -13,10 +13,6 @@ struct Console;
 /// @throws Failure when the file cannot be read
 toolkit::CheckedDocument checkFile(const std::string& path);
 
-/// A finding as it is printed: "path:line:column: error: place: text". For a fault of the JSON, its excerpt
-/// follows.
-std::string textOf(const std::string& path, const toolkit::Finding& finding, const std::string& severity);
-
 /// Prints warnings on the error stream.
 /// @param hint follows the number of errors that are not shown
 /// @throws Failure with the path and the errors, when there are any

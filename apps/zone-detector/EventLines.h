@@ -11,7 +11,7 @@ class EventLines : public SessionOutput {
  public:
   EventLines(const Console& console, bool asJson) : console_(console), asJson_(asJson) {}
 
-  void add(const Moment& moment, const toolkit::SessionFrame& frame) override;
+  void add(const toolkit::Moment& moment, const toolkit::SessionFrame& frame) override;
   void finish(const SessionResult& result) override;
 
  private:

@@ -6,11 +6,11 @@
 #include "CloudReader.h"
 #include "Console.h"
 #include "DocumentFile.h"
-#include "ExplanationTables.h"
-#include "InputWarnings.h"
+#include "InputConsole.h"
 #include "Progress.h"
-#include "TimeLine.h"
+#include "recording/FrameWarnings.h"
 #include "session/ExplanationRecords.h"
+#include "session/ExplanationText.h"
 #include "session/Session.h"
 #include "text/Record.h"
 #include "text/StampText.h"
@@ -19,7 +19,6 @@
 namespace orvantis::app {
 namespace {
 
-using filter::monitor::Crossing;
 using filter::monitor::Stamp;
 
 // The results of a recording up to the wanted stamp or to its end.
@@ -29,16 +28,6 @@ struct Account {
   std::optional<Stamp> objects;  // the stamp of the last objects
   std::optional<LineHistory> line;
 };
-
-std::vector<Crossing> crossingsOf(const SessionFrame& frame) {
-  std::vector<Crossing> crossings;
-  for (const Event& event : frame.events) {
-    if (const auto* crossing = std::get_if<Crossing>(&event)) {
-      crossings.push_back(*crossing);
-    }
-  }
-  return crossings;
-}
 
 // Which points are the last ones up to the stamp is known only when a later frame comes, or none. So each
 // frame is kept until then.
@@ -100,10 +89,10 @@ class Explainer {
 Account run(const Configuration& configuration, const ExplainOptions& options, const Console& console,
             int& exitCode) {
   const Stamp end = options.at.value_or(Stamp::max());
-  TimeLine timeLine(options.recording, configuration, console);
+  TimeLine timeLine = openTimeLine(options.recording, configuration, warningsTo(console));
   Progress progress(console, timeLine.cloudCount());
   Explainer explainer(configuration, options);
-  InputWarnings warnings;
+  FrameWarnings warnings;
   std::size_t done = 0;
   for (auto moment = timeLine.next(); moment && moment->stamp <= end; moment = timeLine.next()) {
     if (moment->frame) {
@@ -114,24 +103,9 @@ Account run(const Configuration& configuration, const ExplainOptions& options, c
     }
     explainer.take(*moment);
   }
-  warnings.tell(timeLine.input(), console);
+  console.warn(warnings.texts(timeLine.input()));
   exitCode = exitCodeOf(timeLine.input());
   return explainer.finish();
-}
-
-// The last story of a track. A track that was never seen has a story without sightings.
-TrackStory storyOf(std::int32_t track, const LineHistory& history) {
-  TrackStory story;
-  story.track = track;
-  if (track < 0) {
-    story.explanation.verdict = filter::monitor::CrossingVerdict::NoIdentity;
-  }
-  for (const TrackStory& candidate : history.stories()) {
-    if (candidate.track == track) {
-      story = candidate;
-    }
-  }
-  return story;
 }
 
 void writeJson(const Account& account, const ExplainOptions& options, const Console& console) {
@@ -143,7 +117,7 @@ void writeJson(const Account& account, const ExplainOptions& options, const Cons
     return;
   }
   if (options.track) {
-    write(recordOf(options.line, storyOf(*options.track, *account.line)));
+    write(recordOf(options.line, account.line->lastStoryOf(*options.track)));
     for (const StampedSighting& sighting : account.line->sightings()) {
       write(recordOf(sighting));
     }
@@ -156,22 +130,19 @@ void writeJson(const Account& account, const ExplainOptions& options, const Cons
 
 void print(const Account& account, const ExplainOptions& options, int minPoints, const Console& console) {
   if (!account.last.empty()) {
-    console.out << console.bold(printable(account.last[0].file) + " at " + toText(account.last[0].stamp) +
-                                " s")
-                << '\n';
-    printZones(account.last, minPoints, console);
+    console.out << zonesText(account.last, minPoints, console.colour);
   } else if (!account.best.moments().empty()) {
-    printBestFrames(account.best.moments(), minPoints, console);
+    console.out << bestFramesText(account.best.moments(), minPoints, console.colour);
   }
   if (!account.line) {
     return;
   }
   console.out << (options.recording.hasClouds() ? "\n" : "");
   if (options.track) {
-    printTrack(options.line, *account.objects, storyOf(*options.track, *account.line),
-               account.line->sightings(), console);
+    console.out << trackText(options.line, *account.objects, account.line->lastStoryOf(*options.track),
+                             account.line->sightings(), console.colour);
   } else {
-    printTracks(options.line, account.line->stories(), console);
+    console.out << tracksText(options.line, account.line->stories(), console.colour);
   }
 }
 

@@ -6,7 +6,7 @@
 
 #include <filter/monitor/Stamp.h>
 
-#include "Recording.h"
+#include "input/Recording.h"
 #include "session/SessionOptions.h"
 
 namespace orvantis::app {
@@ -15,7 +15,7 @@ struct Console;
 
 struct ExplainOptions {
   std::string document;
-  Recording recording;
+  toolkit::Recording recording;
   toolkit::SessionOptions session;
   std::optional<filter::monitor::Stamp> at;  ///< empty: the whole recording
   std::string line;                          ///< the line whose tracks are explained; may be empty

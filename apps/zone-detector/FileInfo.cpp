@@ -6,8 +6,9 @@
 #include <utility>
 
 #include "Console.h"
-#include "FrameInput.h"
 #include "Progress.h"
+#include "files/FileSource.h"
+#include "input/FrameInput.h"
 #include "recording/OpenRecording.h"
 #include "recording/PointStatistics.h"
 #include "recording/ReadError.h"

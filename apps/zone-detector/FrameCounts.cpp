@@ -9,19 +9,20 @@
 
 #include "CloudReader.h"
 #include "Console.h"
-#include "HeightWarning.h"
-#include "InputWarnings.h"
-#include "Interrupt.h"
+#include "InputConsole.h"
 #include "Progress.h"
 #include "RunCommand.h"
-#include "Table.h"
-#include "ZoneCells.h"
 #include "document/Configuration.h"
 #include "document/FieldZones.h"
+#include "input/Interrupt.h"
+#include "recording/FrameWarnings.h"
+#include "session/HeightWarnings.h"
 #include "session/SensorZones.h"
+#include "session/ZoneCells.h"
 #include "session/ZoneCounter.h"
 #include "text/Record.h"
 #include "text/StampText.h"
+#include "text/Table.h"
 #include "text/Text.h"
 
 namespace orvantis::app {
@@ -60,7 +61,7 @@ void printSensorZones(const PointFrame& frame, const SensorZones& zones, std::ui
     table.addRow({std::to_string(i) + " " + zones[i]->getName(), sensors.empty() ? "all" : sensors,
                   std::to_string(frame.counts[i]), frame.counts[i] >= minPoints ? "yes" : "no"});
   }
-  table.print(console);
+  console.out << table.text(console.colour);
 }
 
 void printTable(const CountedFrame& frame, const std::vector<FieldZone>& zones,
@@ -83,7 +84,7 @@ void printTable(const CountedFrame& frame, const std::vector<FieldZone>& zones,
     row.insert(row.end(), {std::to_string(count), count >= minPoints ? "yes" : "no"});
     table.addRow(std::move(row));
   }
-  table.print(console);
+  console.out << table.text(console.colour);
   if (frame.sensorZones) {
     printSensorZones(*frame.sensorZones, sensorZones, minPoints, console);
   }
@@ -162,7 +163,7 @@ void printJson(const CountedFrame& frame, const std::vector<FieldZone>& zones, c
 // What all points of a frame are looked at for. A piece of it after the other, so that each is read from the
 // memory once.
 ZoneCounts lookAt(const InputFrame& frame, const PointClassifier& classifier, HeightWatch& heights,
-                  InputWarnings& warnings) {
+                  FrameWarnings& warnings) {
   constexpr std::size_t pieceSize = 16384;
   ZoneCounts sum;
   std::uint64_t atOrigin = frame.atOrigin.value_or(0);
@@ -199,9 +200,10 @@ int countFrames(const Configuration& configuration, const RunOptions& options, c
   const PointClassifier classifier(detector);
   const std::vector<FieldZone> zones = zonesOf(detector);
   HeightWatch heights(zones);
-  const std::unique_ptr<FrameSource> input = openFrames(options.recording, configuration, console);
+  const std::unique_ptr<FrameSource> input =
+      openFrames(options.recording, configuration, warningsTo(console));
   auto sensorMonitor = options.recording.sensors.empty() ? std::nullopt : monitorOfSensorZones(configuration);
-  InputWarnings warnings;
+  FrameWarnings warnings;
   Progress progress(console, input->frameCount());
   std::size_t number = 0;
   while (Interrupt::signal() == 0) {
@@ -223,9 +225,9 @@ int countFrames(const Configuration& configuration, const RunOptions& options, c
                                             configuration.sensorZones, minPoints, console);
     console.flush();
   }
-  warnings.tell(*input, console);
+  console.warn(warnings.texts(*input));
   if (Interrupt::signal() == 0) {
-    warnOfHeights(heights, console);
+    console.warn(warningsOf(heights));
   }
   return exitCodeOf(*input);
 }

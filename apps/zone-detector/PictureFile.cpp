@@ -4,8 +4,8 @@
 
 #include "Console.h"
 #include "RunCommand.h"
-#include "TimeLine.h"
 #include "files/AtomicFile.h"
+#include "recording/TimeLine.h"
 
 namespace orvantis::app {
 

@@ -15,7 +15,7 @@ class PictureFile : public SessionOutput {
   PictureFile(const RunOptions& options, toolkit::SessionPlot plot)
       : options_(options), plot_(std::move(plot)) {}
 
-  void add(const Moment& moment, const toolkit::SessionFrame& frame) override;
+  void add(const toolkit::Moment& moment, const toolkit::SessionFrame& frame) override;
   void finish(const SessionResult& result) override;
 
  private:

@@ -10,9 +10,9 @@
 #include "Console.h"
 #include "DocumentFile.h"
 #include "ExtentOption.h"
-#include "Input.h"
 #include "drawing/SitePlan.h"
 #include "files/AtomicFile.h"
+#include "input/Input.h"
 #include "session/ScanDots.h"
 #include "text/LowerCase.h"
 

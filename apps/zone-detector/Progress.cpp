@@ -4,7 +4,7 @@
 #include <unistd.h>
 
 #include "Console.h"
-#include "FrameSource.h"
+#include "recording/FrameSource.h"
 #include "text/Number.h"
 #include "text/Text.h"
 

@@ -5,10 +5,13 @@
 #include <optional>
 #include <string>
 
+namespace orvantis::toolkit {
+class FrameSource;
+}
+
 namespace orvantis::app {
 
 struct Console;
-class FrameSource;
 
 /// A line with the progress of the work, if the error stream is a terminal. It is erased before anything else
 /// is written and at the end. It is never wider than the terminal, because a wrapped line could not be
@@ -22,7 +25,7 @@ class Progress {
   ~Progress() { erase(); }
 
   /// @param input the source of the current frame
-  void show(std::size_t done, const FrameSource& input, const std::string& what);
+  void show(std::size_t done, const toolkit::FrameSource& input, const std::string& what);
   void erase();
 
  private:

@@ -6,8 +6,9 @@
 
 #include <CLI/CLI.hpp>
 
-#include "Input.h"
+#include "Console.h"
 #include "OptionChecks.h"
+#include "input/Input.h"
 
 namespace orvantis::app {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Recording.h"
+#include "input/Recording.h"
 
 namespace CLI {
 class App;
@@ -12,9 +12,9 @@ namespace orvantis::app {
 
 /// Adds the options for the sources of frames and tracked objects.
 /// @param recording must live as long as the command
-void addRecordingOptions(CLI::App& command, Recording& recording);
+void addRecordingOptions(CLI::App& command, toolkit::Recording& recording);
 
 /// @throws CLI::ParseError when there is no recording, or when more than one input is the standard input
-void checkRecording(const Recording& recording, const std::string& document);
+void checkRecording(const toolkit::Recording& recording, const std::string& document);
 
 }  // namespace orvantis::app

@@ -3,15 +3,15 @@
 #include <optional>
 #include <string>
 
-#include "Recording.h"
 #include "drawing/SvgPlan.h"
+#include "input/Recording.h"
 #include "session/SessionOptions.h"
 
 namespace orvantis::app {
 
 struct RunOptions {
   std::string document;
-  Recording recording;
+  toolkit::Recording recording;
   toolkit::SessionOptions session;
   bool json = false;       ///< one object per line instead of tables
   bool reference = false;  ///< ask every zone about every point instead of the batch classifier

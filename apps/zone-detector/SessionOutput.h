@@ -6,9 +6,11 @@
 #include "session/Session.h"
 #include "session/SessionSummary.h"
 
-namespace orvantis::app {
-
+namespace orvantis::toolkit {
 struct Moment;
+}
+
+namespace orvantis::app {
 
 /// The results of a whole session.
 struct SessionResult {
@@ -27,7 +29,7 @@ class SessionOutput {
   virtual ~SessionOutput() = default;
 
   /// Takes the next frame. @throws Failure when it cannot be written
-  virtual void add(const Moment& moment, const toolkit::SessionFrame& frame) = 0;
+  virtual void add(const toolkit::Moment& moment, const toolkit::SessionFrame& frame) = 0;
   /// Called once, after the last frame. @throws Failure when it cannot be written
   virtual void finish(const SessionResult& result) = 0;
 };

@@ -8,17 +8,16 @@
 
 #include "Console.h"
 #include "EventLines.h"
-#include "HeightWarning.h"
-#include "InputWarnings.h"
-#include "Interrupt.h"
+#include "InputConsole.h"
 #include "PictureFile.h"
 #include "Progress.h"
 #include "RunCommand.h"
 #include "TableFiles.h"
-#include "TimeLine.h"
 #include "document/FieldZones.h"
+#include "input/Interrupt.h"
+#include "recording/FrameWarnings.h"
 #include "session/Durations.h"
-#include "session/HeightWatch.h"
+#include "session/HeightWarnings.h"
 #include "session/Session.h"
 #include "session/SessionSummary.h"
 #include "text/Number.h"
@@ -76,7 +75,7 @@ std::optional<Moment> nextOf(TimeLine& timeLine) {
 
 int runSession(const Configuration& configuration, const RunOptions& options, const Console& console) {
   const Interrupt interrupt;
-  TimeLine timeLine(options.recording, configuration, console);
+  TimeLine timeLine = openTimeLine(options.recording, configuration, warningsTo(console));
   SessionOptions sessionOptions = options.session;
   sessionOptions.followsSensorZones = !options.recording.sensors.empty();
   Session session(configuration, sessionOptions);
@@ -84,7 +83,7 @@ int runSession(const Configuration& configuration, const RunOptions& options, co
   const std::vector<FieldZone> zones = zonesOf(configuration.detector);
   const SessionInputs inputs{options.recording.hasClouds(), options.recording.hasTracks()};
   HeightWatch heights(zones);
-  InputWarnings warnings;
+  FrameWarnings warnings;
   const auto outputs = outputsOf(options, configuration, session, inputs, console);
   Progress progress(console, timeLine.cloudCount());
   while (const std::optional<Moment> moment = nextOf(timeLine)) {
@@ -111,12 +110,9 @@ int runSession(const Configuration& configuration, const RunOptions& options, co
     output->finish({summary, session, zones, inputs});
   }
   printTaken(summary.taken(), console);
-  warnings.tell(timeLine.input(), console);
-  if (timeLine.numLate() > 0) {
-    console.warn(counted(timeLine.numLate(), "frame") + " left out: not later than the frame before");
-  }
+  console.warn(warnings.texts(timeLine));
   if (inputs.points && Interrupt::signal() == 0) {
-    warnOfHeights(heights, console);
+    console.warn(warningsOf(heights));
   }
   return exitCodeOf(timeLine.input());
 }

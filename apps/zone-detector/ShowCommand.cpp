@@ -13,12 +13,12 @@
 #include "Command.h"
 #include "Console.h"
 #include "DocumentFile.h"
-#include "Table.h"
 #include "document/DocumentJson.h"
 #include "document/FieldZones.h"
 #include "document/Shapes.h"
 #include "text/JsonText.h"
 #include "text/Number.h"
+#include "text/Table.h"
 #include "text/Text.h"
 
 namespace orvantis::app {
@@ -51,7 +51,7 @@ void printOptions(const ZoneDetector& detector, const Console& console) {
                                    counted(static_cast<std::uint64_t>(detector.getMinPoints()), "point")});
   table.addRow({"trigger active level", triggerLevelName(detector)});
   table.addRow({"software API command", detector.useSoftwareAPICommand() ? "used" : "not used"});
-  table.print(console);
+  console.out << table.text(console.colour);
 }
 
 void printFields(const ZoneDetector& detector, const Console& console) {
@@ -71,7 +71,7 @@ void printFields(const ZoneDetector& detector, const Console& console) {
       }
     }
   }
-  table.print(console);
+  console.out << table.text(console.colour);
 }
 
 void printExclusionZones(const ZoneDetector& detector, const Console& console) {
@@ -79,7 +79,7 @@ void printExclusionZones(const ZoneDetector& detector, const Console& console) {
   for (const auto& zone : detector.getExclusionZoneVector()) {
     table.addRow(zoneCells(*zone));
   }
-  table.print(console);
+  console.out << table.text(console.colour);
 }
 
 std::string pointText(const Point& point) {
@@ -133,7 +133,7 @@ void printGeometry(const ZoneDetector& detector, const Console& console) {
   for (const auto& zone : detector.getExclusionZoneVector()) {
     addGeometry(zone->getName(), *zone, table);
   }
-  table.print(console);
+  console.out << table.text(console.colour);
 }
 
 // One of eight arrows, for the direction rounded to an eighth of a turn.
@@ -170,7 +170,7 @@ void printCounterLines(const Configuration& configuration, const Console& consol
     table.addRow({name, text(points[0]), text(points[1]), arrow(direction) + " " + axes(direction),
                   arrow(left) + " " + axes(left)});
   }
-  table.print(console);
+  console.out << table.text(console.colour);
 }
 
 int show(const std::string& path, bool json, const Console& console) {

@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "Console.h"
-#include "Table.h"
-#include "ZoneCells.h"
+#include "session/ZoneCells.h"
 #include "text/StampText.h"
+#include "text/Table.h"
 
 namespace orvantis::app {
 namespace {
@@ -52,7 +52,7 @@ void printSummary(const SessionSummary& summary, const Session& session, const s
     zoneTable.addRow(std::move(row));
   }
   console.out << '\n';
-  zoneTable.print(console);
+  console.out << zoneTable.text(console.colour);
   if (!session.sensorZoneNames().empty()) {
     Table sensorZones({"SENSOR ZONE", ">OCCUPIED s", ">TIMES", ">PEAK POINTS"});
     for (std::size_t i = 0; i < session.sensorZoneNames().size(); ++i) {
@@ -61,7 +61,7 @@ void printSummary(const SessionSummary& summary, const Session& session, const s
                           std::to_string(of.activations), std::to_string(of.peakPoints)});
     }
     console.out << '\n';
-    sensorZones.print(console);
+    console.out << sensorZones.text(console.colour);
   }
   if (!inputs.objects) {
     return;
@@ -74,7 +74,7 @@ void printSummary(const SessionSummary& summary, const Session& session, const s
     }
   }
   console.out << '\n';
-  lineTable.print(console);
+  console.out << lineTable.text(console.colour);
 }
 
 }  // namespace orvantis::app

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "Console.h"
-#include "TimeLine.h"
+#include "recording/TimeLine.h"
 
 namespace orvantis::app {
 namespace {

@@ -17,7 +17,7 @@ class TableFiles : public SessionOutput {
   /// @throws Failure when something cannot be written, as do the other operations
   TableFiles(const std::string& folder, toolkit::SessionTables tables);
 
-  void add(const Moment& moment, const toolkit::SessionFrame& frame) override;
+  void add(const toolkit::Moment& moment, const toolkit::SessionFrame& frame) override;
   void finish(const SessionResult& result) override;
 
  private:

@@ -10,6 +10,7 @@
 #include "Command.h"
 #include "Console.h"
 #include "DocumentFile.h"
+#include "document/FindingText.h"
 #include "text/JsonText.h"
 #include "text/Text.h"
 

@@ -210,9 +210,8 @@ class Run:
 
 
 def warnings_of(parts):
-    """The warnings, without the name of the command."""
-    head = "zone-detector: warning: "
-    return tuple(line.removeprefix(head) for line in parts["warnings"].splitlines())
+    """What the command warns of, without its name."""
+    return tuple(parts["warnings"].splitlines())
 
 
 class _Progress:

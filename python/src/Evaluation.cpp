@@ -1,17 +1,13 @@
 #include <memory>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "Arrays.h"
-#include "Console.h"
 #include "Content.h"
 #include "Frames.h"
-#include "HeightWarning.h"
 #include "Helper.h"
-#include "InputWarnings.h"
 #include "Log.h"
 #include "Objects.h"
 #include "SessionArguments.h"
@@ -19,7 +15,8 @@
 #include "Stamps.h"
 #include "Text.h"
 #include "document/FieldZones.h"
-#include "session/HeightWatch.h"
+#include "recording/FrameWarnings.h"
+#include "session/HeightWarnings.h"
 #include "session/Session.h"
 #include "session/SessionPlot.h"
 #include "session/SessionSummary.h"
@@ -73,7 +70,7 @@ class Evaluation {
         return i;
       }
       if (moment->frame) {
-        inputWarnings_.add(*moment->frame);
+        frameWarnings_.add(*moment->frame);
         add(moment->stamp, moment->frame->points, moment->objectsOrNull(), moment->frame->file,
             pointsBySensor(*moment->frame));
       } else {
@@ -96,7 +93,7 @@ class Evaluation {
 
   Parts finish(const toolkit::SessionInputs& inputs, const std::string& title) {
     if (inputs.points) {
-      warn([this](const app::Console& console) { warnOfHeights(heights_, console); });
+      warn(toolkit::warningsOf(heights_));
     }
     Parts parts{events_,
                 frames_,
@@ -121,23 +118,15 @@ class Evaluation {
     }
   }
 
-  template <typename Tell>
-  void warn(const Tell& tell) {
-    std::ostringstream out;
-    std::ostringstream warnings;
-    tell(app::Console{out, warnings});
-    warnings_ += warnings.str();
+  void warn(const std::vector<std::string>& texts) {
+    for (const std::string& text : texts) {
+      warnings_ += text + "\n";
+    }
   }
 
   void tellInput(const Frames& frames) {
     warnings_ += frames.warnings();
-    warn([&](const app::Console& console) {
-      inputWarnings_.tell(frames.timeLine().input(), console);
-      if (frames.timeLine().numLate() > 0) {
-        console.warn(toolkit::counted(frames.timeLine().numLate(), "frame") +
-                     " left out: not later than the frame before");
-      }
-    });
+    warn(frameWarnings_.texts(frames.timeLine()));
   }
 
   toolkit::Configuration configuration_;
@@ -147,7 +136,7 @@ class Evaluation {
   toolkit::SessionTables tables_;
   std::optional<toolkit::SessionPlot> plot_;
   toolkit::HeightWatch heights_;
-  app::InputWarnings inputWarnings_;
+  toolkit::FrameWarnings frameWarnings_;
   std::string events_;
   std::string frames_;
   std::string warnings_;

@@ -9,7 +9,6 @@
 
 #include "Arrays.h"
 #include "Content.h"
-#include "FrameInput.h"
 #include "Helper.h"
 #include "Log.h"
 #include "Objects.h"
@@ -17,6 +16,7 @@
 #include "Stamps.h"
 #include "Text.h"
 #include "files/Failure.h"
+#include "input/FrameInput.h"
 
 namespace orvantis::python {
 namespace {
@@ -45,8 +45,8 @@ py::object copyOf(const toolkit::Points& points) {
   return std::visit([](const auto& view) { return copyOf(view); }, points);
 }
 
-app::Recording recordingOf(const py::dict& given) {
-  app::Recording recording;
+toolkit::Recording recordingOf(const py::dict& given) {
+  toolkit::Recording recording;
   recording.clouds = given["clouds"].cast<std::vector<std::string>>();
   recording.rate = given["rate"].cast<std::optional<double>>();
   recording.sensors = given["sensors"].cast<std::string>();
@@ -60,7 +60,7 @@ app::Recording recordingOf(const py::dict& given) {
 }
 
 py::object next(Frames& frames) {
-  std::optional<app::Moment> moment;
+  std::optional<toolkit::Moment> moment;
   {
     const Unlocked released;
     moment = frames.next();
@@ -77,8 +77,8 @@ py::object next(Frames& frames) {
 }
 
 py::object readPoints(const std::string& path) {
-  app::FrameInput input({path}, {});
-  std::optional<app::InputFrame> frame;
+  toolkit::FrameInput input({path}, {});
+  std::optional<toolkit::InputFrame> frame;
   {
     const Unlocked released;
     frame = input.next();
@@ -110,7 +110,7 @@ void bindFrames(py::module_& module) {
   py::register_exception_translator(&translate);
   py::class_<Frames>(module, "Frames")
       .def(py::init([](const py::dict& given, const Site& site) {
-             const app::Recording recording = recordingOf(given);
+             const toolkit::Recording recording = recordingOf(given);
              const toolkit::Configuration snapshot = snapshotOf(*site.configuration);
              const Unlocked released;
              return std::make_unique<Frames>(recording, snapshot);
@@ -120,7 +120,7 @@ void bindFrames(py::module_& module) {
       .def("next", &next, Logged());
   module.def("read_points", &readPoints, Logged());
   module.def(
-      "files_of", [](const std::string& folder) { return app::filesOf({folder}, {}); }, Released());
+      "files_of", [](const std::string& folder) { return toolkit::filesOf({folder}, {}); }, Released());
 }
 
 }  // namespace orvantis::python

@@ -1,12 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
-#include <sstream>
 #include <string>
 
-#include "Console.h"
-#include "TimeLine.h"
+#include "input/Recording.h"
 
 namespace orvantis::python {
 
@@ -15,20 +14,23 @@ class Frames {
  public:
   /// A warning names the zones that are bound to a sensor which is not there.
   /// @throws toolkit::Failure
-  Frames(const app::Recording& recording, const toolkit::Configuration& configuration)
-      : timeLine_(recording, configuration, {told_, warnings_}) {}
+  Frames(const toolkit::Recording& recording, const toolkit::Configuration& configuration)
+      : timeLine_(toolkit::openTimeLine(recording, configuration, {keep(), keep()})) {}
 
   /// Without the interpreter's lock. The points are valid until the next call. @throws toolkit::Failure
-  std::optional<app::Moment> next() { return timeLine_.next(); }
+  std::optional<toolkit::Moment> next() { return timeLine_.next(); }
   std::optional<std::size_t> count() const { return timeLine_.cloudCount(); }
-  const app::TimeLine& timeLine() const { return timeLine_; }
+  const toolkit::TimeLine& timeLine() const { return timeLine_; }
   /// What was warned of when it was opened, a line each.
-  std::string warnings() const { return warnings_.str(); }
+  const std::string& warnings() const { return warnings_; }
 
  private:
-  std::ostringstream told_;
-  std::ostringstream warnings_;
-  app::TimeLine timeLine_;
+  std::function<void(const std::string&)> keep() {
+    return [this](const std::string& text) { warnings_ += text + "\n"; };
+  }
+
+  std::string warnings_;
+  toolkit::TimeLine timeLine_;
 };
 
 }  // namespace orvantis::python

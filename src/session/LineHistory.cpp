@@ -60,4 +60,18 @@ void LineHistory::add(Stamp stamp, const std::vector<TrackedObject>& objects,
   }
 }
 
+TrackStory LineHistory::lastStoryOf(std::int32_t track) const {
+  TrackStory story;
+  story.track = track;
+  if (track < 0) {
+    story.explanation.verdict = filter::monitor::CrossingVerdict::NoIdentity;
+  }
+  for (const TrackStory& candidate : stories_) {
+    if (candidate.track == track) {
+      story = candidate;
+    }
+  }
+  return story;
+}
+
 }  // namespace orvantis::toolkit

@@ -51,6 +51,8 @@ class LineHistory {
 
   /// In the order in which the tracks were first seen.
   const std::vector<TrackStory>& stories() const { return stories_; }
+  /// The last story of a track. One that was never seen has a story without sightings.
+  TrackStory lastStoryOf(std::int32_t track) const;
   const std::vector<StampedSighting>& sightings() const { return sightings_; }
 
  private:

@@ -31,6 +31,16 @@ bool sameLines(const Lines& a, const Lines& b) {
 
 }  // namespace
 
+std::vector<Crossing> crossingsOf(const SessionFrame& frame) {
+  std::vector<Crossing> crossings;
+  for (const Event& event : frame.events) {
+    if (const auto* crossing = std::get_if<Crossing>(&event)) {
+      crossings.push_back(*crossing);
+    }
+  }
+  return crossings;
+}
+
 Session::Session(const Configuration& configuration, const SessionOptions& options)
     : zones_(configuration.detector),
       sensorZones_(options.followsSensorZones ? monitorOfSensorZones(configuration) : std::nullopt),

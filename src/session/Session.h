@@ -46,6 +46,9 @@ struct SessionFrame {
   filter::monitor::Duration taken{0};  ///< by the monitors, without the reading of files
 };
 
+/// Those of the events that are crossings.
+std::vector<filter::monitor::Crossing> crossingsOf(const SessionFrame& frame);
+
 /// A frame of points that were counted before.
 struct CountedPoints {
   filter::classify::ZoneCounts counts;  ///< by a classifier of the same zones

@@ -110,6 +110,10 @@ std::string errorText(int number) {
   return std::generic_category().message(number);
 }
 
+std::string bold(const std::string& text, bool isColoured) {
+  return isColoured ? "\033[1m" + text + "\033[0m" : text;
+}
+
 std::string counted(std::uint64_t count, std::string_view singular) {
   return std::to_string(count) + " " + std::string(singular) + (count == 1 ? "" : "s");
 }

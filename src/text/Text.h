@@ -31,6 +31,9 @@ std::string endOf(std::string_view head, std::string_view text, std::size_t colu
 /// The system's message for an error number.
 std::string errorText(int number);
 
+/// The text in bold for a terminal, if it is to be coloured.
+std::string bold(const std::string& text, bool isColoured);
+
 /// "1 point", "2 points".
 std::string counted(std::uint64_t count, std::string_view singular);
 

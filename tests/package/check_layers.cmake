@@ -16,6 +16,7 @@ set(may_use_document text trigonometry detector) # of the detector the header of
 set(may_use_drawing document text trigonometry)
 set(may_use_recording text files trigonometry)
 set(may_use_session drawing document text trigonometry)
+set(may_use_input recording document files text)
 
 # Public headers that a folder must not know, as it stands below them.
 set(no_detector "filter/detection/ZoneDetector.h|filter/classify/|filter/monitor/")
@@ -36,6 +37,7 @@ set(forbidden_document "filter/classify/|filter/monitor/")
 set(forbidden_drawing "filter/classify/|filter/monitor/")
 set(forbidden_recording "settings/|filter/detection/")
 set(forbidden_session "settings/")
+set(forbidden_input "settings/")
 
 file(GLOB folders RELATIVE ${SOURCE_DIR} ${SOURCE_DIR}/*)
 foreach(folder IN LISTS folders)

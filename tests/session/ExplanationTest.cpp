@@ -123,11 +123,8 @@ LineHistory historyOf(const std::vector<std::vector<TrackedObject>>& frames,
   LineHistory history(configuration.lines.at("Door"), 0.0, 2s, track);
   for (std::size_t i = 0; i < frames.size(); ++i) {
     const Stamp stamp = std::chrono::seconds(i);
-    std::vector<filter::monitor::Crossing> crossings;
-    for (const Event& event : session.take(stamp, std::nullopt, &frames[i]).events) {
-      crossings.push_back(std::get<filter::monitor::Crossing>(event));
-    }
-    history.add(stamp, frames[i], crossings, session.lines());
+    const SessionFrame frame = session.take(stamp, std::nullopt, &frames[i]);
+    history.add(stamp, frames[i], crossingsOf(frame), session.lines());
   }
   return history;
 }
@@ -150,6 +147,14 @@ TEST(LineHistory, KeepsEveryTrackAlsoThoseThatTheCounterForgot) {
   EXPECT_EQ(history.sightings()[1].beside->distance, 0.0);
   EXPECT_FALSE(history.sightings()[1].beside->isClear);
   EXPECT_TRUE(history.sightings()[2].beside->isClear);
+}
+
+TEST(LineHistory, KnowsTheLastStoryOfATrackAndAnEmptyOneOfOthers) {
+  const LineHistory history = historyOf({{person(2, -2)}, {}, {}, {}, {person(2, -1)}}, 2);
+  EXPECT_EQ(history.lastStoryOf(2).firstSeen, Stamp(4s));
+  EXPECT_EQ(history.lastStoryOf(7).track, 7);
+  EXPECT_EQ(history.lastStoryOf(7).explanation.verdict, TrackStory().explanation.verdict);
+  EXPECT_EQ(history.lastStoryOf(-1).explanation.verdict, CrossingVerdict::NoIdentity);
 }
 
 TEST(LineHistory, ATrackThatWasFirstSeenOnTheLineSaysSo) {

@@ -11,12 +11,10 @@
 #include <filter/monitor/Stamp.h>
 
 #include "files/ByteSource.h"
-#include "recording/ColumnNames.h"
+#include "recording/FrameMaker.h"
+#include "recording/FrameOptions.h"
 #include "recording/FrameReader.h"
-#include "recording/PointFilter.h"
-#include "recording/PointMover.h"
-#include "recording/Pose.h"
-#include "recording/RecordingReader.h"
+#include "recording/FrameSource.h"
 
 namespace orvantis::engine {
 
@@ -27,65 +25,38 @@ struct NamedSource {
   std::function<std::unique_ptr<toolkit::ByteSource>()> open;
 };
 
-/// How the bytes of files become the points of frames.
-struct FrameOptions {
-  toolkit::ColumnNames columns;     ///< of .bin and text files; none: found out
-  std::vector<std::string> topics;  ///< of recordings; none: the only one
-  toolkit::StampFrom stampFrom = toolkit::StampFrom::header;
-  toolkit::PointLimits limits;
-  std::optional<toolkit::Pose> pose;  ///< of the sensor in the frame of the site; none: the points are in it
-};
-
-/// A frame of points.
-struct CloudFrame {
-  std::string file;
-  std::string topic;                            ///< of a recording; empty: the file is one frame
-  std::optional<filter::monitor::Stamp> stamp;  ///< of a recording
-  toolkit::Points points;                       ///< in the frame of the site; valid until the next frame
-  std::vector<toolkit::Column> columns;
-  std::uint64_t atOrigin = 0;  ///< points at exactly (0, 0, 0), those that were dropped among them
-  toolkit::DroppedPoints dropped;
-};
-
 /// The frames of files, one after the other. A file is one frame, or a recording of many, which is read by
 /// ranges.
-class CloudStream {
+class CloudStream final : public toolkit::FrameSource {
  public:
-  CloudStream(std::vector<NamedSource> files, FrameOptions options);
+  /// @param stamps of the files, which are then single frames; empty: they have none, or their own
+  CloudStream(std::vector<NamedSource> files, std::vector<filter::monitor::Stamp> stamps,
+              toolkit::FrameOptions options);
 
-  /// @return nothing at the end
-  /// @throws Failure with the name, the place and the reason
-  std::optional<CloudFrame> next();
+  std::optional<toolkit::InputFrame> next() override;
 
   /// How strongly each point of the frame that `next` gave last was reflected, in the order of its points and
   /// in the unit of its file. Empty where the file says nothing of it, or points were left out.
   /// @throws std::bad_alloc
   std::vector<float> intensities();
 
-  /// Bytes of files that were wholly read so far.
-  std::uint64_t bytes() const { return bytes_; }
-  /// Recordings that could not be read to their end, in words, and those whose stamps go back.
-  const std::vector<std::string>& warnings() const { return warnings_; }
+  std::uint64_t bytes() const override { return maker_.bytes(); }
+  std::optional<std::size_t> frameCount() const override { return std::nullopt; }
+  std::vector<std::string> warnings() const override { return maker_.warnings(); }
+  bool isDamaged() const override { return maker_.isDamaged(); }
 
  private:
-  std::optional<CloudFrame> nextOfRecording();
-  CloudFrame frameOf(const NamedSource& file);
-  void finish();
-  toolkit::Points placed(toolkit::Points points, CloudFrame& frame);
+  std::optional<toolkit::InputFrame> nextFrame();
   toolkit::Points lastWith(const std::string& column);
 
   std::vector<NamedSource> files_;
-  FrameOptions options_;
+  std::vector<filter::monitor::Stamp> stamps_;
+  toolkit::FrameOptions options_;
   std::size_t numOpened_ = 0;
-  toolkit::FrameReader reader_;
-  toolkit::FrameReader columnReader_;  // beside the points of a frame
-  toolkit::PointFilter filter_;
-  toolkit::PointMover mover_;
-  std::unique_ptr<toolkit::ByteSource> source_;          // the file that was opened last
-  std::unique_ptr<toolkit::RecordingReader> recording_;  // of it; null: it is one frame
-  std::optional<std::string> intensity_;                 // the column of the frame that was given last
-  std::uint64_t bytes_ = 0;
-  std::vector<std::string> warnings_;
+  std::unique_ptr<toolkit::ByteSource> source_;  // of the single frame that was given out last
+  toolkit::FrameMaker maker_;
+  toolkit::FrameReader columnReader_;     // beside the points of a frame
+  std::optional<std::string> intensity_;  // the column of the frame that was given last
 };
 
 }  // namespace orvantis::engine

@@ -4,20 +4,17 @@
 #include <utility>
 #include <vector>
 
-#include "ConsoleText.h"
-#include "ExplanationTables.h"
 #include "MomentFeed.h"
 #include "files/Failure.h"
 #include "session/BestFrames.h"
 #include "session/ExplanationRecords.h"
+#include "session/ExplanationText.h"
 #include "session/LineHistory.h"
 #include "session/Session.h"
-#include "text/StampText.h"
 #include "text/Text.h"
 
 namespace orvantis::engine {
 
-using filter::monitor::Crossing;
 using filter::monitor::Stamp;
 using toolkit::Failure;
 
@@ -44,31 +41,6 @@ std::optional<std::size_t> lastPoints(const Contents* contents, std::size_t mome
     }
   }
   return std::nullopt;
-}
-
-std::vector<Crossing> crossingsOf(const toolkit::SessionFrame& frame) {
-  std::vector<Crossing> crossings;
-  for (const toolkit::Event& event : frame.events) {
-    if (const auto* crossing = std::get_if<Crossing>(&event)) {
-      crossings.push_back(*crossing);
-    }
-  }
-  return crossings;
-}
-
-// The last of the lives of a track; one that was never seen has a story without sightings.
-toolkit::TrackStory storyOf(std::int32_t track, const toolkit::LineHistory& history) {
-  toolkit::TrackStory story;
-  story.track = track;
-  if (track < 0) {
-    story.explanation.verdict = filter::monitor::CrossingVerdict::NoIdentity;
-  }
-  for (const toolkit::TrackStory& candidate : history.stories()) {
-    if (candidate.track == track) {
-      story = candidate;
-    }
-  }
-  return story;
 }
 
 std::string recordsOf(const std::vector<toolkit::ZoneMoment>& moments) {
@@ -114,11 +86,9 @@ Explanation explainBest(const std::shared_ptr<Recording>& recording,
       best.add(moments);
     }
   }
-  ConsoleText console;
-  if (!best.moments().empty()) {
-    app::printBestFrames(best.moments(), configuration.detector.getMinPoints(), console.console());
-  }
-  return {recordsOf(best.moments()), console.text()};
+  const int minPoints = configuration.detector.getMinPoints();
+  return {recordsOf(best.moments()),
+          best.moments().empty() ? "" : toolkit::bestFramesText(best.moments(), minPoints, false)};
 }
 
 }  // namespace
@@ -144,13 +114,7 @@ Explanation explainZones(const std::shared_ptr<Recording>& recording,
     if (i < *wanted) {
       continue;
     }
-    ConsoleText console;
-    if (!moments.empty()) {
-      console.console().out << toolkit::printable(fed->file) << " at " << toolkit::toText(fed->stamp)
-                            << " s\n";
-      app::printZones(moments, configuration.detector.getMinPoints(), console.console());
-    }
-    return {recordsOf(moments), console.text()};
+    return {recordsOf(moments), toolkit::zonesText(moments, configuration.detector.getMinPoints(), false)};
   }
   throw Failure("the recording has become shorter");
 }
@@ -177,27 +141,28 @@ Explanation explainLine(const std::shared_ptr<Recording>& recording,
     const toolkit::SessionFrame frame = session.take(kept.stamp, std::nullopt, objects);
     if (objects != nullptr) {
       last = kept.stamp;
-      history.add(kept.stamp, *objects, crossingsOf(frame), session.lines());
+      history.add(kept.stamp, *objects, toolkit::crossingsOf(frame), session.lines());
     }
   }
   if (!last) {
     throw Failure("there are no tracked objects up to this moment");
   }
   Records records;
-  ConsoleText console;
+  std::string text;
   if (track) {
-    records.push_back(toolkit::recordOf(line, storyOf(*track, history)));
+    const toolkit::TrackStory story = history.lastStoryOf(*track);
+    records.push_back(toolkit::recordOf(line, story));
     for (const toolkit::StampedSighting& sighting : history.sightings()) {
       records.push_back(toolkit::recordOf(sighting));
     }
-    app::printTrack(line, *last, storyOf(*track, history), history.sightings(), console.console());
+    text = toolkit::trackText(line, *last, story, history.sightings(), false);
   } else {
     for (const toolkit::TrackStory& story : history.stories()) {
       records.push_back(toolkit::recordOf(line, story));
     }
-    app::printTracks(line, history.stories(), console.console());
+    text = toolkit::tracksText(line, history.stories(), false);
   }
-  return {arrayOf(records), console.text()};
+  return {arrayOf(records), text};
 }
 
 }  // namespace orvantis::engine

@@ -2,8 +2,7 @@
 
 #include <string_view>
 
-#include "CloudStream.h"
-#include "TimeLine.h"
+#include "RecordingFiles.h"
 
 namespace orvantis::engine {
 

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "files/Failure.h"
-#include "text/Text.h"
 
 namespace orvantis::engine {
 
@@ -18,7 +17,7 @@ MomentFeed::MomentFeed(std::shared_ptr<Recording> recording, std::shared_ptr<con
       pointsAt_(pointsAt) {
   const bool needsFiles = !contents_ || (!contents_->keepsPoints && (!counts_ || pointsAt_));
   if (needsFiles) {
-    timeLine_.emplace(recording_->files(), recording_->options());
+    timeLine_.emplace(openFiles(recording_->files(), recording_->options()).timeLine);
   }
 }
 
@@ -47,21 +46,18 @@ void MomentFeed::keep(const FedMoment& moment) {
   }
 }
 
-FedMoment MomentFeed::read(Moment moment) {
+FedMoment MomentFeed::read(toolkit::Moment moment) {
   current_ = std::move(moment);
   FedMoment fed;
   fed.stamp = current_->stamp;
   fed.objects = current_->objectsOrNull();
   if (current_->frame) {
-    const CloudFrame& frame = *current_->frame;
+    const toolkit::InputFrame& frame = *current_->frame;
     fed.hasPoints = true;
     fed.points = frame.points;
     fed.pointCount = sizeOf(frame.points);
     fed.file = frame.file;
-    if ((frame.atOrigin - frame.dropped.atOrigin) * 100 > fed.pointCount) {
-      firstAtOrigin_ = framesAtOrigin_ == 0 ? frame.file : firstAtOrigin_;
-      ++framesAtOrigin_;
-    }
+    warnings_.add(frame);
   }
   if (!contents_) {
     keep(fed);
@@ -73,19 +69,7 @@ void MomentFeed::finish() {
   if (contents_) {
     return;
   }
-  if (framesAtOrigin_ > 0) {
-    found_.warnings.push_back("in " + toolkit::counted(framesAtOrigin_, "frame") + ", first in " +
-                              toolkit::printable(firstAtOrigin_) +
-                              ", more than 1 % of the points are at (0, 0, 0), as many drivers write \"no "
-                              "return\"; --drop-origin leaves them out");
-  }
-  const auto& ofClouds = timeLine_->clouds().warnings();
-  found_.warnings.insert(found_.warnings.end(), ofClouds.begin(), ofClouds.end());
-  found_.numLate = timeLine_->numLate();
-  if (found_.numLate > 0) {
-    found_.warnings.push_back(toolkit::counted(found_.numLate, "frame") +
-                              " left out: not later than the frame before");
-  }
+  found_.warnings = warnings_.texts(*timeLine_);
   recording_->setContents(std::move(found_));
   contents_ = recording_->contents();
 }

@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "Recording.h"
+#include "recording/FrameWarnings.h"
 #include "recording/Points.h"
+#include "recording/TimeLine.h"
 
 namespace orvantis::engine {
 
@@ -38,10 +40,10 @@ class MomentFeed {
 
   /// Known at the end. In words, as the command warns.
   std::vector<std::string> warnings() const;
-  std::uint64_t bytes() const { return timeLine_ ? timeLine_->clouds().bytes() : recording_->size(); }
+  std::uint64_t bytes() const { return timeLine_ ? timeLine_->input().bytes() : recording_->size(); }
 
  private:
-  FedMoment read(Moment moment);
+  FedMoment read(toolkit::Moment moment);
   void keep(const FedMoment& moment);
   void finish();
   std::optional<FedMoment> nextKept();
@@ -50,13 +52,12 @@ class MomentFeed {
   std::shared_ptr<const Contents> contents_;  // of a recording that was read before
   std::shared_ptr<const FrameCounts> counts_;
   std::optional<std::size_t> pointsAt_;
-  std::optional<TimeLine> timeLine_;  // while the files are read
+  std::optional<toolkit::TimeLine> timeLine_;  // while the files are read
   std::size_t position_ = 0;
-  std::optional<Moment> current_;
+  std::optional<toolkit::Moment> current_;
   Contents found_;
   std::size_t keptBytes_ = 0;
-  std::uint64_t framesAtOrigin_ = 0;  // frames in which more than 1 % of the points are at the origin
-  std::string firstAtOrigin_;
+  toolkit::FrameWarnings warnings_;
 };
 
 }  // namespace orvantis::engine

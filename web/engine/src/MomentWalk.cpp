@@ -4,15 +4,15 @@
 
 namespace orvantis::engine {
 
-const CloudFrame& MomentWalk::frameAt(std::size_t moment) {
-  if (!timeLine_ || !last_ || moment + 1 < numRead_) {
+const toolkit::InputFrame& MomentWalk::frameAt(std::size_t moment) {
+  if (!opened_ || !last_ || moment + 1 < numRead_) {
     last_.reset();
-    timeLine_.emplace(files_, options_);
+    opened_.emplace(openFiles(files_, options_));
     numRead_ = 0;
   }
   while (numRead_ <= moment && (numRead_ == 0 || last_)) {
     last_.reset();  // what cannot be read is begun anew
-    last_ = timeLine_->next();
+    last_ = opened_->timeLine.next();
     ++numRead_;
   }
   if (!last_ || !last_->frame) {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "TimeLine.h"
+#include "RecordingFiles.h"
 
 namespace orvantis::engine {
 
@@ -17,16 +17,16 @@ class MomentWalk {
 
   /// The points at a moment; valid until the next call.
   /// @throws Failure when there are none, or when the files cannot be read
-  const CloudFrame& frameAt(std::size_t moment);
+  const toolkit::InputFrame& frameAt(std::size_t moment);
   /// Of the frame that was given last, in the order of its points; empty where its file has none.
-  std::vector<float> intensities() { return timeLine_->intensities(); }
+  std::vector<float> intensities() { return opened_->clouds->intensities(); }
 
  private:
   const RecordingFiles& files_;
   const RecordingOptions& options_;
-  std::optional<TimeLine> timeLine_;
+  std::optional<OpenedFiles> opened_;
   std::size_t numRead_ = 0;
-  std::optional<Moment> last_;
+  std::optional<toolkit::Moment> last_;
 };
 
 }  // namespace orvantis::engine

@@ -84,7 +84,7 @@ bool isFirstOf(const LocatedNode& option, const std::string& first, const std::s
 }
 
 void read(const LocatedNode& option, RecordingOptions& options) {
-  FrameOptions& frames = options.frames;
+  toolkit::FrameOptions& frames = options.frames;
   if (option.name == "columns") {
     frames.columns = toolkit::parseColumnNames(textOf(option));
   } else if (option.name == "pose") {

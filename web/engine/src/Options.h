@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "TimeLine.h"
+#include "RecordingFiles.h"
 #include "session/SessionOptions.h"
 
 namespace orvantis::engine {

@@ -14,7 +14,7 @@
 
 #include "KeptPoints.h"
 #include "MomentWalk.h"
-#include "TimeLine.h"
+#include "RecordingFiles.h"
 #include "ZoneSignature.h"
 #include "session/HeightWatch.h"
 
@@ -35,7 +35,6 @@ struct Contents {
   std::vector<KeptMoment> moments;
   bool keepsPoints = true;  ///< of every moment
   std::vector<std::string> warnings;
-  std::uint64_t numLate = 0;
 };
 
 /// The counts of all frames by one set of zones.

@@ -84,7 +84,7 @@ ENGINE_EXPORT Scene* engine_open_moment(const SharedRecording* recording, std::s
       return std::make_unique<Scene>(contents->moments[moment].points.view()).release();
     }
     MomentWalk& walk = (*recording)->walk();
-    const CloudFrame& frame = walk.frameAt(moment);
+    const toolkit::InputFrame& frame = walk.frameAt(moment);
     const std::vector<float> intensities = wantsIntensities != 0 ? walk.intensities() : std::vector<float>();
     return std::make_unique<Scene>(frame.points, intensities).release();
   });

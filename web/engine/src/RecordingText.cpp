@@ -6,7 +6,7 @@
 #include <boost/json/object.hpp>
 
 #include "HostDecoders.h"
-#include "NamedRead.h"
+#include "recording/NamedRead.h"
 #include "recording/OpenRecording.h"
 #include "recording/RecordingContents.h"
 #include "text/JsonText.h"
@@ -25,7 +25,7 @@ array topicsOf(const NamedSource& file) {
   if (!toolkit::isRecording(source->bytes(0, 16))) {
     return topics;
   }
-  const toolkit::RecordingContents contents = named(file.name, [&] {
+  const toolkit::RecordingContents contents = toolkit::named(file.name, [&] {
     const toolkit::OpenRecording opened = toolkit::openRecording(*source, decoders());
     return toolkit::contentsOf(*opened.messages);
   });

@@ -2,9 +2,8 @@
 
 #include <utility>
 
-#include "ConsoleText.h"
-#include "HeightWarning.h"
 #include "session/EventText.h"
+#include "session/HeightWarnings.h"
 #include "session/SummaryRecords.h"
 #include "text/JsonText.h"
 #include "text/Record.h"
@@ -130,9 +129,7 @@ std::string Run::summary() const {
 std::vector<std::string> Run::warnings() const {
   std::vector<std::string> warnings = feed_.warnings();
   if (inputs_.points) {
-    ConsoleText console;
-    app::warnOfHeights(heights_, console.console());
-    const std::vector<std::string> ofHeights = console.warnings();
+    const std::vector<std::string> ofHeights = toolkit::warningsOf(heights_);
     warnings.insert(warnings.end(), ofHeights.begin(), ofHeights.end());
   }
   return warnings;

@@ -37,7 +37,8 @@ Scene::Scene(const Points& points, std::span<const float> intensities)
   statistics_.add(points);
 }
 
-Scene::Scene(const CloudFrame& frame, std::span<const float> intensities) : Scene(frame.points, intensities) {
+Scene::Scene(const toolkit::InputFrame& frame, std::span<const float> intensities)
+    : Scene(frame.points, intensities) {
   dropped_ = frame.dropped;
   for (const toolkit::Column& column : frame.columns) {
     columns_.push_back(column.name);

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "CloudStream.h"
 #include "PointTiles.h"
 #include "TileCounts.h"
 #include "document/Check.h"
+#include "recording/FrameSource.h"
 #include "recording/PointStatistics.h"
 
 namespace orvantis::engine {
@@ -19,7 +19,7 @@ namespace orvantis::engine {
 class Scene {
  public:
   /// @param intensities one for each point, or none
-  explicit Scene(const CloudFrame& frame, std::span<const float> intensities);
+  explicit Scene(const toolkit::InputFrame& frame, std::span<const float> intensities);
   explicit Scene(const Points& points, std::span<const float> intensities = {});
 
   /// `Scene` of types.ts without the positions, as JSON.

@@ -23,7 +23,7 @@ ENGINE_EXPORT Scene* engine_open_frame(const char* file, std::size_t fileSize, c
                                        std::size_t optionsSize) {
   return guarded<Scene*>(nullptr, [&] {
     const NamedSource source = hostFileOf({file, fileSize});
-    CloudStream stream({source}, recordingOptionsOf({options, optionsSize}).frames);
+    CloudStream stream({source}, {}, recordingOptionsOf({options, optionsSize}).frames);
     const auto frame = stream.next();
     if (!frame) {
       throw toolkit::Failure(source.name, "cannot be read: there is no frame in it");
