@@ -40,8 +40,7 @@ std::size_t wholeGroups(std::size_t size) {
 }  // namespace
 
 template <typename Real>
-Blocks<Real>::Blocks(const PointsView<Real>& points, std::uint64_t* masks)
-    : points_(points), masks_(masks), layout_(Layout::Arrays), numDirect_(0) {
+Blocks<Real>::Blocks(const PointsView<Real>& points, std::uint64_t* masks) : points_(points), masks_(masks) {
   if (areArrays(points)) {
     numDirect_ = wholeGroups<Real>(points.size);
   } else if (points.size > 0 && areRecords(points)) {

@@ -29,8 +29,8 @@ class Blocks {
 
   PointsView<Real> points_;
   std::uint64_t* masks_;
-  Layout layout_;
-  std::size_t numDirect_;  // how many points, from the first one on, are read where they lie
+  Layout layout_ = Layout::Arrays;
+  std::size_t numDirect_ = 0;  // how many points, from the first one on, are read where they lie
   std::size_t first_ = 0;
   std::size_t size_ = 0;
   Block<Real> block_{};
