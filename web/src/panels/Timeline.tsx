@@ -139,7 +139,7 @@ function TimeAxis({ axis }: { axis: Axis }) {
     ticks.push(
       <g key={i}>
         <path d={`M${x.toFixed(1)} 14v4`} />
-        <text x={x} y="11" text-anchor={i === 0 ? 'start' : 'middle'}>
+        <text x={x} y="11" text-anchor={i === 0 ? 'start' : (i + 1) * step > duration ? 'end' : 'middle'}>
           {timeText(i * step, step)}
         </text>
       </g>,

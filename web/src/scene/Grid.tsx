@@ -1,6 +1,6 @@
 // The metric grid with its numbers, the origin with the sensor above it, and the scale bar.
 
-import { decimalsOf, gridStep, niceStep, type PlanCamera, type Size, toPixel, toPlane } from './camera';
+import { decimalsOf, gridStep, niceStep, type PlanCamera, type Size, ticksOf, toPixel, toPlane } from './camera';
 
 function numberText(value: number, decimals: number): string {
   return (value + 0)
@@ -16,7 +16,7 @@ export function Grid({ camera, size }: { camera: PlanCamera; size: Size }) {
   const high = toPlane(camera, size, { x: size.width, y: 0 });
   const lines: string[] = [];
   const texts = [];
-  for (let i = Math.ceil(low.x / step); i * step <= high.x; ++i) {
+  for (const i of ticksOf(low.x, high.x, step)) {
     const { x } = toPixel(camera, size, { x: i * step, y: 0 });
     lines.push(`M${x.toFixed(1)} 0v${size.height}`);
     if (x > 24)
@@ -26,7 +26,7 @@ export function Grid({ camera, size }: { camera: PlanCamera; size: Size }) {
         </text>,
       );
   }
-  for (let i = Math.ceil(low.y / step); i * step <= high.y; ++i) {
+  for (const i of ticksOf(low.y, high.y, step)) {
     const { y } = toPixel(camera, size, { x: 0, y: i * step });
     lines.push(`M0 ${y.toFixed(1)}h${size.width}`);
     if (y < size.height - 24)

@@ -7,7 +7,7 @@ import type { State } from '../app/state';
 import { tidy } from '../edit/geometry';
 import type { Doc, Zone } from '../edit/model';
 import { withHeight } from '../edit/values';
-import { decimalsOf, type Matrix, niceStep } from './camera';
+import { decimalsOf, type Matrix, niceStep, ticksOf } from './camera';
 import { PointCanvas } from './PointCanvas';
 import { colourOf } from './Shapes';
 import { useShading } from './useShading';
@@ -86,8 +86,7 @@ export function SideView({ state, isDark }: { state: State; isDark: boolean }) {
   const scale = size.height / (range.high - range.low);
   const toY = (z: number): number => size.height - (z - range.low) * scale;
   const step = niceStep(34 / scale);
-  const ticks = [];
-  for (let i = Math.ceil(range.low / step); i * step <= range.high; ++i) ticks.push(i * step);
+  const ticks = ticksOf(range.low, range.high, step).map((i) => i * step);
 
   const grab =
     (key: Key) =>

@@ -22,10 +22,17 @@ export interface Orbit {
   readonly distance: number;
 }
 
+const FARTHEST = 1e7; // pixels: a picture takes no number that is much longer
+
+function held(pixel: number): number {
+  return Math.min(FARTHEST, Math.max(-FARTHEST, pixel));
+}
+
+/** What is far outside of the view stands at its end of the numbers that a picture takes. */
 export function toPixel(camera: PlanCamera, size: Size, p: Pt): Pt {
   return {
-    x: size.width / 2 + (p.x - camera.x) * camera.scale,
-    y: size.height / 2 - (p.y - camera.y) * camera.scale,
+    x: held(size.width / 2 + (p.x - camera.x) * camera.scale),
+    y: held(size.height / 2 - (p.y - camera.y) * camera.scale),
   };
 }
 
@@ -56,8 +63,8 @@ export function fitted(low: Pt, high: Pt, size: Size): PlanCamera {
   const height = Math.max(high.y - low.y, 0.5);
   const scale = 0.9 * Math.min(size.width / width, size.height / height);
   return {
-    x: (low.x + high.x) / 2,
-    y: (low.y + high.y) / 2,
+    x: low.x / 2 + high.x / 2,
+    y: low.y / 2 + high.y / 2,
     scale: Math.min(GREATEST_SCALE, Math.max(LEAST_SCALE, scale)),
   };
 }
@@ -70,6 +77,18 @@ export function niceStep(atLeast: number): number {
 
 export function decimalsOf(step: number): number {
   return Math.max(0, -Math.floor(Math.log10(step) + 1e-9));
+}
+
+const MOST_TICKS = 1000;
+
+/**
+ * The whole multiples of a step from one value to another, as numbers of steps; none where they are too many, or where
+ * a double does not tell them apart: files hold any number.
+ */
+export function ticksOf(low: number, high: number, step: number): number[] {
+  const [first, last] = [Math.ceil(low / step), Math.floor(high / step)];
+  const isTold = Number.isSafeInteger(first) && Number.isSafeInteger(last) && last - first < MOST_TICKS;
+  return isTold ? Array.from({ length: Math.max(0, last - first + 1) }, (_, i) => first + i) : [];
 }
 
 /** Between lines of the grid, in metres. */
@@ -143,7 +162,7 @@ export function project(m: Matrix, size: Size, x: number, y: number, z: number):
   const w = m[3]! * x + m[7]! * y + m[11]! * z + m[15]!;
   if (w <= 1e-9) return null;
   return {
-    x: (0.5 + (0.5 * (m[0]! * x + m[4]! * y + m[8]! * z + m[12]!)) / w) * size.width,
-    y: (0.5 - (0.5 * (m[1]! * x + m[5]! * y + m[9]! * z + m[13]!)) / w) * size.height,
+    x: held((0.5 + (0.5 * (m[0]! * x + m[4]! * y + m[8]! * z + m[12]!)) / w) * size.width),
+    y: held((0.5 - (0.5 * (m[1]! * x + m[5]! * y + m[9]! * z + m[13]!)) / w) * size.height),
   };
 }

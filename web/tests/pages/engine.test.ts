@@ -174,7 +174,7 @@ describe('what if', () => {
     const now = person.page.locator(`[data-row="${walkway}"]`);
     const before = await now.getAttribute('d');
     await person.click({ x: 11, y: 9.5 });
-    await person.drag({ x: 11, y: 9.5 }, { x: 27, y: 17 });
+    await person.drag({ x: 11, y: 9.5 }, { x: 24, y: 9.5 });
     await expect.poll(() => now.getAttribute('d')).not.toBe(before);
     // The bars of before begin where those of now began.
     const was = await person.page.locator('.row .was').first().getAttribute('d');

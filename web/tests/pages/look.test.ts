@@ -106,7 +106,7 @@ describe('how it looks', () => {
     await dropFiles(person, [{ name: 'few.xyz', text: 'x y z intensity\n11 7 1 5\n0 0 0 1\n' }]);
     await person.page.getByText('Drop a recording here to play it.').waitFor();
     await person.page.getByLabel('Points by').selectOption('intensity');
-    await person.page.getByLabel(/^dashed/).check();
+    await person.page.locator('.bar input[type=checkbox]').check();
     expect(await faultsOf(person), 'a frame alone').toEqual([]);
     await person.picture('frame-alone');
     await dropFiles(person, [{ name: 'bad.json', text: '{"ZoneDetector": {"sensitivity": 60}' }]);

@@ -12,6 +12,7 @@ import {
   orbitMatrix,
   planMatrix,
   project,
+  ticksOf,
   toPixel,
   toPlane,
   zoomed,
@@ -35,12 +36,39 @@ describe('the camera', () => {
     expect(toPlane(camera, size, { x: 425, y: 275 })).toEqual({ x: 4, y: -1 });
   });
 
+  test('what is far away stands where a picture still takes it', () => {
+    expect(toPixel(camera, size, { x: 1e300, y: -1e300 })).toEqual({ x: 1e7, y: 1e7 });
+  });
+
   test('the place under the pointer stays when the wheel turns', () => {
     const pixel = { x: 100, y: 500 };
     const before = toPlane(camera, size, pixel);
     const after = toPlane(zoomed(camera, size, pixel, 1.7), size, pixel);
     expect(after.x).toBeCloseTo(before.x, 12);
     expect(after.y).toBeCloseTo(before.y, 12);
+  });
+
+  test('ticks are the multiples of a step, and few, whatever numbers a file holds', () => {
+    expect(ticksOf(-1, 1.1, 0.5)).toEqual([-2, -1, 0, 1, 2]);
+    expect(ticksOf(0.1, 0.2, 1)).toEqual([]);
+    expect(ticksOf(2, 1, 0.1)).toEqual([]);
+    for (const [low, high, step] of [
+      [1e300, 1e300, 1],
+      [1e17, 1e17 + 16, 2],
+      [-Infinity, Infinity, 1],
+      [NaN, 1, 1],
+      [0, 1, 0],
+      [0, 1, NaN],
+      [0, 1001, 1],
+    ] as const)
+      expect(ticksOf(low, high, step)).toEqual([]);
+    expect(ticksOf(0, 999, 1)).toHaveLength(1000);
+  });
+
+  test('shapes at the ends of the range of numbers leave a camera that can be moved', () => {
+    const { x, y, scale } = fitted({ x: 1e308, y: -1.7e308 }, { x: 1.7e308, y: 1.7e308 }, size);
+    expect([x, y, scale].every(Number.isFinite)).toBe(true);
+    expect(scale).toBe(1e-3);
   });
 
   test('everything is in view after fitting', () => {

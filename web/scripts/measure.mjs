@@ -1,0 +1,150 @@
+// What the built page takes, printed and not judged: node scripts/measure.mjs. Needs dist/, and the Chromium that the
+// tests use. Times of the browser are those of its main thread, from its own trace.
+import { loadavg } from 'node:os';
+import { chromium } from 'playwright-core';
+import { createServer, preview } from 'vite';
+
+const MILLION = 1_000_000;
+const sorted = (values) => [...values].sort((a, b) => a - b);
+const middle = (values) => sorted(values)[values.length >> 1];
+const text = (values) =>
+  values.length === 0
+    ? 'none'
+    : `${middle(values).toFixed(1)} ms typical, ${Math.max(...values).toFixed(1)} worst of ${values.length}`;
+
+// A million points in a street of 200 m, as a file that names its columns.
+function cloud() {
+  const header = `VERSION 0.7\nFIELDS x y z intensity\nSIZE 4 4 4 4\nTYPE F F F F\nCOUNT 1 1 1 1\nWIDTH ${1_000_000}\nHEIGHT 1\nPOINTS ${1_000_000}\nDATA binary\n`;
+  const values = new Float32Array(4 * 1_000_000);
+  let state = 1;
+  const random = () => (state = (state * 48271) % 2147483647) / 2147483647;
+  for (let i = 0; i < values.length; i += 4) {
+    values[i] = 60 * (random() - 0.5);
+    values[i + 1] = 40 * (random() - 0.5);
+    values[i + 2] = 4 * random();
+    values[i + 3] = 255 * random();
+  }
+  return new File([header, values], 'million.pcd');
+}
+
+async function recoloured() {
+  const server = await createServer({ server: { middlewareMode: true, hmr: false, ws: false }, logLevel: 'silent' });
+  const { pointColours } = await server.ssrLoadModule('/src/scene/colours.ts');
+  const positions = Float32Array.from({ length: 3 * MILLION }, (_, i) => ((i * 7919) % 4001) / 1000);
+  const intensities = Float32Array.from({ length: MILLION }, (_, i) => (i * 31) % 256);
+  const verdicts = Uint8Array.from({ length: MILLION }, (_, i) => (i % 10 === 0 ? 1 : 0));
+  const scene = { positions, intensities, origin: [0, 0, 0], ground: 0 };
+  for (const colouring of ['verdict', 'height', 'intensity']) {
+    const shading = { colouring, isDark: false, reach: [{ low: 0.2, high: 3 }] };
+    const times = Array.from({ length: 30 }, () => {
+      const begin = performance.now();
+      pointColours(scene, { verdicts }, shading);
+      return performance.now() - begin;
+    });
+    console.log(`a million points coloured by ${colouring}: ${text(times.slice(5))}`);
+  }
+  await server.close();
+}
+
+/** Milliseconds of the main thread by kind while something is done. */
+async function traced(browser, page, act) {
+  await browser.startTracing(page, { categories: ['devtools.timeline'] });
+  await act();
+  const { traceEvents } = JSON.parse((await browser.stopTracing()).toString());
+  const main = traceEvents.find((one) => one.name === 'thread_name' && one.args.name === 'CrRendererMain');
+  const isMain = (one) => main === undefined || one.tid === main.tid;
+  const of = (name, isWanted = () => true) =>
+    traceEvents
+      .filter((one) => one.ph === 'X' && one.name === name && one.dur > 0 && isMain(one) && isWanted(one))
+      .map((one) => one.dur / 1000);
+  const isDrag = (one) => /^(pointer|mouse)/.test(one.args.data?.type ?? '');
+  return { handlers: of('EventDispatch', isDrag), frames: of('FireAnimationFrame') };
+}
+
+async function ready(page) {
+  await page.waitForFunction(() => /\d+ point/.test(document.querySelector('.labels')?.textContent ?? ''));
+}
+
+async function pixelOf(page, x, y) {
+  return page.evaluate(
+    ([px, py]) => {
+      const view = document.querySelector('.plan');
+      const box = view.getBoundingClientRect();
+      const [cx, cy, scale] = view.dataset.camera.split(' ').map(Number);
+      return [box.left + box.width / 2 + (px - cx) * scale, box.top + box.height / 2 - (py - cy) * scale];
+    },
+    [x, y],
+  );
+}
+
+async function dragged(page) {
+  const [x, y] = await pixelOf(page, 11, 9.5);
+  await page.mouse.click(x, y);
+  const [a, b] = await pixelOf(page, 8.6, 4);
+  await page.mouse.move(a, b);
+  await page.mouse.down();
+  for (let i = 1; i <= 60; ++i) await page.mouse.move(a + i, b + 20 * Math.sin(i / 5));
+  await page.keyboard.press('Escape');
+  await page.mouse.up();
+}
+
+async function recolouredInPage(page) {
+  for (const colouring of ['height', 'intensity', 'verdict', 'height', 'intensity', 'verdict']) {
+    await page.getByLabel('Points by').selectOption(colouring);
+    await page.evaluate(() => new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done))));
+  }
+}
+
+async function drop(page) {
+  await page.evaluate(`(async () => {
+    const data = new DataTransfer();
+    data.items.add((${cloud.toString()})());
+    document.querySelector('.plan').dispatchEvent(new DragEvent('drop', { bubbles: true, dataTransfer: data }));
+  })()`);
+  await page.getByText('million.pcd: 1000000 points').first().waitFor();
+  await page.waitForTimeout(2000);
+}
+
+console.log(
+  `load before: ${loadavg()
+    .map((one) => one.toFixed(2))
+    .join(' ')}`,
+);
+await recoloured();
+const server = await preview({ preview: { port: 0 }, logLevel: 'silent' });
+const address = server.resolvedUrls.local[0];
+const browser = await chromium.launch({
+  executablePath: process.env.STUDIO_BROWSER ?? '/usr/bin/chromium',
+  args: ['--no-sandbox'],
+});
+const [paints, starts] = [[], []];
+for (let i = 0; i < 5; ++i) {
+  const context = await browser.newContext({ viewport: { width: 1280, height: 800 } });
+  const page = await context.newPage();
+  await page.goto(address);
+  await ready(page);
+  starts.push(await page.evaluate(() => performance.now()));
+  paints.push(await page.evaluate(() => performance.getEntriesByName('first-contentful-paint')[0]?.startTime ?? 0));
+  await context.close();
+}
+console.log(`first paint: ${text(paints)}; example counted and ready: ${text(starts)}`);
+const page = await browser.newPage({ viewport: { width: 1280, height: 800 } });
+await page.goto(address);
+await ready(page);
+for (const what of ['the example', 'a million points']) {
+  if (what !== 'the example') await drop(page);
+  const { handlers, frames } = await traced(browser, page, () => dragged(page));
+  console.log(`dragging a corner over ${what}: handlers ${text(handlers)}; what is drawn in a frame ${text(frames)}`);
+}
+const { frames } = await traced(browser, page, () => recolouredInPage(page));
+console.log(
+  `another colouring of a million points, drawn by the processor too: ${text(frames.filter((one) => one > 5))}`,
+);
+await browser.close();
+await server.close();
+console.log(
+  `load after: ${loadavg()
+    .map((one) => one.toFixed(2))
+    .join(' ')}`,
+);
+process.exit(0);
