@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """What recordings of each kind cost, how a Dask cluster on this machine scales, and what tiny recordings cost.
 
-    PYTHONPATH=build/release/python benchmarks/python/fleet.py [kinds] [scaling] [tiny]
+    PYTHONPATH=build/release/python benchmarks/python/batches.py [kinds] [scaling] [tiny]
 
 Tables are compared before times are told. Needs python3-distributed."""
 import contextlib
