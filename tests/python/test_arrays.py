@@ -147,6 +147,16 @@ def test_what_is_converted_is_converted_once(site, points, given):
     assert 24 * len(whole) <= allocated(lambda: site.classify(whole, out)) < 24 * len(whole) + 4_000
 
 
+def test_points_that_are_not_finite_are_in_no_zone_whichever_way_they_run():
+    site, infinite = oz.Site(), float("inf")
+    site.fields[0] = [oz.Zone(square(), -infinite, infinite)]
+    points = np.array([(1, 1, infinite), (1, 1, 1), (1, 1, 0), (9, 9, 0)])
+    for given, masks, within in ((points, [1, 1, 1, 0], [1, 2]), (points[::-1], [0, 1, 1, 1], [1, 2]),
+                                 (points[::2], [1, 1], [1]), (points[2::-2], [1, 1], [0])):
+        assert site.classify(given).tolist() == masks and site.indices(given, 0, 0).tolist() == within
+        assert int(site.count(given).inside[0, 0]) == len(within) and site.count(given).no_returns == 1
+
+
 REFUSED = {
     "masked": (lambda p: np.ma.masked_array(p), ValueError, "a masked array was given"),
     "ragged": (lambda p: [[1.0, 2.0, 3.0], [4.0]], ValueError, "inhomogeneous"),
