@@ -74,6 +74,67 @@ TEST(EdgeCrossings, HugeAndTinyCoordinatesAreExact) {
   EXPECT_EQ(pairsOf({{0, 0}, {0, tiny}, {huge, 0}}), Pairs());
 }
 
+// Whole numbers of 52 bits, of which the products have twice as many: where those are rounded, a vertex near
+// a line comes to the wrong side of it. Two numbers of 64 bits hold the products here.
+class WideTurn {
+ public:
+  WideTurn(std::int64_t a, std::int64_t b) : isNegative_((a < 0) != (b < 0)) {
+    const auto x = static_cast<std::uint64_t>(a < 0 ? -a : a);
+    const auto y = static_cast<std::uint64_t>(b < 0 ? -b : b);
+    constexpr std::uint64_t half = 0xFFFFFFFFU;
+    const std::uint64_t middle = (x >> 32U) * (y & half) + ((x & half) * (y & half) >> 32U);
+    const std::uint64_t other = (x & half) * (y >> 32U) + (middle & half);
+    high_ = (x >> 32U) * (y >> 32U) + (middle >> 32U) + (other >> 32U);
+    low_ = x * y;
+  }
+  bool isAbove(const WideTurn& other) const {
+    const auto sign = [](const WideTurn& n) { return n.high_ + n.low_ == 0 ? 0 : n.isNegative_ ? -1 : 1; };
+    if (sign(*this) != sign(other)) {
+      return sign(*this) > sign(other);
+    }
+    const std::pair mine(high_, low_);
+    const std::pair its(other.high_, other.low_);
+    return isNegative_ ? mine < its : mine > its;
+  }
+
+ private:
+  bool isNegative_;
+  std::uint64_t high_;
+  std::uint64_t low_;
+};
+
+TEST(EdgeCrossings, NearALineTheVertexIsOnItsSide) {
+  std::mt19937_64 random(7);
+  constexpr std::int64_t unit = std::int64_t{1} << 50;
+  constexpr std::int64_t step = 1024;  // between the doubles from 4 to 8 step * unit
+  const auto below = [&](std::int64_t bound) {
+    return static_cast<std::int64_t>(random() % static_cast<std::uint64_t>(bound));
+  };
+  int numWrong = 0;  // by rounded products
+  for (int round = 0; round < 3000; ++round) {
+    const std::int64_t ax = below(unit);
+    const std::int64_t ay = below(unit);
+    const std::int64_t bx = step * (3 * unit + below(unit));
+    const std::int64_t by = step * (3 * unit + below(unit));
+    const std::int64_t cx = step * (2 * unit + below(unit / 2));
+    const double slope = static_cast<double>(by - ay) / static_cast<double>(bx - ax);
+    const double onLine = static_cast<double>(ay) + slope * static_cast<double>(cx - ax);
+    const std::int64_t cy = step * (std::llround(onLine / static_cast<double>(step)) + below(5) - 2);
+    const bool isLeft = WideTurn(bx - ax, cy - ay).isAbove(WideTurn(by - ay, cx - ax));
+    const auto at = [](std::int64_t x, std::int64_t y) {
+      return filter::detection::Point(std::ldexp(static_cast<double>(x), -50),
+                                      std::ldexp(static_cast<double>(y), -50));
+    };
+    const Ring ring = {at(ax, ay), at(bx, by), at(0, 7 * step * unit), at(cx, cy),
+                       at(-step * unit, 7 * step * unit)};
+    ASSERT_EQ(pairsOf(ring).empty(), isLeft) << "round " << round;
+    const double rounded = (ring[1].x() - ring[0].x()) * (ring[3].y() - ring[0].y()) -
+                           (ring[1].y() - ring[0].y()) * (ring[3].x() - ring[0].x());
+    numWrong += (rounded > 0.0) != isLeft ? 1 : 0;
+  }
+  EXPECT_GT(numWrong, 100);
+}
+
 // Small whole coordinates make every degenerate case likely, and 64-bit integers decide them exactly.
 class IntegerOracle {
  public:
