@@ -148,7 +148,9 @@ export function App() {
           {state.scene ? <Legend state={state} scene={state.scene} /> : null}
           <span class="gap" />
           <span class="pointer">{placeText(state)}</span>
-          <span title="The engine's version and its memory">{state.engineVersion}</span>
+          <span class="version" title="The engine's version and its memory">
+            {state.engineVersion}
+          </span>
         </div>
       </footer>
       <p class={`message ${state.message?.isError ? 'error' : ''}`} role={state.message?.isError ? 'alert' : 'status'}>

@@ -23,12 +23,3 @@ export function reachOf(doc: Doc): readonly Interval[] | null {
   }
   return merged.length > 0 ? merged : null;
 }
-
-/** @param reach as reachOf gives it */
-export function isWithin(reach: readonly Interval[], value: number): boolean {
-  for (const { low, high } of reach) {
-    if (value < low) return false;
-    if (value <= high) return true;
-  }
-  return false;
-}

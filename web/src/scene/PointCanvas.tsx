@@ -3,7 +3,7 @@
 import { useEffect, useMemo, useRef } from 'preact/hooks';
 import type { Counts, Scene } from '../../engine/types';
 import type { Matrix, Size } from './camera';
-import { pointColours, type Shading } from './colours';
+import { coloured, type Coloured, type Shading } from './colours';
 import { type PointPainter, rasterPainter } from './raster';
 import { webglPainter } from './webgl';
 
@@ -19,6 +19,9 @@ interface Props {
 
 const NO_POINTS = new Float32Array(0);
 const NO_COLOURS = new Uint32Array(0);
+
+// All views show the same points.
+let last: Coloured | null = null;
 
 // "?points=card" or "?points=loop" chooses, for those who compare the two.
 function painterOf(canvas: HTMLCanvasElement): PointPainter {
@@ -41,7 +44,10 @@ export function PointCanvas({ scene, counts, shading, size, look, matrixOf }: Pr
     painter.current = painterOf(canvas);
     return () => holder.current?.replaceChildren();
   }, []);
-  const colours = useMemo(() => (scene ? pointColours(scene, counts, shading) : NO_COLOURS), [scene, counts, shading]);
+  const colours = useMemo(
+    () => (scene ? (last = coloured(scene, counts, shading, last)).colours : NO_COLOURS),
+    [scene, counts, shading],
+  );
   useEffect(() => {
     const ratio = window.devicePixelRatio || 1;
     const device = {

@@ -2,7 +2,7 @@
 
 import { VERDICT, verdictOf, type Counts, type Scene } from '../../engine/types';
 import type { Colouring } from '../app/state';
-import { type Interval, isWithin } from '../edit/reach';
+import type { Interval } from '../edit/reach';
 
 const FIELDS = ['#0072b2', '#d55e00', '#009e73', '#aa4499', '#b8860b', '#56a0d3', '#7a5195', '#8c564b'];
 export const EXCLUSION = '#5b6672';
@@ -95,49 +95,69 @@ function intensityRange(values: Float32Array): Interval | null {
   return range;
 }
 
-// A step of the ramp for each point, 256 where there is nothing to show.
-function rampSteps(scene: Scene, colouring: Colouring): Uint16Array | null {
-  const { positions, intensities } = scene;
-  const ends = rampEnds(scene, colouring);
-  if (!ends) return null;
-  const steps = new Uint16Array(positions.length / 3);
-  const factor = 255 / Math.max(ends.high - ends.low, 1e-30);
-  if (colouring === 'height') {
-    const lowest = (scene.ground ?? 0) + ends.low - scene.origin[2];
-    for (let k = 0, i = 2; k < steps.length; ++k, i += 3) {
-      steps[k] = Math.min(255, Math.max(0, (positions[i]! - lowest) * factor + 0.5));
+/** The colour of a point by its number and its verdict. What counts is lit in any case. */
+function colourerOf(scene: Scene, shading: Shading): (k: number, verdict: number) => number {
+  const { positions, origin, intensities, atOrigin } = scene;
+  const { ground, low, high, counted, taken, away } = shading.isDark ? DARK : LIGHT;
+  const [x0, y0, z0] = [-origin[0], -origin[1], -origin[2]];
+  const floor = (scene.ground ?? 0) + z0;
+  const reach = shading.reach ? Float64Array.from(shading.reach.flatMap((one) => [one.low + z0, one.high + z0])) : null;
+  const ends = rampEnds(scene, shading.colouring);
+  const isHeight = shading.colouring === 'height';
+  const values = !ends ? null : isHeight ? positions : intensities;
+  const [step, first] = isHeight ? [3, 2] : [1, 0];
+  const least = (ends?.low ?? 0) + (isHeight ? floor : 0);
+  const factor = ends ? 255 / Math.max(ends.high - ends.low, 1e-30) : 0;
+  return (k, verdict) => {
+    if (verdict === VERDICT.counted) return counted;
+    if (verdict === VERDICT.taken) return taken;
+    const i = 3 * k;
+    const z = positions[i + 2]!;
+    // Drivers write the origin for what did not come back.
+    if (atOrigin > 0 && z === z0 && positions[i] === x0 && positions[i + 1] === y0) return away;
+    if (reach) {
+      let at = 0;
+      while (at < reach.length && z > reach[at + 1]!) at += 2;
+      if (at === reach.length || z < reach[at]!) return away;
     }
-  } else {
-    for (let k = 0; k < steps.length; ++k) {
-      const value = intensities![k]!;
-      steps[k] = Number.isFinite(value) ? Math.min(255, Math.max(0, (value - ends.low) * factor + 0.5)) : 256;
+    if (values) {
+      const value = values[step * k + first]!;
+      const t = (value - least) * factor + 0.5;
+      if (value - value === 0) return RAMP_STEPS[t < 0 ? 0 : t > 255 ? 255 : t | 0]!;
     }
-  }
-  return steps;
+    if (verdict === VERDICT.excluded) return away;
+    return z - floor <= 0.25 ? ground : z - floor <= 0.7 ? low : high;
+  };
 }
 
-/** A colour for each point of the scene. What counts is lit in any case. */
-export function pointColours(scene: Scene, counts: Counts | null, shading: Shading): Uint32Array {
-  const { positions, origin } = scene;
-  const shades = shading.isDark ? DARK : LIGHT;
-  const colours = new Uint32Array(positions.length / 3);
-  const ground = (scene.ground ?? 0) - origin[2];
-  const verdicts = counts?.verdicts?.length === colours.length ? counts.verdicts : null;
-  const steps = rampSteps(scene, shading.colouring);
-  const reach = shading.reach?.map(({ low, high }) => ({ low: low - origin[2], high: high - origin[2] })) ?? null;
-  const [x0, y0, z0] = [-origin[0], -origin[1], -origin[2]];
-  for (let k = 0, i = 0; k < colours.length; ++k, i += 3) {
-    const z = positions[i + 2]!;
-    const verdict = verdicts ? verdictOf(verdicts[k]!) : VERDICT.outside;
-    const step = steps ? steps[k]! : 256;
-    if (verdict === VERDICT.counted) colours[k] = shades.counted;
-    else if (verdict === VERDICT.taken) colours[k] = shades.taken;
-    // Drivers write the origin for what did not come back.
-    else if (z === z0 && positions[i] === x0 && positions[i + 1] === y0) colours[k] = shades.away;
-    else if (reach && !isWithin(reach, z)) colours[k] = shades.away;
-    else if (step < 256) colours[k] = RAMP_STEPS[step]!;
-    else if (verdict === VERDICT.excluded) colours[k] = shades.away;
-    else colours[k] = z - ground <= 0.25 ? shades.ground : z - ground <= 0.7 ? shades.low : shades.high;
+/** The points of a scene with their colours. */
+export interface Coloured {
+  readonly scene: Scene;
+  readonly verdicts: Uint8Array | null;
+  readonly shading: Shading;
+  readonly colours: Uint32Array;
+}
+
+function isSame(a: Shading, b: Shading): boolean {
+  return a.colouring === b.colouring && a.isDark === b.isDark && JSON.stringify(a.reach) === JSON.stringify(b.reach);
+}
+
+/** A colour for each point of the scene; where only verdicts differ from the last time, of those that differ. */
+export function coloured(scene: Scene, counts: Counts | null, shading: Shading, last: Coloured | null): Coloured {
+  const size = scene.positions.length / 3;
+  const verdicts = counts?.verdicts?.length === size ? counts.verdicts : null;
+  const colour = colourerOf(scene, shading);
+  if (last?.scene === scene && isSame(last.shading, shading)) {
+    if (last.verdicts === verdicts) return last;
+    if (last.verdicts && verdicts) {
+      const colours = last.colours.slice();
+      const before = last.verdicts;
+      for (let k = 0; k < size; ++k) if (before[k] !== verdicts[k]) colours[k] = colour(k, verdictOf(verdicts[k]!));
+      return { scene, verdicts, shading, colours };
+    }
   }
-  return colours;
+  const colours = new Uint32Array(size);
+  if (verdicts) for (let k = 0; k < size; ++k) colours[k] = colour(k, verdictOf(verdicts[k]!));
+  else for (let k = 0; k < size; ++k) colours[k] = colour(k, VERDICT.outside);
+  return { scene, verdicts, shading, colours };
 }

@@ -1,9 +1,10 @@
 import { describe, expect, test } from 'vitest';
 import { type Counts, type Scene, VERDICT } from '../../engine/types';
 import { type Doc, read } from '../../src/edit/model';
-import { isWithin, reachOf } from '../../src/edit/reach';
-import { pointColours, rampEnds } from '../../src/scene/colours';
+import { reachOf } from '../../src/edit/reach';
+import { coloured, rampEnds, type Shading } from '../../src/scene/colours';
 import { crossing } from './example';
+import { randomOf } from './random';
 
 const hex = (colour: number): string =>
   [0, 8, 16].map((shift) => ((colour >>> shift) & 255).toString(16).padStart(2, '0')).join('');
@@ -13,7 +14,7 @@ function sceneOf(points: readonly (readonly number[])[], more: Partial<Scene> = 
     id: 1,
     points: points.length,
     noReturns: 0,
-    atOrigin: 0,
+    atOrigin: points.filter((point) => point.every((value) => value === 0)).length,
     dropped: 0,
     droppedAtOrigin: 0,
     droppedTooNear: 0,
@@ -47,23 +48,10 @@ describe('what no zone reaches', () => {
     expect(reachOf(withHeights([2, 1]))).toBeNull();
     expect(reachOf(read('{}'))).toBeNull();
   });
-
-  test('both ends are reached', () => {
-    const reach = [
-      { low: 0, high: 2 },
-      { low: 3, high: 4 },
-    ];
-    expect([-0.1, 0, 2, 2.1, 3, 4, 4.1].map((z) => isWithin(reach, z))).toEqual([
-      false,
-      true,
-      true,
-      false,
-      true,
-      true,
-      false,
-    ]);
-  });
 });
+
+const pointColours = (scene: Scene, found: Counts | null, shading: Shading): Uint32Array =>
+  coloured(scene, found, shading, null).colours;
 
 describe('colours of points', () => {
   const shading = { colouring: 'verdict', isDark: false, reach: [{ low: 0.5, high: 2 }] } as const;
@@ -107,7 +95,7 @@ describe('colours of points', () => {
         [0, 0, 0],
         [-5000, -6000, -100],
       ],
-      { origin: [5000, 6000, 100] },
+      { origin: [5000, 6000, 100], atOrigin: 1 },
     );
     const at = (reach: readonly { low: number; high: number }[]): string[] =>
       Array.from(pointColours(scene, null, { ...shading, reach }), hex);
@@ -151,5 +139,34 @@ describe('colours of points', () => {
     expect(hex(pointColours(scene, null, { ...shading, colouring: 'intensity' })[0]!)).toBe('3e5870');
     const flat = sceneOf([[1, 1, 1]], { intensities: Float32Array.of(7) });
     expect(hex(pointColours(flat, null, { ...shading, colouring: 'intensity' })[0]!)).toBe('30437f');
+  });
+
+  test('both ends of each interval of heights are reached', () => {
+    const scene = sceneOf([-0.5, 0, 2, 2.5, 3, 4, 4.5].map((z) => [1, 1, z]));
+    const reach = [
+      { low: 0, high: 2 },
+      { low: 3, high: 4 },
+    ];
+    const pale = Array.from(pointColours(scene, null, { ...shading, reach }), (one) => hex(one) === 'd5dbe1');
+    expect(pale).toEqual([true, false, false, true, false, false, true]);
+  });
+
+  test('after an edit only what differs is coloured again, and equals what is coloured anew; seed 11', () => {
+    const random = randomOf(11);
+    const points = Array.from({ length: 500 }, () => [random(), random(), 4 * random()]);
+    const scene = sceneOf(points, { intensities: Float32Array.from(points, () => random()) });
+    const verdicts = (): Counts => counts(points.map(() => Math.floor(4 * random())));
+    let last = coloured(scene, null, shading, null);
+    for (let i = 0; i < 100; ++i) {
+      const now = random() < 0.1 ? null : verdicts();
+      const colouring = (['verdict', 'height', 'intensity'] as const)[Math.floor(random() * 3)]!;
+      const how = random() < 0.3 ? { ...shading, colouring, isDark: random() < 0.5 } : last.shading;
+      const before = last.colours.slice();
+      const next = coloured(scene, now, how, last);
+      expect(next.colours).toEqual(coloured(scene, now, how, null).colours);
+      expect(last.colours).toEqual(before);
+      last = next;
+    }
+    expect(coloured(scene, { verdicts: last.verdicts } as Counts, { ...last.shading }, last)).toBe(last);
   });
 });
