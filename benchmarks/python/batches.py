@@ -5,6 +5,7 @@
 
 Tables are compared before times are told. Needs python3-distributed."""
 import contextlib
+import os
 import pathlib
 import sys
 import tempfile
@@ -13,6 +14,7 @@ import time
 import recordings
 
 import orvantis_zones as oz
+import orvantis_zones.batch._shares
 from orvantis_zones.batch import evaluate
 from orvantis_zones.batch._unit import units_of
 from orvantis_zones.batch._work import work
@@ -104,6 +106,24 @@ def tiny(folder):
         assert told("on Dask, 2 workers", lambda: evaluate(cluster.site(), made, client=client)) == expected
         assert told("the same with a folder",
                     lambda: evaluate(cluster.site(), made, client=client, folder=folder / "b")) == expected
+        a_task_for_each(made[:1000], client, folder / "c")
+
+
+def a_task_for_each(made, client, folder):
+    """What a recording that is long enough for a task of its own costs client and scheduler."""
+    orvantis_zones.batch._shares._MOST = 1
+    scheduler = client.run_on_scheduler(os.getpid)
+    spent = [processor_time(process) for process in (os.getpid(), scheduler)]
+    evaluate(cluster.site(), made, client=client, folder=folder)
+    for name, process, before in zip(("client", "scheduler"), (os.getpid(), scheduler), spent):
+        print(f"A task for each on Dask, with a folder: {(processor_time(process) - before) / len(made) * 1e3:.1f} ms of the "
+              f"{name}'s processor time each")
+
+
+def processor_time(process):
+    """In seconds, of all threads."""
+    fields = pathlib.Path(f"/proc/{process}/stat").read_text().rpartition(")")[2].split()
+    return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
 
 
 def main(names):

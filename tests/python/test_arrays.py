@@ -157,6 +157,16 @@ def test_points_that_are_not_finite_are_in_no_zone_whichever_way_they_run():
         assert int(site.count(given).inside[0, 0]) == len(within) and site.count(given).no_returns == 1
 
 
+def test_counts_are_told_by_name():
+    site, nan = oz.Site(), float("nan")
+    site.fields[2] = [None, oz.Zone(square())]
+    site.exclusion_zones.append(oz.Zone(square(0.5, name="pillar")))
+    points = [(0.25, 0.25, 1), (1, 1, 1), (nan, 1, 1), (1, nan, 1), (9, 9, 9), (1, 1, 2), (1.5, 1, 2)]
+    for counts in (site.count(points), site.classifier().count(points), oz.Session(site).take(0, points).counts):
+        assert (counts.excluded, counts.no_returns, counts.total) == (1, 2, 7)
+        assert [tuple(place) for place in np.argwhere(counts.inside)] == [(2, 1)] and counts.inside[2, 1] == 3
+
+
 REFUSED = {
     "masked": (lambda p: np.ma.masked_array(p), ValueError, "a masked array was given"),
     "ragged": (lambda p: [[1.0, 2.0, 3.0], [4.0]], ValueError, "inhomogeneous"),

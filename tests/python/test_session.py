@@ -183,8 +183,12 @@ def test_a_session_keeps_the_site_as_it_was(gate):
 def test_a_session_keeps_the_names_as_they_were(gate):
     session = oz.Session(gate)
     gate.zone(0, 0).name = "other"
-    gate.exclusion_zones.append(oz.Zone(square(0.5, name="pillar")))
     assert [event.zone_name for event in session.take(1.0, HERE).events[:1]] == ["gate"]
+    assert [why.zone_name for why in session.explain(HERE)] == ["gate"]
+    gate.exclusion_zones.append(oz.Zone(square(1.5, name="pillar")))
+    session.reconfigure(gate)
+    gate.exclusion_zones[0].name = "column"
+    assert [(why.zone_name, why.taken_by) for why in session.explain(HERE)] == [("other", {"pillar": 1})]
 
 
 def test_a_session_is_not_copied_by_chance(gate):
