@@ -46,10 +46,10 @@ PlanCell CellMaker::cellOf(std::uint64_t held, const std::vector<const Stroke*>&
   return tangledCell(held);
 }
 
-PlanCell CellMaker::askingCell(std::uint64_t held, std::uint64_t asked) {
+PlanCell CellMaker::askingCell(std::uint64_t held, std::uint64_t zones) {
   decisions_.clear();
   for (std::uint8_t bit = 0; bit < numBits; ++bit) {
-    if ((asked >> bit & 1U) != 0) {
+    if ((zones >> bit & 1U) != 0) {
       decisions_.push_back(asking(bit));
     }
   }

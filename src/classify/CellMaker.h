@@ -21,7 +21,7 @@ class CellMaker {
   PlanCell cellOf(std::uint64_t held, const std::vector<const Stroke*>& borders);
 
   /// A cell that asks these zones.
-  PlanCell askingCell(std::uint64_t held, std::uint64_t asked);
+  PlanCell askingCell(std::uint64_t held, std::uint64_t zones);
 
   PlanCells& cells() { return cells_; }
 
