@@ -54,7 +54,7 @@ HWY_INLINE void collectGroup(const std::uint64_t* from, std::size_t first, std::
 
 #endif
 
-void collectPending(const std::uint64_t* from, const Places& places, Pending& pending) {
+inline void collectPending(const std::uint64_t* from, const Places& places, Pending& pending) {
   std::uint32_t* cells = pending.cell.points.data();
   std::uint32_t* heights = pending.height.points.data();
   for (std::size_t k = 0; k < places.numGroups; ++k) {

@@ -72,7 +72,10 @@ Folding foldingOver(const std::vector<double>& starts) {
   while (numGaps + 1 < Folding::mostPieces && length > narrow * numBuckets && length > 2.0 * shortest) {
     length = lengthWithout(++numGaps);
   }
-  const double leastGap = numGaps > 0 ? gaps[numGaps - 1] : infinity;
+  double leastGap = infinity;
+  if (numGaps > 0) {
+    leastGap = gaps[numGaps - 1];
+  }
 
   const double available = numBuckets - static_cast<double>(Folding::mostPieces) * (2.0 * margin + 1.0);
   folding.stepsPerUnit = static_cast<float>(std::min(available / length, mostBucketsPerMetre));

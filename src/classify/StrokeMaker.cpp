@@ -105,25 +105,25 @@ bool StrokeMaker::isInside(const Rows& rows) const {
   return zone_->zone->shape->within(detection::Point(middleX(), middleY(rows.first)));
 }
 
-void StrokeMaker::makeRun(const Run& run, const Mark* first, const Mark* end) {
+void StrokeMaker::makeRun(const Run& run, const Mark* firstOfRun, const Mark* endOfRun) {
   constexpr std::ptrdiff_t mostMarks = 64;
-  if (end - first == 1) {
-    makePart(run, run.rows, first, end);
+  if (endOfRun - firstOfRun == 1) {
+    makePart(run, run.rows, firstOfRun, endOfRun);
     return;
   }
-  if (end - first > mostMarks) {
+  if (endOfRun - firstOfRun > mostMarks) {
     append(run.rows, Stroke::Kind::Asked);
     return;
   }
   starts_.clear();
-  for (const Mark* mark = first; mark != end; ++mark) {
+  for (const Mark* mark = firstOfRun; mark != endOfRun; ++mark) {
     starts_.push_back(mark->first);
     starts_.push_back(mark->last + 1);
   }
   std::sort(starts_.begin(), starts_.end());
   starts_.erase(std::unique(starts_.begin(), starts_.end()), starts_.end());
   for (std::size_t i = 0; i + 1 < starts_.size(); ++i) {
-    makePart(run, {starts_[i], starts_[i + 1] - 1}, first, end);
+    makePart(run, {starts_[i], starts_[i + 1] - 1}, firstOfRun, endOfRun);
   }
 }
 

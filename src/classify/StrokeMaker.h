@@ -55,7 +55,7 @@ class StrokeMaker {
   void sortMarks();
   void makeColumn(Mark* first, Mark* end);
   bool isInside(const Rows& rows) const;
-  void makeRun(const Run& run, const Mark* first, const Mark* end);
+  void makeRun(const Run& run, const Mark* firstOfRun, const Mark* endOfRun);
   void makePart(const Run& run, const Rows& rows, const Mark* first, const Mark* end);
   Sides sidesOf(const Run& run, const Rows& rows, const Curve& curve) const;
   void append(const Rows& rows, Stroke::Kind kind, const Sides& sides = {}, std::uint32_t curve = 0,

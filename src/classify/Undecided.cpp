@@ -76,14 +76,14 @@ class Decider {
 
   std::uint64_t zonesInCrossed(const CrossedCell& cell, const Position<Real>& at) const {
     unsigned sides = 0;
-    bool areClear = true;
+    unsigned areClear = 1;
     for (unsigned k = 0; k < CrossedCell::numCurves; ++k) {
       const float value = valueOf(grid_.curves[cell.curves[k]], at);
       sides |= (value > 0.0F ? 1U : 0U) << k;
-      areClear = areClear & (std::abs(value) > 1.0F);
+      areClear &= std::abs(value) > 1.0F ? 1U : 0U;
     }
     const std::uint16_t code = cell.zonesOn[sides];
-    if (HWY_LIKELY(areClear && code != CrossedCell::noSet)) {
+    if (HWY_LIKELY(areClear != 0 && code != CrossedCell::noSet)) {
       return grid_.palette[code];
     }
     std::uint64_t zones = grid_.palette[cell.decided];

@@ -14,8 +14,8 @@ using spdlog::level::level_enum;
 Logger::Logger() noexcept = default;
 
 LogStream Logger::open(LogLevel level) const {
-  static constexpr std::array<level_enum, 4> levels = {level_enum::err, level_enum::warn, level_enum::debug,
-                                                       level_enum::trace};
+  static constexpr std::array levels = {level_enum::err, level_enum::warn, level_enum::debug,
+                                        level_enum::trace};
   const Logger& named = channel_ != nullptr ? *this : LoggingManager::getInstance().getLogger("");
   return LogStream(std::make_unique<detail::LogRecord>(named.channel_->logger(),
                                                        levels.at(static_cast<std::size_t>(level))));
