@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -24,7 +25,7 @@ int checkedField(int field) {
 }
 
 bool reaches(std::uint64_t count, int minPoints) {
-  return minPoints <= 0 || count >= static_cast<std::uint64_t>(minPoints);
+  return count >= static_cast<std::uint64_t>(std::max(minPoints, 0));
 }
 
 Level opposite(Level level) {
