@@ -93,7 +93,7 @@ void handOver(const KeptRecords& records) {
     const std::string text = toolkit::toUtf8(record.text);
     try {
       handOver(record.level, name.c_str(), text.c_str());
-    } catch (abi::__forced_unwind&) {
+    } catch (...) {  // of the unwinding; what is called is in C, and throws nothing else
       standStill();
     }
   }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cxxabi.h>
 #include <unistd.h>
 
 #include "Bindings.h"
@@ -23,7 +22,7 @@ class Unlocked {
   ~Unlocked() {
     try {
       PyEval_RestoreThread(state_);
-    } catch (abi::__forced_unwind&) {
+    } catch (...) {  // of the unwinding; it throws nothing else
       standStill();
     }
   }

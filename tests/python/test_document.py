@@ -1,4 +1,5 @@
 """Documents: what is wrong with them, as the command says it, and what they hold."""
+import copy
 import json
 import pickle
 
@@ -90,6 +91,35 @@ def test_what_a_document_cannot_hold_is_refused(zone, text, tmp_path):
     with pytest.raises(ValueError):
         site.save(tmp_path / "site.json")
     assert not list(tmp_path.iterdir())
+
+
+def test_what_a_document_lost_is_named():
+    def full():
+        site = a_site(oz.Zone(square(name="gate")))
+        site.exclusion_zones.append(oz.Zone(square(name="pillar")))
+        site.sensor_zones.append(oz.SensorZone(square(name="mat")))
+        site.counter_lines["door"] = oz.CounterLine((0, 0), (0, 2))
+        return site
+
+    site = full()
+    site.sensor_zones[0] = oz.SensorZone(square(name="mat"), id="5f0c9a3e-8e0b-4f0a-9b61-1d2f3a4b5c6d")
+    checked = oz._core.check(site.dumps().encode())
+    changes = {
+        "": lambda s: None,
+        "field 0": lambda s: setattr(s.zone(0, 0), "z_max", 3),
+        "field 5": lambda s: setattr(s, "fields", [s.fields[0], *[None] * 4, [None]]),
+        "exclusion zone 0": lambda s: setattr(s.exclusion_zones[0], "z_max", 3),
+        "exclusion zone 1": lambda s: s.exclusion_zones.append(oz.Zone(square(name="other"))),
+        "sensor zone 0": lambda s: setattr(s.sensor_zones[0], "enabled", False),
+        "sensor zone 1": lambda s: s.sensor_zones.append(s.sensor_zones[0]),
+        'counter line "door"': lambda s: s.counter_lines.update(door=oz.CounterLine((0, 0), (0, 3))),
+        'counter line "gate"': lambda s: s.counter_lines.update(gate=oz.CounterLine((0, 0), (0, 3))),
+        "an option": lambda s: setattr(s, "debounce_ms", 7),
+    }
+    for lost, change in changes.items():
+        other = copy.deepcopy(site)
+        change(other)
+        assert checked.lost(other) == lost
 
 
 def test_the_active_field_is_not_in_documents():

@@ -87,6 +87,24 @@ def test_sensors_are_taken_together_as_by_the_command(folder, window, command, t
         line for line in err.splitlines() if "warning:" in line]
 
 
+def test_a_wider_window_takes_other_frames_together(tmp_path, command, monkeypatch):
+    monkeypatch.syspath_prepend(SOURCE / "benchmarks" / "python")
+    import recordings
+    # Ten clouds a second, beside one cloud a second.
+    recordings.write_mcap(tmp_path / "quick.mcap", 12)
+    slow = SOURCE / "tests" / "data" / "recordings" / "plain.mcap"
+    listed = [{"name": "slow", "files": [str(slow)]}, {"name": "quick", "files": [str(tmp_path / "quick.mcap")]}]
+    (tmp_path / "sensors.json").write_text(json.dumps({"sensors": listed}))
+    found = []
+    for window in (0.05, 0.9):
+        run = oz.evaluate(oz.load(CROSSING), oz.Recording(sensors=tmp_path / "sensors.json", window=window))
+        code, _, err = command("run", CROSSING, "--sensors", tmp_path / "sensors.json", "--window", window, "--csv", tmp_path)
+        assert code == 0, err
+        assert run.frames._text == without_timings((tmp_path / "frames.csv").read_bytes())
+        found.append(run.frames)
+    assert found[0] != found[1]
+
+
 def test_frames_that_are_not_later_are_left_out_with_a_warning(tmp_path, command):
     files = [SOURCE / "tests" / "data" / "recordings" / f"{name}.mcap" for name in ("plain", "unchunked")]
     run = oz.evaluate(oz.load(CROSSING), oz.Recording(files))

@@ -159,6 +159,8 @@ def test_a_copy_is_a_fork(gate):
     session.take(0.0, objects=[person(7, 1.0, 0.5)])
     fork = copy.copy(session)
     assert type(fork) is oz.Session
+    with pytest.raises(ValueError, match="stamp 0 s is not later than the last one, 0 s"):
+        fork.take(0.0, HERE)
     assert len(fork.take(1.0, objects=[person(7, 1.0, 1.5)]).events) == 1
     assert session.tallies()["to_left"][0] == 0 and fork.tallies()["to_left"][0] == 1
     assert len(session.take(1.0, objects=[person(7, 1.0, 1.5)]).events) == 1
