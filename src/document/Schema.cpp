@@ -16,7 +16,6 @@ namespace {
 
 using boost::json::array;
 using boost::json::object;
-using boost::json::value;
 
 constexpr std::array<std::pair<ObjectKind, const char*>, 12> definitions = {{
     {ObjectKind::Detector, "detector"},
