@@ -6,7 +6,6 @@ import { pairsOf } from './pairs';
 
 /** A shape that is gone, with the marks that it had. */
 interface Gone {
-  readonly kind: string;
   readonly text: string;
   readonly isHidden: boolean;
   readonly isLocked: boolean;
@@ -50,15 +49,14 @@ export function carried(
   const gone = [
     ...marks.gone,
     ...left.map((id) => ({
-      kind: old.byId.get(id)!.kind,
       text: textOf(old, id),
       isHidden: marks.hidden.has(id),
       isLocked: marks.locked.has(id),
     })),
   ];
   const isOld = new Set(pairs.values());
-  for (const [id, { kind }] of now.byId) {
-    const at = isOld.has(id) ? -1 : gone.findIndex((one) => one.kind === kind && one.text === textOf(now, id));
+  for (const id of now.byId.keys()) {
+    const at = isOld.has(id) ? -1 : gone.findIndex((one) => one.text === textOf(now, id));
     if (at < 0) continue;
     const [back] = gone.splice(at, 1);
     if (back!.isHidden) hidden.add(id);

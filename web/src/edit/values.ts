@@ -93,6 +93,14 @@ export function renamed(doc: Doc, item: Pick<Item, 'node'> & { readonly kind?: s
   return spliced(doc.text, set(doc, objectOf(item.node, 'This entry'), 'name', name));
 }
 
+/** The zone in another slot of its field; the zone that has it takes the slot that becomes free. */
+export function withSlot(doc: Doc, zone: Zone, slot: number): string {
+  const other = doc.fields[zone.field]?.zones.find((one) => one.index === slot && one.id !== zone.id);
+  if (other && !Number.isInteger(zone.index)) throw new Refusal(`Slot ${slot} is that of "${other.name}".`);
+  const put = (one: Zone, index: number): Splice[] => set(doc, objectOf(one.node, 'The zone'), 'index', index);
+  return spliced(doc.text, [...put(zone, slot), ...(other ? put(other, zone.index) : [])]);
+}
+
 export function withHeight(doc: Doc, zone: Zone, key: 'zMin' | 'zMax', value: number): string {
   checkFinite(value);
   return spliced(doc.text, set(doc, objectOf(zone.node, 'The zone'), key, value));

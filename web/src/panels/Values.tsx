@@ -4,10 +4,10 @@ import { edit } from '../app/actions';
 import { set, type State } from '../app/state';
 import { area, bearing, cornersOf, degrees, distance, minus, radians, ringOf, sweepOf, tidy } from '../edit/geometry';
 import { vertexAdded, vertexRemoved } from '../edit/items';
-import { FEWEST_VERTICES, MOST_VERTICES } from '../edit/limits';
+import { FEWEST_VERTICES, MOST_VERTICES, MOST_ZONES } from '../edit/limits';
 import type { Doc, Item, Line, Pt, RectangleShape, SectorShape, Zone } from '../edit/model';
 import { vertexMoved } from '../edit/moves';
-import { renamed, withHeight, withLine, withRotation, withShape } from '../edit/values';
+import { renamed, withHeight, withLine, withRotation, withShape, withSlot } from '../edit/values';
 import { NameField } from './NameField';
 import { NumberField } from './NumberField';
 
@@ -191,6 +191,31 @@ function LineValues({ line }: { line: Line }) {
   );
 }
 
+// Each slot drives an output; the zone that is in the chosen one changes places.
+function SlotChoice({ zone, fieldName }: { zone: Zone; fieldName: string }) {
+  const isKnown = Number.isInteger(zone.index) && zone.index >= 0 && zone.index < MOST_ZONES;
+  return (
+    <label class="choice note">
+      <span>slot</span>
+      <select
+        value={isKnown ? String(zone.index) : ''}
+        onChange={(event) => {
+          const slot = Number(event.currentTarget.value);
+          edit('Slot', (doc) => withSlot(doc, again(doc, zone), slot));
+        }}
+      >
+        {isKnown ? null : <option value="">?</option>}
+        {Array.from({ length: MOST_ZONES }, (_, slot) => (
+          <option key={slot} value={String(slot)}>
+            {slot}
+          </option>
+        ))}
+      </select>
+      <span>of {fieldName}</span>
+    </label>
+  );
+}
+
 export function Values({ state }: { state: State }) {
   const { doc, selection } = state;
   if (selection.length !== 1)
@@ -206,12 +231,7 @@ export function Values({ state }: { state: State }) {
         isLimited={item.kind !== 'line'}
         onCommit={(name) => edit('Rename', (now) => renamed(now, again(now, item), name))}
       />
-      {field ? (
-        <p class="note">
-          Slot {Number.isFinite(item.kind === 'zone' ? item.index : NaN) ? (item as Zone).index : '?'} of field{' '}
-          {field.index}, {field.name}.
-        </p>
-      ) : null}
+      {field ? <SlotChoice zone={item as Zone} fieldName={`field ${field.index}, ${field.name}`} /> : null}
       {item.kind === 'line' ? <LineValues line={item} /> : null}
       {item.kind !== 'line' && item.shape?.kind === 'rectangle' ? (
         <RectangleValues zone={item} shape={item.shape} />

@@ -256,6 +256,21 @@ describe('changing', () => {
     expect(await person.text()).toBe(crossing.replace('{ "x": 9.0, "y": 11.0 }', '{ "x": 9.01, "y": 11.1 }'));
   });
 
+  test('a zone is put into another slot of its field, with the keyboard', async () => {
+    await person.page.getByRole('button', { name: 'Walkway' }).first().click();
+    const slot = person.page.getByLabel(/^slot/);
+    await slot.focus();
+    await person.press('ArrowDown');
+    const now = await doc();
+    expect(now.fields[0]!.zones.map((zone) => [zone.name, zone.index])).toEqual([
+      ['Walkway', 1],
+      ['Near kerb', 0],
+      ['Far kerb', 2],
+    ]);
+    await person.press('Control+z');
+    expect(await person.text()).toBe(crossing);
+  });
+
   test('numbers with units in the panel', async () => {
     await person.page.getByRole('button', { name: 'Gate' }).first().click();
     const turn = person.page.getByLabel('turned by');

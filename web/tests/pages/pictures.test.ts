@@ -93,7 +93,7 @@ for (const { name, keys = [], ...options } of LOOKS) {
     await person.press('.', '.', '.', ...keys);
     await person.page.locator('.lamp.on').nth(1).waitFor();
     await person.page.evaluate(() => (document.activeElement as HTMLElement | null)?.blur());
-    await person.page.waitForTimeout(400);
+    await person.frame();
     const found = await reduced((await person.page.screenshot({ fullPage: true })).toString('base64'));
     const file = `${FOLDER}${name}.png`;
     if (KEEPS) {

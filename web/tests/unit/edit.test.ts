@@ -14,7 +14,7 @@ import {
 import { fittingName, Refusal } from '../../src/edit/limits';
 import { type Doc, itemAt, type RectangleShape, type Shape, type Zone, read } from '../../src/edit/model';
 import { duplicated, mirrored, moved, turnedBy, vertexMoved } from '../../src/edit/moves';
-import { renamed, withHeight, withOption, withRotation, withShape } from '../../src/edit/values';
+import { renamed, withHeight, withOption, withRotation, withShape, withSlot } from '../../src/edit/values';
 import { crossing } from './example';
 import { randomOf } from './random';
 
@@ -32,6 +32,25 @@ const square: Shape = {
   ],
 };
 const drawn = { name: 'New', shape: square, zMin: 0, zMax: 2 };
+
+describe('slots', () => {
+  const text =
+    '{"EvaluationField":[{"name":"F","index":0,"Zone":[{"name":"A","index":0},{"name":"B","index":1},{"name":"C"}]}]}';
+  const of = (name: string): Zone => read(text).fields[0]!.zones.find((one) => one.name === name)!;
+
+  test('a zone takes a free slot, or changes places with the zone that has it', () => {
+    expect(withSlot(read(text), of('A'), 2)).toBe(text.replace('"A","index":0', '"A","index":2'));
+    expect(withSlot(read(text), of('A'), 1)).toBe(
+      text.replace('"A","index":0', '"A","index":1').replace('"B","index":1', '"B","index":0'),
+    );
+    expect(withSlot(read(text), of('A'), 0)).toBe(text);
+  });
+
+  test('a zone without a slot takes none from another', () => {
+    expect(withSlot(read(text), of('C'), 2)).toBe(text.replace('"name":"C"', '"name":"C", "index": 2'));
+    expect(() => withSlot(read(text), of('C'), 1)).toThrow(new Refusal('Slot 1 is that of "B".'));
+  });
+});
 
 describe('the model', () => {
   test('holds what the example holds', () => {

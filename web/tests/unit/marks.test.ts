@@ -89,6 +89,12 @@ describe('marks of shapes', () => {
     expect(pairs).toEqual([3, 2, 0]);
   });
 
+  test('the same text comes before the same name, at the end of a list, too', () => {
+    const entry = (text: string) => ({ text, name: 'n' });
+    expect(paired([entry('a'), entry('b')], [entry('b'), entry('a')])).toEqual([1, 0]);
+    expect(paired([entry('a'), entry('b')], [entry('b'), entry('a!')])).toEqual([1, 0]);
+  });
+
   test('of what is gone nothing falls to what is new', () => {
     const entry = (text: string) => ({ text, name: text });
     expect(paired([entry('a'), entry('b')], [entry('c')])).toEqual([-1, -1]);

@@ -15,6 +15,7 @@ test('tracks and lists are told from points by their first line', () => {
     'points',
   );
   expect(kindOfText('list.txt', '# frames\n0.1 frame_00.pcd\n')).toBe('stamps');
+  expect(kindOfText('list.txt', '\uFEFF0.1 frame_00.pcd\n')).toBe('stamps');
   expect(kindOfText('list.csv', '1763800000.25, day 1/frame 00.bin\r\n')).toBe('stamps');
   expect(kindOfText('a.txt', '1 2 3\n4 5 6\n')).toBe('points');
   expect(kindOfText('a.txt', '')).toBe('points');
