@@ -260,6 +260,44 @@ def test_copies_share_and_clone(site):
     assert copy.deepcopy(zone).shape is not zone.shape and copy.deepcopy(zone) == zone
 
 
+UUID = "5f0c9a3e-8e0b-4f0a-9b61-1d2f3a4b5c6d"
+DIFFERENT = [
+    oz.Polygon([(0, 0), (1, 0), (1, 1)]), oz.Polygon([(0, 0), (1, 0), (1, 1)], "n"), oz.Polygon([(0, 0), (1, 0), (1, 2)]),
+    oz.Polygon([(0, 0), (1, 0), (2, 1)]), oz.Polygon([(0, 0), (1, 0), (1, 1), (0, 1)]), oz.Polygon([]), oz.Rectangle((0, 0), (1, 1)),
+    oz.Rectangle((0, 0), (1, 1), 5.0), oz.Rectangle((0, 0), (1, 2)), oz.Sector(0, 1, 2), oz.Sector(0.5, 1, 2),
+    oz.Sector(0, 1.5, 2), oz.Sector(0, 1, 3), oz.Sector(0, 1, 2, (1, 0)), oz.Sector(0, 1, 2, (0, 1)), oz.Zone(square()),
+    oz.Zone(square(), 1), oz.Zone(square(), 0, 3), oz.Zone(square(), name="n"), oz.Zone(square(3.0)),
+    oz.SensorZone(square(), id=UUID), oz.SensorZone(square(), id=UUID, enabled=False),
+    oz.SensorZone(square(), id=UUID, sensors=["a"]), oz.SensorZone(square(), id=UUID[::-1].replace("-", "")),
+    oz.CounterLine((0, 0), (1, 1)), oz.CounterLine((0, 0), (1, 1), "n"), oz.CounterLine((0, 0), (1, 2)),
+    oz.CounterLine((1, 0), (1, 1)), oz.CounterLine((0, 0), (2, 1)), oz.Field(), oz.Field(name="n"), oz.Field([oz.Zone(square())]),
+    oz.Field([None, oz.Zone(square())]), oz.Field([None, None, oz.Zone(square())])]
+
+
+def test_what_differs_in_one_thing_is_not_equal():
+    for i, one in enumerate(DIFFERENT):
+        assert [one == other for other in DIFFERENT] == [i == k for k in range(len(DIFFERENT))], repr(one)
+        assert copy.deepcopy(one) == one
+
+
+CHANGES = {
+    "debounce_ms": 7, "min_points": 7, "trigger_level": "low", "software_command": True, "active_field": 3,
+    "fields": [[oz.Zone(square())]], "exclusion_zones": [oz.Zone(square(name="e"))], "counter_lines": {"l": oz.CounterLine((0, 0), (1, 1))},
+    "sensor_zones": [oz.SensorZone(square())],
+}
+
+
+def test_sites_that_differ_in_one_thing_are_not_equal():
+    made = [oz.Site()]
+    for name, value in CHANGES.items():
+        made.append(oz.Site())
+        assert made[-1] == made[0]
+        setattr(made[-1], name, value)
+    for i, one in enumerate(made):
+        assert [one == other for other in made] == [i == k for k in range(len(made))]
+        assert one == one.copy() == pickle.loads(pickle.dumps(one))
+
+
 def test_what_is_shared_is_shared_after_a_copy():
     site, zone = oz.Site(), oz.Zone(square())
     site.fields[0] = [zone, zone, oz.Zone(zone.shape, 1, 2)]
