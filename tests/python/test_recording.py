@@ -87,6 +87,24 @@ def test_sensors_are_taken_together_as_by_the_command(folder, window, command, t
         line for line in err.splitlines() if "warning:" in line]
 
 
+@pytest.mark.parametrize("change", [lambda site: None, lambda site: setattr(site.sensor_zones[0], "enabled", False),
+                                    lambda site: setattr(site.sensor_zones[0], "z_max", -5.0),
+                                    lambda site: setattr(site.zone(0, 0), "z_max", -5.0),
+                                    lambda site: site.fields.__setitem__(0, None), lambda site: site.counter_lines.clear()])
+def test_an_evaluation_goes_on_with_the_site_as_it_was(change, monkeypatch):
+    [folder] = [path for path in SENSORS if path.name == "sensors_bound"]
+    monkeypatch.chdir(folder)
+    recording, tables = oz.Recording(sensors="sensors.json"), []
+    for changed in (lambda site: None, change):
+        site = oz.load("site.json")
+        evaluation = oz._core.Evaluation(site, 2.0, 0.0, float("inf"), True, False)
+        frames = recording._open(site)
+        changed(site)
+        evaluation.feed(frames, 16)
+        tables.append(evaluation.finish(True, False, ""))
+    assert tables[0] == tables[1] and b",1" in tables[0]["frames"]
+
+
 def test_a_wider_window_takes_other_frames_together(tmp_path, command, monkeypatch):
     monkeypatch.syspath_prepend(SOURCE / "benchmarks" / "python")
     import recordings
