@@ -200,6 +200,14 @@ def test_nothing_is_written_outside_of_the_folder_of_a_recording(tmp_path):
     assert not list(pathlib.Path(tempfile.gettempdir()).glob("**/escaped.xyz"))
 
 
+def test_what_code_of_others_reads_is_known():
+    given = ["a.pcd", "s3://bucket/a.pcd", oz.Recording(["b.pcd"], tracks="memory://t.csv"), *fleet.recordings(1),
+             fleet.process("a function"), fleet.process("an object", call=False)]
+    for isolate, expected in ((None, [False, True, True, False, True, True]), (True, [True] * 6), (False, [False] * 6)):
+        units = units_of(fleet.site(), given, {}, keyed=False, isolate=isolate)
+        assert [unit.isolate for unit in units] == expected
+
+
 def test_a_web_address_ends_where_its_question_begins(monkeypatch):
     class Web:
         def isdir(self, there):
