@@ -1,15 +1,18 @@
 #include "document/Schema.h"
 
 #include <array>
+#include <cstdint>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include <boost/json/array.hpp>
-#include <boost/json/parse.hpp>
 
 #include "detector/Limits.h"
 #include "document/KeyTable.h"
+#include "document/LocatedJson.h"
 #include "text/LowerCase.h"
+#include "text/Number.h"
 
 namespace orvantis::toolkit {
 namespace {
@@ -113,6 +116,21 @@ object listSchema(const Key& key) {
   return key.fewest > 1 ? list : object{{"anyOf", {list, entrySchema(key)}}};
 }
 
+// A text, a truth or a number, as JSON writes it.
+value valueOf(std::string_view json) {
+  const LocatedNode node = std::move(*parseLocated(json).root);
+  if (node.kind == LocatedNode::Kind::Text) {
+    return value(node.text);
+  }
+  if (json == "true" || json == "false") {
+    return json == "true";
+  }
+  double number = 0.0;
+  readNumber(json.data(), json.data() + json.size(), number);
+  const bool isWhole = json.find_first_of(".eE") == std::string_view::npos;
+  return isWhole ? value(static_cast<std::int64_t>(number)) : value(number);
+}
+
 object keySchema(const Key& key) {
   std::string description(key.description);
   if (!key.unit.empty()) {
@@ -120,7 +138,7 @@ object keySchema(const Key& key) {
   }
   object result{{"description", description}};
   if (!key.byDefault.empty()) {
-    result["default"] = boost::json::parse(std::string(key.byDefault));
+    result["default"] = valueOf(key.byDefault);
   }
   for (auto& [name, member] : key.isList ? listSchema(key) : entrySchema(key)) {
     result[name] = member;

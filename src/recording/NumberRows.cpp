@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <string>
 
-#include "recording/Decimal.h"
 #include "recording/FieldCursor.h"
 #include "recording/Quoted.h"
 #include "recording/ReadError.h"
+#include "text/Decimal.h"
 #include "text/Text.h"
 
 namespace orvantis::toolkit {

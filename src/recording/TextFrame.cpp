@@ -9,10 +9,10 @@
 #include <utility>
 
 #include "recording/CoordinateColumns.h"
-#include "recording/Decimal.h"
 #include "recording/FieldCursor.h"
 #include "recording/NumberRows.h"
 #include "recording/ReadError.h"
+#include "text/Decimal.h"
 #include "text/LowerCase.h"
 #include "text/Text.h"
 

@@ -5,6 +5,7 @@
 #include <version>
 
 #ifndef __cpp_lib_to_chars
+#include "text/Decimal.h"
 #include "text/PlainNumber.h"
 #endif
 
@@ -52,6 +53,10 @@ std::string toFixed(double value, int decimals) {
 #else
 
 std::from_chars_result readNumber(const char* first, const char* last, double& value) {
+  const char* end = first;
+  if (detail::readUsual(first, last, value, end)) {
+    return {end, std::errc()};
+  }
   return plain::readNumber(first, last, value, std::strtod);
 }
 

@@ -7,7 +7,7 @@ import { Module } from '../module';
 import { ROOT } from './load';
 
 test('a million points on borders have the masks of every machine', async () => {
-  const module = await Module.load(readFileSync(`${ROOT}build/wasm/web/engine/digest.wasm`), {
+  const module = await Module.load(readFileSync(`${ROOT}build/wasm/web/engine/tests/digest.wasm`), {
     read: () => -1, unfold: () => ({ ending: -3, size: 0 }),
   });
   const digest = module.exports as unknown as { digest_wanted(): bigint; digest_found(): bigint };

@@ -6,6 +6,7 @@ import { describe, expect, test } from 'vitest';
 
 import { EngineCore } from '../core';
 import { chance } from './chance';
+import { largeRecording } from './largeRecording';
 import { loadCore, ROOT, runAll } from './load';
 
 const clock = () => {
@@ -93,7 +94,7 @@ describe.skipIf(!process.env.MEASURE)('measured', () => {
     const clouds = Array.from({ length: 1000 }, (_, i) => ({ name: `f${i}.bin`, bytes }));
     const recording = core.openRecording({ clouds }, { columns: 'xyzi' });
     for (const [what, text] of [
-      ['read', document(0)], ['zone changed', document(1)], ['sensitivity changed', document(1).replace('"sensitivity":10', '"sensitivity":20')],
+      ['read', document(0)], ['zone changed', document(1)], ['sensitivity changed', document(1).replace('"sensitivity":10', '"sensitivity":5')],
     ] as const) {
       const begin = clock();
       const session = runAll(core, recording.id, text);
@@ -101,5 +102,20 @@ describe.skipIf(!process.env.MEASURE)('measured', () => {
     }
     console.log(`memory ${(core.version().memory / 2 ** 20).toFixed(0)} MiB`);
     expect(readFileSync(`${ROOT}README.md`).length).toBeGreaterThan(0);
+  });
+
+  test('memory for a recording of 2 GB', async () => {
+    const core = await loadCore();
+    const points = Float32Array.from({ length: 4 * 28800 }, (_, i) => [200, 200, 6, 1][i % 4]! * (random() - 0.5));
+    const file = largeRecording(4340, points);
+    const recording = core.openRecording({ clouds: [file] });
+    for (const what of ['read', 'zone changed']) {
+      const begin = clock();
+      const session = runAll(core, recording.id, document(what === 'read' ? 0 : 1));
+      console.log(`${what}: ${(file.size / 1e9).toFixed(2)} GB, ${session.moments} frames in ` +
+        `${((clock() - begin) / 1000).toFixed(1)} s; engine ${(core.version().memory / 2 ** 20).toFixed(0)} MiB, ` +
+        `process ${(process.memoryUsage().rss / 2 ** 20).toFixed(0)} MiB`);
+      expect(session.moments).toBe(4340);
+    }
   });
 });

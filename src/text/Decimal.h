@@ -5,11 +5,14 @@
 #include <cstdint>
 #include <system_error>
 
-#include "recording/DecimalDigits.h"
+#include "text/DecimalDigits.h"
 
 namespace orvantis::toolkit {
 
 namespace detail {
+
+/// Reads a number of up to 19 digits. @return whether it could be decided; else nothing is changed
+bool readUsual(const char* first, const char* last, double& value, const char*& end);
 
 /// Reads the numbers that `readShort` cannot read.
 std::from_chars_result readLongDecimal(const char* first, const char* last, float& value);

@@ -1,8 +1,7 @@
-#include "recording/Decimal.h"
+#include "text/Decimal.h"
 
 #include <cmath>
 #include <limits>
-#include <type_traits>
 
 #include "text/Number.h"
 
@@ -111,8 +110,8 @@ bool scale(std::uint64_t digits, std::ptrdiff_t power, double& number) {
   return digits <= mostExact || (size <= mostNearbyPower && nearestQuotient(digits, size, number, number));
 }
 
-template <typename Real>
-std::from_chars_result readUsual(const char* first, const char* last, Real& value) {
+// @return the end of the number; null when it could not be decided
+const char* readDigitsAndExponent(const char* first, const char* last, double& value) {
   const char* at = first;
   const bool isNegative = at != last && *at == '-';
   at += isNegative ? 1 : 0;
@@ -138,28 +137,40 @@ std::from_chars_result readUsual(const char* first, const char* last, Real& valu
       size = 10 * size + (*exponent - '0');
     }
     if (exponent == begin) {
-      return readAny(first, last, value);
+      return nullptr;
     }
     power += isSmall ? -size : size;
     at = exponent;
   }
   double number = 0.0;
-  if (count == 0 || count > mostDigits || (at != last && isDigit(*at)) || !scale(digits, power, number) ||
-      (std::is_same_v<Real, float> && !roundsLikeItsNumber(number, 0))) {
-    return readAny(first, last, value);
+  if (count == 0 || count > mostDigits || (at != last && isDigit(*at)) || !scale(digits, power, number)) {
+    return nullptr;
   }
-  value = static_cast<Real>(withSign(number, isNegative ? 1 : 0));
-  return {at, std::errc()};
+  value = withSign(number, isNegative ? 1 : 0);
+  return at;
 }
 
 }  // namespace
 
+bool readUsual(const char* first, const char* last, double& value, const char*& end) {
+  const char* const found = readDigitsAndExponent(first, last, value);
+  end = found != nullptr ? found : end;
+  return found != nullptr;
+}
+
 std::from_chars_result readLongDecimal(const char* first, const char* last, double& value) {
-  return readUsual(first, last, value);
+  const char* const end = readDigitsAndExponent(first, last, value);
+  return end != nullptr ? std::from_chars_result{end, std::errc()} : readAny(first, last, value);
 }
 
 std::from_chars_result readLongDecimal(const char* first, const char* last, float& value) {
-  return readUsual(first, last, value);
+  double number = 0.0;
+  const char* const end = readDigitsAndExponent(first, last, number);
+  if (end == nullptr || !roundsLikeItsNumber(number, 0)) {
+    return readAny(first, last, value);
+  }
+  value = static_cast<float>(number);
+  return {end, std::errc()};
 }
 
 }  // namespace orvantis::toolkit::detail

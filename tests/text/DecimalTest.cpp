@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include "recording/Decimal.h"
+#include "text/Decimal.h"
 
 namespace orvantis::toolkit {
 namespace {
