@@ -1,6 +1,7 @@
 #include "Content.h"
 
 #include <algorithm>
+#include <array>
 #include <stdexcept>
 #include <string>
 #include <typeinfo>
@@ -37,11 +38,12 @@ bool samePoints(const std::vector<Point>& a, const std::vector<Point>& b) {
 }
 
 bool sameSector(const Sector& a, const Sector& b) {
-  double first[3];
-  double second[3];
+  std::array<double, 3> first{};
+  std::array<double, 3> second{};
   a.getSector(first[0], first[1], first[2]);
   b.getSector(second[0], second[1], second[2]);
-  return std::equal(first, first + 3, second, python::same) && same(a.getOrigin(), b.getOrigin());
+  return std::equal(first.begin(), first.end(), second.begin(), python::same) &&
+         same(a.getOrigin(), b.getOrigin());
 }
 
 bool sameRectangle(const Rectangle& a, const Rectangle& b) {

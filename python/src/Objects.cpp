@@ -1,5 +1,7 @@
 #include "Objects.h"
 
+#include <algorithm>
+#include <array>
 #include <string>
 #include <utility>
 
@@ -45,9 +47,10 @@ py::object arrayOf(const std::vector<TrackedObject>& objects, const std::vector<
   for (py::ssize_t i = 0; i < size; ++i) {
     const TrackedObject& object = objects[static_cast<std::size_t>(i)];
     const toolkit::TrackBox& box = boxes[static_cast<std::size_t>(i)];
-    const double values[7] = {box.x, box.y, box.length, box.width, box.heading, object.zMin, object.zMax};
+    const std::array<double, 7> values = {box.x,       box.y,       box.length, box.width,
+                                          box.heading, object.zMin, object.zMax};
     id(i) = object.id;
-    std::copy(values, values + 7, &row(i, 0));
+    std::copy(values.begin(), values.end(), &row(i, 0));
     names.append(textOf(object.className));
   }
   return helper("orvantis_zones._objects", "array_of")(ids, names, numbers);

@@ -1,5 +1,6 @@
 #include "document/Shapes.h"
 
+#include <array>
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -66,7 +67,7 @@ double storedAs(double angle) {
 
 py::tuple boundsOf(const Zone& shape) {
   constexpr double most = std::numeric_limits<double>::infinity();
-  double bounds[4] = {most, most, -most, -most};
+  std::array<double, 4> bounds = {most, most, -most, -most};
   for (const Point& p : toolkit::outline(shape)) {
     bounds[0] = std::fmin(bounds[0], p.x());
     bounds[1] = std::fmin(bounds[1], p.y());

@@ -57,6 +57,17 @@ def test_assigning_to_a_slot_shares_the_zone():
     assert site.fields[3] is None
 
 
+def test_slots_are_counted_from_the_end_too():
+    first, last = oz.Zone(square()), oz.Zone(square(3.0))
+    field = oz.Field([first, None, last])
+    assert field[-1] is last and field[-2] is None and field[-3] is first
+    field[-2] = first
+    assert field[1] is first
+    for wrong in (-4, 3):
+        with pytest.raises(IndexError, match=f"zone {wrong} is not in a field; it has 0 to 2"):
+            field[wrong]
+
+
 def test_indices_outside_are_refused(site):
     for wrong in (lambda: site.zone(8, 0), lambda: site.zone(0, 3), lambda: site.zone(-1, 0), lambda: site.fields[8],
                   lambda: site.fields[-9], lambda: site.fields[0][3]):
