@@ -7,6 +7,8 @@
 #include <utility>
 
 #include <boost/json/array.hpp>
+#include <boost/json/object.hpp>
+#include <boost/json/value.hpp>
 
 #include "detector/Limits.h"
 #include "document/KeyTable.h"
@@ -117,10 +119,10 @@ object listSchema(const Key& key) {
 }
 
 // A text, a truth or a number, as JSON writes it.
-value valueOf(std::string_view json) {
+boost::json::value valueOf(std::string_view json) {
   const LocatedNode node = std::move(*parseLocated(json).root);
   if (node.kind == LocatedNode::Kind::Text) {
-    return value(node.text);
+    return boost::json::value(node.text);
   }
   if (json == "true" || json == "false") {
     return json == "true";
@@ -128,7 +130,7 @@ value valueOf(std::string_view json) {
   double number = 0.0;
   readNumber(json.data(), json.data() + json.size(), number);
   const bool isWhole = json.find_first_of(".eE") == std::string_view::npos;
-  return isWhole ? value(static_cast<std::int64_t>(number)) : value(number);
+  return isWhole ? boost::json::value(static_cast<std::int64_t>(number)) : boost::json::value(number);
 }
 
 object keySchema(const Key& key) {
