@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <pybind11/stl.h>
@@ -92,7 +93,7 @@ py::object readPoints(const std::string& path) {
 // As the package's own error, which has the place in parts.
 void translate(std::exception_ptr thrown) {
   try {
-    std::rethrow_exception(thrown);
+    std::rethrow_exception(std::move(thrown));
   } catch (const Failure& failure) {
     const auto known = [](std::size_t number) {
       return number == 0 ? py::object(py::none()) : py::object(py::int_(number));
