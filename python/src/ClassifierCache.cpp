@@ -1,5 +1,7 @@
 #include "ClassifierCache.h"
 
+#include <algorithm>
+
 #include <filter/detection/ZoneDetector.h>
 
 #include "Helper.h"
@@ -22,12 +24,8 @@ bool allOf(const ZoneDetector& detector, const Visit& visit) {
       }
     }
   }
-  for (const auto& zone : detector.getExclusionZoneVector()) {
-    if (!visit(zone.get())) {
-      return false;
-    }
-  }
-  return true;
+  const auto& zones = detector.getExclusionZoneVector();
+  return std::all_of(zones.begin(), zones.end(), [&visit](const auto& zone) { return visit(zone.get()); });
 }
 
 }  // namespace
