@@ -10,6 +10,7 @@ from ._document import Error
 from ._site import Site
 from ._stamps import nanoseconds, seconds
 from ._tables import Table
+from ._words import counted
 
 
 class RecordingError(Error):
@@ -182,7 +183,8 @@ class Run:
         return Run, (self._parts, self.name)
 
     def __repr__(self):
-        return f"<Run: {self.frames.num_rows} frames, {self.events.num_rows} events of {self.name}>"
+        return (f"<Run: {counted(self.frames.num_rows, 'frame')}, {counted(self.events.num_rows, 'event')} of "
+                f"{self.name}>")
 
     def to_svg(self):
         """The picture of `zone-detector run --plot`: text. Raises ValueError when it cannot be drawn.

@@ -6,6 +6,7 @@ import numpy as np
 from . import _core
 from ._core import CounterLine, Field, SensorZone, Zone
 from ._results import exclusion_bit, zone_bit
+from ._words import counted
 
 
 class FieldSlots(Sequence):
@@ -354,7 +355,8 @@ class Site(_core.Site):
 
     def __repr__(self):
         zones = sum(1 for _ in self.zones())
-        return f"<Site: {zones} zones, {len(self.exclusion_zones)} exclusion zones, {len(self.counter_lines)} lines>"
+        return (f"<Site: {counted(zones, 'zone')}, {counted(len(self.exclusion_zones), 'exclusion zone')}, "
+                f"{counted(len(self.counter_lines), 'line')}>")
 
 
 from copy import deepcopy as _deepcopy  # noqa: E402

@@ -8,6 +8,7 @@ from collections.abc import Mapping
 import numpy as np
 
 from . import _core
+from ._words import counted
 
 _FLOATS = {"stamp", "began", "dwell", "met", "x", "y", "taken_ms", "occupied", "median_dwell", "longest_dwell",
            "begin", "end", "seconds"}
@@ -62,7 +63,7 @@ class Table(Mapping):
         return Table, (self._text,)
 
     def __repr__(self):
-        return f"<Table: {self.num_rows} rows of {', '.join(self)}>"
+        return f"<Table: {counted(self.num_rows, 'row')} of {', '.join(self)}>"
 
     def to_pandas(self):
         """A pandas.DataFrame of it. Needs python3-pandas.

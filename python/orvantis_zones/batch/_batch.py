@@ -8,6 +8,7 @@ import os
 from collections.abc import Iterable, Iterator, Sequence
 
 from .. import Site, Table
+from .._words import counted
 from ._outcome import TABLES, Outcome
 from ._unit import PathLike
 from ._work import tables_without_rows
@@ -52,8 +53,8 @@ class Batch:
             getattr(self, name).to_csv(os.path.join(folder, name + ".csv"))
 
     def __repr__(self) -> str:
-        return (f"<Batch: {self.recordings.num_rows} recordings, {self.events.num_rows} events, "
-                f"{self.errors.num_rows} errors>")
+        return (f"<Batch: {counted(self.recordings.num_rows, 'recording')}, "
+                f"{counted(self.events.num_rows, 'event')}, {counted(self.errors.num_rows, 'error')}>")
 
     def _repr_html_(self) -> str:
         parts = [f"<p>{html.escape(repr(self)[1:-1])}</p>", self.recordings._repr_html_()]
