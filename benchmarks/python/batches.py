@@ -60,7 +60,7 @@ def started(folder, workers):
 
 def scaling(folder):
     """Elapsed time on one and two workers, least of three."""
-    made = [recordings.write_files(folder / f"day {k}", ".bin, 4 columns", 400) for k in range(8)]
+    made = [recordings.write_files(folder / f"day {k}", ".bin, 4 columns", 2000) for k in range(8)]
     expected = cluster.written(evaluate(cluster.site(), made), folder / "here")
     found = {}
     for workers in (1, 2):
@@ -73,7 +73,7 @@ def scaling(folder):
                 taken.append(time.perf_counter() - begin)
                 assert cluster.written(batch, folder / "there") == expected
         found[workers] = min(taken[1:])
-        print(f"{len(made)} recordings of 400 frames on {workers} workers: {found[workers]:.2f} s")
+        print(f"{len(made)} recordings of 2000 frames on {workers} workers: {found[workers]:.2f} s")
     print(f"{found[1] / found[2]:.2f} times as fast")
 
 
