@@ -190,5 +190,22 @@ TEST(Las, OtherColumnsAreAsTheFileHasThem) {
             (std::vector<Point>{{100.5, 0.5, 5}, {102, 1.25, 11}}));
 }
 
+TEST(Las, AColumnBehindThreeColoursIsFound) {
+  Las las;
+  las.minor = 4;
+  las.headerSize = 375;
+  las.begin = 375;
+  las.format = 8;
+  las.length = 38;
+  las.points = 0;
+  las.longPoints = 1;
+  std::string point = record(1, 2, 3, 38);
+  point.replace(36, 2, raw(std::uint16_t{4660}));
+  const std::string file = las.text() + point;
+  FrameReader reader;
+  const Frame frame = reader.read(testing::bytesOf(file), FrameKind::Las, {}, {"x", "y", "near_infrared"});
+  EXPECT_EQ(testing::pointsOf(frame.points), (std::vector<Point>{{1, 2, 4660}}));
+}
+
 }  // namespace
 }  // namespace orvantis::toolkit

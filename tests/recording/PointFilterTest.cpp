@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -91,6 +92,25 @@ TEST(PointFilter, FloatsStayFloats) {
 TEST(PointFilter, CountsPointsAtTheOrigin) {
   EXPECT_EQ(countAtOrigin(viewOf({0, 0, 0, -0.0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1, nan, 0, 0})), 2U);
   EXPECT_EQ(countAtOrigin(Points()), 0U);
+}
+
+// The distances of three and four values are counted by code of their own. One point far behind the others
+// is not where another distance would look.
+template <typename Real>
+void expectCountedAtEveryDistance() {
+  for (std::size_t values = 3; values <= 6; ++values) {
+    for (const std::size_t at : {std::size_t{0}, std::size_t{1000}, std::size_t{2500}}) {
+      std::vector<Real> records(values * 2501, Real{1});
+      std::fill_n(records.begin() + static_cast<std::ptrdiff_t>(values * at), 3, Real{0});
+      const auto view = PointsView<Real>::interleaved(records.data(), values * sizeof(Real), 2501);
+      EXPECT_EQ(countAtOrigin(view), 1U) << values << " values, point " << at;
+    }
+  }
+}
+
+TEST(PointFilter, CountsPointsAtTheOriginAtEveryDistance) {
+  expectCountedAtEveryDistance<float>();
+  expectCountedAtEveryDistance<double>();
 }
 
 TEST(PointStatistics, TellWhatThePointsAre) {

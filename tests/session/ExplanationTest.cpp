@@ -211,6 +211,27 @@ TEST(HeightWatch, TellsAZoneInWhoseOutlineNearlyNothingIsBetweenItsHeights) {
   EXPECT_EQ(watch(1, 100).lowest, -1.5);
 }
 
+// The distances of three and four values are looked at by code of their own. One point far behind the others
+// is not where another distance would look.
+template <typename Real>
+void expectSeenAtEveryDistance() {
+  for (std::size_t values = 3; values <= 6; ++values) {
+    for (const std::size_t at : {std::size_t{0}, std::size_t{1000}, std::size_t{2500}}) {
+      std::vector<Real> records(values * 2501, Real{-50});
+      std::fill_n(records.begin() + static_cast<std::ptrdiff_t>(values * at), 3, Real{1});
+      HeightWatch heights({{0, 0, "field", std::make_shared<Zone3dBase>(square())}});
+      heights.look(
+          filter::classify::PointsView<Real>::interleaved(records.data(), values * sizeof(Real), 2501));
+      EXPECT_TRUE(heights.zones()[0].isSeen) << values << " values, point " << at;
+    }
+  }
+}
+
+TEST(HeightWatch, SeesAPointAtEveryDistance) {
+  expectSeenAtEveryDistance<float>();
+  expectSeenAtEveryDistance<double>();
+}
+
 // Against the zones themselves: points and heights of all sizes, zones without a shape, and points that are
 // not finite.
 TEST(HeightWatch, CountsWhatTheOutlinesHold) {
