@@ -25,16 +25,15 @@ int signOf(double number) {
 
 // The turn by rounded numbers, where they cannot be wrong. The two differences of a product, the product and
 // the difference of the products are each wrong by at most half a unit in the last place, 2^-53 of them: not
-// by as much as 2^-51 of the products' sum in all. That holds as long as nothing overflows or loses digits to
-// the smallest double.
+// by as much as 2^-51 of the products' sum in all. That holds as long as nothing loses digits to the smallest
+// double. What overflows is never sure, since infinity is not more than infinity.
 std::optional<int> plainTurn(const Point& a, const Point& b, const Point& c) {
   constexpr double smallest = 1e-280;
-  constexpr double largest = 1e300;
   const double left = (b.x() - a.x()) * (c.y() - a.y());
   const double right = (b.y() - a.y()) * (c.x() - a.x());
   const double sum = std::fabs(left) + std::fabs(right);
   const double cross = left - right;
-  const bool isSure = sum > smallest && sum < largest && std::fabs(cross) > 0x1p-51 * sum;
+  const bool isSure = sum > smallest && std::fabs(cross) > 0x1p-51 * sum;
   return isSure ? std::optional(signOf(cross)) : std::nullopt;
 }
 
