@@ -16,7 +16,7 @@ const toolkit::InputFrame& MomentWalk::frameAt(std::size_t moment) {
     ++numRead_;
   }
   if (!last_ || !last_->frame) {
-    throw toolkit::Failure("there are no points at this moment");
+    throw toolkit::Failure("this moment has no points");
   }
   return *last_->frame;
 }

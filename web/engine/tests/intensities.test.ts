@@ -48,7 +48,7 @@ test('of moments when they are asked for, onwards, backwards and the same again'
   runAll(core, recording, document);
   expect(core.openMoment(recording, 2).intensities).toBeNull();
   for (const moment of [2, 3, 3, 0, 1, 3]) expect(at(moment)).toEqual(wanted(moment));
-  expect(() => at(4)).toThrow('there are no points at this moment');
+  expect(() => at(4)).toThrow('this moment has no points');
   expect(at(0)).toEqual(wanted(0));
   core.closeRecording(recording);
 });

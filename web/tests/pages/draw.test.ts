@@ -1,19 +1,9 @@
-import { afterAll, afterEach, beforeAll, beforeEach, describe, expect, test } from 'vitest';
+import { describe, expect, test } from 'vitest';
 import { type Doc, type Pt, read } from '../../src/edit/model';
 import { crossing } from '../unit/example';
-import { openPlace, Person, type Place } from './page';
+import { openForEveryTest, person } from './everyTest';
 
-let place: Place;
-let person: Person;
-beforeAll(async () => {
-  place = await openPlace();
-});
-afterAll(() => place.close());
-beforeEach(async () => {
-  person = await Person.at(place);
-  await person.ready();
-});
-afterEach(() => person.leave());
+openForEveryTest();
 
 const doc = async (): Promise<Doc> => read(await person.text());
 const corners = async (): Promise<readonly Pt[]> => {

@@ -1,21 +1,9 @@
-import { afterAll, afterEach, beforeAll, beforeEach, describe, expect, test } from 'vitest';
+import { describe, expect, test } from 'vitest';
 import { crossing } from '../unit/example';
-import { dropFiles, openPlace, Person, type Place } from './page';
+import { openForEveryTest, person } from './everyTest';
+import { dropFiles } from './page';
 
-let place: Place;
-let person: Person;
-beforeAll(async () => {
-  place = await openPlace();
-});
-afterAll(() => place.close());
-beforeEach(async () => {
-  person = await Person.at(place);
-  await person.ready();
-});
-afterEach(async () => {
-  expect(person.faults).toEqual([]);
-  await person.leave();
-});
+openForEveryTest();
 
 const note = (name: string): Promise<string | null> =>
   person.page.locator(`[data-label="${name}"] .note`).textContent();

@@ -1,19 +1,10 @@
 import { readFileSync } from 'node:fs';
-import { afterAll, afterEach, beforeAll, beforeEach, describe, expect, test } from 'vitest';
+import { describe, expect, test } from 'vitest';
 import { crossing } from '../unit/example';
-import { dropFiles, openPlace, Person, type Place } from './page';
+import { openForEveryTest, person, place } from './everyTest';
+import { dropFiles, Person } from './page';
 
-let place: Place;
-let person: Person;
-beforeAll(async () => {
-  place = await openPlace();
-});
-afterAll(() => place.close());
-beforeEach(async () => {
-  person = await Person.at(place);
-  await person.ready();
-});
-afterEach(() => person.leave());
+openForEveryTest();
 
 const rename = async (name: string): Promise<void> => {
   await person.page.getByRole('button', { name: 'Walkway' }).first().click();

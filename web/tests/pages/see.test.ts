@@ -2,24 +2,12 @@
 
 import { readFileSync } from 'node:fs';
 import { fileURLToPath } from 'node:url';
-import { afterAll, afterEach, beforeAll, beforeEach, describe, expect, test } from 'vitest';
+import { describe, expect, test } from 'vitest';
 import { crossing } from '../unit/example';
-import { dropFiles, openPlace, Person, type Place } from './page';
+import { openForEveryTest, person } from './everyTest';
+import { dropFiles } from './page';
 
-let place: Place;
-let person: Person;
-beforeAll(async () => {
-  place = await openPlace();
-});
-afterAll(() => place.close());
-beforeEach(async () => {
-  person = await Person.at(place);
-  await person.ready();
-});
-afterEach(async () => {
-  expect(person.faults).toEqual([]);
-  await person.leave();
-});
+openForEveryTest();
 
 const EXAMPLE = fileURLToPath(new URL('../../dist/example/', import.meta.url));
 const frame = (number: number): { name: string; text: Buffer } => {
