@@ -21,10 +21,10 @@
 #include <benchmark/benchmark.h>
 #include <hwy/highway.h>
 
+#include "Report.h"
 #include "classify/Clouds.h"
 #include "classify/Contestants.h"
 #include "classify/Records.h"
-#include "Report.h"
 #include "classify/Setting.h"
 #include "classify/Sites.h"
 

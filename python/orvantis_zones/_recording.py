@@ -249,7 +249,7 @@ def evaluate(site, recording, *, forget_after=2.0, clearance=0.0, max_speed=floa
 
 
 def evaluated(site, recording, options, title=None, progress=False):
-    """The parts of a Run; without a picture when there is no title for it."""
+    """The parts of a Run. The picture is drawn only with a title."""
     evaluation = _core.Evaluation(site, options["forget_after"], options["clearance"], options["max_speed"],
                                   recording.sensors is not None, title is not None)
     feed = _evaluate_arrays if recording._moments is not None else _evaluate_files

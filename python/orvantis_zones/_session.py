@@ -100,7 +100,7 @@ class Session(_core.Session):
 
         stamp: seconds, or a time of datetime or numpy, which counts exactly. points: (N, 3 or more) or structured.
         objects: an array of OBJECT_DTYPE, a DataFrame of its columns, or a list of TrackedObject.
-        None: there was no frame of objects, which is not the same as a frame without any.
+        None: nothing is known of objects at this stamp; an empty list says that none is in sight.
         Raises ValueError for a stamp that is not later than the last one, and for what is not points or objects.
 
         >>> site = Site()

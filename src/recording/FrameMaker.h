@@ -43,7 +43,7 @@ class FrameMaker {
   std::optional<InputFrame> next();
 
   /// The frame of the recording that `next` gave last, with another column in place of z, without limits and
-  /// pose. @throws ReadError when there is no such column
+  /// pose. @throws ReadError as RecordingReader::withColumn does
   Points withColumn(std::string_view column) { return recording_->reader.withColumn(column); }
 
   /// The size of all files that were read to their end.

@@ -77,7 +77,7 @@ class RecordingReader {
   /// The cloud that `next` gave last, with another column in place of z, such as its intensities. Valid as
   /// long as that cloud.
   /// @param column in the letter case of the message
-  /// @throws ReadError when there is no such column, or it has more than one value for each point
+  /// @throws ReadError when the message lacks the column, or has more than one value of it for each point
   Points withColumn(std::string_view column);
 
   RecordingKind kind() const { return opened_.kind; }

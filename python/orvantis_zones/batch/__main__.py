@@ -15,8 +15,8 @@ from . import Batch, BatchError, evaluate
 _ABOUT = """Evaluates many recordings with one zone document, here or on a Dask cluster. A RECORDING is a file, a folder of
 frames or recordings, or a URL of storage that fsspec knows; - stands for a list of them on the standard input. With -o, what
 is finished is kept in the folder, and the same command goes on where it was ended; without, the events are printed."""
-_CODES = """Exit codes: 0 all is good; 1 recordings are in errors, or an input or output is at fault, or there are no workers;
-2 wrong usage; 130 Ctrl-C ended it."""
+_CODES = """Exit codes: 0 all is good; 1 recordings are in errors, or an input or output is at fault, or the scheduler has
+no workers; 2 wrong usage; 130 Ctrl-C ended it."""
 
 
 def main(words: Sequence[str] | None = None) -> int:

@@ -21,7 +21,7 @@ _log = logging.getLogger("orvantis.batch")
 
 
 def run_on_dask(client: Any, units: Mapping[int, Unit], no_worker_timeout: float) -> Iterator[tuple[int, bytes]]:
-    """Raises BatchError when there is no worker for so many seconds, or the scheduler is gone."""
+    """Raises BatchError when the scheduler has had no workers for so many seconds, or is gone."""
     run = _Run(client, units, no_worker_timeout)
     try:
         yield from run.results()

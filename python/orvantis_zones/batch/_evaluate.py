@@ -30,8 +30,8 @@ def evaluate(site: Site, recordings: Iterable[Recording | PathLike], *, client: 
     progress: True: a line on the error stream or a bar in a notebook; or a function of done, total and name.
     no_worker_timeout: seconds to wait for a worker of the Dask client.
 
-    Raises ValueError for recordings that cannot be told apart or sent, OSError for the folder, and BatchError when there
-    is no worker or scheduler. A recording that cannot be read is a row in errors.
+    Raises ValueError for recordings that cannot be told apart or sent, OSError for the folder, and BatchError when the
+    scheduler is gone or has no workers. A recording that cannot be read is a row in errors.
 
     >>> batch = evaluate(Site(), [Recording.from_arrays([(0.0, [(1, 1, 1)], None)], name="monday"), "none.pcd"])
     >>> batch.recordings["recording"].tolist(), batch.recordings["status"].tolist()
