@@ -235,12 +235,11 @@ void addFarZones(std::uint64_t seed) {
 }
 
 // Construction and one frame, as when the zones change with every frame.
-void addSmallFrames() {
+void addSmallFrames(const std::string& site, const std::function<ZoneDetector()>& makeDetector, double side) {
   for (const std::size_t size :
-       {std::size_t{1000}, std::size_t{2000}, std::size_t{5000}, std::size_t{20000}}) {
-    const SharedSetting shared =
-        setting([] { return site(Shapes::Mixed, mostZones); }, [size] { return uniformCloud(size, 100.0); });
-    const std::string name = std::to_string(size) + " points and the construction";
+       {std::size_t{1000}, std::size_t{2000}, std::size_t{5000}, std::size_t{10000}, std::size_t{20000}}) {
+    const SharedSetting shared = setting(makeDetector, [=] { return uniformCloud(size, side); });
+    const std::string name = site + ", " + std::to_string(size) + " points and the construction";
     add("classifier, " + name, size, [=] {
       Setting& s = shared->get();
       return [&s] { ZoneIndex(s.detector).classify(s.cloud.view(), s.masks.data()); };
@@ -338,7 +337,10 @@ void addAll(const std::vector<std::uint64_t>& seeds) {
   }
   addFarZones(seeds.front());
   addOtherSites(seeds.front());
-  addSmallFrames();
+  addSmallFrames(
+      "mixed", [] { return site(Shapes::Mixed, mostZones); }, 100.0);
+  addSmallFrames(
+      "strewn", [seed = seeds.front()] { return denseSite(Arrangement::Strewn, seed); }, 84.0);
   addSizes();
   addRealFrames();
 }

@@ -62,32 +62,33 @@ std::uint16_t CellMaker::codeOf(std::uint64_t zones) {
 
 PlanCell CellMaker::cutCell(std::uint64_t held, const Stroke& border) {
   const std::uint64_t bit = bitOf(border.bit);
-  const std::array<std::uint16_t, 2> zones = {
-      codeOf(held | ((border.inside & Sides::negative) != 0 ? bit : 0)),
-      codeOf(held | ((border.inside & Sides::positive) != 0 ? bit : 0))};
+  const CutZones zones = {held | ((border.inside & Sides::negative) != 0 ? bit : 0),
+                          held | ((border.inside & Sides::positive) != 0 ? bit : 0)};
   std::uint32_t& last = lastCut_[border.curves[0]];
-  for (std::uint32_t number = last; number != none; number = cutBefore_[number]) {
-    if (cells_.cutCells[number].zones == zones) {
+  for (std::uint32_t number = last; number != none; number = cuts_[number].before) {
+    if (cuts_[number].zones == zones) {
       return {number, Kind::Cut};
     }
   }
-  cutBefore_.push_back(last);
+  cuts_.push_back({zones, last});
   last = static_cast<std::uint32_t>(cells_.cutCells.size());
-  cells_.cutCells.push_back({curves_[border.curves[0]], zones, border.bit});
+  cells_.cutCells.push_back({curves_[border.curves[0]], {codeOf(zones[0]), codeOf(zones[1])}, border.bit});
   return {last, Kind::Cut};
 }
 
 // Borders that cross mostly do so in several columns, so equal cells are kept once.
 PlanCell CellMaker::crossedCell(const CrossedCell& cell) {
-  constexpr std::size_t numCompared = 32;
-  std::vector<CrossedCell>& all = cells_.crossedCells;
-  for (std::size_t i = all.size(); i > 0 && i + numCompared > all.size(); --i) {
-    if (areSame(all[i - 1], cell)) {
-      return {static_cast<std::uint32_t>(i - 1), Kind::Crossed};
+  lastCrossed_.resize(cells_.curves.size(), none);
+  std::uint32_t& last = lastCrossed_[cell.curves[0]];
+  for (std::uint32_t number = last; number != none; number = crossedBefore_[number]) {
+    if (areSame(cells_.crossedCells[number], cell)) {
+      return {number, Kind::Crossed};
     }
   }
-  all.push_back(cell);
-  return {static_cast<std::uint32_t>(all.size() - 1), Kind::Crossed};
+  crossedBefore_.push_back(last);
+  last = static_cast<std::uint32_t>(cells_.crossedCells.size());
+  cells_.crossedCells.push_back(cell);
+  return {last, Kind::Crossed};
 }
 
 // From the decisions in `decisions_`.

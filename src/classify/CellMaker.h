@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -28,6 +29,13 @@ class CellMaker {
  private:
   static constexpr std::uint32_t none = ~std::uint32_t{0};
 
+  // The zones on the negative and on the positive side of a curve.
+  using CutZones = std::array<std::uint64_t, 2>;
+  struct Cut {
+    CutZones zones;
+    std::uint32_t before;  // the cut cell before it with the same curve
+  };
+
   std::uint16_t codeOf(std::uint64_t zones);
   PlanCell cutCell(std::uint64_t held, const Stroke& border);
   PlanCell crossedCell(const CrossedCell& cell);
@@ -37,10 +45,12 @@ class CellMaker {
 
   const std::vector<Curve>& curves_;
   PlanCells cells_;
-  std::vector<std::uint32_t> lastCut_;    // by curve, the last of its cut cells
-  std::vector<std::uint32_t> cutBefore_;  // by cut cell, the cut cell before it with the same curve
-  std::vector<std::uint16_t> numbers_;    // by curve, its number in the cells' curves; 0: no number yet
-  std::vector<Decision> decisions_;       // of one cell
+  std::vector<std::uint32_t> lastCut_;      // by curve, the last of its cut cells
+  std::vector<Cut> cuts_;                   // by cut cell
+  std::vector<std::uint32_t> lastCrossed_;  // by number of a curve, the last crossed cell that it is first in
+  std::vector<std::uint32_t> crossedBefore_;  // by crossed cell, the one before it with the same first curve
+  std::vector<std::uint16_t> numbers_;        // by curve, its number in the cells' curves; 0: no number yet
+  std::vector<Decision> decisions_;           // of one cell
 };
 
 }  // namespace orvantis::filter::classify

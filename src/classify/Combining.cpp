@@ -9,63 +9,88 @@ namespace {
 
 using CurveNumbers = std::array<std::uint16_t, CrossedCell::numCurves>;
 
-// When there are fewer curves, the first one is repeated.
-std::optional<CurveNumbers> curvesOf(std::span<const Decision> decisions) {
-  CurveNumbers curves{};
-  std::size_t size = 0;
-  for (const Decision& decision : decisions) {
+// The different curves of the decisions of a cell.
+class CellCurves {
+ public:
+  // Takes in the curves of a decision. False when they are too many, or one of them decides nothing.
+  bool add(const Decision& decision) {
     for (const std::uint16_t curve : decision.curves) {
-      const auto* const end = curves.data() + size;
-      if (std::find<const std::uint16_t*>(curves.data(), end, curve) != end) {
+      if (placeOf(curve) < size_) {
         continue;
       }
-      if (curve == Grid::curveOfZero || size == curves.size()) {
-        return std::nullopt;
+      if (curve == Grid::curveOfZero || size_ == curves_.size()) {
+        return false;
       }
-      curves[size++] = curve;
+      curves_[size_++] = curve;
     }
+    return true;
   }
-  if (size == 0) {
-    return std::nullopt;
+
+  std::size_t size() const { return size_; }
+
+  std::size_t placeOf(std::uint16_t curve) const {
+    std::size_t place = 0;
+    while (place < size_ && curves_[place] != curve) {
+      ++place;
+    }
+    return place;
   }
-  std::fill(curves.begin() + static_cast<std::ptrdiff_t>(size), curves.end(), curves[0]);
-  return curves;
-}
+
+  // When there are fewer curves, the first one is repeated.
+  CurveNumbers numbers() const {
+    CurveNumbers numbers = curves_;
+    std::fill(numbers.begin() + static_cast<std::ptrdiff_t>(size_), numbers.end(), numbers[0]);
+    return numbers;
+  }
+
+  // A repeated curve has the same side each time, so some combinations cannot occur.
+  bool canOccur(unsigned sides) const {
+    const unsigned repeated = allSides & ~0U << size_;
+    return (sides & repeated) == ((sides & 1U) != 0 ? repeated : 0U);
+  }
+
+ private:
+  static constexpr unsigned allSides = (1U << CrossedCell::numCurves) - 1U;
+
+  CurveNumbers curves_{};
+  std::size_t size_ = 0;
+};
 
 }  // namespace
 
 std::optional<CrossedCell> combined(std::span<const Decision> decisions, std::uint64_t decided,
                                     Palette& palette) {
-  const std::optional<CurveNumbers> curves = curvesOf(decisions);
-  if (!curves) {
+  CellCurves curves;
+  for (const Decision& decision : decisions) {
+    if (!curves.add(decision)) {
+      return std::nullopt;
+    }
+  }
+  if (curves.size() == 0) {
     return std::nullopt;
   }
   CrossedCell cell;
-  cell.zonesOn.fill(CrossedCell::noSet);
-  cell.curves = *curves;
+  cell.curves = curves.numbers();
   cell.decided = static_cast<std::uint16_t>(palette.codeOf(decided));
+  std::array<std::uint64_t, 1U << CrossedCell::numCurves> zones{};
+  std::array<bool, 1U << CrossedCell::numCurves> isKnown{};
+  zones.fill(decided);
+  isKnown.fill(true);
   for (const Decision& decision : decisions) {
-    cell.asked |= std::uint64_t{1} << decision.bit;
+    const std::uint64_t zone = std::uint64_t{1} << decision.bit;
+    const std::size_t first = curves.placeOf(decision.curves[0]);
+    const std::size_t second = curves.placeOf(decision.curves[1]);
+    for (unsigned sides = 0; sides < zones.size(); ++sides) {
+      const unsigned combination = (sides >> first & 1U) | (sides >> second & 1U) << 1U;
+      isKnown[sides] = isKnown[sides] && (decision.known >> combination & 1U) != 0;
+      zones[sides] |= (decision.inside >> combination & 1U) != 0 ? zone : 0;
+    }
+    cell.asked |= zone;
   }
-  for (unsigned sides = 0; sides < cell.zonesOn.size(); ++sides) {
-    const auto sideOf = [&](std::uint16_t curve) {
-      return sides >> (std::find(curves->begin(), curves->end(), curve) - curves->begin()) & 1U;
-    };
-    // A repeated curve has the same side each time, so some combinations cannot occur.
-    unsigned possible = 0;
-    for (std::size_t k = 0; k < curves->size(); ++k) {
-      possible |= sideOf((*curves)[k]) << k;
-    }
-    bool isKnown = possible == sides;
-    std::uint64_t zones = decided;
-    for (const Decision& decision : decisions) {
-      const unsigned combination = sideOf(decision.curves[0]) | sideOf(decision.curves[1]) << 1U;
-      isKnown = isKnown && (decision.known >> combination & 1U) != 0;
-      zones |= (decision.inside >> combination & 1U) != 0 ? std::uint64_t{1} << decision.bit : 0;
-    }
-    if (isKnown) {
-      cell.zonesOn[sides] = static_cast<std::uint16_t>(palette.codeOf(zones));
-    }
+  for (unsigned sides = 0; sides < zones.size(); ++sides) {
+    const bool hasSet = isKnown[sides] && curves.canOccur(sides);
+    cell.zonesOn[sides] =
+        hasSet ? static_cast<std::uint16_t>(palette.codeOf(zones[sides])) : CrossedCell::noSet;
   }
   return cell;
 }

@@ -1,5 +1,6 @@
 #include "classify/Grid.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <utility>
@@ -60,12 +61,13 @@ Grid codedGrid(const Lattice& lattice, PlanCells cells, std::uint64_t alwaysAske
   const auto codeOf = [&](const PlanCell& cell) {
     return static_cast<std::uint16_t>(first[static_cast<std::size_t>(cell.kind)] + cell.number);
   };
-  grid.codes.reserve(numCellsOf(lattice) + 2);
+  grid.codes.resize(numCellsOf(lattice) + 2);
+  std::uint16_t* next = grid.codes.data();
   for (const CellRun& run : cells.runs) {
-    grid.codes.insert(grid.codes.end(), run.length, codeOf(run.cell));
+    next = std::fill_n(next, run.length, codeOf(run.cell));
   }
-  grid.codes.push_back(codeOf(cells.ofNaN));
-  grid.codes.push_back(codeOf(cells.farAway));
+  grid.codes[grid.cellOfNaN()] = codeOf(cells.ofNaN);
+  grid.codes[grid.cellFarAway()] = codeOf(cells.farAway);
   grid.curves = std::move(cells.curves);
   grid.cutCells = std::move(cells.cutCells);
   grid.crossedCells = std::move(cells.crossedCells);

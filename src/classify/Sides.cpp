@@ -30,23 +30,26 @@ void askSides(const detection::Zone& shape, const Box& box, const Curve& curve, 
   }
 }
 
-Sides askSides(const detection::Zone& shape, const Box& box, const std::array<const Curve*, 2>& curves) {
+unsigned combinationOf(const std::array<const Curve*, 2>& curves, double x, double y) {
+  const float first = valueOf(*curves[0], x, y);
+  const float second = valueOf(*curves[1], x, y);
+  const bool isClear = std::abs(first) > 1.0F && std::abs(second) > 1.0F;
+  return isClear ? 1U << ((first > 0.0F ? 1U : 0U) | (second > 0.0F ? 2U : 0U)) : 0U;
+}
+
+void askSides(const detection::Zone& shape, const Box& box, const std::array<const Curve*, 2>& curves,
+              Sides& sides) {
   constexpr int steps = 4;
-  Sides sides;
   for (int i = 0; i <= steps; ++i) {
     for (int j = 0; j <= steps; ++j) {
       const double x = box.minX + i * (box.maxX - box.minX) / steps;
       const double y = box.minY + j * (box.maxY - box.minY) / steps;
-      const float first = valueOf(*curves[0], x, y);
-      const float second = valueOf(*curves[1], x, y);
-      const bool isClear = std::abs(first) > 1.0F && std::abs(second) > 1.0F;
-      const unsigned combination = 1U << ((first > 0.0F ? 1U : 0U) | (second > 0.0F ? 2U : 0U));
-      if (isClear && (sides.known & combination) == 0) {
+      const unsigned combination = combinationOf(curves, x, y);
+      if ((combination & ~sides.known) != 0) {
         sides.tell(combination, shape.within(detection::Point(x, y)));
       }
     }
   }
-  return sides;
 }
 
 }  // namespace orvantis::filter::classify

@@ -39,7 +39,12 @@ unsigned sideOf(const Curve& curve, double x, double y);
 /// box.
 void askSides(const detection::Zone& shape, const Box& box, const Curve& curve, Sides& sides);
 
-/// Asks a shape about one point of each combination of sides that samples of the box find.
-Sides askSides(const detection::Zone& shape, const Box& box, const std::array<const Curve*, 2>& curves);
+/// The combination of sides of two curves on which a point is; 0 when it is too close to one of them.
+unsigned combinationOf(const std::array<const Curve*, 2>& curves, double x, double y);
+
+/// Asks a shape about one point of each combination of sides that is not known yet and that samples of the
+/// box find.
+void askSides(const detection::Zone& shape, const Box& box, const std::array<const Curve*, 2>& curves,
+              Sides& sides);
 
 }  // namespace orvantis::filter::classify

@@ -143,9 +143,8 @@ void StrokeMaker::makePart(const Run& run, const Rows& rows, const Mark* first, 
   if (numCurves == 1) {
     append(rows, Stroke::Kind::OneCurve, sidesOf(run, rows, curves_[curves[0]]), curves[0], curves[0]);
   } else if (numCurves == 2) {
-    const Sides sides =
-        askSides(*zone_->zone->shape, boxOf(rows), {&curves_[curves[0]], &curves_[curves[1]]});
-    append(rows, Stroke::Kind::TwoCurves, sides, curves[0], curves[1]);
+    const std::array<const Curve*, 2> both{&curves_[curves[0]], &curves_[curves[1]]};
+    append(rows, Stroke::Kind::TwoCurves, sidesOf(run, rows, both), curves[0], curves[1]);
   } else {
     append(rows, Stroke::Kind::Asked);
   }
@@ -165,6 +164,22 @@ Sides StrokeMaker::sidesOf(const Run& run, const Rows& rows, const Curve& curve)
   if (sides.known != Sides::both) {
     askSides(*zone_->zone->shape, boxOf(rows), curve, sides);
   }
+  return sides;
+}
+
+// The same for two curves: no border lies between the part and its neighbour, so what the neighbour tells
+// about its combination of sides holds in the part too.
+Sides StrokeMaker::sidesOf(const Run& run, const Rows& rows,
+                           const std::array<const Curve*, 2>& curves) const {
+  Sides sides;
+  if (rows.first == run.rows.first) {
+    sides.tell(combinationOf(curves, middleX(), middleY(rows.first - 1)), run.isInsideBelow);
+  }
+  if (rows.last == run.rows.last) {
+    const unsigned combination = combinationOf(curves, middleX(), middleY(rows.last + 1));
+    sides.tell(combination & ~sides.known, run.isInsideAbove);
+  }
+  askSides(*zone_->zone->shape, boxOf(rows), curves, sides);
   return sides;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -58,6 +59,7 @@ class StrokeMaker {
   void makeRun(const Run& run, const Mark* firstOfRun, const Mark* endOfRun);
   void makePart(const Run& run, const Rows& rows, const Mark* first, const Mark* end);
   Sides sidesOf(const Run& run, const Rows& rows, const Curve& curve) const;
+  Sides sidesOf(const Run& run, const Rows& rows, const std::array<const Curve*, 2>& curves) const;
   void append(const Rows& rows, Stroke::Kind kind, const Sides& sides = {}, std::uint32_t curve = 0,
               std::uint32_t otherCurve = 0);
   Box boxOf(const Rows& rows) const;
