@@ -1,14 +1,17 @@
 #include "Explanation.h"
 
+#include <array>
+#include <cstddef>
 #include <utility>
+#include <variant>
 #include <vector>
 
-#include "CloudReader.h"
 #include "Console.h"
 #include "DocumentFile.h"
 #include "InputConsole.h"
 #include "Progress.h"
 #include "recording/FrameWarnings.h"
+#include "session/Coordinates.h"
 #include "session/ExplanationRecords.h"
 #include "session/ExplanationText.h"
 #include "session/Session.h"
@@ -20,6 +23,28 @@ namespace orvantis::app {
 namespace {
 
 using filter::monitor::Stamp;
+
+// The points of one frame, in memory of their own.
+using Cloud = std::vector<std::array<double, 3>>;
+
+Points viewOf(const Cloud& cloud) {
+  return filter::classify::PointsView<double>::interleaved(cloud.data(), sizeof(Cloud::value_type),
+                                                           cloud.size());
+}
+
+Cloud copyOf(const Points& points) {
+  Cloud cloud;
+  cloud.reserve(sizeOf(points));
+  std::visit(
+      [&cloud](const auto& view) {
+        for (std::size_t i = 0; i < view.size; ++i) {
+          const Coordinates p = coordinatesOf(view, i);
+          cloud.push_back({p.x, p.y, p.z});
+        }
+      },
+      points);
+  return cloud;
+}
 
 // The results of a recording up to the wanted stamp or to its end.
 struct Account {

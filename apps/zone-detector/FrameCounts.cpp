@@ -7,7 +7,6 @@
 #include <set>
 #include <utility>
 
-#include "CloudReader.h"
 #include "Console.h"
 #include "InputConsole.h"
 #include "Progress.h"

@@ -5,11 +5,13 @@
 
 #include <CLI/CLI.hpp>
 
-#include "CloudReader.h"
 #include "Command.h"
 #include "Console.h"
+#include "InputConsole.h"
+#include "RecordingOptions.h"
 #include "document/NewDocument.h"
 #include "files/AtomicFile.h"
+#include "input/FrameInput.h"
 #include "session/SiteEstimate.h"
 
 namespace orvantis::app {
@@ -17,20 +19,31 @@ namespace {
 
 struct NewOptions {
   std::string output;
-  std::vector<std::string> clouds;
+  Recording recording;
 };
 
-Site siteOf(const std::vector<std::string>& clouds) {
-  if (clouds.empty()) {
+// From the first frame of each file, or from the first frames of all sensors.
+SiteEstimate estimateOf(const Recording& recording, const Console& console) {
+  SiteEstimate estimate;
+  if (!recording.sensors.empty()) {
+    const auto input = openFrames(recording, Configuration(), warningsTo(console));
+    estimate.add(input->next().value().points);  // what has no frame is refused when it is read
+    return estimate;
+  }
+  for (const std::string& path : filesOf(recording.clouds, recording.frames)) {
+    estimate.add(FrameInput({path}, recording.frames).next().value().points);
+  }
+  return estimate;
+}
+
+Site siteOf(const Recording& recording, const Console& console) {
+  if (!recording.hasClouds()) {
     return {};
   }
-  SiteEstimate estimate;
-  for (const std::string& path : clouds) {
-    estimate.add(viewOf(readCloud(path)));
-  }
-  const auto site = estimate.site();
+  const auto site = estimateOf(recording, console).site();
   if (!site) {
-    throw Failure(clouds.front(), "has no points to put a zone around");
+    throw Failure(recording.sensors.empty() ? recording.clouds.front() : recording.sensors,
+                  "has no points to put a zone around");
   }
   return *site;
 }
@@ -42,7 +55,7 @@ int makeNew(const NewOptions& options, const Console& console) {
       std::filesystem::exists(std::filesystem::symlink_status(options.output, unknown))) {
     throw Failure(options.output, "exists already; give another name, or remove it first");
   }
-  const std::string text = newDocument(siteOf(options.clouds));
+  const std::string text = newDocument(siteOf(options.recording, console));
   if (options.output.empty()) {
     console.out << text;
     console.flush();
@@ -61,12 +74,15 @@ void addNewCommand(CLI::App& program, Task& task) {
   zone-detector new -o site.json scan.pcd     in the middle of the scan, above its ground
 
 Writes a first zone document: one zone and one counter line. With frames, they lie in the middle of the points,
-and the heights of the zone are above the ground, which is the height of most points.)"});
-  command.add_option("CLOUD", options->clouds, "frames of the site")->option_text("...");
+and the heights of the zone are above the ground, which is the height of most points. Of a recording, its first
+frame is taken.)"});
+  addFrameOptions(command, options->recording);
   command.add_option("-o,--output", options->output, "document to write; without it, the standard output")
       ->option_text("FILE");
-  command.final_callback(
-      [options, &task] { task = [options](const Console& console) { return makeNew(*options, console); }; });
+  command.final_callback([options, &task] {
+    checkStandardInput(options->recording, "");
+    task = [options](const Console& console) { return makeNew(*options, console); };
+  });
 }
 
 }  // namespace orvantis::app

@@ -2,14 +2,17 @@
 
 #include <filesystem>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
-#include "CloudReader.h"
 #include "Command.h"
 #include "Console.h"
 #include "DocumentFile.h"
 #include "ExtentOption.h"
+#include "InputConsole.h"
+#include "RecordingOptions.h"
 #include "drawing/SitePlan.h"
 #include "files/AtomicFile.h"
 #include "input/Input.h"
@@ -25,7 +28,9 @@ void checkOutput(const PlotOptions& options) {
   if (output.empty() || output == standardInput) {
     return;
   }
-  for (const std::string& input : {options.document, options.cloud}) {
+  std::vector<std::string> inputs = options.recording.clouds;
+  inputs.insert(inputs.end(), {options.document, options.recording.sensors});
+  for (const std::string& input : inputs) {
     std::error_code error;
     if (std::filesystem::equivalent(output, input, error)) {
       throw Failure(output, "cannot be written: the picture is drawn from it");
@@ -39,6 +44,16 @@ void checkOutput(const PlotOptions& options) {
   }
 }
 
+// Adds the points of the first frame, or of the first frames of all sensors.
+void addFirstFrame(const Configuration& configuration, const Recording& recording, const Console& console,
+                   PlanContent& plan) {
+  const auto input = openFrames(recording, configuration, warningsTo(console));
+  const InputFrame frame = input->next().value();  // what has no frame is refused when it is read
+  addScan(configuration.detector, frame.points, plan);
+  const std::string& source = recording.sensors.empty() ? frame.file : recording.sensors;
+  plan.title += " over " + std::filesystem::path(source).filename().string();
+}
+
 }  // namespace
 
 int plot(const PlotOptions& options, const Console& console) {
@@ -46,9 +61,8 @@ int plot(const PlotOptions& options, const Console& console) {
   const Configuration configuration = readConfiguration(options.document, console);
   PlanContent plan = planOf(configuration);
   plan.title = std::filesystem::path(options.document).filename().string();
-  if (!options.cloud.empty()) {
-    addScan(configuration.detector, viewOf(readCloud(options.cloud)), plan);
-    plan.title += " over " + std::filesystem::path(options.cloud).filename().string();
+  if (options.recording.hasClouds()) {
+    addFirstFrame(configuration, options.recording, console, plan);
   }
   plan.extent = options.extent;
   std::string svg;
@@ -71,14 +85,22 @@ void addPlotCommand(CLI::App& program, Task& task) {
   CLI::App& command = addCommand(program, {"plot", "draw the plan as SVG", R"(Examples:
   zone-detector plot site.json -o plan.svg
   zone-detector plot site.json scan.pcd -o plan.svg
+  zone-detector plot site.json drive.mcap --sensors sensors.json -o plan.svg
 
-Draws zones, exclusion zones and counter lines to scale, over a scan if one is given.)"});
+Draws zones, exclusion zones and counter lines to scale. With CLOUD they lie over its first frame, with --sensors
+over the first frames of all sensors.)"});
   command.add_option("FILE", options->document, "zone document")->required();
-  command.add_option("CLOUD", options->cloud, "scan to draw under the zones");
+  addFrameOptions(command, options->recording);
   command.add_option("-o,--output", options->output, "picture to write; - or none: the standard output");
   addExtentOption(command, options->extent);
-  command.final_callback(
-      [options, &task] { task = [options](const Console& console) { return plot(*options, console); }; });
+  command.final_callback([options, &task] {
+    const Recording& recording = options->recording;
+    if (recording.clouds.size() > 1 && recording.sensors.empty()) {
+      throw CLI::ValidationError("CLOUD", "can be given once, because the plan lies over one frame");
+    }
+    checkStandardInput(recording, options->document);
+    task = [options](const Console& console) { return plot(*options, console); };
+  });
 }
 
 }  // namespace orvantis::app

@@ -12,31 +12,17 @@
 
 namespace orvantis::app {
 
-void addRecordingOptions(CLI::App& command, Recording& recording) {
-  static const std::map<std::string, toolkit::TracksFormat> formats = {
-      {"csv", toolkit::TracksFormat::Csv}, {"kitti", toolkit::TracksFormat::Kitti}};
+void addFrameOptions(CLI::App& command, Recording& recording) {
   FrameOptions& frames = recording.frames;
-  CLI::Option* const clouds =
-      command
-          .add_option("CLOUD", recording.clouds,
-                      "frames and recordings, in order; folders of them; - for a list of them")
-          ->option_text("...");
-  CLI::Option* const rate =
-      command.add_option("--rate", recording.rate, "frames per second; 10 unless given")
-          ->option_text("HZ")
-          ->check(aboveZero());
   command
-      .add_option("--stamps", recording.stamps,
-                  "list of frames, each with its stamp, instead of CLOUD; - is the standard input")
-      ->option_text("LIST")
-      ->excludes(clouds)
-      ->excludes(rate);
+      .add_option("CLOUD", recording.clouds,
+                  "frames and recordings, in order; folders of them; - for a list of them")
+      ->option_text("...");
   CLI::Option* const sensors =
       command
           .add_option("--sensors", recording.sensors,
                       "list of sensors, each with its pose and its files or topic; - is the standard input")
-          ->option_text("SENSORS")
-          ->excludes("--stamps");
+          ->option_text("SENSORS");
   constexpr double nanosecond = 1e-9;
   command
       .add_option_function<double>(
@@ -48,9 +34,6 @@ void addRecordingOptions(CLI::App& command, Recording& recording) {
       ->option_text("S")
       ->check(between(0.0, 3600.0))
       ->needs(sensors);
-  CLI::Option* const tracks =
-      command.add_option("--tracks", recording.tracks, "tracked objects; - is the standard input")
-          ->option_text("TRACKS");
   command
       .add_option(
           "--columns",
@@ -86,6 +69,27 @@ void addRecordingOptions(CLI::App& command, Recording& recording) {
       ->excludes(sensors)
       ->check(parsedBy(toolkit::Pose::parse))
       ->each([&frames](const std::string& text) { frames.pose = toolkit::Pose::parse(text); });
+}
+
+void addRecordingOptions(CLI::App& command, Recording& recording) {
+  static const std::map<std::string, toolkit::TracksFormat> formats = {
+      {"csv", toolkit::TracksFormat::Csv}, {"kitti", toolkit::TracksFormat::Kitti}};
+  addFrameOptions(command, recording);
+  CLI::Option* const rate =
+      command.add_option("--rate", recording.rate, "frames per second; 10 unless given")
+          ->option_text("HZ")
+          ->check(aboveZero());
+  CLI::Option* const stamps =
+      command
+          .add_option("--stamps", recording.stamps,
+                      "list of frames, each with its stamp, instead of CLOUD; - is the standard input")
+          ->option_text("LIST")
+          ->excludes(command.get_option("CLOUD"))
+          ->excludes(rate);
+  command.get_option("--sensors")->excludes(stamps);
+  CLI::Option* const tracks =
+      command.add_option("--tracks", recording.tracks, "tracked objects; - is the standard input")
+          ->option_text("TRACKS");
   command.add_option("--tracks-format", "format of TRACKS; csv unless given")
       ->option_text("csv|kitti")
       ->check(oneOf({"csv", "kitti"}))
@@ -93,10 +97,7 @@ void addRecordingOptions(CLI::App& command, Recording& recording) {
       ->needs(tracks);
 }
 
-void checkRecording(const Recording& recording, const std::string& document) {
-  if (!recording.hasClouds() && !recording.hasTracks()) {
-    throw CLI::RequiredError("CLOUD, --sensors, --stamps or --tracks");
-  }
+void checkStandardInput(const Recording& recording, const std::string& document) {
   int standardInputs = 0;
   for (const std::string& path : {document, recording.stamps, recording.sensors, recording.tracks}) {
     standardInputs += path == standardInput ? 1 : 0;
@@ -107,6 +108,13 @@ void checkRecording(const Recording& recording, const std::string& document) {
   if (standardInputs > 1) {
     throw CLI::ValidationError("only one input can be -, the standard input");
   }
+}
+
+void checkRecording(const Recording& recording, const std::string& document) {
+  if (!recording.hasClouds() && !recording.hasTracks()) {
+    throw CLI::RequiredError("CLOUD, --sensors, --stamps or --tracks");
+  }
+  checkStandardInput(recording, document);
 }
 
 }  // namespace orvantis::app

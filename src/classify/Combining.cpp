@@ -13,18 +13,7 @@ using CurveNumbers = std::array<std::uint16_t, CrossedCell::numCurves>;
 class CellCurves {
  public:
   // Takes in the curves of a decision. False when they are too many, or one of them decides nothing.
-  bool add(const Decision& decision) {
-    for (const std::uint16_t curve : decision.curves) {
-      if (placeOf(curve) < size_) {
-        continue;
-      }
-      if (curve == Grid::curveOfZero || size_ == curves_.size()) {
-        return false;
-      }
-      curves_[size_++] = curve;
-    }
-    return true;
-  }
+  bool add(const Decision& decision) { return add(decision.curves[0]) && add(decision.curves[1]); }
 
   std::size_t size() const { return size_; }
 
@@ -50,6 +39,17 @@ class CellCurves {
   }
 
  private:
+  bool add(std::uint16_t curve) {
+    if (placeOf(curve) < size_) {
+      return true;
+    }
+    if (curve == Grid::curveOfZero || size_ == curves_.size()) {
+      return false;
+    }
+    curves_[size_++] = curve;
+    return true;
+  }
+
   static constexpr unsigned allSides = (1U << CrossedCell::numCurves) - 1U;
 
   CurveNumbers curves_{};

@@ -328,7 +328,7 @@ TEST_F(Sensors, UsageIsTold) {
   EXPECT_EQ(fault({"--sensors", "s", "--topic", "t"}),
             "zone-detector: --sensors and --topic exclude each other");
   EXPECT_EQ(fault({"--sensors", "s", "--stamps", "t"}),
-            "zone-detector: --stamps and --sensors exclude each other");
+            "zone-detector: --sensors and --stamps exclude each other");
   EXPECT_EQ(fault({"--sensors", "s", "--reference"}),
             "zone-detector: --sensors and --reference exclude each other");
   EXPECT_EQ(fault({"--sensors", "-", "-"}), "zone-detector: only one input can be -, the standard input");
