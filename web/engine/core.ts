@@ -6,7 +6,7 @@ import { Handles } from './handles';
 import { Module } from './module';
 import { NUM_SLOTS } from './types';
 import type {
-  Check, Counts, EngineVersion, Explanation, FrameOptions, Progress, Recording, RecordingOptions, Scene, Session,
+  Check, Count, EngineVersion, Explanation, FrameOptions, Progress, Recording, RecordingOptions, Scene, Session,
   SessionEvent, SessionOptions, SessionTable, Source, TrackedObject,
 } from './types';
 
@@ -157,33 +157,30 @@ export class EngineCore {
   }
 
   /** Counts the points of a scene; `Count` of types.ts. */
-  count(scene: number, text: string | Uint8Array, options: { verdicts?: boolean } = {}): { check: Check; counts: Counts | null } {
+  count(scene: number, text: string | Uint8Array, options: { verdicts?: boolean } = {}): Count {
     const begin = performance.now();
     const held = this.#scenes.at(scene);
     const tiles = this.#module.with([text], (t) => this.#engine.engine_count(held, t!.at, t!.size));
     if (tiles === -2) {
       throw this.#module.failure();
     }
-    const check = JSON.parse(this.#module.answer()) as Check;
-    if (tiles < 0 || check.site === null) {
-      return { check, counts: null };
+    if (tiles < 0) {
+      return { counts: null };
     }
     const at = this.#engine.engine_scene_counts(held);
-    const numbers = new Uint32Array(this.#engine.memory.buffer, at, NUM_SLOTS + 2);
-    const inside = numbers.slice(0, NUM_SLOTS);
+    const numbers = new Uint32Array(this.#engine.memory.buffer, at, NUM_SLOTS + 3).slice();
     const size = this.#engine.engine_scene_size(held);
     const verdicts = options.verdicts === false
       ? null
       : this.#module.bytes(this.#engine.engine_scene_verdicts(held), size).slice();
-    const least = check.site.minPoints;
-    const zones = new Set(check.site.evaluationFields.flatMap((f) => f.zones.map((z) => 3 * f.index + z.index)));
+    const inside = numbers.slice(0, NUM_SLOTS);
+    const [excluded, noReturns, reached] = numbers.subarray(NUM_SLOTS) as unknown as [number, number, number];
     return {
-      check,
       counts: {
         inside,
-        excluded: numbers[NUM_SLOTS]!,
-        noReturns: numbers[NUM_SLOTS + 1]!,
-        reached: Array.from(inside, (count, slot) => zones.has(slot) && count >= least),
+        excluded,
+        noReturns,
+        reached: Array.from(inside, (_, slot) => ((reached >>> slot) & 1) === 1),
         verdicts,
         tiles: [tiles, this.#engine.engine_scene_tiles(held)],
         milliseconds: performance.now() - begin,

@@ -31,7 +31,7 @@ const TimelinePart = part(['doc', 'session', 'moment', 'before', 'progress', 'is
 
 const TABS: readonly { readonly tab: Tab; readonly name: (state: State) => string }[] = [
   { tab: 'zones', name: () => 'Zones' },
-  { tab: 'findings', name: (state) => `Findings ${state.check ? state.check.findings.length : ''}` },
+  { tab: 'findings', name: (state) => `Findings ${state.checked?.findings.length ?? ''}` },
   { tab: 'events', name: (state) => `Events ${state.session ? state.session.events.length : ''}` },
   { tab: 'explain', name: () => 'Explain' },
   { tab: 'text', name: () => 'Text' },
@@ -60,7 +60,7 @@ function Panels({ state }: { state: State }) {
             aria-controls="panel"
             tabindex={tab === one.tab ? 0 : -1}
             class={
-              one.tab === 'findings' && state.check?.findings.some((finding) => finding.severity === 'error')
+              one.tab === 'findings' && state.checked?.findings.some((finding) => finding.severity === 'error')
                 ? 'bad'
                 : ''
             }
@@ -92,7 +92,7 @@ const PanelPart = part(
     'marks',
     'tab',
     'engine',
-    'check',
+    'checked',
     'counts',
     'session',
     'before',

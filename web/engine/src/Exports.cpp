@@ -2,12 +2,11 @@
 
 #include <cstdlib>
 #include <new>
-#include <stdexcept>
 
 #include <boost/json/object.hpp>
 
+#include "CheckedText.h"
 #include "DocumentText.h"
-#include "document/Check.h"
 #include "document/Schema.h"
 #include "files/Failure.h"
 #include "text/JsonText.h"
@@ -44,14 +43,6 @@ void answerWithError() {
   }
 }
 
-toolkit::Configuration configurationOf(std::string_view text) {
-  toolkit::CheckedDocument document = toolkit::check(text);
-  if (!document.configuration) {
-    throw std::invalid_argument("the document has " + toolkit::counted(document.errors(), "error"));
-  }
-  return std::move(*document.configuration);
-}
-
 }  // namespace orvantis::engine
 
 using namespace orvantis;          // NOLINT(google-build-using-namespace)
@@ -78,7 +69,7 @@ ENGINE_EXPORT const char* engine_version() {
 }
 
 ENGINE_EXPORT int engine_check(const char* text, std::size_t size) {
-  return guarded([&] { answer() = toJson(toolkit::check({text, size})); });
+  return guarded([&] { answer() = toJson(checked({text, size})); });
 }
 
 ENGINE_EXPORT int engine_schema() {

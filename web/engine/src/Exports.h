@@ -1,12 +1,7 @@
 #pragma once
 
 #include <cstddef>
-#include <exception>
 #include <string>
-#include <string_view>
-#include <utility>
-
-#include "document/Configuration.h"
 
 /// A function that a page calls: numbers and addresses only. engine.ts names all of them.
 #define ENGINE_EXPORT extern "C" __attribute__((used, visibility("default")))
@@ -39,8 +34,5 @@ int guarded(Work work) {
     return 0;
   });
 }
-
-/// @throws std::invalid_argument for a document with errors: a page asks only with one that was checked
-toolkit::Configuration configurationOf(std::string_view text);
 
 }  // namespace orvantis::engine

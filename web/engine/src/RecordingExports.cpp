@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "CheckedText.h"
 #include "Explain.h"
 #include "Exports.h"
 #include "HostFiles.h"

@@ -5,8 +5,8 @@
 #include <memory>
 #include <stdexcept>
 
+#include "CheckedText.h"
 #include "CloudStream.h"
-#include "DocumentText.h"
 #include "Exports.h"
 #include "HostFiles.h"
 #include "Options.h"
@@ -78,15 +78,12 @@ ENGINE_EXPORT const std::uint32_t* engine_scene_heights(const Scene* scene, std:
   });
 }
 
-// Counts by a document, whose findings and content are the answer.
+// Counts by a document, whose findings and content are told by `engine_check`.
 // @return how many tiles were counted; -1 when the document has errors, -2 when something else fails
 ENGINE_EXPORT int engine_count(Scene* scene, const char* text, std::size_t size) {
   return guarded(-2, [&] {
-    const toolkit::CheckedDocument document = toolkit::check({text, size});
-    const int tiles =
-        document.configuration ? static_cast<int>(scene->count(document.configuration->detector)) : -1;
-    answer() = toJson(document);
-    return tiles;
+    const toolkit::CheckedDocument& document = checked({text, size});
+    return document.configuration ? static_cast<int>(scene->count(document.configuration->detector)) : -1;
   });
 }
 
@@ -94,14 +91,16 @@ ENGINE_EXPORT std::size_t engine_scene_tiles(const Scene* scene) {
   return scene->points().tiles().size();
 }
 
-// The numbers of the 24 slots, then the excluded and the no returns; until the next call.
+// The numbers of the 24 slots, then the excluded and the no returns, then a bit for each slot that is
+// reached; until the next call.
 ENGINE_EXPORT const std::uint32_t* engine_scene_counts(const Scene* scene) {
-  static std::array<std::uint32_t, 26> numbers{};
+  static std::array<std::uint32_t, 27> numbers{};
   const filter::classify::ZoneCounts& counts = scene->counts().counts();
   std::transform(counts.inside.begin(), counts.inside.end(), numbers.begin(),
                  [](std::uint64_t count) { return static_cast<std::uint32_t>(count); });
   numbers[24] = static_cast<std::uint32_t>(counts.excluded);
   numbers[25] = static_cast<std::uint32_t>(counts.noReturns);
+  numbers[26] = scene->counts().reached();
   return numbers.data();
 }
 
@@ -113,7 +112,7 @@ ENGINE_EXPORT const std::uint8_t* engine_scene_verdicts(const Scene* scene) {
 ENGINE_EXPORT int engine_plan(Scene* scene, const char* text, std::size_t size, const char* title,
                               std::size_t titleSize) {
   return guarded([&] {
-    const toolkit::Configuration configuration = configurationOf({text, size});
+    const toolkit::Configuration& configuration = configurationOf({text, size});
     const std::string name(title, titleSize);
     if (scene != nullptr) {
       answer() = scene->plan(configuration, name);

@@ -1,16 +1,36 @@
 #include "TileCounts.h"
 
 #include <algorithm>
+#include <memory>
+#include <numeric>
+#include <string>
 #include <utility>
 #include <variant>
+
+#include "zones/ShapeCopy.h"
 
 namespace orvantis::engine {
 namespace {
 
 using filter::classify::PointClassifier;
 using filter::classify::ZoneCounts;
+using filter::detection::Zone;
+using filter::detection::Zone3dBase;
+using filter::detection::ZoneDetector;
 
 constexpr std::size_t numSlots = 24;
+
+std::shared_ptr<Zone3dBase> zoneOf(const ZoneDetector& detector, std::size_t slot) {
+  return detector.getZone(static_cast<int>(slot / 3), static_cast<int>(slot % 3));
+}
+
+// A document may have a name twice, and a list that is put together may not.
+std::shared_ptr<Zone3dBase> copyNamed(const Zone3dBase& zone, const std::string& name) {
+  const auto shape = std::const_pointer_cast<Zone>(filter::detection::exactCopy(*zone.getZone2d()));
+  const auto copy = std::make_shared<Zone3dBase>(shape, zone.getZMin(), zone.getZMax());
+  copy->setName(name);
+  return copy;
+}
 
 }  // namespace
 
@@ -51,26 +71,72 @@ void TileCounts::countTile(std::size_t tile, const PointClassifier& classifier) 
                  verdictOf);
 }
 
-std::size_t TileCounts::count(const filter::detection::ZoneDetector& detector) {
-  const std::optional<ZoneSignatures> before = std::exchange(zones_, std::nullopt);
-  ZoneSignatures zones(detector);
-  const std::vector<Box> changes = before ? zones.changesFrom(*before) : std::vector<Box>();
-  std::size_t counted = 0;
-  if (!before || !changes.empty()) {
-    const PointClassifier classifier(detector);
-    const auto isTouched = [&](const PointTiles::Tile& tile) {
-      return !before || std::any_of(changes.begin(), changes.end(),
-                                    [&](const Box& box) { return !box.isEmpty() && box.touches(tile.box); });
-    };
-    for (std::size_t tile = 0; tile < numbers_.size(); ++tile) {
-      if (isTouched(points_.tiles()[tile])) {
-        countTile(tile, classifier);
-        ++counted;
-      }
+std::vector<std::size_t> TileCounts::touchedBy(const std::vector<Box>& changes) const {
+  std::vector<std::size_t> touched;
+  for (std::size_t tile = 0; tile < numbers_.size(); ++tile) {
+    const Box& box = points_.tiles()[tile].box;
+    if (std::any_of(changes.begin(), changes.end(), [&](const Box& change) { return change.touches(box); })) {
+      touched.push_back(tile);
     }
   }
+  return touched;
+}
+
+// The tables of a classifier cost more than a few tiles, so they are made of those zones alone that can hold
+// a point of these tiles: to these points the others are as good as not there.
+ZoneDetector TileCounts::zonesNear(const std::vector<std::size_t>& tiles, const ZoneDetector& detector,
+                                   const ZoneSignatures& zones) const {
+  const auto isNear = [&](std::size_t zone) {
+    const Box& box = zones.boxOf(zone);
+    return std::any_of(tiles.begin(), tiles.end(),
+                       [&](std::size_t tile) { return box.touches(points_.tiles()[tile].box); });
+  };
+  ZoneDetector::EvaluationFieldArray fields;
+  for (std::size_t slot = 0; slot < numSlots; ++slot) {
+    if (isNear(slot)) {
+      auto& field = fields[slot / 3];
+      field = field ? field : std::make_shared<ZoneDetector::EvaluationField>();
+      field->zones[slot % 3] = zoneOf(detector, slot);
+    }
+  }
+  ZoneDetector near(fields);
+  const auto& exclusions = detector.getExclusionZoneVector();
+  for (std::size_t k = 0; k < exclusions.size(); ++k) {
+    if (isNear(numSlots + k)) {
+      near.appendExclusionZone(copyNamed(*exclusions[k], std::to_string(k)));
+    }
+  }
+  return near;
+}
+
+void TileCounts::judge(const ZoneDetector& detector) {
+  reached_ = 0;
+  for (std::size_t slot = 0; slot < numSlots; ++slot) {
+    const bool isReached = zoneOf(detector, slot) != nullptr &&
+                           sum_.inside[slot] >= static_cast<std::uint64_t>(detector.getMinPoints());
+    reached_ |= (isReached ? std::uint32_t{1} : 0) << slot;
+  }
+}
+
+std::size_t TileCounts::count(const ZoneDetector& detector) {
+  const std::optional<ZoneSignatures> before = std::exchange(zones_, std::nullopt);
+  ZoneSignatures zones(detector);
+  std::vector<std::size_t> tiles;
+  if (before) {
+    tiles = touchedBy(zones.changesFrom(*before));
+  } else {
+    tiles.resize(numbers_.size());
+    std::iota(tiles.begin(), tiles.end(), std::size_t{0});
+  }
+  if (!tiles.empty()) {
+    const PointClassifier classifier(zonesNear(tiles, detector, zones));
+    for (const std::size_t tile : tiles) {
+      countTile(tile, classifier);
+    }
+  }
+  judge(detector);
   zones_ = std::move(zones);
-  return counted;
+  return tiles.size();
 }
 
 }  // namespace orvantis::engine

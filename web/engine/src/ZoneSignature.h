@@ -17,9 +17,10 @@ struct Box {
   double zMax = -1.0;
 
   bool isEmpty() const { return !(xMin <= xMax && yMin <= yMax && zMin <= zMax); }
+  /// Whether they have a point in common; an empty one has none with any.
   bool touches(const Box& other) const {
-    return xMin <= other.xMax && other.xMin <= xMax && yMin <= other.yMax && other.yMin <= yMax &&
-           zMin <= other.zMax && other.zMin <= zMax;
+    return !isEmpty() && !other.isEmpty() && xMin <= other.xMax && other.xMin <= xMax && yMin <= other.yMax &&
+           other.yMin <= yMax && zMin <= other.zMax && other.zMin <= zMax;
   }
 };
 
@@ -38,6 +39,8 @@ class ZoneSignatures {
   ZoneSignatures() = default;
   explicit ZoneSignatures(const filter::detection::ZoneDetector& detector);
 
+  /// Of a zone by its number.
+  const Box& boxOf(std::size_t zone) const { return zones_[zone].box; }
   /// The boxes of all zones that differ, as they were and as they are; empty: the zones are the same.
   std::vector<Box> changesFrom(const ZoneSignatures& before) const;
   bool isSame(const ZoneSignatures& other) const { return changesFrom(other).empty(); }

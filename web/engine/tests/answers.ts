@@ -127,9 +127,9 @@ function counts({ core, asked, words, text, read }: Asking): Answer {
   return {
     counts: asked.frames!.map((file, frame) => {
       const scene = core.openFrame({ name: file, bytes: read(file) }, words.recording);
-      const { check, counts: found } = core.count(scene.id, text);
+      const { counts: found } = core.count(scene.id, text);
       core.closeScene(scene.id);
-      const { minPoints, evaluationFields } = check.site!;
+      const { minPoints, evaluationFields } = core.check(text).site!;
       return {
         frame,
         file,

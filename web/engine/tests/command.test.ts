@@ -107,10 +107,10 @@ describe.skipIf(!isThere)('the command and the engine', () => {
       let refused = '';
       try {
         const scene = core.openFrame(fileOf(path));
-        const { counts, check } = core.count(scene.id, text);
+        const { counts } = core.count(scene.id, text);
         found.push({
           points: scene.points, noReturns: counts!.noReturns, excluded: counts!.excluded,
-          inside: check.site!.evaluationFields.flatMap((field) =>
+          inside: core.check(text).site!.evaluationFields.flatMap((field) =>
             field.zones.map((zone) => counts!.inside[slotIndex(field.index, zone.index)])),
         });
       } catch (error) {

@@ -63,24 +63,37 @@ describe.skipIf(!process.env.MEASURE)('measured', () => {
     begin = clock();
     core.count(scene.id, document(0));
     console.log(`counted whole in ${(clock() - begin).toFixed(1)} ms`);
-    for (const verdicts of [false, true]) {
-      const times: number[] = [];
+    type Zone = { zMax: number; Polygon: { Point: { x: number; y: number }[] } };
+    const edits: Record<string, (zones: Zone[], i: number) => void> = {
+      'one corner': ([zone], i) => (zone!.Polygon.Point[0]!.x += 0.05 * i),
+      'a whole zone': ([zone], i) => zone!.Polygon.Point.forEach((point) => (point.x += 0.05 * i)),
+      'heights alone': ([zone], i) => (zone!.zMax += 0.01 * i),
+      'a zone more, a zone less': (zones, i) => i % 2 === 0 && zones.pop(),
+      'a zone over everything': ([zone], i) => (zone!.Polygon.Point = [[-1, -1], [1, -1], [1, 1], [-1, 1]]
+        .map(([x, y]) => ({ x: (99 + 0.01 * i) * x!, y: (99 + 0.01 * i) * y! }))),
+    };
+    for (const [what, edit] of Object.entries(edits)) {
+      const texts = Array.from({ length: 60 }, (_, i) => {
+        const parsed = JSON.parse(document(0));
+        edit(parsed.ZoneDetector.EvaluationField[0].Zone, i + 1);
+        return JSON.stringify(parsed);
+      });
+      const [times, withVerdicts, findings]: [number[], number[], number[]] = [[], [], []];
       let tiles = '';
-      for (let i = 1; i <= 60; ++i) {
-        begin = clock();
-        const { counts } = core.count(scene.id, document(0.05 * i), { verdicts });
-        times.push(clock() - begin);
-        tiles = counts!.tiles.join(' of ');
+      for (const verdicts of [false, true]) {
+        for (const text of texts) {
+          begin = clock();
+          const { counts } = core.count(scene.id, text, { verdicts });
+          (verdicts ? withVerdicts : times).push(clock() - begin);
+          begin = clock();
+          core.check(text);
+          findings.push(clock() - begin);
+          tiles = counts!.tiles.join(' of ');
+        }
       }
-      console.log(`edit ${verdicts ? 'with verdicts' : 'to counts'}: ${middle(times)} ms, at most ${most(times)} ms (${tiles} tiles)`);
+      console.log(`${what}: counts ${middle(times)} ms, at most ${most(times)} ms; with verdicts ${middle(withVerdicts)}, ` +
+        `${most(withVerdicts)}; findings after it ${middle(findings)}, ${most(findings)} (${tiles} tiles)`);
     }
-    const times: number[] = [];
-    for (let i = 0; i < 30; ++i) {
-      begin = clock();
-      core.check(document(0.05 * i));
-      times.push(clock() - begin);
-    }
-    console.log(`of that the check of the document: ${middle(times)} ms`);
   });
 
   test('what if, over a thousand frames', async () => {

@@ -22,18 +22,25 @@ function newestOnly(work: () => Promise<void>): () => void {
   };
 }
 
+// null: a newer count took the place of this one.
 async function counted(scene: Scene | null, text: string): Promise<Count | null> {
   const { engine } = get();
-  if (!engine) return null;
-  if (scene) return engine.count(scene.id, text, { verdicts: true });
-  return { check: await engine.check(text), counts: null };
+  return scene && engine ? engine.count(scene.id, text, { verdicts: true }) : { counts: null };
+}
+
+// After the counts, which are there sooner: telling the findings takes as long as counting.
+async function findAgain(text: string): Promise<void> {
+  const { engine, checked } = get();
+  if (!engine || checked?.text === text) return;
+  set({ checked: { ...(await engine.check(text)), text } });
 }
 
 const countAgain = newestOnly(async () => {
   const { scene } = get();
   const text = textOf();
   const count = await counted(scene, text);
-  if (count && get().scene === scene) set({ check: count.check, counts: count.counts });
+  if (count && get().scene === scene) set({ counts: count.counts });
+  await findAgain(text);
 });
 
 // Scenes of moments that were shown, the last ones, so that playing in a loop reads nothing again.
@@ -75,7 +82,7 @@ const showMoment = newestOnly(async () => {
   const count = await counted(scene, textOf());
   const objects = recording.hasTracks ? await engine.objectsAt(recording.id, moment) : [];
   if (get().recording !== recording) return;
-  set({ scene, objects, ...(count ? { check: count.check, counts: count.counts } : {}) });
+  set({ scene, objects, ...(count ? { counts: count.counts } : {}) });
 });
 
 function progressText(moments: number): string {

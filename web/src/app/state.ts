@@ -21,6 +21,10 @@ export interface Before {
   readonly session: Session | null;
 }
 
+export interface Checked extends Check {
+  readonly text: string;
+}
+
 export interface Message {
   readonly text: string;
   readonly isError: boolean;
@@ -60,7 +64,8 @@ export interface State {
   readonly message: Message | null;
   readonly engine: Engine | null;
   readonly engineVersion: string;
-  readonly check: Check | null;
+  /** What the engine says to a text, and to which: it comes a moment after the text. */
+  readonly checked: Checked | null;
   readonly scene: Scene | null;
   readonly sceneName: string;
   readonly counts: Counts | null;
@@ -107,7 +112,7 @@ let state: State = {
   message: null,
   engine: null,
   engineVersion: '',
-  check: null,
+  checked: null,
   scene: null,
   sceneName: '',
   counts: null,

@@ -1,6 +1,7 @@
 // What the engine finds wrong or doubtful; each leads to its place.
 
 import type { Finding } from '../../engine/types';
+import { isChecked } from '../app/checked';
 import { get, set, type State, textOf } from '../app/state';
 import { ringOf } from '../edit/geometry';
 import { itemAt } from '../edit/model';
@@ -31,15 +32,16 @@ export function jumpTo(state: State, finding: Finding): void {
 }
 
 export function Findings({ state }: { state: State }) {
-  const findings = state.check?.findings ?? [];
-  if (!state.engine) return <p class="note">The engine is not ready yet.</p>;
+  if (!state.engine || !state.checked) return <p class="note">The engine is not ready yet.</p>;
+  const { findings, complaint } = state.checked;
+  const isOld = !isChecked(state);
   return (
-    <div class="findings">
+    <div class="findings" aria-busy={isOld}>
       {findings.length === 0 ? <p class="note">Nothing is wrong with this document.</p> : null}
       <ul>
         {findings.map((finding, i) => (
           <li key={i} class={finding.severity}>
-            <button type="button" onClick={() => jumpTo(state, finding)}>
+            <button type="button" onClick={() => (isOld ? undefined : jumpTo(state, finding))}>
               <span class="severity">{finding.severity}</span>
               <span class="where">
                 {finding.line}:{finding.column} {finding.path}
@@ -50,7 +52,7 @@ export function Findings({ state }: { state: State }) {
           </li>
         ))}
       </ul>
-      {state.check?.complaint ? <p class="note">A host is told: {state.check.complaint}</p> : null}
+      {complaint ? <p class="note">A host is told: {complaint}</p> : null}
     </div>
   );
 }

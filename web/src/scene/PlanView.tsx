@@ -16,6 +16,7 @@ import { Taken } from './Taken';
 import { useShading } from './useShading';
 import { useSize } from './useSize';
 import { noteOf, occupiedIds } from '../app/counts';
+import { placedFindings } from '../app/checked';
 import { closePolygon } from '../app/draw';
 import { fitAgain } from '../app/look';
 import { Ghost } from './Ghost';
@@ -62,7 +63,7 @@ export function PlanView({ state, isDark }: { state: State; isDark: boolean }) {
   const [band, showBand] = useState<{ a: Pt; b: Pt } | null>(null);
   const pointer = useMemo(() => new PlanPointer(() => sizeNow.current, showBand), []);
   const pressed = useRef<{ id: string; handle: Handle } | null>(null);
-  const { doc, camera, scene, counts, selection, check, fault } = state;
+  const { doc, camera, scene, counts, selection, fault } = state;
   const shading = useShading(state, isDark);
   const toPixel: ToPixel = (p) => pixelOf(camera, size, p);
   useEffect(() => {
@@ -90,7 +91,7 @@ export function PlanView({ state, isDark }: { state: State; isDark: boolean }) {
   const marks = {
     selection,
     isHidden: (id: string) => state.marks.hidden.has(id),
-    findings: check?.findings ?? [],
+    findings: placedFindings(state),
     occupied: occupiedIds(state),
     activeField: state.activeField,
   };
