@@ -18,7 +18,7 @@ set(hwy_DIR ${CMAKE_CURRENT_LIST_DIR}/packages)
 set(spdlog_DIR ${CMAKE_CURRENT_LIST_DIR}/packages)
 
 # Exceptions of the machine itself: by way of JavaScript the module is four times as large.
-set(CMAKE_CXX_FLAGS_INIT "-fwasm-exceptions -msimd128")
+set(CMAKE_CXX_FLAGS_INIT "-fwasm-exceptions -msimd128 -mbulk-memory")
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-fwasm-exceptions")
 # How much is optimised is said by target, in web/engine.
 set(CMAKE_CXX_FLAGS_RELEASE "-DNDEBUG" CACHE STRING "")

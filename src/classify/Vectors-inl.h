@@ -47,7 +47,7 @@ using Lanes = hn::Mask<decltype(floats)>;
 template <typename Real>
 constexpr bool hasVectorsOf = sizeof(Real) == sizeof(float) || HWY_HAVE_FLOAT64;
 
-#if !(HWY_TARGET <= HWY_AVX3 && HWY_ARCH_X86)
+#if !(HWY_TARGET <= HWY_AVX3 && HWY_ARCH_X86) && HWY_TARGET != HWY_WASM
 // The index is a number whose bits are the chosen lanes. The entry has these lanes in order; the rest is
 // arbitrary.
 using CompressOrders = std::array<std::array<std::uint32_t, hn::MaxLanes(words)>, 1U << hn::MaxLanes(words)>;
@@ -65,16 +65,11 @@ constexpr CompressOrders makeCompressOrders() {
 }
 alignas(64) constexpr CompressOrders compressOrders = makeCompressOrders();
 
-// Highway's own operations are not used: for one of them g++ copies a whole table to the stack for every
-// vector, and on WebAssembly they go through memory.
+// Highway's own operation is not used: for it g++ copies a whole table to the stack for every vector.
 HWY_INLINE unsigned bitsOf(hn::Mask<decltype(words)> where) {
-#if HWY_TARGET == HWY_WASM
-  return wasm_i32x4_bitmask(where.raw);
-#else
   std::array<std::uint8_t, 8> bits;
   hn::StoreMaskBits(words, where, bits.data());
   return bits[0];
-#endif
 }
 #endif
 
@@ -84,6 +79,17 @@ HWY_INLINE void append(std::uint32_t*& list, hn::Vec<decltype(words)> entries,
 #if HWY_TARGET <= HWY_AVX3 && HWY_ARCH_X86
   hn::StoreU(hn::Compress(entries, where), words, list);
   list += hn::CountTrue(words, where);
+#elif HWY_TARGET == HWY_WASM
+  // Its vectors have four lanes, of which mostly none is chosen, and shuffles go through memory.
+  unsigned bits = wasm_i32x4_bitmask(where.raw);
+  if (bits == 0) {
+    return;
+  }
+  std::array<std::uint32_t, hn::MaxLanes(words)> all;
+  hn::StoreU(entries, words, all.data());
+  for (; bits != 0; bits &= bits - 1) {
+    *list++ = all[static_cast<std::size_t>(std::countr_zero(bits))];
+  }
 #else
   const unsigned bits = bitsOf(where);
   const std::uint32_t* order = compressOrders[bits].data();

@@ -1,6 +1,7 @@
 #include "TileCounts.h"
 
 #include <algorithm>
+#include <bit>
 #include <memory>
 #include <numeric>
 #include <string>
@@ -41,10 +42,7 @@ std::uint8_t verdictOf(std::uint64_t mask) {
   if (zones == 0) {
     return static_cast<std::uint8_t>(isExcluded ? Verdict::Excluded : Verdict::Outside);
   }
-  unsigned slot = 0;
-  while ((zones >> slot & 1U) == 0) {
-    ++slot;
-  }
+  const auto slot = static_cast<unsigned>(std::countr_zero(zones));
   const auto verdict = static_cast<unsigned>(isExcluded ? Verdict::Taken : Verdict::Counted);
   return static_cast<std::uint8_t>((slot + 1) << 2U | verdict);
 }
