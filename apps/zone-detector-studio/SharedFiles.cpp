@@ -72,7 +72,7 @@ SharedFiles pageFiles(const std::string& folder) {
       files[path.lexically_relative(folder).generic_string()] = {path.string(), typeOf(path)};
     }
   }
-  if (files.count("index.html") == 0) {
+  if (!files.contains("index.html")) {
     throw toolkit::Failure(folder, "the page is not here: there is no index.html; --page says where it is");
   }
   return files;

@@ -22,6 +22,7 @@ ZoneIndex::ZoneIndex(const detection::ZoneDetector& detector, double safety)
 }
 
 template <typename Real>
+// NOLINTNEXTLINE(readability-non-const-parameter): the blocks write the masks
 void ZoneIndex::classify(const PointsView<Real>& points, std::uint64_t* masks) const {
   Blocks<Real> blocks(points, masks);
   while (blocks.next()) {
@@ -31,6 +32,7 @@ void ZoneIndex::classify(const PointsView<Real>& points, std::uint64_t* masks) c
 }
 
 template <typename Real>
+// NOLINTNEXTLINE(readability-non-const-parameter): the blocks write the masks
 ZoneCounts ZoneIndex::count(const PointsView<Real>& points, std::uint64_t* masks) const {
   ZoneCounts counts;
   BitCounts bits;

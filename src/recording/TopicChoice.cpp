@@ -69,7 +69,7 @@ std::optional<std::string> faultOfChoice(const std::vector<std::string>& chosen,
   }
   if (chosen.empty() && clouds.size() > 1) {
     return "the recording has point clouds of " + std::to_string(clouds.size()) +
-           " topics, and one must be chosen: " + listOf(clouds);
+           " topics; choose with --topic: " + listOf(clouds);
   }
   return std::nullopt;
 }

@@ -69,7 +69,7 @@ std::vector<std::string> topicsOf(const ReadRecording& result) {
 }
 
 constexpr const char* mustChoose =
-    "byte 0: the recording has point clouds of 2 topics, and one must be chosen: "
+    "byte 0: the recording has point clouds of 2 topics; choose with --topic: "
     "/front (sensor_msgs/msg/PointCloud2, 3 messages, ";
 
 TEST(RecordingReader, AsksForAChoiceAmongSeveralTopics) {
