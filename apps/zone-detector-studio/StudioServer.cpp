@@ -163,11 +163,11 @@ class StudioServer::Impl {
       return;
     }
     if (size == 0) {
-      response.set_content("", file.type.c_str());
+      response.set_content("", file.type);
       return;
     }
     response.set_content_provider(
-        size, file.type.c_str(), [source](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
+        size, file.type, [source](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
           constexpr std::size_t most = std::size_t{1} << 20U;
           const auto bytes = source->bytes(offset, std::min(length, most));
           return !bytes.empty() && sink.write(reinterpret_cast<const char*>(bytes.data()), bytes.size());
