@@ -14,10 +14,10 @@ namespace {
 
 using orvantis::fuzz::Point;
 
-// The lines that are neither empty nor comments, with blanks as separators.
+// The lines behind a byte order mark that are neither empty nor comments, with blanks as separators.
 std::vector<std::string> rowsOf(const std::string& text) {
   std::vector<std::string> rows;
-  std::istringstream in(text);
+  std::istringstream in(text.compare(0, 3, "\xEF\xBB\xBF") == 0 ? text.substr(3) : text);
   for (std::string line; std::getline(in, line);) {
     const std::size_t begin = line.find_first_not_of(" \t\r");
     if (begin != std::string::npos && line[begin] != '#' && line.compare(begin, 2, "//") != 0) {
@@ -40,14 +40,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (!points || points->empty()) {
     return 0;
   }
-  // A byte order mark, a number of points and a header may come before the rows.
+  // A number of points and a header may come before the rows.
   const std::vector<std::string> rows = rowsOf(std::string(reinterpret_cast<const char*>(data), size));
   ORVANTIS_FUZZ_CHECK(rows.size() >= points->size() && rows.size() <= points->size() + 2);
   for (std::size_t i = rows.size() - points->size(); i < rows.size(); ++i) {
     const char* at = rows[i].c_str();
-    if (i == 0 && rows[i].compare(0, 3, "\xEF\xBB\xBF") == 0) {
-      at += 3;
-    }
     for (const double value : (*points)[i + points->size() - rows.size()]) {
       char* end = nullptr;
       ORVANTIS_FUZZ_CHECK(isSame(value, std::strtod(at, &end)));
