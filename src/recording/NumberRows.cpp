@@ -52,14 +52,19 @@ const char* behindLineEnd(const char* at, const char* last) {
   return at == last ? at : at + 1;
 }
 
+// The axes as their columns stand in a row.
+std::array<std::size_t, 3> axesByColumn(const RowLayout& layout) {
+  std::array<std::size_t, 3> order = {0, 1, 2};
+  std::sort(order.begin(), order.end(),
+            [&](std::size_t a, std::size_t b) { return layout.axes[a] < layout.axes[b]; });
+  return order;
+}
+
 // Reads valid rows, without searching for the end of the line first.
 template <bool areBlanksSeparators, typename Real>
 class RowParser {
  public:
-  explicit RowParser(const RowLayout& layout) : layout_(layout) {
-    std::sort(order_.begin(), order_.end(),
-              [&](std::size_t a, std::size_t b) { return layout.axes[a] < layout.axes[b]; });
-  }
+  explicit RowParser(const RowLayout& layout) : layout_(layout), order_(axesByColumn(layout)) {}
 
   // Reads the point of the row at `at`. @return the begin of the next line; null when the line is not a row
   const char* parse(const char* at, const char* last, std::array<Real, 3>& point) const {
@@ -119,7 +124,7 @@ class RowParser {
   }
 
   RowLayout layout_;
-  std::array<std::size_t, 3> order_ = {0, 1, 2};
+  std::array<std::size_t, 3> order_;
 };
 
 template <bool areBlanksSeparators, typename Real>

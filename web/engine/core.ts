@@ -7,7 +7,7 @@ import { Module } from './module';
 import { NUM_SLOTS } from './types';
 import type {
   Check, Count, EngineVersion, Explanation, FrameOptions, Progress, Recording, RecordingOptions, Scene, Session,
-  SessionEvent, SessionOptions, SessionTable, Source, TrackedObject,
+  SessionEvent, SessionOptions, Source, TrackedObject,
 } from './types';
 
 type AnySource = Source | Slices;
@@ -28,8 +28,6 @@ const COLUMNS = {
 } as const;
 type Columns = { -readonly [Name in keyof typeof COLUMNS]: InstanceType<(typeof COLUMNS)[Name]> };
 
-const TABLES: readonly SessionTable[] = ['events', 'frames', 'zones', 'lines'];
-
 /** A document over a recording, on its way. */
 export interface Running {
   readonly run: number;
@@ -43,7 +41,6 @@ export class EngineCore {
   readonly #recordings = new Handles('recording');
   readonly #runs = new Handles('session');
   readonly #filesOf = new Map<number, FileEntry[]>(); // by recording
-  readonly #titles = new Map<number, string>(); // by session
 
   private constructor(module: Module, files: Files) {
     this.#module = module;
@@ -91,14 +88,6 @@ export class EngineCore {
 
   check(text: string | Uint8Array): Check {
     return this.#module.with([text], (t) => this.#json(this.#engine.engine_check(t!.at, t!.size)));
-  }
-
-  newDocument(scene?: number): string {
-    return this.#text(this.#engine.engine_new_document(this.#sceneOrNone(scene)));
-  }
-
-  schema(): string {
-    return this.#text(this.#engine.engine_schema());
   }
 
   planSvg(text: string, options: { title?: string; scene?: number } = {}): string {
@@ -234,12 +223,10 @@ export class EngineCore {
   // A run is taken step by step, so that other calls come in between.
 
   startRun(recording: number, text: string | Uint8Array, options: SessionOptions = {}): Running {
-    const { title, ...rest } = options;
     const check = this.check(text);
     const held = this.#recordings.at(recording);
-    const run = this.#runs.add(this.#module.with([text, JSON.stringify(rest)], (t, o) =>
+    const run = this.#runs.add(this.#module.with([text, JSON.stringify(options)], (t, o) =>
       this.#handle(this.#engine.engine_start_run(held, t!.at, t!.size, o!.at, o!.size))));
-    this.#titles.set(run, title ?? '');
     return { run, check };
   }
 
@@ -287,26 +274,19 @@ export class EngineCore {
     return Object.fromEntries(entries) as unknown as Columns;
   }
 
-  table(session: number, table: SessionTable): string {
-    return this.#text(this.#engine.engine_run_table(this.#runs.at(session), TABLES.indexOf(table)));
-  }
-
-  sessionSvg(session: number): string {
-    const run = this.#runs.at(session);
-    return this.#module.with([this.#titles.get(session) ?? ''], (title) =>
-      this.#text(this.#engine.engine_run_picture(run, title!.at, title!.size)));
+  eventTable(session: number): string {
+    return this.#text(this.#engine.engine_run_events(this.#runs.at(session)));
   }
 
   closeSession(session: number): void {
     this.#engine.engine_close_run(this.#runs.remove(session));
-    this.#titles.delete(session);
   }
 
   // ---- Why ----
 
   explainZones(recording: number, text: string | Uint8Array, moment: number | null, options: SessionOptions = {}): Explanation {
     const held = this.#recordings.at(recording);
-    return this.#module.with([text, words(options)], (t, o) =>
+    return this.#module.with([text, JSON.stringify(options)], (t, o) =>
       this.#json(this.#engine.engine_explain_zones(held, t!.at, t!.size, o!.at, o!.size, moment ?? -1)));
   }
 
@@ -314,7 +294,7 @@ export class EngineCore {
     recording: number, text: string | Uint8Array, line: string, moment: number, options: SessionOptions = {}, track?: number,
   ): Explanation {
     const held = this.#recordings.at(recording);
-    return this.#module.with([text, words(options), line], (t, o, l) =>
+    return this.#module.with([text, JSON.stringify(options), line], (t, o, l) =>
       this.#json(this.#engine.engine_explain_line(
         held, t!.at, t!.size, o!.at, o!.size, moment, l!.at, l!.size, track === undefined ? 0 : 1, track ?? 0)));
   }
@@ -324,8 +304,4 @@ export class EngineCore {
   ): Explanation {
     return this.explainLine(recording, text, line, moment, options, track);
   }
-}
-
-function words({ title: _title, ...rest }: SessionOptions): string {
-  return JSON.stringify(rest);
 }

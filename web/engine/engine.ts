@@ -96,8 +96,6 @@ export async function connect(port: Port, close: () => void): Promise<Engine> {
   return {
     version: () => send('version', []),
     check: (text) => send('check', [text]),
-    newDocument: (scene) => send('newDocument', [scene]),
-    schema: () => send('schema', []),
     planSvg: (text, options) => send('planSvg', [text, options]),
     openFrame: (source, options) => send('openFrame', [source, options]),
     openPoints: (x, y, z) => send('openPoints', [x, y, z]),
@@ -109,8 +107,7 @@ export async function connect(port: Port, close: () => void): Promise<Engine> {
     closeRecording: (recording) => send('closeRecording', [recording]),
     run: (recording, text, options: SessionOptions = {}, hooks = {}) => send('run', [recording, text, options], hooks),
     objectsAt: (recording, moment) => send('objectsAt', [recording, moment]),
-    table: (session, table) => send('table', [session, table]),
-    sessionSvg: (session) => send('sessionSvg', [session]),
+    eventTable: (session) => send('eventTable', [session]),
     closeSession: (session) => send('closeSession', [session]),
     explainZones: (recording, text, moment, options) => send('explainZones', [recording, text, moment, options]),
     explainLine: (recording, text, line, moment, options) =>

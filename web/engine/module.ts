@@ -12,9 +12,7 @@ export interface Exports {
   engine_release(at: number): void;
   engine_version(): number;
   engine_check(text: number, size: number): number;
-  engine_schema(): number;
   engine_plan(scene: number, text: number, size: number, title: number, titleSize: number): number;
-  engine_new_document(scene: number): number;
   engine_open_frame(file: number, fileSize: number, options: number, optionsSize: number): number;
   engine_open_points(x: number, y: number, z: number, size: number): number;
   engine_open_moment(recording: number, moment: number, wantsIntensities: number): number;
@@ -40,8 +38,7 @@ export interface Exports {
   engine_run_column(run: number, number: number): number;
   engine_run_column_size(run: number, number: number): number;
   engine_run_result(run: number): number;
-  engine_run_table(run: number, number: number): number;
-  engine_run_picture(run: number, title: number, titleSize: number): number;
+  engine_run_events(run: number): number;
   engine_close_run(run: number): void;
   engine_explain_zones(
     recording: number, text: number, size: number, options: number, optionsSize: number, moment: number,

@@ -248,8 +248,6 @@ export interface SessionOptions {
   readonly clearance?: number;
   readonly maxSpeed?: number;
   readonly activeField?: number;
-  /** Of pictures and tables. */
-  readonly title?: string;
 }
 
 /** Something that happened. */
@@ -307,8 +305,6 @@ export interface Session {
   readonly counted: number;
 }
 
-export type SessionTable = "events" | "frames" | "zones" | "lines";
-
 /** Why a zone, line or track is as it is: for programs, and in the words of the command. */
 export interface Explanation {
   readonly records: readonly Readonly<Record<string, unknown>>[];
@@ -342,10 +338,6 @@ export interface Engine {
 
   /** Findings and content of a document, whatever the text is; bytes where a file is not UTF-8. */
   check(text: string | Uint8Array): Promise<Check>;
-  /** A first document for a site: around the points of a scene, or of none. */
-  newDocument(scene?: number): Promise<string>;
-  /** The JSON Schema of documents. */
-  schema(): Promise<string>;
   /** The plan as SVG, over the points of a scene if one is given. */
   planSvg(text: string, options?: { title?: string; scene?: number }): Promise<string>;
 
@@ -373,10 +365,8 @@ export interface Engine {
   run(recording: number, text: string, options?: SessionOptions, hooks?: RunHooks): Promise<Session>;
   /** The objects at a moment. */
   objectsAt(recording: number, moment: number): Promise<readonly TrackedObject[]>;
-  /** A table of a session as CSV. */
-  table(session: number, table: SessionTable): Promise<string>;
-  /** The picture of a session as SVG. */
-  sessionSvg(session: number): Promise<string>;
+  /** The events of a session as CSV. */
+  eventTable(session: number): Promise<string>;
   closeSession(session: number): Promise<void>;
 
   /**

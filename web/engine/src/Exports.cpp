@@ -7,10 +7,8 @@
 
 #include "CheckedText.h"
 #include "DocumentText.h"
-#include "document/Schema.h"
 #include "files/Failure.h"
 #include "text/JsonText.h"
-#include "text/PrettyJson.h"
 #include "text/Text.h"
 
 namespace orvantis::engine {
@@ -70,8 +68,4 @@ ENGINE_EXPORT const char* engine_version() {
 
 ENGINE_EXPORT int engine_check(const char* text, std::size_t size) {
   return guarded([&] { answer() = toJson(checked({text, size})); });
-}
-
-ENGINE_EXPORT int engine_schema() {
-  return guarded([] { answer() = toolkit::toPrettyJson(toolkit::schema()); });
 }

@@ -137,18 +137,8 @@ ENGINE_EXPORT int engine_run_result(const Run* run) {
   });
 }
 
-// @param number 0: events, 1: frames, 2: zones, 3: lines
-ENGINE_EXPORT int engine_run_table(const Run* run, int number) {
-  return guarded([&] {
-    answer() = number == 0   ? run->eventTable()
-               : number == 1 ? run->frameTable()
-               : number == 2 ? run->zoneTable()
-                             : run->lineTable();
-  });
-}
-
-ENGINE_EXPORT int engine_run_picture(Run* run, const char* title, std::size_t titleSize) {
-  return guarded([&] { answer() = run->svg({title, titleSize}); });
+ENGINE_EXPORT int engine_run_events(const Run* run) {
+  return guarded([&] { answer() = run->eventTable(); });
 }
 
 ENGINE_EXPORT void engine_close_run(Run* run) {

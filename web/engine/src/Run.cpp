@@ -37,12 +37,10 @@ Run::Run(std::shared_ptr<Recording> recording, toolkit::Configuration configurat
       known_(recording_->countsOf(signatures_)),
       feed_(recording_, known_),
       session_(configuration_, options),
-      plot_(configuration_, inputs_, options.forgetAfter),
       tables_(zones_),
       heights_(known_ ? known_->heights : toolkit::HeightWatch(zones_)),
       activeField_(options.activeField.value_or(configuration_.detector.getEvaluationFieldIndex())),
-      eventTable_(tables_.eventHeader()),
-      frameTable_(tables_.frameHeader()) {}
+      eventTable_(tables_.eventHeader()) {}
 
 bool Run::step(std::chrono::milliseconds budget) {
   const auto begin = std::chrono::steady_clock::now();
@@ -72,8 +70,6 @@ void Run::take(const FedMoment& moment) {
   // A page shows no times that differ from run to run.
   frame.taken = filter::monitor::Duration(0);
   summary_.add(frame);
-  plot_.add(frame, moment.objects);
-  frameTable_ += tables_.frameRow(frame, moment.hasPoints ? moment.file : std::string());
   eventTable_ += tables_.eventRows(frame);
   noteEvents(frame);
   note(frame, moment);
@@ -133,14 +129,6 @@ std::vector<std::string> Run::warnings() const {
     warnings.insert(warnings.end(), ofHeights.begin(), ofHeights.end());
   }
   return warnings;
-}
-
-std::string Run::zoneTable() const {
-  return tables_.zoneTable(summary_, session_, inputs_);
-}
-
-std::string Run::lineTable() const {
-  return tables_.lineTable(session_);
 }
 
 }  // namespace orvantis::engine

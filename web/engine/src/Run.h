@@ -13,7 +13,6 @@
 #include "document/Configuration.h"
 #include "session/HeightWatch.h"
 #include "session/Session.h"
-#include "session/SessionPlot.h"
 #include "session/SessionSummary.h"
 #include "session/SessionTables.h"
 
@@ -58,12 +57,7 @@ class Run {
 
   std::string summary() const;  ///< an array of the records that end `run --json`
   std::vector<std::string> warnings() const;
-  std::string eventTable() const { return eventTable_; }
-  std::string frameTable() const { return frameTable_; }
-  std::string zoneTable() const;
-  std::string lineTable() const;
-  /// The picture. @throws std::runtime_error when it cannot be drawn
-  std::string svg(const std::string& title) { return plot_.draw(title); }
+  std::string eventTable() const { return eventTable_; }  ///< as CSV
 
  private:
   void take(const FedMoment& moment);
@@ -80,7 +74,6 @@ class Run {
   MomentFeed feed_;
   toolkit::Session session_;
   toolkit::SessionSummary summary_;
-  toolkit::SessionPlot plot_;
   toolkit::SessionTables tables_;
   toolkit::HeightWatch heights_;
   std::vector<filter::classify::ZoneCounts> counts_;
@@ -89,7 +82,6 @@ class Run {
   RunColumns columns_;
   std::string events_;
   std::string eventTable_;
-  std::string frameTable_;
 };
 
 }  // namespace orvantis::engine

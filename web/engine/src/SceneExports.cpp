@@ -13,7 +13,6 @@
 #include "Scene.h"
 #include "drawing/SitePlan.h"
 #include "files/Failure.h"
-#include "session/SiteEstimate.h"
 
 using namespace orvantis;          // NOLINT(google-build-using-namespace)
 using namespace orvantis::engine;  // NOLINT(google-build-using-namespace)
@@ -121,18 +120,5 @@ ENGINE_EXPORT int engine_plan(Scene* scene, const char* text, std::size_t size, 
       plan.title = name;
       answer() = toolkit::drawPlan(plan);
     }
-  });
-}
-
-// @param scene may be null
-ENGINE_EXPORT int engine_new_document(const Scene* scene) {
-  return guarded([&] {
-    toolkit::Site site;
-    if (scene != nullptr) {
-      toolkit::SiteEstimate estimate;
-      estimate.add(scene->points().all());
-      site = estimate.site().value_or(site);
-    }
-    answer() = toolkit::newDocument(site);
   });
 }

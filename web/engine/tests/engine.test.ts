@@ -101,7 +101,7 @@ test('what was closed is refused, and nothing else that lies where it was', asyn
   await expect(engine.count(scene.id, crossing)).rejects.toThrow('there is no such scene');
   await expect(engine.closeScene(scene.id)).rejects.toThrow('there is no such scene');
   await expect(engine.run(7, crossing)).rejects.toThrow('there is no such recording');
-  await expect(engine.table(7, 'events')).rejects.toThrow('there is no such session');
+  await expect(engine.eventTable(7)).rejects.toThrow('there is no such session');
   expect((await engine.count(other.id, crossing))!.counts).not.toBeNull();
 });
 

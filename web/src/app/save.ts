@@ -104,7 +104,7 @@ export async function saveEvents(): Promise<void> {
   const { engine, session } = get();
   if (!engine || !session) return say('Events come with a recording.', true);
   await engine
-    .table(session.id, 'events')
+    .eventTable(session.id)
     .then((csv) => download(`${stem()}-events.csv`, new Blob([csv], { type: 'text/csv' })), sayError);
 }
 
