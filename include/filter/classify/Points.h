@@ -13,7 +13,8 @@ using Points = std::variant<PointsView<float>, PointsView<double>>;
 /// The number of points. Throws nothing.
 inline std::size_t sizeOf(const Points& points) noexcept {
   const auto* floats = std::get_if<PointsView<float>>(&points);
-  return floats != nullptr ? floats->size : std::get_if<PointsView<double>>(&points)->size;
+  const auto* doubles = std::get_if<PointsView<double>>(&points);
+  return floats != nullptr ? floats->size : doubles != nullptr ? doubles->size : 0;
 }
 
 }  // namespace orvantis::filter::classify
