@@ -62,7 +62,7 @@ TOKEN = re.compile(
 # catch their removal.
 STATEMENT = re.compile(
     r"(?:\+\+|--|\*)?[A-Za-z_]\w*(?:::\w+|\.\w+|->\w+|\[[^\]]*\]|\(.*?\))*\s*(?:[-+*/|&^]?=[^=]|;|\+\+|--)", re.DOTALL)
-NO_STATEMENT = re.compile(r"(?:return|throw|break|continue|default|delete)\b|.*(?:reserve\(|= default|= delete)",
+NO_STATEMENT = re.compile(r"(?:return|throw|break|continue|default|delete)\b|[A-Z][A-Z_]+\(|.*(?:reserve\(|= default|= delete)",
                           re.DOTALL)
 
 

@@ -61,6 +61,7 @@ int studio(const StudioOptions& options) {
       options.document, options.tracks};
   words.insert(words.end(), options.frames.begin(), options.frames.end());
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& word : words) {
     pointers.push_back(word.data());
   }

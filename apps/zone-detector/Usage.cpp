@@ -79,7 +79,7 @@ Parts split(const std::string& text, const std::string& mark) {
 }  // namespace
 
 std::string usageFault(const CLI::App& program, const CLI::ParseError& error) {
-  const std::string stray = strayWord(program);
+  std::string stray = strayWord(program);
   const std::string text = error.what();
   if (!stray.empty()) {
     return stray;

@@ -16,17 +16,17 @@ namespace orvantis::filter::monitor {
 
 /// Where and when a reference point was.
 struct Instant {
-  Stamp stamp{0};
-  core::PlanarPoint place{0.0, 0.0};
+  Stamp stamp;
+  core::PlanarPoint place;
 };
 
 /// The last crossing of a track over a line. Its texts are kept once in the counter, here are their numbers.
 struct LastCrossing {
-  std::uint32_t line = 0;
-  std::uint32_t className = 0;
-  detection::CounterLineDirectionType to = detection::CounterLineDirectionType::LEFT;
+  std::uint32_t line;
+  std::uint32_t className;
+  detection::CounterLineDirectionType to;
   Instant met;
-  Stamp accepted{0};
+  Stamp accepted;
 };
 
 /// What is known of one track on the lines of a counter. A line is identified by its number.
