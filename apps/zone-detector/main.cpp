@@ -39,8 +39,8 @@ class ExamplesFirst : public CLI::Formatter {
   std::string make_footer(const CLI::App*) const override { return ""; }
 };
 
-// NOLINTNEXTLINE(concurrency-mt-unsafe): one thread, which sets none
 std::string variable(const char* name) {
+  // NOLINTNEXTLINE(concurrency-mt-unsafe): one thread, which sets none
   const char* const value = std::getenv(name);
   return value == nullptr ? "" : value;
 }
