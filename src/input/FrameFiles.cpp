@@ -104,6 +104,7 @@ void addFolder(const std::string& folder, const FrameOptions& options, std::dequ
     return comesBefore(a, b) || (!comesBefore(b, a) && a < b);
   });
   std::vector<std::string> paths;
+  paths.reserve(names.size());
   for (const std::string& name : names) {
     paths.push_back((std::filesystem::path(folder) / name).string());
   }
