@@ -24,10 +24,10 @@ SvgElement leftSideMark(const Pixel& middle, const Pixel& mark) {
 
 }  // namespace
 
-SvgElement crossingMark(const Pixel& at, std::string_view title, bool isSmall) {
+SvgElement crossingMark(const Pixel& middle, std::string_view title, bool isSmall) {
   const std::string size = isSmall ? "2.2" : "6";
-  const std::string diamond = "M" + at({at.x, at.y - (isSmall ? 2.2 : 6.0)}) + "l" + size + " " + size +
-                              "l-" + size + " " + size + "l-" + size + " -" + size + "z";
+  const std::string diamond = "M" + at({middle.x, middle.y - (isSmall ? 2.2 : 6.0)}) + "l" + size + " " +
+                              size + "l-" + size + " " + size + "l-" + size + " -" + size + "z";
   return path(diamond)
       .set("fill", palette::crossing)
       .set("stroke", palette::counterLine)
@@ -35,12 +35,12 @@ SvgElement crossingMark(const Pixel& at, std::string_view title, bool isSmall) {
       .addTitle(title);
 }
 
-SvgElement originMark(const Pixel& at) {
+SvgElement originMark(const Pixel& middle) {
   SvgElement group("g");
   group.set("stroke", palette::ink)
       .set("stroke-width", 1.6)
-      .add(path("M" + at({at.x - 7.0, at.y}) + "h14M" + at({at.x, at.y - 7.0}) + "v14"))
-      .add(circle(at, 3.6).set("fill", palette::paper));
+      .add(path("M" + at({middle.x - 7.0, middle.y}) + "h14M" + at({middle.x, middle.y - 7.0}) + "v14"))
+      .add(circle(middle, 3.6).set("fill", palette::paper));
   return group;
 }
 

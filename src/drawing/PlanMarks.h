@@ -9,10 +9,10 @@
 namespace orvantis::toolkit {
 
 /// The place where a crossing was counted. @param isSmall for a picture with very many crossings
-SvgElement crossingMark(const Pixel& at, std::string_view title, bool isSmall);
+SvgElement crossingMark(const Pixel& middle, std::string_view title, bool isSmall);
 
 /// The origin of the plane, where the sensor often is.
-SvgElement originMark(const Pixel& at);
+SvgElement originMark(const Pixel& middle);
 
 /// A segment with an arrow head at its second end and an L on its left side.
 SvgElement counterLineMark(const Pixel& from, const Pixel& to, const std::string& ids);
