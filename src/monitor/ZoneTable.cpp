@@ -127,7 +127,7 @@ void ZoneTable::bind(const detection::Zone3dBase& volume, std::size_t bit) {
 ZoneBits ZoneTable::zonesThatCount(const std::string& sensor) const {
   ZoneBits zones = allZones;
   for (const Binding& binding : bindings_) {
-    if (binding.sensors.count(sensor) == 0) {
+    if (!binding.sensors.contains(sensor)) {
       zones &= ~binding.zone;
     }
   }
