@@ -54,7 +54,7 @@ class FrameMaker {
 
  private:
   struct Recording {
-    Recording(const std::string& path, std::unique_ptr<ByteSource> source, RecordingOptions options);
+    Recording(const std::string& file, std::unique_ptr<ByteSource> opened, RecordingOptions options);
 
     std::string path;
     std::unique_ptr<ByteSource> source;

@@ -110,10 +110,10 @@ Points readAscii(const PcdHeader& header, const Axes& axes, LineCursor& lines, F
 
 }  // namespace
 
-Frame readPcd(std::span<const std::byte> bytes, FrameMemory& memory, const AxisNames& names) {
+Frame readPcd(std::span<const std::byte> bytes, FrameMemory& memory, const AxisNames& axisNames) {
   LineCursor lines(textOf(bytes));
   PcdHeader header = readPcdHeader(lines);
-  const Axes axes = coordinateColumns(header.fields, atLine(header.fieldsLine), names);
+  const Axes axes = coordinateColumns(header.fields, atLine(header.fieldsLine), axisNames);
   Points points;
   if (header.points != 0) {
     switch (header.data) {

@@ -106,12 +106,12 @@ Points readAscii(const PlyHeader& header, std::size_t vertexNumber, const Axes& 
 
 }  // namespace
 
-Frame readPly(std::span<const std::byte> bytes, FrameMemory& memory, const AxisNames& names) {
+Frame readPly(std::span<const std::byte> bytes, FrameMemory& memory, const AxisNames& axisNames) {
   LineCursor lines(textOf(bytes));
   const PlyHeader header = readPlyHeader(lines);
   const std::size_t vertex = vertexElement(header, lines.number());
   std::vector<Column> columns = columnsOf(header.elements[vertex]);
-  const Axes axes = coordinateColumns(columns, atLine(header.elements[vertex].line), names);
+  const Axes axes = coordinateColumns(columns, atLine(header.elements[vertex].line), axisNames);
   const Points points = header.format == PlyFormat::Ascii
                             ? readAscii(header, vertex, axes, areFloats(columns, axes), lines, memory)
                             : readBinary(header, vertex, axes, bytes, lines.end(), memory);

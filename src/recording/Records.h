@@ -10,9 +10,9 @@ namespace orvantis::toolkit {
 
 /// Reads records of little-endian float32 columns. Nothing in the file describes them.
 /// @param names the columns; empty: the columns that the values show
-/// @param axes the columns that are read as coordinates
+/// @param axisNames the columns that are read as coordinates
 /// @throws ReadError, also when the values do not show the columns
 Frame readRecords(std::span<const std::byte> bytes, const ColumnNames& names, FrameMemory& memory,
-                  const AxisNames& axes = coordinateNames);
+                  const AxisNames& axisNames = coordinateNames);
 
 }  // namespace orvantis::toolkit

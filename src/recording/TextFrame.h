@@ -12,9 +12,9 @@ namespace orvantis::toolkit {
 /// rows there may be comments ("#", "//"), the number of points, or a header that names the columns. Without
 /// names, x, y and z come first.
 /// @param names the columns, instead of those that the file names; empty: the file's
-/// @param axes the columns that are read as coordinates
+/// @param axisNames the columns that are read as coordinates
 /// @throws ReadError
 Frame readText(std::span<const std::byte> bytes, const ColumnNames& names, FrameMemory& memory,
-               const AxisNames& axes = coordinateNames);
+               const AxisNames& axisNames = coordinateNames);
 
 }  // namespace orvantis::toolkit
