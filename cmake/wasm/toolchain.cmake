@@ -17,8 +17,10 @@ set(Eigen3_DIR ${CMAKE_CURRENT_LIST_DIR}/packages)
 set(hwy_DIR ${CMAKE_CURRENT_LIST_DIR}/packages)
 set(spdlog_DIR ${CMAKE_CURRENT_LIST_DIR}/packages)
 
-# Exceptions of the machine itself: by way of JavaScript the module is four times as large.
-set(CMAKE_CXX_FLAGS_INIT "-fwasm-exceptions -msimd128 -mbulk-memory")
-set(CMAKE_EXE_LINKER_FLAGS_INIT "-fwasm-exceptions")
+# Exceptions of the machine itself: by way of JavaScript the module is four times as large. The linker sees the whole
+# program, so that it leaves out what nobody calls, virtual functions too: nothing is exported to libraries.
+set(whole_program "-flto -fwhole-program-vtables -fvirtual-function-elimination")
+set(CMAKE_CXX_FLAGS_INIT "-fwasm-exceptions -msimd128 -mbulk-memory ${whole_program} -DORVANTIS_API=")
+set(CMAKE_EXE_LINKER_FLAGS_INIT "-fwasm-exceptions ${whole_program}")
 # How much is optimised is said by target, in web/engine.
 set(CMAKE_CXX_FLAGS_RELEASE "-DNDEBUG" CACHE STRING "")

@@ -1,9 +1,12 @@
+#include <cstdint>
 #include <limits>
 #include <string>
 #include <string_view>
 
 #include <boost/json/array.hpp>
 #include <boost/json/object.hpp>
+#include <boost/json/serialize.hpp>
+#include <boost/json/string.hpp>
 #include <gtest/gtest.h>
 
 #include "text/JsonText.h"
@@ -12,6 +15,25 @@
 
 namespace orvantis::toolkit {
 namespace {
+
+TEST(JsonText, EveryCharacterIsQuotedAsByAnotherWriter) {
+  std::string all;
+  for (int c = 0; c < 128; ++c) {
+    all += static_cast<char>(c);
+  }
+  all += "\u00e4\u20ac\U0001F600";
+  EXPECT_EQ(jsonQuoted(all), boost::json::serialize(boost::json::string(all)));
+  EXPECT_EQ(jsonQuoted("a\"b\\c\x01\x1f\x7f\n"), "\"a\\\"b\\\\c\\u0001\\u001f\x7f\\n\"");
+  EXPECT_EQ(jsonQuoted(""), "\"\"");
+}
+
+TEST(JsonText, WholeNumbersAndWordsAreWhole) {
+  using Limits = std::numeric_limits<std::int64_t>;
+  const boost::json::array values = {
+      Limits::min(), Limits::max(), std::numeric_limits<std::uint64_t>::max(), 0, true, false, nullptr};
+  EXPECT_EQ(toJson(values),
+            "[-9223372036854775808,9223372036854775807,18446744073709551615,0,true,false,null]");
+}
 
 TEST(Text, NumbersAreShort) {
   EXPECT_EQ(toText(0.1), "0.1");

@@ -191,11 +191,15 @@ export class EngineCore {
   openRecording(
     files: { clouds?: readonly AnySource[]; stamps?: AnySource; tracks?: AnySource }, options: RecordingOptions = {},
   ): Recording {
-    const clouds = (files.clouds ?? []).map((source) => this.#files.add(source));
-    const others = { ...(files.stamps && { stamps: this.#files.add(files.stamps) }),
-      ...(files.tracks && { tracks: this.#files.add(files.tracks) }) };
-    const entries = [...clouds, ...Object.values(others)];
+    const entries: FileEntry[] = [];
+    const add = (source: AnySource): FileEntry => {
+      const entry = this.#files.add(source);
+      entries.push(entry);
+      return entry;
+    };
     try {
+      const clouds = (files.clouds ?? []).map(add);
+      const others = { ...(files.stamps && { stamps: add(files.stamps) }), ...(files.tracks && { tracks: add(files.tracks) }) };
       const list = JSON.stringify({ clouds, ...others });
       return this.#module.with([list, JSON.stringify(options)], (f, o) => {
         const at = this.#handle(this.#engine.engine_open_recording(f!.at, f!.size, o!.at, o!.size));

@@ -1,5 +1,6 @@
 // Files that the module reads, by the numbers by which it knows them.
 
+import { isFoldedWhole, unfoldWhole } from './decoders/whole';
 import type { LinkedFile, Source } from './types';
 
 /** Bytes that are read by ranges. */
@@ -22,7 +23,7 @@ export class Files {
   #next = 1;
 
   add(source: Source | Slices): FileEntry {
-    const slices = slicesOf(source);
+    const slices = unfolded(slicesOf(source));
     const file = this.#next++;
     this.#open.set(file, slices);
     return { name: slices.name, file, size: slices.size };
@@ -72,21 +73,36 @@ function linked({ name, size, link }: LinkedFile): Slices {
   };
 }
 
+// Such a file is read forwards alone, and the module reads to and fro.
+function unfolded(slices: Slices): Slices {
+  const begin = new Uint8Array(4);
+  try {
+    slices.read(0, begin);
+  } catch {
+    return slices; // told when it is read
+  }
+  const { name } = slices;
+  return isFoldedWhole(begin) ? held(name, unfoldWhole(name, (offset, to) => slices.read(offset, to))) : slices;
+}
+
+function held(name: string, bytes: Uint8Array): Slices {
+  return {
+    name,
+    size: bytes.length,
+    read(offset, to) {
+      const part = bytes.subarray(offset, offset + to.length);
+      to.set(part);
+      return part.length;
+    },
+  };
+}
+
 function slicesOf(source: Source | Slices): Slices {
   if ('read' in source) {
     return source;
   }
   if ('bytes' in source && source.bytes instanceof Uint8Array) {
-    const { name, bytes } = source;
-    return {
-      name,
-      size: bytes.length,
-      read(offset, to) {
-        const part = bytes.subarray(offset, offset + to.length);
-        to.set(part);
-        return part.length;
-      },
-    };
+    return held(source.name, source.bytes);
   }
   if ('link' in source) {
     return linked(source);

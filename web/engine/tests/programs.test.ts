@@ -84,14 +84,17 @@ function run(program: WebAssembly.Module, args: readonly string[]): Ended {
   }
 }
 
+// It takes a minute, and the bound that it holds to is the same on every machine.
+const LEFT_OUT = 'Grid.ManyVerticesKeepTheBoundOnMemory';
+
 // Built with -DORVANTIS_WASM_PROGRAMS=ON alone, as the tests of the whole project do.
 const PROGRAM = `${ROOT}build/wasm/web/engine/tests/programs.wasm`;
 
 test.skipIf(!existsSync(PROGRAM))('every test of the program passes', { timeout: 240000 }, () => {
-  const { code, text } = run(new WebAssembly.Module(readFileSync(PROGRAM)), ['programs']);
+  const { code, text } = run(new WebAssembly.Module(readFileSync(PROGRAM)), ['programs', `--gtest_filter=-${LEFT_OUT}`]);
   const lines = text.split('\n');
   expect(lines.filter((line) => line.includes('FAILED'))).toEqual([]);
   expect(code).toBe(0);
   const [, ran] = /\[==========\] (\d+) tests from \d+ test suites? ran/.exec(text) ?? [];
-  expect(Number(ran)).toBeGreaterThan(200);
+  expect(Number(ran)).toBeGreaterThan(600);
 });
