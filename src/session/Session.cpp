@@ -112,7 +112,7 @@ SessionFrame Session::takeWith(filter::monitor::Stamp stamp, Update update, std:
     lastOutputs_ = outputs;
   }
   frame.events.insert(frame.events.end(), frame.lost.begin(), frame.lost.end());
-  if (frame.objects) {
+  if (objects != nullptr) {
     frame.objectCount = objects->size();
     frame.events.insert(frame.events.end(), frame.objects->events.begin(), frame.objects->events.end());
     frame.events.insert(frame.events.end(), crossings.begin(), crossings.end());
