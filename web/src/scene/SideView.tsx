@@ -154,7 +154,13 @@ export function SideView({ state, isDark }: { state: State; isDark: boolean }) {
         {heights ? <path class="histogram" d={histogramPath(heights, toY, size.width * 0.6)} /> : null}
         {zone ? <Band doc={doc} zone={zone} toY={toY} width={size.width} grab={grab} nudge={nudge} /> : null}
         {zone ? null : (
-          <text class="hint" x={size.width / 2} y={18} text-anchor="middle">
+          <text
+            class="hint"
+            x={size.width / 2}
+            y={18}
+            text-anchor="middle"
+            style={{ fontSize: `${Math.min(12, size.width / 8)}px` }}
+          >
             Select a zone
           </text>
         )}
