@@ -59,6 +59,7 @@ Record recordOf(const LineTally& tally) {
 std::vector<Record> recordsOf(const SessionSummary& summary, const Session& session,
                               const std::vector<FieldZone>& zones, const SessionInputs& inputs) {
   std::vector<Record> records;
+  records.reserve(zones.size());
   for (const FieldZone& zone : zones) {
     records.push_back(recordOf(zone, summary.of(zone, session.objects()), inputs));
   }

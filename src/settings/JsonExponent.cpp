@@ -26,6 +26,7 @@ unsigned char mayStartAt(const char* at) {
   const auto lowerCase = static_cast<unsigned char>(static_cast<unsigned char>(at[0]) | 0x20U);
   const auto second = static_cast<unsigned char>(at[2] - '0');
   const auto tenth = static_cast<unsigned char>(at[keptDigits + 1] - '0');
+  // NOLINTNEXTLINE(readability-implicit-bool-conversion): numbers would be made of the bytes
   return static_cast<unsigned char>((lowerCase == 'e') & (second < 10) & (tenth < 10));
 }
 

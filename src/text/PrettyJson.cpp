@@ -45,7 +45,8 @@ void append(std::string& text, const boost::json::value& value, std::size_t inde
     text += '{';
     for (const auto& [key, member] : value.get_object()) {
       const std::string name = jsonQuoted(key) + ": ";
-      text += std::exchange(separator, "," + inner) + name;
+      text += std::exchange(separator, "," + inner);
+      text += name;
       append(text, member, indent + 2, indent + 2 + name.size());
     }
   }
