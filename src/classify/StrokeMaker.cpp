@@ -150,35 +150,33 @@ void StrokeMaker::makePart(const Run& run, const Rows& rows, const Mark* first, 
   }
 }
 
-// A part at the lower or upper end of its run has a neighbour whose verdict is known. It holds on that side
-// of the curve, so the zone is not asked for it.
-Sides StrokeMaker::sidesOf(const Run& run, const Rows& rows, const Curve& curve) const {
+// A part at the lower or upper end of its run has a neighbour whose verdict is known. No border lies between
+// them, so the verdict holds in the part too, on the neighbour's side of its curves, and the zone is not
+// asked for that side.
+template <typename SideAt>
+Sides StrokeMaker::toldByNeighbours(const Run& run, const Rows& rows, const SideAt& sideAt) const {
   Sides sides;
   if (rows.first == run.rows.first) {
-    sides.tell(sideOf(curve, middleX(), middleY(rows.first - 1)), run.isInsideBelow);
+    sides.tell(sideAt(middleX(), middleY(rows.first - 1)), run.isInsideBelow);
   }
   if (rows.last == run.rows.last) {
-    const unsigned side = sideOf(curve, middleX(), middleY(rows.last + 1));
+    const unsigned side = sideAt(middleX(), middleY(rows.last + 1));
     sides.tell(side & ~sides.known, run.isInsideAbove);
   }
+  return sides;
+}
+
+Sides StrokeMaker::sidesOf(const Run& run, const Rows& rows, const Curve& curve) const {
+  Sides sides = toldByNeighbours(run, rows, [&](double x, double y) { return sideOf(curve, x, y); });
   if (sides.known != Sides::both) {
     askSides(*zone_->zone->shape, boxOf(rows), curve, sides);
   }
   return sides;
 }
 
-// The same for two curves: no border lies between the part and its neighbour, so what the neighbour tells
-// about its combination of sides holds in the part too.
 Sides StrokeMaker::sidesOf(const Run& run, const Rows& rows,
                            const std::array<const Curve*, 2>& curves) const {
-  Sides sides;
-  if (rows.first == run.rows.first) {
-    sides.tell(combinationOf(curves, middleX(), middleY(rows.first - 1)), run.isInsideBelow);
-  }
-  if (rows.last == run.rows.last) {
-    const unsigned combination = combinationOf(curves, middleX(), middleY(rows.last + 1));
-    sides.tell(combination & ~sides.known, run.isInsideAbove);
-  }
+  Sides sides = toldByNeighbours(run, rows, [&](double x, double y) { return combinationOf(curves, x, y); });
   askSides(*zone_->zone->shape, boxOf(rows), curves, sides);
   return sides;
 }

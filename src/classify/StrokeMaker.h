@@ -58,6 +58,8 @@ class StrokeMaker {
   bool isInside(const Rows& rows) const;
   void makeRun(const Run& run, const Mark* firstOfRun, const Mark* endOfRun);
   void makePart(const Run& run, const Rows& rows, const Mark* first, const Mark* end);
+  template <typename SideAt>
+  Sides toldByNeighbours(const Run& run, const Rows& rows, const SideAt& sideAt) const;
   Sides sidesOf(const Run& run, const Rows& rows, const Curve& curve) const;
   Sides sidesOf(const Run& run, const Rows& rows, const std::array<const Curve*, 2>& curves) const;
   void append(const Rows& rows, Stroke::Kind kind, const Sides& sides = {}, std::uint32_t curve = 0,
