@@ -59,6 +59,8 @@ async function fingers(...ways: readonly (readonly Pt[])[]): Promise<void> {
   const steps = Math.max(...ways.map((way) => way.length));
   for (let step = 1; step < steps; ++step)
     await browser.send('Input.dispatchTouchEvent', { type: 'touchMove', touchPoints: at(step) });
+  // Fingers come to rest before they are lifted: the browser takes the tap after a throw for its end.
+  if (steps > 1) await person.page.waitForTimeout(100);
   await browser.send('Input.dispatchTouchEvent', { type: 'touchEnd', touchPoints: [] });
   await untilSeen('pointerup', ups + ways.length);
 }
