@@ -41,6 +41,17 @@ struct Las {
   }
 };
 
+// A file of version 1.4, which counts its points in a long number.
+Las longCounted() {
+  Las las;
+  las.minor = 4;
+  las.headerSize = 375;
+  las.begin = 375;
+  las.points = 0;
+  las.longPoints = 2;
+  return las;
+}
+
 std::string record(std::int32_t x, std::int32_t y, std::int32_t z, std::size_t length = 20) {
   return raw<std::int32_t>({x, y, z}) + std::string(length - 12, 'x');
 }
@@ -93,12 +104,7 @@ TEST(Las, ColumnsAreTold) {
 }
 
 TEST(Las, Version14HasALongCount) {
-  Las las;
-  las.minor = 4;
-  las.headerSize = 375;
-  las.begin = 375;
-  las.points = 0;
-  las.longPoints = 2;
+  Las las = longCounted();
   const std::string points = record(1, 2, 3) + record(4, 5, 6);
   EXPECT_EQ(testing::readPoints(las.text() + points, FrameKind::Las).size(), 2U);
   las.points = 2;
@@ -191,13 +197,9 @@ TEST(Las, OtherColumnsAreAsTheFileHasThem) {
 }
 
 TEST(Las, AColumnBehindThreeColoursIsFound) {
-  Las las;
-  las.minor = 4;
-  las.headerSize = 375;
-  las.begin = 375;
+  Las las = longCounted();
   las.format = 8;
   las.length = 38;
-  las.points = 0;
   las.longPoints = 1;
   std::string point = record(1, 2, 3, 38);
   point.replace(36, 2, raw(std::uint16_t{4660}));

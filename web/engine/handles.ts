@@ -19,7 +19,7 @@ export class Handles {
   at(id: number): number {
     const address = this.#addresses.get(id);
     if (address === undefined) {
-      const message = `there is no such ${this.kind}: ${id}`;
+      const message = `${this.kind} ${id} is not open`;
       throw new EngineError({ message, path: '', line: 0, column: 0, reason: message });
     }
     return address;

@@ -183,7 +183,7 @@ export const slotOf = (byte: number): number => (byte >> 2) - 1;
 export const NUM_SLOTS = 24;
 export const slotIndex = (field: number, zone: number): number => 3 * field + zone;
 
-/** The counts of a scene by a document. What is wrong with it `check` tells, which checks the same text not twice. */
+/** The counts of a scene by a document. `check` tells what is wrong with it; the same text is checked only once. */
 export interface Count {
   /** null when the document has errors: the numbers would be of another one. */
   readonly counts: Counts | null;

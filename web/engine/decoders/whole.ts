@@ -2,12 +2,13 @@
 
 import { Decompress, ZstdErrorCode } from 'fzstd';
 
+import { joined } from '../bytes';
 import { EngineError } from '../module';
 import { ENDING, Stop } from './unfolding';
 
 const ZSTD = [0x28, 0xb5, 0x2f, 0xfd];
 
-/** So many bytes of one file are held at most: there is no way back into such a file but from its begin. */
+/** So many bytes of one file are held at most: such a file can only be read from its begin on. */
 export const MOST_UNFOLDED = 2 ** 28;
 
 export function isFoldedWhole(begin: Uint8Array): boolean {
@@ -49,11 +50,5 @@ export function unfoldWhole(name: string, read: (offset: number, to: Uint8Array)
   if (size === 0) {
     throw refusal(name, 'the compressed bytes end before there is a recording in them');
   }
-  const whole = new Uint8Array(size);
-  let at = 0;
-  for (const part of parts) {
-    whole.set(part, at);
-    at += part.length;
-  }
-  return whole;
+  return joined(parts);
 }

@@ -10,6 +10,7 @@
 #include "recording/OpenRecording.h"
 #include "recording/RecordingContents.h"
 #include "text/JsonText.h"
+#include "text/Text.h"
 
 namespace orvantis::engine {
 namespace {
@@ -76,8 +77,10 @@ std::string describe(const Recording& recording) {
 
 std::string objectsAt(const Recording& recording, std::size_t moment) {
   const auto& contents = recording.contents();
-  if (!contents || moment >= contents->moments.size()) {
-    throw toolkit::Failure("there is no such moment");
+  const std::size_t size = contents ? contents->moments.size() : 0;
+  if (moment >= size) {
+    throw toolkit::Failure("moment " + std::to_string(moment) + " is not in the recording, which has " +
+                           toolkit::counted(size, "moment"));
   }
   array objects;
   if (const auto& tracked = contents->moments[moment].objects) {

@@ -12,7 +12,7 @@ namespace orvantis::engine {
 std::string describe(const Recording& recording);
 
 /// The objects at a moment of a recording that ran: a list of `TrackedObject` of types.ts.
-/// @throws Failure when there is no such moment
+/// @throws Failure for a moment that the recording does not have
 std::string objectsAt(const Recording& recording, std::size_t moment);
 
 }  // namespace orvantis::engine

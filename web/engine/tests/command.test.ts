@@ -128,6 +128,8 @@ describe.skipIf(!isThere)('the command and the engine', () => {
     expect(core.explainZones(recording.id, text, null).text).toBe(say('explain', crossing, ...frames));
     const line = core.check(text).site!.counterLines[0]!.name;
     expect(core.explainLine(recording.id, text, line, 9).text).toBe(asked(9, '--tracks', tracks, '--line', line));
+    expect(() => core.objectsAt(recording.id, 99))
+      .toThrow(`moment 99 is not in the recording, which has ${stamps.length} moments`);
     const [track] = core.objectsAt(recording.id, 9);
     expect(core.explainTrack(recording.id, text, line, track!.id, 9).text)
       .toBe(asked(9, '--tracks', tracks, '--line', line, '--track', `${track!.id}`));

@@ -98,10 +98,10 @@ test('what was closed is refused, and nothing else that lies where it was', asyn
   await engine.closeScene(scene.id);
   const other = await one();
   expect(other.id).not.toBe(scene.id);
-  await expect(engine.count(scene.id, crossing)).rejects.toThrow('there is no such scene');
-  await expect(engine.closeScene(scene.id)).rejects.toThrow('there is no such scene');
-  await expect(engine.run(7, crossing)).rejects.toThrow('there is no such recording');
-  await expect(engine.eventTable(7)).rejects.toThrow('there is no such session');
+  await expect(engine.count(scene.id, crossing)).rejects.toThrow(`scene ${scene.id} is not open`);
+  await expect(engine.closeScene(scene.id)).rejects.toThrow(`scene ${scene.id} is not open`);
+  await expect(engine.run(7, crossing)).rejects.toThrow('recording 7 is not open');
+  await expect(engine.eventTable(7)).rejects.toThrow('session 7 is not open');
   expect((await engine.count(other.id, crossing))!.counts).not.toBeNull();
 });
 

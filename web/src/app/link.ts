@@ -1,5 +1,7 @@
 // A document in the hash of a link: compressed, in letters that links may hold. It never reaches a server.
 
+import { joined } from '../../engine/bytes';
+
 const MOST = 8000;
 
 async function through(
@@ -20,13 +22,7 @@ async function through(
       throw new Error('The document in the link is too large.');
     }
   }
-  const whole = new Uint8Array(length);
-  let at = 0;
-  for (const part of parts) {
-    whole.set(part, at);
-    at += part.length;
-  }
-  return whole;
+  return joined(parts);
 }
 
 /** The hash, with its sign. Throws where the document is too large for a link. */
