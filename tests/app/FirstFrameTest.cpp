@@ -116,6 +116,25 @@ TEST_F(FirstFrame, OfSensorsIsThatOfAllOfThem) {
   EXPECT_EQ(created({"--sensors", "sensors.json"}), created({"here.xyz"}));
 }
 
+TEST_F(FirstFrame, OfSensorsMayBeInSeveralRecordings) {
+  const auto write = [this](const std::string& path, const std::string& topic,
+                            const std::vector<Point3>& points) {
+    WrittenRecording recording;
+    recording.topics.push_back({topic});
+    recording.messages.push_back({0, 1000, asCdr(floatCloud(points, 1000))});
+    folder_.write(path, asMcap(recording));
+  };
+  write("front.mcap", "/front", {{1, 2, 1}, {3, 4, 1}});
+  write("rear.mcap", "/rear", {{5, 6, 1}, {7, 8, 9}});
+  folder_.write("sensors.json", R"({"sensors":[{"name":"front","files":["front.mcap"]},
+    {"name":"rear","files":["rear.mcap"]}]})");
+  folder_.write("topics.json", R"({"sensors":[{"name":"front","topic":"/front"}]})");
+  EXPECT_EQ(plan({"--sensors", "sensors.json"}, "sensors.json"), plan({"here.xyz"}, "here.xyz"));
+  folder_.write("two.xyz", "1 2 1\n3 4 1\n");
+  EXPECT_EQ(plan({"front.mcap", "front.mcap", "--sensors", "topics.json"}, "topics.json"),
+            plan({"two.xyz"}, "two.xyz"));
+}
+
 TEST_F(FirstFrame, OfAFolderIsThatOfItsFirstFileOrOfEach) {
   std::filesystem::create_directory(folder_.path("set"));
   folder_.write("set/f2.xyz", "3 4 1\n5 6 1\n7 8 9\n");
