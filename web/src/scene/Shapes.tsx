@@ -149,11 +149,12 @@ export function Labels({
     .sort((a, b) => a.rank - b.rank)
     .map(({ item }) => {
       const p = toPixel(labelPlace(ringOf(item)));
+      const note = noteOf(item);
       return {
         id: item.id,
         at: { x: p.x, y: p.y + (item.kind === 'line' ? 22 : 4) },
-        letters: item.name.length,
-        lines: noteOf(item) ? 2 : 1,
+        letters: Math.max(item.name.length + (faults.has(item.id) ? 2 : 0), note.length),
+        lines: note ? 2 : 1,
       };
     });
   const places = placed(wanted);

@@ -28,6 +28,24 @@ async function faultsOf(person: Person): Promise<string[]> {
   );
 }
 
+/** Pairs of names on the plan, with what stands beneath them, that cover each other by more than the air around letters. */
+function coveredNames(person: Person): Promise<string[]> {
+  return person.page.evaluate(() => {
+    const air = 3;
+    const shown = [...document.querySelectorAll('.labels text')].map((text) => ({
+      name: text.textContent,
+      box: text.getBoundingClientRect(),
+    }));
+    return shown.flatMap(({ name, box: a }, i) =>
+      shown
+        .slice(i + 1)
+        .filter(({ box: b }) => Math.min(a.right, b.right) - Math.max(a.left, b.left) > air)
+        .filter(({ box: b }) => Math.min(a.bottom, b.bottom) - Math.max(a.top, b.top) > air)
+        .map((other) => `${name} and ${other.name}`),
+    );
+  });
+}
+
 const SIZES: readonly (Options & { readonly name: string })[] = [
   { name: 'light', width: 1280, height: 800 },
   { name: 'dark', width: 1280, height: 800, dark: true },
@@ -48,6 +66,8 @@ describe('how it looks', () => {
       const plan = await person.page.locator('.plan').boundingBox();
       expect(plan!.width).toBeGreaterThan(options.width! * 0.5);
       expect(plan!.height).toBeGreaterThan(options.height! * 0.4);
+      expect(await person.page.locator('.labels text').count()).toBeGreaterThan(4);
+      expect(await coveredNames(person)).toEqual([]);
       await person.picture(options.name);
       for (const tab of ['Zones', 'Findings', 'Events', 'Explain', 'Text']) {
         await person.page.getByRole('tab', { name: tab }).click();
