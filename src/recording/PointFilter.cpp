@@ -5,6 +5,7 @@
 #include <type_traits>
 
 #include "recording/PointAt.h"
+#include "recording/UsualStride.h"
 
 namespace orvantis::toolkit {
 namespace {
@@ -48,13 +49,11 @@ void note(Verdict verdict, DroppedPoints& dropped) {
 }
 
 // Compares whole numbers without their signs, which is fast: this is done for every frame.
-// @tparam distance in bytes from one value to the next; 0: that of the view
-template <std::size_t distance, typename Real>
-std::uint64_t countIn(const PointsView<Real>& points) {
+template <typename Real, typename Stride>
+std::uint64_t countIn(const PointsView<Real>& points, Stride stride) {
   using Bits = std::conditional_t<std::is_same_v<Real, float>, std::uint32_t, std::uint64_t>;
   constexpr std::size_t blockSize = 1024;
   const PointsView<Bits> bits{points.x, points.y, points.z, points.stride, points.size};
-  const std::size_t stride = distance == 0 ? bits.stride : distance;
   std::uint64_t count = 0;
   for (std::size_t begin = 0; begin < bits.size; begin += blockSize) {
     const std::size_t size = std::min(bits.size - begin, blockSize);
@@ -102,15 +101,7 @@ Points kept(const PointsView<Real>& points, const Judge& judge, DroppedPoints& d
 std::uint64_t countAtOrigin(const Points& points) {
   return std::visit(
       []<typename Real>(const PointsView<Real>& view) {
-        // The usual distances, known beforehand, let the compiler take several points at once.
-        switch (view.stride) {
-          case 3 * sizeof(Real):
-            return countIn<3 * sizeof(Real)>(view);
-          case 4 * sizeof(Real):
-            return countIn<4 * sizeof(Real)>(view);
-          default:
-            return countIn<0>(view);
-        }
+        return withUsualStride<Real>(view.stride, [&](auto stride) { return countIn(view, stride); });
       },
       points);
 }

@@ -6,6 +6,8 @@
 #include <cstring>
 #include <memory>
 
+#include "recording/UsualStride.h"
+
 namespace orvantis::toolkit {
 namespace {
 
@@ -31,31 +33,18 @@ bool isBetween(double z, const FieldZone& zone) {
 }
 
 // Whether the height of any of the points is from one value to another.
-// @tparam distance in bytes from one value to the next; 0: that of the view
-template <std::size_t distance, typename Real>
-bool isAnyBetween(const PointsView<Real>& points, std::size_t begin, std::size_t size, Real low, Real high) {
-  const std::size_t stride = distance == 0 ? points.stride : distance;
-  const auto* const at = static_cast<const unsigned char*>(points.z) + begin * stride;
-  std::uint32_t isAny = 0;
-  for (std::size_t i = 0; i < size; ++i) {
-    Real z{};
-    std::memcpy(&z, at + i * stride, sizeof(z));
-    isAny |= (z >= low ? 1U : 0U) & (z <= high ? 1U : 0U);
-  }
-  return isAny != 0;
-}
-
-// The usual distances, known beforehand, let the compiler take several points at once.
 template <typename Real>
 bool isAnyBetween(const PointsView<Real>& points, std::size_t begin, std::size_t size, Real low, Real high) {
-  switch (points.stride) {
-    case 3 * sizeof(Real):
-      return isAnyBetween<3 * sizeof(Real)>(points, begin, size, low, high);
-    case 4 * sizeof(Real):
-      return isAnyBetween<4 * sizeof(Real)>(points, begin, size, low, high);
-    default:
-      return isAnyBetween<0>(points, begin, size, low, high);
-  }
+  return withUsualStride<Real>(points.stride, [&](auto stride) {
+    const auto* const at = static_cast<const unsigned char*>(points.z) + begin * stride;
+    std::uint32_t isAny = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+      Real z{};
+      std::memcpy(&z, at + i * stride, sizeof(z));
+      isAny |= (z >= low ? 1U : 0U) & (z <= high ? 1U : 0U);
+    }
+    return isAny != 0;
+  });
 }
 
 // Every so many points, so that a frame of any size takes no longer than a small one.
