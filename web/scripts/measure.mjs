@@ -63,6 +63,27 @@ async function recoloured() {
   }
 }
 
+/** Keeps, in the page, the milliseconds from each edit to its counts: in the worker, and until the page has them. */
+function noteCounts() {
+  const asked = new Map();
+  window.counts = { inWorker: [], inPage: [] };
+  window.Worker = class extends Worker {
+    constructor(...args) {
+      super(...args);
+      this.addEventListener('message', ({ data }) => {
+        if (!asked.has(data.id) || !data.result?.counts) return;
+        window.counts.inWorker.push(data.result.counts.milliseconds);
+        window.counts.inPage.push(performance.now() - asked.get(data.id));
+      });
+    }
+
+    postMessage(message, transfer) {
+      if (message.call === 'count') asked.set(message.id, performance.now());
+      super.postMessage(message, transfer);
+    }
+  };
+}
+
 /** Milliseconds of the main thread by kind while something is done. */
 async function traced(browser, page, act) {
   await browser.startTracing(page, { categories: ['devtools.timeline'] });
@@ -146,12 +167,16 @@ for (let i = 0; i < 5; ++i) {
 }
 console.log(`first paint: ${text(paints)}; example counted and ready: ${text(starts)}`);
 const page = await browser.newPage({ viewport: { width: 1280, height: 800 } });
+await page.addInitScript(noteCounts);
 await page.goto(address);
 await ready(page);
 for (const what of ['the example', 'a million points']) {
   if (what !== 'the example') await drop(page);
+  await page.evaluate(() => (window.counts = { inWorker: [], inPage: [] }));
   const { handlers, frames } = await traced(browser, page, () => dragged(page));
+  const { inWorker, inPage } = await page.evaluate(() => window.counts);
   console.log(`dragging a corner over ${what}: handlers ${text(handlers)}; what is drawn in a frame ${text(frames)}`);
+  console.log(`an edit to its counts: in the worker ${text(inWorker)}; until the page has them ${text(inPage)}`);
 }
 const { frames } = await traced(browser, page, () => recolouredInPage(page));
 console.log(

@@ -34,6 +34,14 @@ test('its content is the same whatever the steps in which it is read', () => {
   }
 });
 
+test('what was compressed in two goes is one content, in order', () => {
+  const magic = folded.bytes.subarray(0, 4);
+  const second = [...magic, 0x20, 3, 0x19, 0, 0, ...Buffer.from('ABC')]; // three bytes in one block, not compressed
+  const inOne = new Uint8Array([...folded.bytes, ...second]);
+  const expected = Buffer.concat([unfolded, Buffer.from('ABC')]);
+  expect(Buffer.compare(unfoldWhole('both', readFrom(inOne, 100)), expected)).toBe(0);
+});
+
 test('what is cut off, damaged or too large is told, and the engine goes on', async () => {
   const core = await loadCore();
   const open = (bytes: Uint8Array) => core.openRecording({ clouds: [{ name: 'a.zst', bytes }] });
