@@ -11,8 +11,8 @@
 
 #include "Check.h"
 #include "LiveMemory.h"
+#include "points/PointAt.h"
 #include "recording/FrameReader.h"
-#include "recording/PointAt.h"
 #include "recording/ReadError.h"
 
 namespace orvantis::fuzz {

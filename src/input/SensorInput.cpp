@@ -5,7 +5,7 @@
 #include <variant>
 
 #include "files/Failure.h"
-#include "recording/PointAt.h"
+#include "points/PointAt.h"
 #include "text/Text.h"
 
 namespace orvantis::toolkit {

@@ -4,8 +4,8 @@
 #include <cstring>
 #include <type_traits>
 
-#include "recording/PointAt.h"
-#include "recording/UsualStride.h"
+#include "points/PointAt.h"
+#include "points/UsualStride.h"
 
 namespace orvantis::toolkit {
 namespace {

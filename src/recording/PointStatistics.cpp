@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "recording/PointAt.h"
+#include "points/PointAt.h"
 
 namespace orvantis::toolkit {
 namespace {

@@ -2,9 +2,10 @@
 
 #include <cmath>
 #include <cstddef>
-#include <cstring>
 
 #include <filter/classify/Points.h>
+
+#include "points/PointAt.h"
 
 namespace orvantis::toolkit {
 
@@ -23,12 +24,8 @@ struct Coordinates {
 /// Point number i of a view.
 template <typename Real>
 Coordinates coordinatesOf(const filter::classify::PointsView<Real>& points, std::size_t i) {
-  const auto at = [&points, i](const void* first) {
-    Real value{};  // copied, since the address may be unaligned
-    std::memcpy(&value, static_cast<const unsigned char*>(first) + i * points.stride, sizeof(Real));
-    return static_cast<double>(value);
-  };
-  return {at(points.x), at(points.y), at(points.z)};
+  const auto [x, y, z] = pointAt(points, i);
+  return {static_cast<double>(x), static_cast<double>(y), static_cast<double>(z)};
 }
 
 }  // namespace orvantis::toolkit

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <memory>
 
-#include "recording/UsualStride.h"
+#include "points/UsualStride.h"
 
 namespace orvantis::toolkit {
 namespace {

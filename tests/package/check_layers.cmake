@@ -12,11 +12,12 @@ set(may_use_counter planar text)
 set(may_use_classify zones) # headers only: the libraries hide what is inside them
 set(may_use_monitor zones trigonometry)
 set(may_use_files text)
+set(may_use_points "") # headers only
 set(may_use_document text trigonometry detector) # of the detector the header of limits
 set(may_use_drawing document text trigonometry)
-set(may_use_recording text files trigonometry)
-set(may_use_session drawing document text trigonometry)
-set(may_use_input recording document files text)
+set(may_use_recording points text files trigonometry)
+set(may_use_session points drawing document text trigonometry)
+set(may_use_input recording points document files text)
 
 # Public headers that a folder must not know, as it stands below them.
 set(no_detector "filter/detection/ZoneDetector.h|filter/classify/|filter/monitor/")
@@ -33,6 +34,7 @@ set(forbidden_classify "${no_counter}|core/State|filter/monitor/")
 set(forbidden_monitor "-")
 set(forbidden_text "settings/|core/|logging/|filter/")
 set(forbidden_files "settings/|core/|logging/|filter/")
+set(forbidden_points "settings/|core/|logging/|filter/(detection|monitor)/")
 set(forbidden_document "filter/classify/|filter/monitor/")
 set(forbidden_drawing "filter/classify/|filter/monitor/")
 set(forbidden_recording "settings/|filter/detection/")

@@ -12,7 +12,7 @@
 #include "RecordingSamples.h"
 #include "WrittenCloud.h"
 #include "WrittenRecording.h"
-#include "recording/PointAt.h"
+#include "points/PointAt.h"
 #include "recording/ReadError.h"
 #include "recording/RecordingReader.h"
 

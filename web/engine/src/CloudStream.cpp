@@ -7,9 +7,9 @@
 #include <variant>
 
 #include "HostDecoders.h"
+#include "points/PointAt.h"
 #include "recording/NamedRead.h"
 #include "recording/OpenRecording.h"
-#include "recording/PointAt.h"
 #include "recording/ReadError.h"
 #include "text/LowerCase.h"
 
