@@ -53,7 +53,7 @@ async function start(): Promise<boolean> {
     history: begin(savedText && note ? savedText : text),
     savedText,
     fileName,
-    before: { label: 'as opened', text: savedText || text, session: null },
+    before: { label: 'the document as opened', text: savedText || text, session: null },
   });
   set({ history: stepped(get().history, 'Work that was not saved', text) });
   set({ activeField: get().doc.fields[0]?.index ?? 0 });

@@ -41,7 +41,7 @@ export function openDocument(text: string, fileName: string, isSaved: boolean): 
     vertex: -1,
     sketch: [],
     marks: NO_MARKS,
-    before: { label: 'as opened', text, session: null },
+    before: { label: 'the document as opened', text, session: null },
     target: { kind: 'field', field: 0 },
     activeField: get().doc.fields[0]?.index ?? 0,
   });

@@ -119,7 +119,7 @@ let state: State = {
   recording: null,
   recordingName: '',
   session: null,
-  before: { label: 'as opened', text: EMPTY, session: null },
+  before: { label: 'the document as opened', text: EMPTY, session: null },
   showBefore: false,
   moment: 0,
   isPlaying: false,

@@ -44,7 +44,7 @@ export function Events({ state }: { state: State }) {
                 {change === 'gained' ? '+' : change === 'lost' ? '−' : ''}
                 <span class="unseen">{change === 'same' ? '' : change}</span>
               </span>
-              {event.line}
+              {event.line.trimStart()}
             </button>
           </li>
         ))}

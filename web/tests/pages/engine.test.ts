@@ -138,8 +138,10 @@ describe('what if', () => {
     expect(await person.page.locator('.events .note').first().textContent()).toContain('0 gained and 0 lost');
     await person.click({ x: 8.8, y: 7.5 });
     await person.drag({ x: 8.8, y: 7.5 }, { x: 8.8, y: 19.5 });
-    await person.page.getByText('2 lost against as opened').waitFor();
-    expect(await person.page.locator('.transport .note').textContent()).toBe('2 events differ from as opened');
+    await person.page.getByText('2 lost against the document as opened').waitFor();
+    expect(await person.page.locator('.transport .note').textContent()).toBe(
+      '2 events differ from the document as opened',
+    );
     await expect.poll(() => person.page.locator('.events .lost').count(), { timeout: 10000 }).toBe(2);
     await person.press('Control+z');
     await person.page.getByText('0 gained and 0 lost').waitFor();
