@@ -6,7 +6,6 @@
 #include <string>
 
 #include <boost/json/parse.hpp>
-#include <boost/json/serialize.hpp>
 
 #include <filter/detection/CounterLines.h>
 
@@ -16,6 +15,7 @@
 #include "document/Check.h"
 #include "document/DocumentJson.h"
 #include "drawing/SitePlan.h"
+#include "text/JsonText.h"
 
 using orvantis::SettingsManager;
 using orvantis::filter::detection::CounterLines;
@@ -40,7 +40,7 @@ void checkConfiguration(const Configuration& configuration, const std::uint8_t* 
   lines.load(settings);
   ORVANTIS_FUZZ_CHECK(lines.clone().size() == configuration.lines.size());
 
-  const std::string told = boost::json::serialize(toObject(configuration));
+  const std::string told = toJson(toObject(configuration));
   ORVANTIS_FUZZ_CHECK(boost::json::parse(told).is_object());
   try {
     const std::string picture = drawPlan(planOf(configuration));
