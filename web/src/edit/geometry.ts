@@ -100,7 +100,12 @@ export function ringOf(item: Item): readonly Pt[] {
   return item.shape ? outline(item.shape) : [];
 }
 
-/** Where a name stands: inside the shape wherever that is possible. */
+const MOST_FOR_DIAGONALS = 64; // a document with more is wrong, and there are as many diagonals as corners squared
+
+/**
+ * Where a name stands: in the middle of a shape, or where that lies outside, in the middle of a diagonal inside, of which
+ * every ring without crossings has one.
+ */
 export function labelPlace(ring: readonly Pt[]): Pt {
   const total = area(ring);
   if (ring.length < 3 || Math.abs(total) < 1e-12)
@@ -113,5 +118,11 @@ export function labelPlace(ring: readonly Pt[]): Pt {
     y += (p.y + q.y) * cross;
   });
   const centre = { x: x / (6 * total), y: y / (6 * total) };
-  return holds(ring, centre) ? centre : middle(centre, ring[Math.floor(ring.length / 2)]!);
+  if (!Number.isFinite(centre.x) || !Number.isFinite(centre.y)) return ring[0]!; // a file may hold any number
+  if (holds(ring, centre) || ring.length > MOST_FOR_DIAGONALS) return centre;
+  const inside = ring
+    .flatMap((p, i) => ring.slice(i + 2).map((q) => middle(p, q)))
+    .filter((place) => holds(ring, place))
+    .sort((a, b) => distance(a, centre) - distance(b, centre));
+  return inside[0] ?? centre;
 }

@@ -17,6 +17,7 @@ import {
   toPlane,
   zoomed,
 } from '../../src/scene/camera';
+import { labelPlace } from '../../src/edit/geometry';
 import { fieldColour } from '../../src/scene/colours';
 import { handlesOf } from '../../src/scene/handles';
 import { placed } from '../../src/scene/labels';
@@ -213,6 +214,15 @@ describe('before and after', () => {
 
 test('the colours of the fields are those of the command, and wrong slots have one too', () => {
   expect([0, 1, 7, 8, -1].map(fieldColour)).toEqual(['#0072b2', '#d55e00', '#8c564b', '#0072b2', '#8c564b']);
+});
+
+test('a name stands inside of its shape, in the middle where that is inside, and at a corner of what is too large for a middle', () => {
+  const at = (...corners: [number, number][]) => labelPlace(corners.map(([x, y]) => ({ x, y })));
+  expect(at([0, 0], [4, 0], [4, 2], [0, 2])).toEqual({ x: 2, y: 1 });
+  expect(at([0, 0], [6, 0], [6, 6], [5, 6], [5, 1], [0, 1])).toEqual({ x: 5.5, y: 3 });
+  expect(at([0, 0], [2, 2], [0, 2], [2, 0])).toEqual({ x: 1, y: 1 }); // its two halves make no area together
+  expect(at([3, 4])).toEqual({ x: 3, y: 4 });
+  expect(at([0, 1.7e308], [0, 0], [10, 0], [10, 1.7e308])).toEqual({ x: 0, y: 1.7e308 });
 });
 
 test('names do not cover each other; the first one has its place, the last one goes where there is room or nowhere', () => {
