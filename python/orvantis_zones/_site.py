@@ -325,7 +325,7 @@ class Site(_core.Site):
         """The picture of `zone-detector plot`, over a scan if points are given: text.
 
         Its ids are those of no other picture, so several fit into one page. Raises ValueError when the coordinates are
-        too far apart to draw.
+        too far apart, or too far from the origin, to draw.
 
         >>> site = Site()
         >>> site.fields[0] = [Zone(Rectangle((0, 0), (2, 2), name="gate"))]

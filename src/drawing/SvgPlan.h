@@ -64,7 +64,7 @@ struct PlanContent {
 };
 
 /// Draws the plan as an SVG document: y up, equal scale on both axes.
-/// @throws std::runtime_error when the coordinates are too far apart to draw
+/// @throws std::runtime_error when the coordinates are too far apart, or too far from the origin, to draw
 std::string drawPlan(const PlanContent& content);
 
 }  // namespace orvantis::toolkit

@@ -1,6 +1,8 @@
 #include "drawing/Viewport.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <stdexcept>
 #include <utility>
 
@@ -23,6 +25,12 @@ Viewport::Viewport(double left, double right, double bottom, double top) : left_
   }
   scale_ = std::min(largestWidth / width, largestHeight / height);
   size_ = {width * scale_, height * scale_};
+  // Else the lines of the grid and the corners of a zone would have the same coordinates.
+  constexpr double sharpness = 0.1;  // pixels
+  const double farthest = std::max({std::abs(left), std::abs(right), std::abs(bottom), std::abs(top)});
+  if (!(farthest * std::numeric_limits<double>::epsilon() * scale_ < sharpness)) {
+    throw std::runtime_error("the zones are too far from the origin to draw");
+  }
   // A long and thin plan shows more of the plane, so that its short side is large enough to read.
   if (size_.x < smallestSide) {
     left_ -= (smallestSide - size_.x) / 2.0 / scale_;

@@ -16,7 +16,7 @@ inline constexpr double marginTop = 48.0;
 // The rectangle of the plane that the plan shows, and its place in the picture.
 class Viewport {
  public:
-  /// @throws std::runtime_error when the sides are too far apart to draw
+  /// @throws std::runtime_error when the sides are too far apart, or too far from the origin, to draw
   Viewport(double left, double right, double bottom, double top);
 
   Pixel toPixel(const filter::detection::Point& p) const {

@@ -1,6 +1,7 @@
 #include "text/Number.h"
 
 #include <array>
+#include <cmath>
 #include <cstdlib>
 #include <version>
 
@@ -87,6 +88,10 @@ std::string toFixed(double value, int decimals) {
 #endif
 
 std::string toText(double value, int decimals) {
+  constexpr double readable = 1e15;  // hundreds of digits are not, and a larger double has hardly any decimals
+  if (std::abs(value) >= readable && std::isfinite(value)) {
+    return toText(value);
+  }
   std::string text = toFixed(value, decimals);
   if (text.find('.') != std::string::npos) {
     text.erase(text.find_last_not_of('0') + 1);

@@ -21,7 +21,8 @@ std::string toText(double value);
 /// shorter: what a stream of that precision writes. At most 17 digits.
 std::string toDigits(double value, int digits);
 
-/// The value with at most that many decimals, without trailing zeros. Never "-0".
+/// The value with at most that many decimals, without trailing zeros, and from 1e15 on the shortest text.
+/// Never "-0".
 std::string toText(double value, int decimals);
 
 /// The value with exactly that many decimals, for columns of figures.

@@ -49,6 +49,30 @@ TEST(SvgPlan, NamesAreEscaped) {
   EXPECT_NE(svg.find("&lt;&amp;&gt;\\x01"), std::string::npos);
 }
 
+// At some distance doubles are as far apart as the lines of the grid, which would then have no end.
+TEST(SvgPlan, RefusesWhatIsTooFarFromTheOriginToBeSharp) {
+  const auto drawn = [](double x, double y) {
+    PlanContent content;
+    content.areas = {area("far", {{x, y}, {x, y + 8}, {x + 8, y + 8}, {x + 8, y}})};
+    content.lines = {{"line", {x, y}, {x, y + 8}}};
+    return drawPlan(content);
+  };
+  EXPECT_EQ(widthAndHeight(drawn(1e12, -1e12)), "760 x 760");
+  for (const double far : {1e14, 1e17, 1e300, std::numeric_limits<double>::max(),
+                           std::numeric_limits<double>::infinity(), std::nan("")}) {
+    for (const double sign : {1.0, -1.0}) {
+      EXPECT_THROW(drawn(sign * far, 0.0), std::runtime_error) << sign * far;
+      EXPECT_THROW(drawn(0.0, sign * far), std::runtime_error) << sign * far;
+    }
+  }
+  try {
+    drawn(1e17, 0.0);
+    FAIL();
+  } catch (const std::runtime_error& error) {
+    EXPECT_STREQ(error.what(), "the zones are too far from the origin to draw");
+  }
+}
+
 TEST(SvgPlan, AMetreIsAsLongOnBothAxes) {
   PlanContent content;
   content.areas = {area("square", {{10, 10}, {10, 30}, {30, 30}, {30, 10}})};

@@ -1,3 +1,4 @@
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -42,6 +43,10 @@ TEST(Text, NumbersAreShort) {
   EXPECT_EQ(toText(100.0, 2), "100");
   EXPECT_EQ(toText(-0.0001, 2), "0");
   EXPECT_EQ(toText(-0.5, 0), "0");
+  EXPECT_EQ(toText(-999999999999999.0, 2), "-999999999999999");
+  EXPECT_EQ(toText(1e15, 2), "1e+15");
+  EXPECT_EQ(toText(-1e308, 2), "-1e+308");
+  EXPECT_EQ(toText(-HUGE_VAL, 2), "-inf");
   EXPECT_EQ(toFixed(2.5, 2), "2.50");
   EXPECT_EQ(toFixed(-0.001, 2), "0.00");
 }
