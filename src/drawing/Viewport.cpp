@@ -21,7 +21,7 @@ Viewport::Viewport(double left, double right, double bottom, double top) : left_
   const double width = right - left;
   const double height = top - bottom;
   if (!(width < 1e9) || !(height < 1e9)) {
-    throw std::runtime_error("the zones are too far apart to draw");
+    throw std::runtime_error("zones, lines and tracks are too far apart to draw");
   }
   scale_ = std::min(largestWidth / width, largestHeight / height);
   size_ = {width * scale_, height * scale_};
@@ -29,7 +29,7 @@ Viewport::Viewport(double left, double right, double bottom, double top) : left_
   constexpr double sharpness = 0.1;  // pixels
   const double farthest = std::max({std::abs(left), std::abs(right), std::abs(bottom), std::abs(top)});
   if (!(farthest * std::numeric_limits<double>::epsilon() * scale_ < sharpness)) {
-    throw std::runtime_error("the zones are too far from the origin to draw");
+    throw std::runtime_error("zones, lines and tracks are too far from the origin to draw");
   }
   // A long and thin plan shows more of the plane, so that its short side is large enough to read.
   if (size_.x < smallestSide) {

@@ -49,6 +49,16 @@ TEST(SvgPlan, NamesAreEscaped) {
   EXPECT_NE(svg.find("&lt;&amp;&gt;\\x01"), std::string::npos);
 }
 
+template <typename Function>
+std::string refusalOf(const Function& function) {
+  try {
+    function();
+  } catch (const std::runtime_error& error) {
+    return error.what();
+  }
+  return "nothing is refused";
+}
+
 // At some distance doubles are as far apart as the lines of the grid, which would then have no end.
 TEST(SvgPlan, RefusesWhatIsTooFarFromTheOriginToBeSharp) {
   const auto drawn = [](double x, double y) {
@@ -65,12 +75,11 @@ TEST(SvgPlan, RefusesWhatIsTooFarFromTheOriginToBeSharp) {
       EXPECT_THROW(drawn(0.0, sign * far), std::runtime_error) << sign * far;
     }
   }
-  try {
-    drawn(1e17, 0.0);
-    FAIL();
-  } catch (const std::runtime_error& error) {
-    EXPECT_STREQ(error.what(), "the zones are too far from the origin to draw");
-  }
+  EXPECT_EQ(refusalOf([&] { drawn(1e17, 0.0); }),
+            "zones, lines and tracks are too far from the origin to draw");
+  PlanContent apart;
+  apart.areas = {area("wide", {{0, 0}, {0, 8}, {1e9, 8}, {1e9, 0}})};
+  EXPECT_EQ(refusalOf([&] { drawPlan(apart); }), "zones, lines and tracks are too far apart to draw");
 }
 
 TEST(SvgPlan, AMetreIsAsLongOnBothAxes) {
