@@ -12,6 +12,8 @@ namespace orvantis::fuzz {
 bool mutateJson(Content& content, Chance& chance);
 /// Lines of fields; of a file with binary data behind a header of text, the header.
 bool mutateLines(Content& content, Chance& chance);
+/// A document and lines of tracks, with a byte of 0 between them.
+bool mutateSession(Content& content, Chance& chance);
 bool mutateMcap(Content& content, Chance& chance);
 bool mutateBag(Content& content, Chance& chance);
 bool mutateLas(Content& content, Chance& chance);

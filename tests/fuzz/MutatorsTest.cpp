@@ -171,6 +171,23 @@ TEST(Mutators, ChangeLinesAndFieldsOfText) {
   expectUntouched(orvantis::fuzz::mutateLines, "\x80 1 2\n");
 }
 
+TEST(Mutators, ChangeTheDocumentOrTheTracksOfASession) {
+  std::set<std::string> documents;
+  std::set<std::string> tracks;
+  forEachChange(orvantis::fuzz::mutateSession, contentOf(std::string("[1]\0a b\n", 8)),
+                [&](const Content& content) {
+                  const std::string text = textOf(content);
+                  const std::size_t middle = text.find('\0');
+                  ASSERT_NE(middle, std::string::npos);
+                  documents.insert(text.substr(0, middle));
+                  tracks.insert(text.substr(middle + 1));
+                  EXPECT_TRUE(text.substr(0, middle) == "[1]" || text.substr(middle + 1) == "a b\n");
+                });
+  EXPECT_TRUE(documents.count("[1,1]") && documents.count("[]"));
+  EXPECT_TRUE(tracks.count("a b\na b\n") && tracks.count("b b\n"));
+  expectUntouched(orvantis::fuzz::mutateSession, "[1]");
+}
+
 TEST(Mutators, KeepTheRecordsOfMcap) {
   std::size_t numFiles = 0;
   std::size_t numChangedChunks = 0;
