@@ -157,12 +157,13 @@ export function orbitMatrix(orbit: Orbit, size: Size, origin: readonly number[])
   return m;
 }
 
-/** In pixels; null behind the eye. */
+/** In pixels; null behind the eye, and for what is too far away for a number. */
 export function project(m: Matrix, size: Size, x: number, y: number, z: number): Pt | null {
   const w = m[3]! * x + m[7]! * y + m[11]! * z + m[15]!;
   if (w <= 1e-9) return null;
-  return {
+  const pixel = {
     x: held((0.5 + (0.5 * (m[0]! * x + m[4]! * y + m[8]! * z + m[12]!)) / w) * size.width),
     y: held((0.5 - (0.5 * (m[1]! * x + m[5]! * y + m[9]! * z + m[13]!)) / w) * size.height),
   };
+  return Number.isNaN(pixel.x) || Number.isNaN(pixel.y) ? null : pixel;
 }
