@@ -104,7 +104,7 @@ describe('the camera', () => {
     expect(middle.x).toBeCloseTo(400, 6);
     expect(middle.y).toBeCloseTo(300, 6);
     expect(project(m, size, 1, 2, 4)!.y).toBeLessThan(300);
-    const { place, ahead } = eyeOf(orbit);
+    const { place, ahead, right } = eyeOf(orbit);
     expect(project(m, size, place[0] - ahead[0], place[1] - ahead[1], place[2] - ahead[2])).toBeNull();
     expect(project(m, size, -1.7e308, -1.7e308, 0)).toBeNull(); // a document may hold any number
     expect(project(m, size, 1 + right[0], 2 + right[1], 3)!.x).toBeGreaterThan(400);
