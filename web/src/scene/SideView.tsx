@@ -7,7 +7,7 @@ import type { State } from '../app/state';
 import { tidy } from '../edit/geometry';
 import type { Doc, Zone } from '../edit/model';
 import { withHeight } from '../edit/values';
-import { decimalsOf, type Matrix, niceStep, ticksOf } from './camera';
+import { decimalsOf, held, type Matrix, niceStep, ticksOf } from './camera';
 import { PointCanvas } from './PointCanvas';
 import { colourOf } from './Shapes';
 import { useShading } from './useShading';
@@ -25,9 +25,10 @@ const BINS = 200;
 // From below the ground to well over a person, and as far as the zone reaches.
 function rangeOf(state: State, zone: Zone | undefined): Range {
   const ground = state.scene?.ground ?? 0;
+  const metre = Math.max(1, Math.abs(ground) * 1e-9); // a file may hold any number, of which doubles tell no metres
   const inView = (z: number | undefined): number[] => (z !== undefined && Math.abs(z - ground) < 30 ? [z] : []);
-  const all = [ground - 1, ground + 5, ...inView(zone?.zMin), ...inView(zone?.zMax)];
-  return { low: Math.min(...all) - 0.3, high: Math.max(...all) + 0.5 };
+  const all = [ground - metre, ground + 5 * metre, ...inView(zone?.zMin), ...inView(zone?.zMax)];
+  return { low: Math.min(...all) - 0.3 * metre, high: Math.max(...all) + 0.5 * metre };
 }
 
 function sideMatrix(state: State, range: Range): Matrix {
@@ -67,6 +68,7 @@ function histogramPath(heights: Heights, toY: (z: number) => number, width: numb
     if (count === 0) return '';
     const top = toY(heights.least + (i + 1) * heights.step);
     const bottom = toY(heights.least + i * heights.step);
+    if (!Number.isFinite(bottom - top)) return ''; // heights farther apart than any number
     // By the root, so that a person beside a street is seen too.
     return `M0 ${top.toFixed(1)}h${(width * Math.sqrt(count / most)).toFixed(1)}v${Math.max(0.5, bottom - top).toFixed(1)}H0z`;
   }).join('');
@@ -84,7 +86,7 @@ export function SideView({ state, isDark }: { state: State; isDark: boolean }) {
   // While a height is dragged the scale stays as it was.
   const range = drag.current?.range ?? rangeOf(state, zone);
   const scale = size.height / (range.high - range.low);
-  const toY = (z: number): number => size.height - (z - range.low) * scale;
+  const toY = (z: number): number => held(size.height - (z - range.low) * scale);
   const step = niceStep(34 / scale);
   const ticks = ticksOf(range.low, range.high, step).map((i) => i * step);
 

@@ -24,11 +24,11 @@ export interface Orbit {
 
 const FARTHEST = 1e7; // pixels: a picture takes no number that is much longer
 
-function held(pixel: number): number {
+/** A pixel far outside of the view, at the end of the numbers that a picture takes. */
+export function held(pixel: number): number {
   return Math.min(FARTHEST, Math.max(-FARTHEST, pixel));
 }
 
-/** What is far outside of the view stands at its end of the numbers that a picture takes. */
 export function toPixel(camera: PlanCamera, size: Size, p: Pt): Pt {
   return {
     x: held(size.width / 2 + (p.x - camera.x) * camera.scale),
