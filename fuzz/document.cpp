@@ -46,7 +46,8 @@ void checkConfiguration(const Configuration& configuration, const std::uint8_t* 
     const std::string picture = drawPlan(planOf(configuration));
     ORVANTIS_FUZZ_CHECK(picture.substr(0, 5) == "<svg ");
   } catch (const std::runtime_error& error) {
-    ORVANTIS_FUZZ_CHECK(error.what()[0] != '\0');  // the coordinates are too far apart, or too far from the origin
+    // The coordinates are too far apart, or too far from the origin.
+    ORVANTIS_FUZZ_CHECK(error.what()[0] != '\0');
   }
 }
 

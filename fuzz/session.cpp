@@ -127,7 +127,8 @@ void run(const Configuration& configuration, const std::string& tracks) {
   try {
     ORVANTIS_FUZZ_CHECK(plot.draw("plan").substr(0, 5) == "<svg ");
   } catch (const std::runtime_error& error) {
-    ORVANTIS_FUZZ_CHECK(error.what()[0] != '\0');  // too far apart, or too far from the origin
+    // The coordinates are too far apart, or too far from the origin.
+    ORVANTIS_FUZZ_CHECK(error.what()[0] != '\0');
   }
 }
 

@@ -88,7 +88,8 @@ std::string toFixed(double value, int decimals) {
 #endif
 
 std::string toText(double value, int decimals) {
-  constexpr double readable = 1e15;  // hundreds of digits are not, and a larger double has hardly any decimals
+  // Hundreds of digits are not readable, and a larger double has hardly any decimals.
+  constexpr double readable = 1e15;
   if (std::abs(value) >= readable && std::isfinite(value)) {
     return toText(value);
   }

@@ -26,8 +26,7 @@ Explanation explainZones(const std::shared_ptr<Recording>& recording,
                          std::optional<std::size_t> moment);
 
 /// The tracks at a line up to a moment, or one of them, sighting by sighting.
-/// @throws Failure when a file cannot be read, there are no objects up to then, or the document does not have
-/// the line
+/// @throws Failure when a file cannot be read, objects are missing up to then, or the document lacks the line
 Explanation explainLine(const std::shared_ptr<Recording>& recording,
                         const toolkit::Configuration& configuration, const toolkit::SessionOptions& options,
                         std::size_t moment, const std::string& line, std::optional<std::int32_t> track);

@@ -222,6 +222,9 @@ test('a name stands inside of its shape, in the middle where that is inside, and
   expect(at([0, 0], [6, 0], [6, 6], [5, 6], [5, 1], [0, 1])).toEqual({ x: 5.5, y: 3 });
   expect(at([0, 0], [2, 2], [0, 2], [2, 0])).toEqual({ x: 1, y: 1 }); // its two halves make no area together
   expect(at([3, 4])).toEqual({ x: 3, y: 4 });
+  // An L of more corners than a document may have: its diagonals are not looked at.
+  const many = Array.from({ length: 70 }, (_, i): [number, number] => [(6 * i) / 70, 0]);
+  expect(at(...many, [6, 0], [6, 6], [5, 6], [5, 1], [0, 1]).x).toBeCloseTo(45.5 / 11, 9);
   expect(at([0, 1.7e308], [0, 0], [10, 0], [10, 1.7e308])).toEqual({ x: 0, y: 1.7e308 });
 });
 
