@@ -13,7 +13,7 @@ namespace orvantis::toolkit {
 template <typename Real>
 std::array<Real, 3> pointAt(const filter::classify::PointsView<Real>& points, std::size_t i) noexcept {
   const auto value = [&](const void* first) {
-    Real number{};
+    Real number{};  // copied, since the address may be unaligned
     std::memcpy(&number, static_cast<const unsigned char*>(first) + i * points.stride, sizeof(Real));
     return number;
   };

@@ -110,6 +110,7 @@ describe('playing', () => {
     await tab('Events');
     const crossed = person.page.locator('.events li button', { hasText: 'crossed line "Crossing"' });
     await expect.poll(() => crossed.count(), { timeout: 10000 }).toBe(2);
+    expect(await crossed.first().evaluate((button) => button.lastChild!.textContent)).toMatch(/^\d/);
     await crossed.first().click();
     await person.frame();
     await expect
