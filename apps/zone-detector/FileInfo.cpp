@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <map>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include "Console.h"
@@ -13,6 +15,7 @@
 #include "recording/PointStatistics.h"
 #include "recording/ReadError.h"
 #include "recording/RecordingContents.h"
+#include "recording/TopicChoice.h"
 #include "text/Number.h"
 #include "text/Record.h"
 #include "text/StampText.h"
@@ -46,6 +49,37 @@ RecordingContents contentsOf(const std::string& path) {
   return readContents(source, builtInDecoders());
 }
 
+// The index tells only how long the whole recording is, in which a sensor may have been silent for a time.
+void setCloudRates(FileInfo& info) {
+  struct Stamps {
+    std::uint64_t count = 0;
+    Stamp first{0};
+    Stamp last{0};
+  };
+  std::map<std::string_view, Stamps> byTopic;
+  for (const FrameInfo& frame : info.frames) {
+    Stamps& stamps = byTopic[frame.topic];
+    stamps.first = stamps.count == 0 ? frame.stamp : std::min(stamps.first, frame.stamp);
+    stamps.last = stamps.count == 0 ? frame.stamp : std::max(stamps.last, frame.stamp);
+    ++stamps.count;
+  }
+  for (TopicContents& topic : info.recording->topics) {
+    if (const auto at = byTopic.find(topic.topic.name); at != byTopic.end()) {
+      topic.rate = rateOf(at->second.count, at->second.first, at->second.last);
+    }
+  }
+}
+
+void sayThatThereAreNoClouds(FileInfo& info) {
+  if (const auto fault = faultOfChoice({}, info.recording->topics)) {
+    info.warnings.push_back(info.file + ": " + *fault);
+  }
+  if (const auto& damage = info.recording->damage) {
+    info.warnings.push_back(info.file + ": " + toText(*damage));
+    info.isDamaged = true;
+  }
+}
+
 FileInfo infoOf(const std::string& path, const ColumnNames& columns, const Console& console) {
   FileInfo info;
   info.file = path;
@@ -65,11 +99,12 @@ FileInfo infoOf(const std::string& path, const ColumnNames& columns, const Conso
                  topics.end());
     for (const TopicContents& topic : info.recording->topics) {
       if (topic.topic.cloud != CloudEncoding::none) {
-        options.topics.push_back(topic.topic.name);
+        options.topics.insert(topic.topic.name);
       }
     }
     if (options.topics.empty()) {
-      return info;  // not damaged, but without point clouds
+      sayThatThereAreNoClouds(info);
+      return info;
     }
   } else {
     const auto kind = frameKindOf(path);
@@ -86,6 +121,9 @@ FileInfo infoOf(const std::string& path, const ColumnNames& columns, const Conso
     if (frame->stamp) {
       info.frames.push_back({frame->topic, *frame->stamp, sizeOf(frame->points)});
     }
+  }
+  if (info.recording) {
+    setCloudRates(info);
   }
   info.warnings = input.warnings();
   info.isDamaged = input.isDamaged();

@@ -17,7 +17,7 @@ using filter::monitor::Stamp;
 FrameOptions optionsOf(const Sensor& sensor, FrameOptions options) {
   options.topics.clear();
   if (!sensor.topic.empty()) {
-    options.topics.push_back(sensor.topic);
+    options.topics.insert(sensor.topic);
   }
   options.pose.reset();
   if (sensor.pose) {

@@ -67,8 +67,7 @@ void FrameMaker::finish() {
   bytes_ += done->source->size().value_or(0);
   if (const auto& damage = done->reader.damage()) {
     isDamaged_ = true;
-    warnings_.push_back(done->path + ": byte " + std::to_string(damage->byte) + ": " +
-                        printable(damage->reason) + "; what comes before it was read");
+    warnings_.push_back(done->path + ": " + toText(*damage));
   }
   const StampsBack& back = done->reader.stampsBack();
   if (back.count > 0) {

@@ -13,8 +13,8 @@ namespace orvantis::toolkit {
 
 /// How the bytes of files become the points of frames.
 struct FrameOptions {
-  ColumnNames columns;              ///< of .bin and text files; empty: found from the file
-  std::vector<std::string> topics;  ///< of recordings; empty: the only topic
+  ColumnNames columns;  ///< of .bin and text files; empty: found from the file
+  TopicNames topics;    ///< of recordings; empty: the only topic
   StampFrom stampFrom = StampFrom::header;
   PointLimits limits;
   std::optional<Pose> pose;  ///< of the sensor in the frame of the site; empty: the points are in that frame

@@ -2,28 +2,18 @@
 
 #include <algorithm>
 
-#include "recording/ReadError.h"
 #include "text/Number.h"
 #include "text/Text.h"
 
 namespace orvantis::toolkit {
 namespace {
 
-std::optional<double> rate(std::uint64_t messages, filter::monitor::Stamp first,
-                           filter::monitor::Stamp last) {
-  const double seconds = std::chrono::duration<double>(last - first).count();
-  if (messages < 2 || !(seconds > 0)) {
-    return std::nullopt;
-  }
-  return static_cast<double>(messages - 1) / seconds;
-}
-
-std::optional<Damage> readAll(MessageReader& reader) {
+std::optional<Damage> readAll(const OpenRecording& opened) {
   try {
-    while (reader.next()) {
+    while (opened.messages->next()) {
     }
   } catch (const ReadError& error) {
-    return Damage{error.place().byte, error.what()};
+    return damageOf(error, opened);
   }
   return std::nullopt;
 }
@@ -36,7 +26,7 @@ RecordingContents fromIndex(const MessageReader& reader) {
   contents.last = reader.index()->last;
   for (const Topic& topic : reader.topics()) {
     const std::uint64_t messages = topic.messages.value_or(0);
-    contents.topics.push_back({topic, messages, rate(messages, contents.first, contents.last)});
+    contents.topics.push_back({topic, messages, rateOf(messages, contents.first, contents.last)});
   }
   return contents;
 }
@@ -44,7 +34,7 @@ RecordingContents fromIndex(const MessageReader& reader) {
 RecordingContents asRead(const MessageReader& reader) {
   RecordingContents contents;
   for (const Topic& topic : reader.topics()) {
-    contents.topics.push_back({topic, topic.read, rate(topic.read, topic.firstLogged, topic.lastLogged)});
+    contents.topics.push_back({topic, topic.read, rateOf(topic.read, topic.firstLogged, topic.lastLogged)});
     if (topic.read != 0) {
       contents.first =
           contents.messages == 0 ? topic.firstLogged : std::min(contents.first, topic.firstLogged);
@@ -70,6 +60,24 @@ std::string inWords(const TopicContents& contents) {
 
 }  // namespace
 
+Damage damageOf(const ReadError& error, const OpenRecording& opened) {
+  const std::string place = opened.unfolded ? "; the byte is one of what the file unfolds to" : "";
+  return {error.place().byte, error.what() + place};
+}
+
+std::string toText(const Damage& damage) {
+  return toText(atByte(damage.byte)) + ": " + printable(damage.reason) + "; what comes before it was read";
+}
+
+std::optional<double> rateOf(std::uint64_t messages, filter::monitor::Stamp first,
+                             filter::monitor::Stamp last) {
+  const double seconds = std::chrono::duration<double>(last - first).count();
+  if (messages < 2 || !(seconds > 0)) {
+    return std::nullopt;
+  }
+  return static_cast<double>(messages - 1) / seconds;
+}
+
 bool isIndexed(const MessageReader& reader) {
   std::uint64_t messages = 0;
   for (const Topic& topic : reader.topics()) {
@@ -84,12 +92,11 @@ RecordingContents contentsOf(const MessageReader& reader) {
 
 RecordingContents readContents(ByteSource& source, const Decoders& decoders) {
   const OpenRecording opened = openRecording(source, decoders);
-  MessageReader& reader = *opened.messages;
   std::optional<Damage> damage;
-  if (!isIndexed(reader)) {
-    damage = readAll(reader);
+  if (!isIndexed(*opened.messages)) {
+    damage = readAll(opened);
   }
-  RecordingContents contents = contentsOf(reader);
+  RecordingContents contents = contentsOf(*opened.messages);
   contents.kind = opened.kind;
   contents.damage = std::move(damage);
   return contents;

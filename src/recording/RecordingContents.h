@@ -8,6 +8,7 @@
 #include "files/ByteSource.h"
 #include "recording/Decoders.h"
 #include "recording/OpenRecording.h"
+#include "recording/ReadError.h"
 #include "recording/TopicTable.h"
 
 namespace orvantis::toolkit {
@@ -18,12 +19,17 @@ struct Damage {
   std::string reason;
 };
 
+/// What an error says about the rest of a recording.
+Damage damageOf(const ReadError& error, const OpenRecording& opened);
+
+/// "byte 4096: the recording is cut off: a message needs 60 bytes and has 12; what comes before it was read".
+std::string toText(const Damage& damage);
+
 /// The content of a topic.
 struct TopicContents {
   Topic topic;
   std::uint64_t messages = 0;
-  /// Messages per second, from the first to the last message; nothing for fewer than two messages, or no time
-  /// between them. If only the index was read, over the time of the whole recording.
+  /// From the first to the last message. If only the index was read, over the time of the whole recording.
   std::optional<double> rate;
 };
 
@@ -37,6 +43,10 @@ struct RecordingContents {
   bool isFromIndex = false;
   std::optional<Damage> damage;  ///< only known when everything was read
 };
+
+/// Messages per second; nothing for fewer than two messages, or no time between the first and the last.
+std::optional<double> rateOf(std::uint64_t messages, filter::monitor::Stamp first,
+                             filter::monitor::Stamp last);
 
 /// Whether the index tells of every message which topic it belongs to. Throws nothing.
 bool isIndexed(const MessageReader& reader);

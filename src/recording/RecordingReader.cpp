@@ -35,7 +35,7 @@ std::optional<RecordedMessage> RecordingReader::nextMessage() {
   try {
     return opened_.messages->next();
   } catch (const ReadError& error) {
-    noteDamage(error);
+    damage_ = damageOf(error, opened_);
     return std::nullopt;
   }
 }
@@ -47,7 +47,7 @@ std::optional<RecordedCloud> RecordingReader::cloudOf(const RecordedMessage& mes
     readPointCloud2(message.data, topic.cloud, message.place, message_);
     cloud.points = pointsOf(layoutOf(message_, message.place), points_);
   } catch (const ReadError& error) {
-    noteDamage(error);
+    damage_ = damageOf(error, opened_);
     return std::nullopt;
   }
   columnsOf(message_, columns_);
@@ -90,7 +90,7 @@ bool RecordingReader::isWanted(std::size_t number) {
     return false;
   }
   if (!options_.topics.empty()) {
-    return std::find(options_.topics.begin(), options_.topics.end(), topic.name) != options_.topics.end();
+    return options_.topics.contains(topic.name);
   }
   if (only_ && *only_ != number) {
     isAtEnd_ = true;
@@ -103,13 +103,6 @@ bool RecordingReader::isWanted(std::size_t number) {
 void RecordingReader::checkChoice(const std::vector<TopicContents>& topics) const {
   if (const std::optional<std::string> fault = faultOfChoice(options_.topics, topics)) {
     throw ReadError(atByte(0), *fault);
-  }
-}
-
-void RecordingReader::noteDamage(const ReadError& error) {
-  damage_ = Damage{error.place().byte, error.what()};
-  if (opened_.unfolded) {
-    damage_->reason += "; the byte is one of what the file unfolds to";
   }
 }
 

@@ -28,7 +28,7 @@ enum class StampFrom : std::uint8_t {
 };
 
 struct RecordingOptions {
-  std::vector<std::string> topics;  ///< empty: the only topic with point clouds
+  TopicNames topics;  ///< empty: the only topic with point clouds
   StampFrom stampFrom = StampFrom::header;
   Decoders decoders = builtInDecoders();
 };
@@ -97,7 +97,6 @@ class RecordingReader {
   Points pointsOf(const PointLayout& layout, PointBuffer& buffer);
   bool isWanted(std::size_t number);
   void checkChoice(const std::vector<TopicContents>& topics) const;
-  void noteDamage(const ReadError& error);
   void noteStamp(std::size_t topic, filter::monitor::Stamp stamp);
   void finish();
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
+#include <string_view>
 
 #include "text/Text.h"
 
@@ -33,32 +35,32 @@ std::string hintFor(const Topics& topics) {
   return "";
 }
 
-// A bag may have several topics of the same name with different types.
-std::optional<std::string> faultOfTopic(const std::string& name, const Topics& topics) {
-  const auto isNamed = [&](const TopicContents& contents) { return contents.topic.name == name; };
-  if (std::none_of(topics.begin(), topics.end(), isNamed)) {
-    return "the recording has no topic " + printable(name) + "; " + othersInWords(topics);
+// Whether a topic of each name has clouds. A bag may have several topics of the same name with different
+// types.
+std::map<std::string_view, bool> cloudsByName(const Topics& topics) {
+  std::map<std::string_view, bool> holdClouds;
+  for (const TopicContents& contents : topics) {
+    holdClouds[contents.topic.name] |= contents.topic.cloud != CloudEncoding::none;
   }
-  const auto holdsClouds = [&](const TopicContents& contents) {
-    return isNamed(contents) && contents.topic.cloud != CloudEncoding::none;
-  };
-  if (std::none_of(topics.begin(), topics.end(), holdsClouds)) {
-    return "topic " + printable(name) + " holds no point clouds; the recording has " + listOf(topics);
-  }
-  return std::nullopt;
+  return holdClouds;
 }
 
 }  // namespace
 
-std::optional<std::string> faultOfChoice(const std::vector<std::string>& chosen, const Topics& topics) {
+std::optional<std::string> faultOfChoice(const TopicNames& chosen, const Topics& topics) {
+  const std::map<std::string_view, bool> holdClouds = cloudsByName(topics);
   for (const std::string& name : chosen) {
-    if (std::optional<std::string> fault = faultOfTopic(name, topics)) {
-      return fault;
+    const auto found = holdClouds.find(name);
+    if (found == holdClouds.end()) {
+      return "the recording has no topic " + printable(name) + "; " + othersInWords(topics);
+    }
+    if (!found->second) {
+      return "topic " + printable(name) + " holds no point clouds; the recording has " + listOf(topics);
     }
   }
   const Topics clouds = thoseWithClouds(topics);
   const auto isChosen = [&](const TopicContents& contents) {
-    return chosen.empty() || std::find(chosen.begin(), chosen.end(), contents.topic.name) != chosen.end();
+    return chosen.empty() || chosen.contains(contents.topic.name);
   };
   if (!clouds.empty() && std::none_of(clouds.begin(), clouds.end(), isChosen)) {
     return "the chosen topics hold no messages; the recording has " + listOf(topics);

@@ -2,8 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,6 +17,9 @@ namespace orvantis::toolkit {
 /// The most memory that the names in a recording may take. Without a limit, a compressed chunk of a few
 /// kilobytes could unfold to a million names.
 inline constexpr std::size_t mostBytesOfNames = std::size_t{16} * 1024 * 1024;
+
+/// Names that are looked up for every message.
+using TopicNames = std::set<std::string, std::less<>>;
 
 /// The encoding of a point cloud message; none when it cannot be read.
 enum class CloudEncoding : std::uint8_t { none, ros1, cdr };

@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include "Program.h"
+#include "WrittenCloud.h"
+#include "WrittenRecording.h"
 #include "support/TemporaryFolder.h"
 
 // What the command takes as frames: files, folders, lists and recordings; what it leaves out, and what it
@@ -116,32 +118,55 @@ TEST_F(FrameInput, APoseBringsPointsAndTracksIntoTheFrameOfTheZones) {
   EXPECT_EQ(run({"--tracks", "t.csv"}).out.find("\"entered\""), std::string::npos);
 }
 
-TEST_F(FrameInput, InfoSaysWhatAFileHolds) {
-  folder_.write("a.csv", "t,x,y,z\n0,1,2,-1.7\n1,3,4,-1.72\n2,0,0,0\n3,nan,1,1\n");
-  const Outcome json = zoneDetector({"info", "--json", "a.csv"}, folder_.path());
-  EXPECT_EQ(json.code, 0);
-  EXPECT_EQ(json.out, R"({"file":"a.csv","kind":"text","points":4,"noReturns":1,"atOrigin":1,"columns":[)"
-                      R"({"name":"t","type":"F8","count":1},{"name":"x","type":"F8","count":1},)"
-                      R"({"name":"y","type":"F8","count":1},{"name":"z","type":"F8","count":1}],)"
-                      R"("extents":{"x":[0,3],"y":[0,4],"z":[-1.72,0]},"ground":-1.7})"
-                      "\n");
-  EXPECT_EQ(zoneDetector({"info", "a.csv"}, folder_.path()).out,
-            "a.csv\n"
-            "  kind        text\n"
-            "  points      4, 1 no return, 1 at (0, 0, 0)\n"
-            "  columns     t F8, x F8, y F8, z F8\n"
-            "  x           0 to 3\n"
-            "  y           0 to 4\n"
-            "  z           -1.72 to 0\n"
-            "  most at     z = -1.7\n");
-}
+// Logged 5 s after the messages' own stamps.
+TEST_F(FrameInput, ARecordingGivesTheTopicsAndStampsThatAreChosen) {
+  WrittenRecording recording;
+  recording.topics = {{"/front"}, {"/rear"}};
+  for (const std::int64_t stamp : {1'000'000'000, 1'500'000'000}) {
+    for (std::size_t topic = 0; topic < 2; ++topic) {
+      recording.messages.push_back({topic, static_cast<std::uint64_t>(stamp) + 5'000'000'000U,
+                                    asCdr(floatCloud(std::vector<Point3>(topic + 1, {1, 1, 1}),
+                                                     stamp + (topic == 0 ? 0 : 250'000'000)))});
+    }
+  }
+  folder_.write("drive.mcap", asMcap(recording));
+  const auto beginsOf = [this](const std::vector<std::string>& arguments) {
+    const Outcome outcome = run(arguments);
+    EXPECT_EQ(outcome.code, 0) << outcome.err;
+    std::string text;
+    for (std::size_t at = 0; (at = outcome.out.find("\"topic\"", at)) != std::string::npos;) {
+      const std::size_t end = outcome.out.find(",\"noReturns\"", at);
+      text += outcome.out.substr(at, end - at) + "\n";
+      at = end;
+    }
+    return text;
+  };
+  EXPECT_EQ(beginsOf({"drive.mcap", "--topic", "/rear"}),
+            "\"topic\":\"/rear\",\"stamp\":1.25,\"points\":2\n"
+            "\"topic\":\"/rear\",\"stamp\":1.75,\"points\":2\n");
+  EXPECT_EQ(beginsOf({"drive.mcap", "--topic", "/front", "--topic", "/rear"}),
+            "\"topic\":\"/front\",\"stamp\":1,\"points\":1\n"
+            "\"topic\":\"/rear\",\"stamp\":1.25,\"points\":2\n"
+            "\"topic\":\"/front\",\"stamp\":1.5,\"points\":1\n"
+            "\"topic\":\"/rear\",\"stamp\":1.75,\"points\":2\n");
+  EXPECT_EQ(beginsOf({"drive.mcap", "--topic", "/front", "--stamp-from", "log"}),
+            "\"topic\":\"/front\",\"stamp\":6,\"points\":1\n"
+            "\"topic\":\"/front\",\"stamp\":6.5,\"points\":1\n");
+  EXPECT_EQ(beginsOf({"drive.mcap", "--topic", "/front", "--stamp-from", "header"}),
+            beginsOf({"drive.mcap", "--topic", "/front"}));
 
-TEST_F(FrameInput, InfoGoesOnAfterAFileThatCannotBeRead) {
-  folder_.write("a.xyz", "1 1 1\n");
-  const Outcome outcome = zoneDetector({"info", "--json", "missing.pcd", "a.xyz"}, folder_.path());
-  EXPECT_EQ(outcome.code, 1);
-  EXPECT_EQ(outcome.err, "zone-detector: missing.pcd: cannot be read: No such file or directory\n");
-  EXPECT_EQ(outcome.out.find(R"({"file":"a.xyz","kind":"text","points":1,)"), 0U) << outcome.out;
+  const std::string topics =
+      "/front (sensor_msgs/msg/PointCloud2, 2 messages, 2 Hz), "
+      "/rear (sensor_msgs/msg/PointCloud2, 2 messages, 2 Hz)\n";
+  EXPECT_EQ(
+      run({"drive.mcap"}).err,
+      "zone-detector: drive.mcap: cannot be read: the recording has point clouds of 2 topics; choose with "
+      "--topic: " +
+          topics);
+  const Outcome other = run({"drive.mcap", "--topic", "/front", "--topic", "/left"});
+  EXPECT_EQ(other.code, 1);
+  EXPECT_EQ(other.err,
+            "zone-detector: drive.mcap: cannot be read: the recording has no topic /left; it has " + topics);
 }
 
 TEST_F(FrameInput, ARateIsForSingleFramesAlone) {

@@ -54,7 +54,7 @@ McapForm withoutIndex() {
   return form;
 }
 
-RecordingOptions choosing(std::vector<std::string> topics) {
+RecordingOptions choosing(TopicNames topics) {
   RecordingOptions options;
   options.topics = std::move(topics);
   return options;

@@ -96,7 +96,7 @@ void read(const LocatedNode& option, RecordingOptions& options) {
   } else if (option.name == "maxRange") {
     frames.limits.maxRange = numberFrom(option, 0.0);
   } else if (option.name == "topics") {
-    frames.topics.push_back(textOf(option));
+    frames.topics.insert(textOf(option));
   } else if (option.name == "stampFrom") {
     frames.stampFrom =
         isFirstOf(option, "header", "log") ? toolkit::StampFrom::header : toolkit::StampFrom::log;
