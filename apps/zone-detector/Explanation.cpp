@@ -128,7 +128,7 @@ Account run(const Configuration& configuration, const ExplainOptions& options, c
     }
     explainer.take(*moment);
   }
-  console.warn(warnings.texts(timeLine.input()));
+  console.warn(warnings.texts(timeLine));
   exitCode = exitCodeOf(timeLine.input());
   return explainer.finish();
 }

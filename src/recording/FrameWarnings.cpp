@@ -18,6 +18,14 @@ void FrameWarnings::add(const InputFrame& frame, std::uint64_t atOrigin) {
 }
 
 std::vector<std::string> FrameWarnings::texts(const FrameSource& input) const {
+  return texts(input, input.numLate());
+}
+
+std::vector<std::string> FrameWarnings::texts(const TimeLine& timeLine) const {
+  return texts(timeLine.input(), timeLine.numLate());
+}
+
+std::vector<std::string> FrameWarnings::texts(const FrameSource& input, std::uint64_t numLate) const {
   std::vector<std::string> texts;
   if (framesAtOrigin_ > 0) {
     texts.push_back("in " + counted(framesAtOrigin_, "frame") + ", first in " + printable(firstAtOrigin_) +
@@ -26,13 +34,8 @@ std::vector<std::string> FrameWarnings::texts(const FrameSource& input) const {
   }
   const std::vector<std::string> ofInput = input.warnings();
   texts.insert(texts.end(), ofInput.begin(), ofInput.end());
-  return texts;
-}
-
-std::vector<std::string> FrameWarnings::texts(const TimeLine& timeLine) const {
-  std::vector<std::string> texts = this->texts(timeLine.input());
-  if (timeLine.numLate() > 0) {
-    texts.push_back(counted(timeLine.numLate(), "frame") + " left out: not later than the frame before");
+  if (numLate > 0) {
+    texts.push_back(counted(numLate, "frame") + " left out: not later than the frame before");
   }
   return texts;
 }

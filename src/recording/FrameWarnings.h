@@ -17,13 +17,14 @@ class FrameWarnings {
   /// @param atOrigin how many of its points are at the origin
   void add(const InputFrame& frame, std::uint64_t atOrigin);
 
-  /// A text each about points at the origin, recordings that are cut off, and stamps that go back. Asked for
-  /// after the last frame.
+  /// A text each about points at the origin, recordings that are cut off, stamps that go back, and frames
+  /// that were left out. Asked for after the last frame.
   std::vector<std::string> texts(const FrameSource& input) const;
-  /// The same, and one about frames that were left out.
   std::vector<std::string> texts(const TimeLine& timeLine) const;
 
  private:
+  std::vector<std::string> texts(const FrameSource& input, std::uint64_t numLate) const;
+
   std::uint64_t framesAtOrigin_ = 0;  // frames in which more than 1 % of the points are at the origin
   std::string firstAtOrigin_;
 };

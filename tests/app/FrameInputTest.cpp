@@ -108,6 +108,15 @@ TEST_F(FrameInput, PointsAtTheOriginAreToldAndLeftOutWhenAsked) {
             "drivers write \"no return\"; --drop-origin leaves them out\n");
 }
 
+// The pose moves these points away from (0, 0, 0).
+TEST_F(FrameInput, PointsAtTheOriginOfTheSensorAreToldWithAPoseToo) {
+  folder_.write("a.xyz", "0 0 0\n1 1 1\n");
+  EXPECT_EQ(run({"a.xyz", "--pose", "1,2,0,0,0,0"}).err, run({"a.xyz"}).err);
+  EXPECT_NE(run({"a.xyz"}).err.find("more than 1 % of the points are at (0, 0, 0)"), std::string::npos);
+  folder_.write("b.xyz", "-1 -2 0\n1 1 1\n");
+  EXPECT_EQ(run({"b.xyz", "--pose", "1,2,0,0,0,0"}).err, "");
+}
+
 TEST_F(FrameInput, APoseBringsPointsAndTracksIntoTheFrameOfTheZones) {
   folder_.write("a.xyz", "-19 0 -2\n");
   // The sensor stands at (20, 5, 3).

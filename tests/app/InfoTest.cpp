@@ -173,14 +173,25 @@ TEST_F(Info, OfARecordingWithoutCloudsNamesItsTopics) {
 TEST_F(Info, SaysHowFarStampsGoBack) {
   WrittenRecording recording;
   recording.topics = {{"/front"}};
-  for (const std::int64_t stamp : {2 * second, second, second / 2, 3 * second}) {
+  for (const std::int64_t stamp : {2 * second, second, second / 2, 3 * second, 5 * second / 2}) {
     recording.messages.push_back(cloudMessage(0, stamp, 0, {{1, 1, 1}}));
   }
   folder_.write("back.mcap", asMcap(recording));
   const Outcome outcome = info({"back.mcap"});
   EXPECT_EQ(outcome.code, 0);
-  EXPECT_NE(outcome.out.find("): 4 messages, 1.2 Hz\n"), std::string::npos) << outcome.out;
-  EXPECT_EQ(outcome.err, "zone-detector: warning: back.mcap: stamps go back 2 times, by at most 1 s\n");
+  EXPECT_NE(outcome.out.find("): 5 messages, 1.6 Hz\n"), std::string::npos) << outcome.out;
+  EXPECT_EQ(outcome.err, "zone-detector: warning: back.mcap: stamps go back 3 times, by at most 1 s\n");
+}
+
+TEST_F(Info, PrintsABlankLineBetweenFilesAndEndsWithTheWorstOfThem) {
+  folder_.write("a.xyz", "1 1 1\n");
+  const std::string whole = asMcap(drive());
+  folder_.write("cut.mcap", whole.substr(0, whole.size() / 2));
+  const std::string a = info({"a.xyz"}).out;
+  EXPECT_EQ(info({"a.xyz", "a.xyz"}).out, a + "\n" + a);
+  EXPECT_EQ(info({"cut.mcap", "a.xyz"}).code, 4);
+  EXPECT_EQ(info({"cut.mcap", "missing.xyz"}).code, 1);
+  EXPECT_EQ(info({"missing.xyz", "cut.mcap"}).code, 1);
 }
 
 // Each topic is looked up by its name: a search through all of them would take minutes.

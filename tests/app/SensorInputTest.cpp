@@ -1,7 +1,9 @@
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -9,6 +11,9 @@
 #include "Program.h"
 #include "WrittenCloud.h"
 #include "WrittenRecording.h"
+#include "input/FrameInput.h"
+#include "input/SensorInput.h"
+#include "session/Coordinates.h"
 #include "support/TemporaryFolder.h"
 
 // The frames of several sensors, and files in the order of their stamps.
@@ -304,6 +309,74 @@ TEST_F(Sensors, FramesThatAreNotLaterAreLeftOutAndTold) {
             std::string::npos)
       << outcome.err;
   EXPECT_NE(outcome.err.find("stamps go back 1 time, by at most 0.1 s"), std::string::npos) << outcome.err;
+
+  const Outcome counts = run({"--sensors", "sensors.json", "drive.mcap"});
+  EXPECT_EQ(framesOf(counts.out), (Texts{"1: \"front\" 1 1, 1, 1", "1.1: \"front\" 1.1 2, 2, 2"}));
+  const std::string warnings =
+      "zone-detector: warning: drive.mcap: stamps go back 1 time, by at most 0.1 s\n"
+      "zone-detector: warning: 2 frames left out: not later than the frame before\n";
+  EXPECT_EQ(counts.err, warnings);
+  EXPECT_EQ(run({"--sensors", "sensors.json", "drive.mcap"}, "explain").err, warnings);
+  EXPECT_EQ(run({"drive.mcap"}, "explain").err, warnings);
+}
+
+TEST_F(Sensors, WhatIsLeftOutOfEachIsAddedUp) {
+  folder_.write("near.xyz", "0 0 0\n1 1 1\n100 0 0\n3 3 1\n");
+  folder_.write("far.xyz", "5 5 1\n200 0 0\n-90 0 0\n0.5 0 0\n");
+  folder_.write("sensors.json",
+                R"({"sensors":[{"name":"a","files":["near.xyz"]},{"name":"b","files":["far.xyz"]}]})");
+  const std::string out =
+      run({"--sensors", "sensors.json", "--drop-origin", "--min-range", "2", "--max-range", "80"}).out;
+  EXPECT_NE(
+      out.find(R"("noReturns":0,"droppedAtOrigin":1,"droppedTooNear":2,"droppedTooFar":3,"excluded":0,)"),
+      std::string::npos)
+      << out;
+}
+
+// Of the first sensor only one point in two hundred is at the origin, of both together four in three
+// hundred.
+TEST_F(Sensors, PointsAtTheOriginOfAllAreAddedUp) {
+  folder_.write("a.xyz", "0 0 0\n" + repeated("1 1 1\n", 199));
+  folder_.write("b.xyz", repeated("0 0 0\n", 3) + repeated("1 1 1\n", 97));
+  const auto warningOf = [this](const std::string& sensors) {
+    folder_.write("sensors.json", "{\"sensors\":[" + sensors + "]}");
+    return run({"--sensors", "sensors.json"}).err;
+  };
+  const std::string a = R"({"name":"front","files":["a.xyz"]})";
+  const std::string b = R"({"name":"b","files":["b.xyz"]})";
+  EXPECT_EQ(warningOf(a), "");
+  EXPECT_NE(warningOf(a + "," + b).find("first in a.xyz, b.xyz, more than 1 %"), std::string::npos);
+  EXPECT_NE(warningOf(b + "," + a).find("first in b.xyz, a.xyz, more than 1 %"), std::string::npos);
+}
+
+TEST_F(Sensors, HaveTheirOwnPosesAndTopics) {
+  folder_.write("drive.mcap", mcapOf({{"/f", 1000, 1}}));
+  toolkit::FrameOptions options;
+  options.topics = {"/other"};
+  options.pose = toolkit::Pose(100, 0, 0, 0, 0, 0);
+  toolkit::SensorInput input({{"front", std::nullopt, {folder_.path("drive.mcap")}, ""}}, options,
+                             std::nullopt, filter::monitor::Duration(0));
+  const auto frame = input.next();
+  ASSERT_TRUE(frame);
+  EXPECT_EQ(toolkit::coordinatesOf(std::get<filter::classify::PointsView<float>>(frame->points), 0).x, 1.0);
+}
+
+TEST_F(Sensors, TellHowManyBytesWereRead) {
+  folder_.write("a.xyz", "1 1 1\n");
+  folder_.write("b.xyz", "1 1 1\n2 2 2\n");
+  const toolkit::Sensor a{"a", std::nullopt, {folder_.path("a.xyz")}, ""};
+  const toolkit::Sensor b{"b", std::nullopt, {folder_.path("b.xyz")}, ""};
+  toolkit::SensorInput input({a, b}, {}, std::nullopt, filter::monitor::Duration(0));
+  EXPECT_EQ(input.bytes(), 0U);
+  EXPECT_TRUE(input.next());
+  EXPECT_EQ(input.bytes(), 18U);
+
+  const std::string recording = mcapOf({{"/f", 1000, 1}});
+  folder_.write("drive.mcap", recording);
+  toolkit::FrameInput drive({folder_.path("drive.mcap"), folder_.path("a.xyz")}, {});
+  while (drive.next()) {
+  }
+  EXPECT_EQ(drive.bytes(), recording.size() + 6);
 }
 
 TEST_F(Sensors, ARecordingThatWasCutIsToldByTheExitCode) {

@@ -173,7 +173,8 @@ TEST(RecordingReader, TakesTheStampThatIsAskedFor) {
 TEST(RecordingReader, CountsStampsThatGoBack) {
   WrittenRecording recording;
   recording.topics = {{"/a"}, {"/b"}};
-  const std::int64_t stamps[] = {100, 50, 200, 60, 150, 60, 140, 300};  // /a and /b in turn
+  const std::int64_t stamps[] = {100, 50, 200, 60,
+                                 150, 60, 140, 300};  // /a and /b in turn; /b stands still once
   for (std::size_t i = 0; i < 8; ++i) {
     recording.messages.push_back({i % 2, i, cloudOf(stamps[i])});
   }
@@ -264,6 +265,32 @@ TEST(RecordingReader, TakesChannelsOfOneTopicTogether) {
   EXPECT_EQ(result.topics[0].messages, 3U);
 }
 
+// A name may stand for clouds and for something else.
+TEST(RecordingReader, TakesTheCloudsOfATopicWithTwoTypes) {
+  for (const std::size_t clouds : {0U, 1U}) {
+    WrittenRecording recording;
+    recording.topics = {{"/points"}, {"/points"}};
+    recording.topics[1 - clouds].type = "std_msgs/msg/String";
+    recording.messages = {{clouds, 1, cloudOf(1)}, {1 - clouds, 2, "text"}};
+    for (const McapForm& form : {McapForm(), withoutIndex()}) {
+      const ReadRecording result = testing::readRecording(asMcap(recording, form), choosing({"/points"}));
+      EXPECT_EQ(result.clouds.size(), 1U) << clouds;
+      EXPECT_EQ(result.refusal + result.damage, "");
+    }
+  }
+}
+
+TEST(RecordingReader, NeedsNoChoiceForATopicWithoutMessages) {
+  WrittenRecording recording;
+  recording.topics = {{"/front"}, {"/rear"}};
+  recording.messages = {{0, 1, cloudOf(1)}};
+  for (const McapForm& form : {McapForm(), withoutIndex()}) {
+    const ReadRecording result = testing::readRecording(asMcap(recording, form));
+    EXPECT_EQ(topicsOf(result), std::vector<std::string>{"/front"});
+    EXPECT_EQ(result.refusal, "");
+  }
+}
+
 TEST(RecordingReader, TellsKindsByTheirFirstBytes) {
   const auto refusal = [](const std::string& bytes) { return testing::readRecording(bytes).refusal; };
   EXPECT_EQ(refusal(""), "byte 0: this is not a recording; MCAP and ROS bags of version 2.0 can be read");
@@ -308,6 +335,20 @@ TEST(RecordingContents, ComeFromTheIndexOrFromReading) {
     EXPECT_EQ(contents.topics[2].messages, 1U);
     EXPECT_EQ(contents.topics[3].messages, 0U);
     EXPECT_FALSE(contents.topics[2].rate);
+  }
+}
+
+// The first message is of the second topic; of the first topic there is none.
+TEST(RecordingContents, SayWhenTheFirstAndTheLastMessageCame) {
+  WrittenRecording recording;
+  recording.topics = {{"/none"}, {"/late"}, {"/early"}};
+  recording.messages = {{1, 5, cloudOf(1)}, {2, 3, cloudOf(1)}, {2, 9, cloudOf(1)}, {1, 7, cloudOf(1)}};
+  for (const McapForm& form : {McapForm(), withoutIndex()}) {
+    const std::string bytes = asMcap(recording, form);
+    MemorySource source(testing::viewOf(bytes));
+    const RecordingContents contents = readContents(source, builtInDecoders());
+    EXPECT_EQ(contents.first.count(), 3);
+    EXPECT_EQ(contents.last.count(), 9);
   }
 }
 
