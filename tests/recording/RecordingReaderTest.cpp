@@ -338,10 +338,10 @@ TEST(RecordingContents, ComeFromTheIndexOrFromReading) {
   }
 }
 
-// The first message is of the second topic; of the first topic there is none.
+// Of the first and the last topic there is no message.
 TEST(RecordingContents, SayWhenTheFirstAndTheLastMessageCame) {
   WrittenRecording recording;
-  recording.topics = {{"/none"}, {"/late"}, {"/early"}};
+  recording.topics = {{"/none"}, {"/late"}, {"/early"}, {"/never"}};
   recording.messages = {{1, 5, cloudOf(1)}, {2, 3, cloudOf(1)}, {2, 9, cloudOf(1)}, {1, 7, cloudOf(1)}};
   for (const McapForm& form : {McapForm(), withoutIndex()}) {
     const std::string bytes = asMcap(recording, form);
