@@ -127,6 +127,22 @@ TEST(Stream, TheDocumentCanComeFromTheStandardInput) {
   EXPECT_EQ(outcome.out, zoneDetector({"run", site, "a.xyz"}, folder.path()).out);
 }
 
+TEST(Stream, AListOfFilesCanComeFromTheStandardInput) {
+  const TemporaryFolder folder;
+  folder.write("a b.xyz", "11 7 1\n");
+  folder.write("c.xyz", "11 7 1\n11 7 1\n");
+  const auto given = zoneDetector({"run", "--json", site, "c.xyz", "a b.xyz", "c.xyz"}, folder.path());
+  RunningCommand command({"run", "--json", site, "c.xyz", "-"}, folder.path());
+  command.write("a b.xyz\r\n\nc.xyz");
+  const Outcome outcome = command.finish();
+  EXPECT_EQ(outcome.code, 0);
+  EXPECT_EQ(outcome.out, given.out);
+
+  RunningCommand ofNothing({"run", "--json", site, "-"}, folder.path());
+  ofNothing.write("\n\r\n");
+  EXPECT_EQ(ofNothing.finish().code, 1);
+}
+
 TEST(Stream, ASignalEndsARunThatWaitsWithItsSummaryAndItsFiles) {
   for (const int number : {SIGINT, SIGTERM}) {
     const TemporaryFolder folder;
