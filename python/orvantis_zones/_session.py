@@ -66,8 +66,8 @@ class ZoneExplanation:
 class CrossingExplanation:
     """Why a track did or did not count on a line.
 
-    verdict: a word for programs, such as "counted"; text: the same in words. side: where it was last clear, "left" or
-    "right". last_crossing: its last one of this line.
+    verdict: a word for programs, such as "counted" (docs/command.md has them all); text: the same in words. side: where
+    it was last clear, "left" or "right". last_crossing: its last one of this line.
     """
     verdict: str
     text: str

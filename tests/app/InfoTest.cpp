@@ -29,7 +29,7 @@ WrittenRecording drive() {
   recording.messages.push_back({2, 0, "before"});
   for (std::int64_t i = 0; i < 3; ++i) {
     recording.messages.push_back(cloudMessage(0, second + i * second / 10, 2 * second + i * second / 10,
-                                              {{1, 2, 0.5}, {0, 0, 0}, {-3, 4, 0.5}}));
+                                              {{1, 2, 0.5}, {0, 0, 0}, {-3.0625, 4, 0.5}}));
     recording.messages.push_back(
         cloudMessage(3, second + i * second / 5, 2 * second + i * second / 5, {{5, 5, 0.5}}));
   }
@@ -91,7 +91,7 @@ TEST_F(Info, SaysWhatARecordingHolds) {
             "  stamps      1 s to 1.4 s\n"
             "  points      12, 0 no returns, 3 at (0, 0, 0)\n"
             "  columns     x F4, y F4, z F4, intensity F4\n"
-            "  x           -3 to 5\n"
+            "  x           -3.062 to 5\n"
             "  y           0 to 5\n"
             "  z           0 to 0.5\n"
             "  most at     z = 0.5\n");
@@ -105,7 +105,7 @@ TEST_F(Info, WritesARecordingAsJson) {
             R"({"file":"drive.mcap","kind":"mcap","points":12,"noReturns":0,"atOrigin":3,"columns":[)"
             R"({"name":"x","type":"F4","count":1},{"name":"y","type":"F4","count":1},)"
             R"({"name":"z","type":"F4","count":1},{"name":"intensity","type":"F4","count":1}],)"
-            R"("extents":{"x":[-3,5],"y":[0,5],"z":[0,0.5]},"ground":0.5,"topics":{)"
+            R"("extents":{"x":[-3.0625,5],"y":[0,5],"z":[0,0.5]},"ground":0.5,"topics":{)"
             R"("/front":{"type":"sensor_msgs/msg/PointCloud2","messages":3},)"
             R"("/status":{"type":"std_msgs/msg/String","messages":2},)"
             R"("/rear":{"type":"sensor_msgs/msg/PointCloud2","messages":3}},"frames":[)"

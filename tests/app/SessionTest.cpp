@@ -383,6 +383,21 @@ TEST_F(Session, ExplainTellsWhatCountsWhatIsTakenAndWhatIsMissing) {
   EXPECT_EQ(early.err, "zone-detector: there are no points at or before -0.1 s\n");
 }
 
+TEST_F(Session, ExplainOfALineNeedsATrackedObject) {
+  folder_.write("site.json", readAll(ORVANTIS_SOURCE_DIR "/examples/crossing/crossing.json"));
+  folder_.write("t.csv", "stamp,id,class,x,y,length,width,heading,zmin,zmax\n2,7,car,11,7,1,1,0,0,2\n");
+  const auto fault = [this](std::vector<std::string> at) {
+    at.insert(at.begin(), {"explain", "site.json", "--tracks", "t.csv", "--line", "Crossing"});
+    const Outcome outcome = run(at);
+    EXPECT_EQ(outcome.code, outcome.err.empty() ? 0 : 1);
+    return outcome.err;
+  };
+  EXPECT_EQ(fault({}), "");
+  EXPECT_EQ(fault({"--at", "1"}), "zone-detector: there are no tracked objects at or before 1 s\n");
+  folder_.write("t.csv", "stamp,id,class,x,y,length,width,heading,zmin,zmax\n");
+  EXPECT_EQ(fault({}), "zone-detector: there are no tracked objects\n");
+}
+
 TEST_F(Session, ExplainTakesAnInstantToTheNanosecond) {
   writeFrames({1, 2});
   folder_.write("list", "1699999999.123456789 f0.xyz\n1699999999.123456790 f1.xyz\n");

@@ -2,9 +2,12 @@
 #include <array>
 #include <chrono>
 #include <cmath>
+#include <fstream>
+#include <iterator>
 #include <limits>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -189,9 +192,25 @@ TEST(Explanations, AsRecordsHaveEveryKey) {
       R"("state":"cleared","changesIn":null})");
 }
 
-TEST(Explanations, EveryVerdictHasAWord) {
-  for (int i = 0; i <= static_cast<int>(CrossingVerdict::BeganOnLine); ++i) {
-    EXPECT_NE(verdictName(static_cast<CrossingVerdict>(i)), "") << i;
+TEST(Explanations, EveryVerdictHasItsWord) {
+  const std::vector<std::pair<CrossingVerdict, std::string>> words = {
+      {CrossingVerdict::NoSuchLine, "noSuchLine"},
+      {CrossingVerdict::NoLength, "noLength"},
+      {CrossingVerdict::NoIdentity, "noIdentity"},
+      {CrossingVerdict::NotSeen, "notSeen"},
+      {CrossingVerdict::NeverClear, "neverClear"},
+      {CrossingVerdict::NotOver, "notOver"},
+      {CrossingVerdict::OnLine, "onLine"},
+      {CrossingVerdict::TurnedBack, "turnedBack"},
+      {CrossingVerdict::PassedBeside, "passedBeside"},
+      {CrossingVerdict::Jumped, "jumped"},
+      {CrossingVerdict::Counted, "counted"},
+      {CrossingVerdict::BeganOnLine, "beganOnLine"}};
+  std::ifstream in(ORVANTIS_SOURCE_DIR "/docs/command.md");
+  const std::string docs{std::istreambuf_iterator<char>(in), {}};
+  for (const auto& [verdict, word] : words) {
+    EXPECT_EQ(verdictName(verdict), word);
+    EXPECT_NE(docs.find("`" + word + "`"), std::string::npos) << word;
   }
   EXPECT_EQ(verdictName(static_cast<CrossingVerdict>(99)), "");
 }
