@@ -74,6 +74,22 @@ TEST_F(FrameInput, AFolderWithoutFramesIsRefused) {
             "zone-detector: frames: cannot be read: the folder holds neither frames nor recordings\n");
 }
 
+TEST_F(FrameInput, AZoneIsReachedFromItsMinimumPointCountOn) {
+  folder_.write("site.json", std::string(box).replace(std::string(box).find("10,"), 2, "9"));
+  folder_.write("a.xyz", "1 1 1\n");
+  folder_.write("b.xyz", "1 1 1\n1 1 1\n");
+  const std::string out = run({"a.xyz", "b.xyz"}).out;
+  EXPECT_NE(
+      out.find(R"("minPoints":2,"zones":[{"field":0,"fieldName":"Yard","zone":0,"name":"Box","points":1,)"
+               R"("reached":false}])"),
+      std::string::npos)
+      << out;
+  EXPECT_NE(out.find(R"("points":2,"reached":true}])"), std::string::npos) << out;
+  const std::string table = zoneDetector({"run", "site.json", "a.xyz", "b.xyz"}, folder_.path()).out;
+  EXPECT_NE(table.find("  0 Yard  0 Box       1  no\n"), std::string::npos) << table;
+  EXPECT_NE(table.find("  0 Yard  0 Box       2  yes\n"), std::string::npos) << table;
+}
+
 TEST_F(FrameInput, WhatCannotBeReadIsNamedWithItsReason) {
   folder_.write("a.doc", "x");
   folder_.write("a.xyz", "1 1 1\n2 b 2\n");
@@ -123,7 +139,9 @@ TEST_F(FrameInput, APoseBringsPointsAndTracksIntoTheFrameOfTheZones) {
   EXPECT_EQ(countsOf(run({"a.xyz", "--pose", "20,5,3,0,0,0"}).out), "1/0");
   EXPECT_EQ(countsOf(run({"a.xyz", "--pose", "20,5,3,0,0,180"}).out), "0/0");
   folder_.write("t.csv", "stamp,id,class,x,y,length,width,heading,zmin,zmax\n0,1,a,-19,0,1,1,0,-3,-1\n");
-  EXPECT_NE(run({"--tracks", "t.csv", "--pose", "20,5,3,0,0,0"}).out.find("\"entered\""), std::string::npos);
+  const std::string tracked = run({"--tracks", "t.csv", "--pose", "20,5,3,0,0,0"}).out;
+  EXPECT_NE(tracked.find("\"entered\""), std::string::npos);
+  EXPECT_EQ(run({"--tracks", "t.csv", "--tracks-format", "csv", "--pose", "20,5,3,0,0,0"}).out, tracked);
   EXPECT_EQ(run({"--tracks", "t.csv"}).out.find("\"entered\""), std::string::npos);
 }
 
