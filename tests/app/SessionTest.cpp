@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "Program.h"
+#include "session/ExplanationRecords.h"
 #include "support/TemporaryFolder.h"
 
 namespace orvantis::testing {
@@ -381,6 +382,14 @@ TEST_F(Session, ExplainTellsWhatCountsWhatIsTakenAndWhatIsMissing) {
   const Outcome early = runFrames("explain", {"--at", "-0.1"});
   EXPECT_EQ(early.code, 1);
   EXPECT_EQ(early.err, "zone-detector: there are no points at or before -0.1 s\n");
+}
+
+TEST_F(Session, TheDocumentsHaveEveryWordForAVerdict) {
+  const std::string docs = readAll(ORVANTIS_SOURCE_DIR "/docs/command.md");
+  for (int i = 0; i <= static_cast<int>(filter::monitor::CrossingVerdict::BeganOnLine); ++i) {
+    const std::string word = toolkit::verdictName(static_cast<filter::monitor::CrossingVerdict>(i));
+    EXPECT_NE(docs.find("`" + word + "`"), std::string::npos) << word;
+  }
 }
 
 TEST_F(Session, ExplainOfALineNeedsATrackedObject) {

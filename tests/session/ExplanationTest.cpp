@@ -2,8 +2,6 @@
 #include <array>
 #include <chrono>
 #include <cmath>
-#include <fstream>
-#include <iterator>
 #include <limits>
 #include <memory>
 #include <string>
@@ -206,11 +204,8 @@ TEST(Explanations, EveryVerdictHasItsWord) {
       {CrossingVerdict::Jumped, "jumped"},
       {CrossingVerdict::Counted, "counted"},
       {CrossingVerdict::BeganOnLine, "beganOnLine"}};
-  std::ifstream in(ORVANTIS_SOURCE_DIR "/docs/command.md");
-  const std::string docs{std::istreambuf_iterator<char>(in), {}};
   for (const auto& [verdict, word] : words) {
     EXPECT_EQ(verdictName(verdict), word);
-    EXPECT_NE(docs.find("`" + word + "`"), std::string::npos) << word;
   }
   EXPECT_EQ(verdictName(static_cast<CrossingVerdict>(99)), "");
 }
