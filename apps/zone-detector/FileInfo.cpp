@@ -70,7 +70,7 @@ void setCloudRates(FileInfo& info) {
   }
 }
 
-void sayThatThereAreNoClouds(FileInfo& info) {
+void noteThatCloudsAreMissing(FileInfo& info) {
   if (const auto fault = faultOfChoice({}, info.recording->topics)) {
     info.warnings.push_back(info.file + ": " + *fault);
   }
@@ -103,7 +103,7 @@ FileInfo infoOf(const std::string& path, const ColumnNames& columns, const Conso
       }
     }
     if (options.topics.empty()) {
-      sayThatThereAreNoClouds(info);
+      noteThatCloudsAreMissing(info);
       return info;
     }
   } else {

@@ -338,7 +338,7 @@ TEST(RecordingContents, ComeFromTheIndexOrFromReading) {
   }
 }
 
-// Of the first and the last topic there is no message.
+// Neither the first nor the last topic has a message.
 TEST(RecordingContents, SayWhenTheFirstAndTheLastMessageCame) {
   WrittenRecording recording;
   recording.topics = {{"/none"}, {"/late"}, {"/early"}, {"/never"}};
