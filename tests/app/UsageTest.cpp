@@ -65,6 +65,25 @@ TEST(Usage, OfACommandNamesItsHelp) {
   }
 }
 
+TEST(Usage, TakesTheFirstAndTheLastValueThatIsAllowed) {
+  const std::vector<Words> rows = {{"--rate", "0.001"},
+                                   {"--clearance", "0"},
+                                   {"--max-speed", "0.001"},
+                                   {"--field", "0"},
+                                   {"--field", "7"},
+                                   {"--forget-after", "1e-9"},
+                                   {"--forget-after", "4.6e9"},
+                                   {"--min-range", "0"},
+                                   {"--sensors", "s.json", "--window", "0"},
+                                   {"--sensors", "s.json", "--window", "3600"}};
+  for (Words words : rows) {
+    words.insert(words.begin(), {"run", "missing.json", "a.pcd"});
+    EXPECT_EQ(zoneDetector(words).err,
+              "zone-detector: missing.json: cannot be read: No such file or directory\n")
+        << words[3] << " " << words.back();
+  }
+}
+
 TEST(Usage, WordsThatSteerATerminalAreWrittenOut) {
   EXPECT_EQ(complaint({"\x1b[31m"}).substr(0, 26), "unknown command \"\\x1b[31m\"");
 }
