@@ -26,8 +26,10 @@ toolkit::PlanContent::Extent parse(const std::string& text) {
     at = end + (isLast || !isGood ? 0 : 1);
   }
   if (!isGood || !(values[0] < values[2]) || !(values[1] < values[3])) {
-    throw std::invalid_argument("must be x0,y0,x1,y1 in metres with x0 below x1 and y0 below y1, not \"" +
-                                text + "\"");
+    throw std::invalid_argument(
+        "must be x0,y0,x1,y1 in metres with x0 below x1 and y0 below y1, each less than 1e9 off zero, not "
+        "\"" +
+        text + "\"");
   }
   return {values[0], values[2], values[1], values[3]};
 }

@@ -12,9 +12,10 @@ namespace orvantis::toolkit {
 namespace {
 
 [[noreturn]] void refuse(std::string_view text) {
-  throw std::invalid_argument("not columns: " + quoted(text) +
-                              "; give how many there are, from 3 to 1000, or their names with x, y and z "
-                              "once each (t,x,y,z or xyzi)");
+  throw std::invalid_argument(
+      quoted(text) +
+      " is not a list of columns; give how many there are, from 3 to 1000, or their names "
+      "with x, y and z once each (t,x,y,z or xyzi)");
 }
 
 ColumnNames split(std::string_view text) {

@@ -58,8 +58,8 @@ Pose Pose::parse(std::string_view text) {
     areNumbers = error == std::errc() && end == last && std::isfinite(values[i]);
   }
   if (!areNumbers) {
-    throw std::invalid_argument("not a pose: " + quoted(text) +
-                                "; give x,y,z,roll,pitch,yaw: metres and degrees, six numbers");
+    throw std::invalid_argument(quoted(text) +
+                                " is not a pose; give x,y,z,roll,pitch,yaw: metres and degrees, six numbers");
   }
   return {values[0], values[1], values[2], values[3], values[4], values[5]};
 }

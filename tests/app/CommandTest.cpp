@@ -351,9 +351,11 @@ TEST(Command, ThePlanShowsTheExtentThatIsAskedFor) {
   EXPECT_NE(zoneDetector({"plot", site, "--extent=-10,-5,30,15"}).out.find("width=\"900\" height=\"450\""),
             std::string::npos);
   EXPECT_EQ(zoneDetector({"plot", site, "--extent", "1,1,0,2"}).err,
-            "zone-detector: --extent must be x0,y0,x1,y1 in metres with x0 below x1 and y0 below y1, not "
-            "\"1,1,0,2\"\n"
+            "zone-detector: --extent must be x0,y0,x1,y1 in metres with x0 below x1 and y0 below y1, each "
+            "less than 1e9 off zero, not \"1,1,0,2\"\n"
             "zone-detector plot --help shows the usage\n");
+  EXPECT_EQ(zoneDetector({"plot", site, "--extent", "0,0,1e9,1"}).code, 2);
+  EXPECT_EQ(zoneDetector({"plot", site, "--extent", "0,0,999999999,1"}).code, 0);
 }
 
 TEST(Command, NamesFromAFileCannotSteerTheTerminal) {

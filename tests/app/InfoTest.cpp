@@ -67,6 +67,15 @@ TEST_F(Info, SaysWhatAFileHolds) {
             "  most at     z = -1.7\n");
 }
 
+TEST_F(Info, OfAFileWithoutAFinitePointHasNoExtents) {
+  folder_.write("a.xyz", "nan nan nan\n");
+  EXPECT_EQ(info({"--json", "a.xyz"}).out,
+            R"({"file":"a.xyz","kind":"text","points":1,"noReturns":1,"atOrigin":0,"columns":[)"
+            R"({"name":"x","type":"F8","count":1},{"name":"y","type":"F8","count":1},)"
+            R"({"name":"z","type":"F8","count":1}],"extents":null,"ground":null})"
+            "\n");
+}
+
 TEST_F(Info, GoesOnAfterAFileThatCannotBeRead) {
   folder_.write("a.xyz", "1 1 1\n");
   const Outcome outcome = info({"--json", "missing.pcd", "a.xyz"});

@@ -42,6 +42,8 @@ TEST(Usage, OfACommandNamesItsHelp) {
       {{"run", "site.json", "--rate", "0", "a.pcd"}, "--rate must be above 0, not \"0\""},
       {{"run", "site.json", "--rate", "ten", "a.pcd"}, "--rate must be a number, not \"ten\""},
       {{"run", "site.json", "--rate", "inf", "a.pcd"}, "--rate must be a number, not \"inf\""},
+      {{"run", "site.json", "--pose", "1,2,3", "a.pcd"},
+       "--pose \"1,2,3\" is not a pose; give x,y,z,roll,pitch,yaw: metres and degrees, six numbers"},
       {{"run", "site.json", "--clearance", "-0.1", "a.pcd"}, "--clearance must be 0 or more, not \"-0.1\""},
       {{"run", "site.json", "--max-speed", "0", "a.pcd"}, "--max-speed must be above 0, not \"0\""},
       {{"run", "site.json", "--forget-after", "0", "a.pcd"},

@@ -111,7 +111,7 @@ TEST(Pose, IsReadFromText) {
       ADD_FAILURE() << text;
     } catch (const std::invalid_argument& error) {
       EXPECT_EQ(error.what(),
-                "not a pose: \"" + text + "\"; give x,y,z,roll,pitch,yaw: metres and degrees, six numbers");
+                "\"" + text + "\" is not a pose; give x,y,z,roll,pitch,yaw: metres and degrees, six numbers");
     }
   }
 }

@@ -181,10 +181,11 @@ TEST(ColumnNames, OthersAreRefusedWithWhatIsAllowed) {
       parseColumnNames(text);
       ADD_FAILURE() << text;
     } catch (const std::invalid_argument& error) {
-      EXPECT_EQ(error.what(),
-                "not columns: \"" + text +
-                    "\"; give how many there are, from 3 to 1000, or their names with x, y and z "
-                    "once each (t,x,y,z or xyzi)");
+      EXPECT_EQ(
+          error.what(),
+          "\"" + text +
+              "\" is not a list of columns; give how many there are, from 3 to 1000, or their names with x, "
+              "y and z once each (t,x,y,z or xyzi)");
     }
   }
 }
