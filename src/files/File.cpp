@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <fstream>
 #include <system_error>
 
 #include <fcntl.h>
@@ -19,29 +18,6 @@ namespace {
 }
 
 }  // namespace
-
-std::ifstream openFile(const std::string& path) {
-  if (std::filesystem::is_directory(path)) {
-    fail(path, "it is a folder");
-  }
-  errno = 0;
-  std::ifstream in(path, std::ios::binary);
-  if (!in) {
-    fail(path, errorText(errno));
-  }
-  return in;
-}
-
-std::string readFile(const std::string& path, std::size_t limit) {
-  std::ifstream in = openFile(path);
-  std::string text(limit, '\0');
-  in.read(text.data(), static_cast<std::streamsize>(limit));
-  if (in.bad()) {
-    fail(path, errorText(errno));
-  }
-  text.resize(static_cast<std::size_t>(in.gcount()));
-  return text;
-}
 
 std::vector<std::byte> readBytes(const std::string& path, std::vector<std::byte> room) {
   const std::size_t size = fileSize(path);

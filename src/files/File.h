@@ -1,19 +1,10 @@
 #pragma once
 
 #include <cstddef>
-#include <fstream>
 #include <string>
 #include <vector>
 
 namespace orvantis::toolkit {
-
-/// The bytes of a file.
-/// @param limit the most bytes that are read
-/// @throws Failure with the path and the reason
-std::string readFile(const std::string& path, std::size_t limit);
-
-/// The file, open for reading. @throws Failure with the path and the reason, also for a folder
-std::ifstream openFile(const std::string& path);
 
 /// All bytes of a file.
 /// @param room its memory is used for the result

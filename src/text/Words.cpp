@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <stdexcept>
-
-#include "text/Number.h"
+#include <system_error>
 
 namespace orvantis::toolkit {
 
@@ -19,10 +18,6 @@ std::vector<std::string_view> words(std::string_view line) {
   return result;
 }
 
-std::uint64_t bytesLeft(std::istream& in, std::uint64_t fileSize) {
-  return in.good() ? fileSize - static_cast<std::uint64_t>(in.tellg()) : 0;
-}
-
 std::uint64_t wholeNumber(std::string_view key, std::string_view text) {
   std::uint64_t value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
@@ -30,15 +25,6 @@ std::uint64_t wholeNumber(std::string_view key, std::string_view text) {
     throw std::runtime_error(std::string(key) + " is not a whole number: " + std::string(text));
   }
   return value;
-}
-
-bool isNumber(std::string_view text) {
-  if (text.starts_with('+') && !text.starts_with("+-")) {
-    text.remove_prefix(1);
-  }
-  double value = 0.0;
-  const auto [end, error] = readNumber(text.data(), text.data() + text.size(), value);
-  return error != std::errc::invalid_argument && end == text.data() + text.size();
 }
 
 }  // namespace orvantis::toolkit

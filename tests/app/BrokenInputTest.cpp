@@ -1,7 +1,6 @@
 #include <chrono>
 #include <csignal>
 #include <fstream>
-#include <memory>
 #include <string>
 #include <thread>
 #include <utility>
@@ -11,7 +10,7 @@
 #include <sys/stat.h>
 
 #include "Console.h"
-#include "files/File.h"
+#include "input/Input.h"
 #include "recording/TrackReader.h"
 #include "support/TemporaryFolder.h"
 
@@ -23,19 +22,30 @@ using testing::TemporaryFolder;
 // Can be opened, but reading its beginning is an error.
 const std::string unreadable = "/proc/self/mem";
 
-std::unique_ptr<std::istream> opened(const std::string& path) {
-  return std::make_unique<std::ifstream>(openFile(path));
-}
-
 TEST(BrokenTracks, AReadErrorIsNamed) {
   for (const TracksFormat format : {TracksFormat::Csv, TracksFormat::Kitti}) {
     try {
-      TrackReader(opened(unreadable), unreadable, format).next();
+      TrackReader(openInput(unreadable), unreadable, format).next();
       ADD_FAILURE();
     } catch (const Failure& failure) {
       EXPECT_STREQ(failure.what(), "/proc/self/mem: cannot be read: Input/output error");
     }
   }
+}
+
+TEST(BrokenTracks, AFileThatCannotBeOpenedIsNamed) {
+  const TemporaryFolder folder;
+  const auto reasonOf = [](const std::string& path) -> std::string {
+    try {
+      openInput(path);
+      return "";
+    } catch (const Failure& failure) {
+      return failure.what();
+    }
+  };
+  EXPECT_EQ(reasonOf(folder.path("missing.csv")),
+            folder.path("missing.csv") + ": cannot be read: No such file or directory");
+  EXPECT_EQ(reasonOf(folder.path()), folder.path() + ": cannot be read: it is a folder");
 }
 
 const std::string csvHeader = "stamp,id,class,x,y,length,width,heading,zmin,zmax\n";
@@ -44,7 +54,7 @@ TEST(BrokenTracks, AFileThatEndsInsideARowIsRefusedAfterTheFramesBefore) {
   const TemporaryFolder folder;
   const std::string path =
       folder.write("tracks.csv", csvHeader + "0,1,a,0,0,1,1,0,0,1\n1,1,a,0,0,1,1,0,0,1\n2,1,a,0,0,1");
-  TrackReader reader(opened(path), path, TracksFormat::Csv);
+  TrackReader reader(openInput(path), path, TracksFormat::Csv);
   EXPECT_EQ(reader.next()->stamp.count(), 0);
   try {
     reader.next();
@@ -65,7 +75,7 @@ TEST(BrokenTracks, SignalsWhileItWaitsForAPipeLoseNothing) {
 
   std::vector<TrackFrame> frames;
   std::thread reading([&] {
-    TrackReader reader(opened(path), path, TracksFormat::Csv);
+    TrackReader reader(openInput(path), path, TracksFormat::Csv);
     while (auto frame = reader.next()) {
       frames.push_back(std::move(*frame));
     }

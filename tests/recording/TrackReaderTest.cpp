@@ -11,7 +11,6 @@
 #include <gtest/gtest.h>
 
 #include "files/Failure.h"
-#include "files/File.h"
 #include "recording/TrackReader.h"
 #include "support/TemporaryFolder.h"
 
@@ -25,7 +24,7 @@ using testing::TemporaryFolder;
 const std::string header = "stamp,id,class,x,y,length,width,heading,zmin,zmax\n";
 
 std::vector<TrackFrame> readAll(const std::string& path, TracksFormat format) {
-  TrackReader reader(std::make_unique<std::ifstream>(openFile(path)), path, format);
+  TrackReader reader(std::make_unique<std::ifstream>(path), path, format);
   std::vector<TrackFrame> frames;
   while (auto frame = reader.next()) {
     frames.push_back(std::move(*frame));
@@ -138,17 +137,6 @@ TEST(TrackReader, AnotherHeaderIsRefused) {
   EXPECT_EQ(refusal("id,stamp,class,x,y,length,width,heading,zmin,zmax\n"), "tracks:1:1" + reason);
   EXPECT_EQ(refusal("0,1,,0,0,1,1,0,0,1\n"), "tracks:1:1" + reason);
   EXPECT_EQ(refusal(""), "tracks:1:1" + reason);
-}
-
-TEST(TrackReader, AFileThatCannotBeReadIsNamed) {
-  const TemporaryFolder folder;
-  EXPECT_THROW(openFile(folder.path("missing.csv")), Failure);
-  try {
-    openFile(folder.path());
-    ADD_FAILURE();
-  } catch (const Failure& failure) {
-    EXPECT_EQ(failure.what(), folder.path() + ": cannot be read: it is a folder");
-  }
 }
 
 const std::string kittiRow = "Car 0 1 0.9 10 20 30 40 1.5 1.8 4.2 ";  // up to height, width and length

@@ -1,6 +1,6 @@
 // What was drawn becomes a part of the document: a zone in its field and slot, an exclusion zone or a line.
 
-import { bearing, distance, ringOf, tidy } from '../edit/geometry';
+import { bearing, distance, tidy } from '../edit/geometry';
 import { exclusionAdded, fieldAdded, freeSlot, lineAdded, zoneAdded } from '../edit/items';
 import { FEWEST_VERTICES, MOST_EXCLUSIONS, MOST_FIELDS, MOST_VERTICES, MOST_ZONES } from '../edit/limits';
 import type { Doc, Pt, Shape } from '../edit/model';
@@ -120,10 +120,4 @@ export function closePolygon(): void {
   if (tool !== 'polygon') return;
   if (sketch.length < FEWEST_VERTICES) return say(`A polygon has at least ${FEWEST_VERTICES} vertices.`, true);
   addShape({ kind: 'polygon', points: sketch });
-}
-
-/** Whether an item may be moved. */
-export function isDrawn(doc: Doc, id: string): boolean {
-  const item = doc.byId.get(id);
-  return item !== undefined && ringOf(item).every((p) => Number.isFinite(p.x) && Number.isFinite(p.y));
 }

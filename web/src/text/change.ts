@@ -1,4 +1,4 @@
-// A change of a text is a value: it can be applied, reversed, and several can be squashed into one.
+// A change of a text is a value: it can be applied and reversed.
 
 export interface Change {
   readonly at: number;
@@ -41,9 +41,4 @@ export function between(before: string, after: string): Change {
     removed: before.slice(head, before.length - tail),
     inserted: after.slice(head, after.length - tail),
   };
-}
-
-/** One change that does what all of them do, one after the other. */
-export function squash(before: string, changes: readonly Change[]): Change {
-  return between(before, changes.reduce(apply, before));
 }

@@ -120,27 +120,13 @@ export function listMade(text: string, single: Node, value: Json): Splice {
   return { from: single.start, to: single.end, text: `[${text.slice(single.start, single.end)}, ${inlined(value)}]` };
 }
 
-function partRemoved(whole: Part, parts: readonly Part[], at: number): Splice {
-  const before = parts[at - 1];
-  const part = parts[at];
-  const after = parts[at + 1];
-  if (!part) throw new Error('there is nothing to remove');
-  if (before) return { from: before.end, to: part.end, text: '' };
-  if (after) return { from: part.start, to: after.start, text: '' };
-  return { from: whole.start + 1, to: whole.end - 1, text: '' };
-}
-
 /** Without item number `at`, and without the comma beside it. */
 export function itemRemoved(list: ArrayNode, at: number): Splice {
-  return partRemoved(list, list.items, at);
-}
-
-/** Without the first member of that key. */
-export function memberRemoved(object: ObjectNode, key: string): Splice {
-  const parts = object.members.map((one) => ({ start: one.keyStart, end: one.value.end }));
-  return partRemoved(
-    object,
-    parts,
-    object.members.findIndex((one) => one.key === key),
-  );
+  const before = list.items[at - 1];
+  const item = list.items[at];
+  const after = list.items[at + 1];
+  if (!item) throw new Error('there is nothing to remove');
+  if (before) return { from: before.end, to: item.end, text: '' };
+  if (after) return { from: item.start, to: after.start, text: '' };
+  return { from: list.start + 1, to: list.end - 1, text: '' };
 }

@@ -1,7 +1,7 @@
 import { describe, expect, test } from 'vitest';
-import { apply, between, NOTHING, reverse, squash } from '../../src/text/change';
+import { apply, between, NOTHING, reverse } from '../../src/text/change';
 import { type ArrayNode, JsonFault, lineAndColumn, member, type ObjectNode, parse, placeOf } from '../../src/text/json';
-import { itemInserted, itemRemoved, memberAdded, memberRemoved, replaced, spliced } from '../../src/text/splice';
+import { itemInserted, itemRemoved, memberAdded, replaced, spliced } from '../../src/text/splice';
 import { randomOf } from './random';
 
 const fault = (text: string): JsonFault => {
@@ -89,16 +89,15 @@ describe('a change', () => {
     expect(() => apply('xyz', { at: 0, removed: 'a', inserted: 'b' })).toThrow('the change belongs to another text');
   });
 
-  test('of several is one, for 200 random texts (seed 5)', () => {
+  test('after change can be applied and reversed, for 200 random texts (seed 5)', () => {
     const random = randomOf(5);
     const word = (): string =>
       Array.from({ length: Math.floor(random() * 6) }, () => 'ab\n'[Math.floor(random() * 3)]).join('');
     for (let i = 0; i < 200; ++i) {
       const texts = [word(), word(), word(), word()];
       const changes = texts.slice(1).map((text, k) => between(texts[k]!, text));
-      const one = squash(texts[0]!, changes);
-      expect(apply(texts[0]!, one)).toBe(texts[3]);
-      expect(apply(texts[3]!, reverse(one))).toBe(texts[0]);
+      expect(changes.reduce(apply, texts[0]!)).toBe(texts[3]);
+      expect(changes.reduceRight((text, change) => apply(text, reverse(change)), texts[3]!)).toBe(texts[0]);
     }
   });
 });
@@ -142,7 +141,6 @@ describe('an edit of the text', () => {
   test('removes an item with one comma', () => {
     expect(spliced(text, [itemRemoved(list, 1)])).toBe(text.replace(',\n        { "x": 2 }', ''));
     expect(spliced(text, [itemRemoved(list, 0)])).toBe(text.replace('{ "x": 1 },\n        ', ''));
-    expect(spliced(text, [memberRemoved(root, 'b')])).toBe(text.replace(',\n    "b":  7', ''));
     expect(spliced('[ 1 ]', [itemRemoved(parse('[ 1 ]') as ArrayNode, 0)])).toBe('[]');
     expect(() => itemRemoved(list, 2)).toThrow('there is nothing to remove');
   });
