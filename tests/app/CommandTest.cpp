@@ -347,6 +347,25 @@ TEST(Command, APictureNeverTakesThePlaceOfWhatItIsDrawnFrom) {
   EXPECT_EQ(zoneDetector({"plot", site, "-o", "-"}).out, zoneDetector({"plot", site}).out);
 }
 
+TEST(Command, ShowTellsTheOptions) {
+  const TemporaryFolder folder;
+  std::string text = readAll(site);
+  const auto replace = [&text](const std::string& from, const std::string& to) {
+    const std::size_t at = text.find(from);
+    ASSERT_NE(at, std::string::npos) << from;
+    text.replace(at, from.size(), to);
+  };
+  replace("\"triggerActiveLevel\": \"high\"", "\"triggerActiveLevel\": \"low\"");
+  replace("\"useSoftwareAPICommand\": false", "\"useSoftwareAPICommand\": true");
+  folder.write("site.json", text);
+  EXPECT_NE(zoneDetector({"show", "--json", "site.json"}, folder.path())
+                .out.find(R"("triggerActiveLevel":"low","useSoftwareAPICommand":true,)"),
+            std::string::npos);
+  const std::string table = zoneDetector({"show", "site.json"}, folder.path()).out;
+  EXPECT_NE(table.find("trigger active level  low\n  software API command  used\n"), std::string::npos)
+      << table;
+}
+
 TEST(Command, ThePlanShowsTheExtentThatIsAskedFor) {
   EXPECT_NE(zoneDetector({"plot", site, "--extent=-10,-5,30,15"}).out.find("width=\"900\" height=\"450\""),
             std::string::npos);

@@ -40,6 +40,14 @@ TEST(Record, TimesAreExactDecimalsInJsonAndTables) {
   EXPECT_EQ(toCell(nanoseconds(-1)), "-0.000000001");
 }
 
+TEST(Record, ACellIsEmptyAWordOrANumber) {
+  EXPECT_EQ(toCell(nullptr), "");
+  EXPECT_EQ(toCell(true), "1");
+  EXPECT_EQ(toCell(false), "0");
+  EXPECT_EQ(toCell(0.1), "0.1");
+  EXPECT_EQ(toCell("a b"), "a b");
+}
+
 TEST(Record, ARowHasACellForEachColumnInTheirOrder) {
   const Record record = {{"b", "b", "x,y"}, {"", "a", 2.5}, {"c", "", "not in tables"}, {"", "other", "e"}};
   EXPECT_EQ(toRow(record, {"a", "missing", "b"}), "2.5,,\"x,y\"\n");
