@@ -1,6 +1,10 @@
 #include "text/Decimal.h"
 
+#include <array>
+#include <bit>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 
 #include "text/Number.h"
@@ -57,57 +61,67 @@ const char* readDigits(const char* at, const char* last, std::uint64_t& number) 
   return at;
 }
 
-constexpr std::size_t mostNearbyPower = 18;
+__extension__ using Wide = unsigned __int128;
 
-// The double nearest to digits / 10^power, where `near` is the quotient of the two after both were rounded.
-// `near` is off by less than 2 units of its last place. So near * 10^power and the digits, as whole numbers,
-// differ by less than 2 * 10^18 times such a unit. The difference fits into 64 bits, although the numbers
-// themselves do not.
-// @param power 1 to `mostNearbyPower`
-// @return whether the nearest double could be decided
-bool nearestQuotient(std::uint64_t digits, std::size_t power, double near, double& number) {
-  constexpr unsigned fractionBits = 52;
-  constexpr std::uint64_t leading = std::uint64_t{1} << fractionBits;
-  std::uint64_t bits = 0;
-  std::memcpy(&bits, &near, sizeof(bits));
-  const std::uint64_t fraction = (bits & (leading - 1)) | leading;
-  const std::uint64_t exponent = bits >> fractionBits;
-  constexpr std::uint64_t whole = 1075;  // near = fraction * 2^(exponent - whole)
-  // Next to a power of two, the doubles on one side are closer to each other.
-  if (fraction <= leading + 2 || fraction >= 2 * leading - 2 || exponent > whole) {
+/// 1 / 5^i, times the power of two that makes it fill 64 bits, rounded down.
+struct Inverse {
+  std::uint64_t digits = 0;
+  int bits = 0;  ///< how many 5^i has
+};
+
+constexpr std::array<Inverse, 28> inversesOfFive = [] {
+  std::array<Inverse, 28> inverses{};
+  std::uint64_t power = 1;
+  for (Inverse& inverse : inverses) {
+    inverse.bits = static_cast<int>(std::bit_width(power));
+    inverse.digits = static_cast<std::uint64_t>(((Wide{1} << (63 + inverse.bits)) - 1) / power);
+    power *= 5;
+  }
+  return inverses;
+}();
+
+// The double nearest to digits / 10^power. A product with an inverse is faster than a quotient, but its upper
+// 64 bits may be too small by less than 4 units.
+// @param digits not 0
+// @param power at least 1
+// @return whether the nearest double could be decided: not near the middle between two doubles
+bool nearestQuotient(std::uint64_t digits, std::size_t power, double& number) {
+  if (power >= inversesOfFive.size()) {
     return false;
   }
-  const std::uint64_t shift = whole - exponent;
-  const std::uint64_t divisor = wholePowersOfTen[power];
-  const std::uint64_t scaled = shift < 64 ? digits << shift : 0;
-  const auto difference = static_cast<std::int64_t>(scaled - fraction * divisor);
-  // Without branches, because a processor cannot predict the sign of the error.
-  const auto sign = static_cast<std::uint64_t>(difference >> 63U);
-  const std::uint64_t twice = 2 * ((static_cast<std::uint64_t>(difference) ^ sign) - sign);
-  if (twice == divisor || twice > 3 * divisor) {
-    return false;  // halfway between two doubles, or two units off
+  const Inverse& inverse = inversesOfFive[power];
+  const int leadingZeros = std::countl_zero(digits);
+  const auto product = static_cast<std::uint64_t>(Wide{digits << leadingZeros} * inverse.digits >> 64U);
+  const auto isFull = static_cast<int>(product >> 63U);
+  const std::uint64_t filled = product << (1 - isFull);
+  constexpr unsigned unusedBits = 64 - std::numeric_limits<double>::digits;
+  constexpr std::uint64_t middle = std::uint64_t{1} << (unusedBits - 1);
+  const std::uint64_t rest = filled % (2 * middle);
+  if (middle - rest < 4) {
+    return false;
   }
-  const std::uint64_t step = twice > divisor ? 1 : 0;
-  bits += (step ^ sign) - sign;
-  std::memcpy(&number, &bits, sizeof(number));
+  constexpr int bias = 1074;
+  const int exponent =
+      static_cast<int>(unusedBits) + isFull - leadingZeros - inverse.bits - static_cast<int>(power) + bias;
+  const std::uint64_t bits =
+      (static_cast<std::uint64_t>(exponent) << 52U) + (filled >> unusedBits) + rest / middle;
+  std::memcpy(&number, &bits, sizeof(bits));
   return true;
 }
 
 // The double nearest to digits * 10^power. @return whether it could be decided
 bool scale(std::uint64_t digits, std::ptrdiff_t power, double& number) {
   constexpr auto mostPower = static_cast<std::ptrdiff_t>(powersOfTen.size()) - 1;
-  if (power < -mostPower || power > mostPower) {
-    return false;
-  }
   number = static_cast<double>(digits);
-  if (power >= 0) {
-    // Rounded only once if both factors are exact, or if one of them is 1.
-    number *= powersOfTen[static_cast<std::size_t>(power)];
-    return digits <= mostExact || power == 0;
+  if (power < 0 && digits != 0) {
+    return nearestQuotient(digits, static_cast<std::size_t>(-power), number);
   }
-  const auto size = static_cast<std::size_t>(-power);
-  number /= powersOfTen[size];
-  return digits <= mostExact || (size <= mostNearbyPower && nearestQuotient(digits, size, number, number));
+  if (power < 0 || power > mostPower) {
+    return digits == 0;
+  }
+  // Rounded only once if both factors are exact, or if one of them is 1.
+  number *= powersOfTen[static_cast<std::size_t>(power)];
+  return digits <= mostExact || power == 0;
 }
 
 // @return the end of the number; null when it could not be decided

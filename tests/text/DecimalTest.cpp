@@ -106,6 +106,55 @@ TEST(Decimal, LongNumbersAreRoundedOnce) {
   EXPECT_EQ(read<double>("9007199254740991e-22"), "9.0071992547409914e-07");
 }
 
+TEST(Decimal, NumbersOfAllScalesAreTheNearest) {
+  EXPECT_EQ(read<double>("0.000000000000000000000000000"), "0");
+  EXPECT_EQ(read<double>("-0e-5"), "-0");
+  EXPECT_EQ(read<double>("0e5"), "0");
+  std::mt19937_64 random(12);
+  for (int power = -32; power <= 24; ++power) {
+    for (int round = 0; round < 5000; ++round) {
+      const std::uint64_t digits = random() >> random() % 64 >> 1U;
+      const std::string text = std::to_string(digits) + "e" + std::to_string(power);
+      double value = 0.0;
+      const auto [end, error] = readDecimal(text.data(), text.data() + text.size(), value);
+      ASSERT_EQ(end, text.data() + text.size()) << text;
+      const double expected = std::strtod(text.c_str(), nullptr);
+      ASSERT_EQ(std::memcmp(&value, &expected, sizeof(value)), 0) << text;
+    }
+  }
+}
+
+// In the middle between two doubles, and one unit of the last digit beside it.
+TEST(Decimal, TheMiddleOfTwoDoublesGoesToTheEvenOne) {
+  std::mt19937_64 random(13);
+  for (int round = 0; round < 200000; ++round) {
+    // 53 to 56 bits of a whole number that is divided by 2, 4 or 8: it ends with up to three decimals.
+    const int decimals = static_cast<int>(random() % 3) + 1;
+    const std::uint64_t odd =
+        (std::uint64_t{1} << 53U) + (random() >> 11U) % (std::uint64_t{1} << 53U) / 2 * 2 + 1;
+    const std::uint64_t whole = odd >> static_cast<unsigned>(decimals);
+    std::uint64_t fraction = odd & ((std::uint64_t{1} << static_cast<unsigned>(decimals)) - 1);
+    for (int i = 0; i < decimals; ++i) {
+      fraction *= 5;  // fraction / 2^decimals = fraction * 5^decimals / 10^decimals
+    }
+    std::string tail = std::to_string(fraction);
+    tail.insert(0, static_cast<std::size_t>(decimals) - tail.size(), '0');
+    for (const char* const rest : {"", "1", "0"}) {
+      const std::string text = std::to_string(whole) + "." + tail + rest + " ";
+      double value = 0.0;
+      readDecimal(text.data(), text.data() + text.size(), value);
+      ASSERT_EQ(value, std::strtod(text.c_str(), nullptr)) << text;
+    }
+    const std::string below =
+        std::to_string(whole) + "." +
+        std::string(static_cast<std::size_t>(decimals) - std::to_string(fraction - 1).size(), '0') +
+        std::to_string(fraction - 1) + "9 ";
+    double value = 0.0;
+    readDecimal(below.data(), below.data() + below.size(), value);
+    ASSERT_EQ(value, std::strtod(below.c_str(), nullptr)) << below;
+  }
+}
+
 // What is printed with enough digits comes back, and with fewer digits it is what the C library reads.
 // Numbers with text behind them are read in another way than numbers at the end.
 TEST(Decimal, AgreesWithTheCLibrary) {
