@@ -11,7 +11,7 @@ import { kindOf } from './app/kinds';
 import { textIn } from './app/link';
 import { type Host, hostOfPage } from './app/host';
 import { fitZones } from './app/look';
-import { get, set } from './app/state';
+import { asOpened, get, set } from './app/state';
 import { begin, stepped } from './edit/history';
 import './styles.css';
 
@@ -53,7 +53,7 @@ async function start(): Promise<boolean> {
     history: begin(savedText && note ? savedText : text),
     savedText,
     fileName,
-    before: { label: 'the document as opened', text: savedText || text, session: null },
+    before: asOpened(savedText || text),
   });
   set({ history: stepped(get().history, 'Work that was not saved', text) });
   set({ activeField: get().doc.fields[0]?.index ?? 0 });

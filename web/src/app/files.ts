@@ -11,7 +11,7 @@ import { evaluated, forgetScenes } from './follow';
 import { leaveHostDocument } from './host';
 import { pause } from './play';
 import { fitZones } from './look';
-import { get, set, textOf } from './state';
+import { asOpened, get, set, textOf } from './state';
 
 export interface Opened {
   readonly file: File;
@@ -41,7 +41,7 @@ export function openDocument(text: string, fileName: string, isSaved: boolean): 
     vertex: -1,
     sketch: [],
     marks: NO_MARKS,
-    before: { label: 'the document as opened', text, session: null },
+    before: asOpened(text),
     target: { kind: 'field', field: 0 },
     activeField: get().doc.fields[0]?.index ?? 0,
   });

@@ -21,6 +21,10 @@ export interface Before {
   readonly session: Session | null;
 }
 
+export function asOpened(text: string): Before {
+  return { label: 'the document as opened', text, session: null };
+}
+
 export interface Checked extends Check {
   readonly text: string;
 }
@@ -119,7 +123,7 @@ let state: State = {
   recording: null,
   recordingName: '',
   session: null,
-  before: { label: 'the document as opened', text: EMPTY, session: null },
+  before: asOpened(EMPTY),
   showBefore: false,
   moment: 0,
   isPlaying: false,
