@@ -9,6 +9,7 @@
 
 #include "OptionChecks.h"
 #include "text/Number.h"
+#include "text/Text.h"
 
 namespace orvantis::app {
 namespace {
@@ -29,7 +30,7 @@ toolkit::PlanContent::Extent parse(const std::string& text) {
     throw std::invalid_argument(
         "must be x0,y0,x1,y1 in metres with x0 below x1 and y0 below y1, each less than 1e9 off zero, not "
         "\"" +
-        text + "\"");
+        toolkit::printable(text) + "\"");
   }
   return {values[0], values[2], values[1], values[3]};
 }

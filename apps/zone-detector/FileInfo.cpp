@@ -72,10 +72,10 @@ void setCloudRates(FileInfo& info) {
 
 void noteThatCloudsAreMissing(FileInfo& info) {
   if (const auto fault = faultOfChoice({}, info.recording->topics)) {
-    info.warnings.push_back(info.file + ": " + *fault);
+    info.warnings.push_back(printable(info.file) + ": " + *fault);
   }
   if (const auto& damage = info.recording->damage) {
-    info.warnings.push_back(info.file + ": " + toText(*damage));
+    info.warnings.push_back(printable(info.file) + ": " + toText(*damage));
     info.isDamaged = true;
   }
 }

@@ -45,14 +45,14 @@ std::string onOneLine(std::string text) {
 }
 
 void print(const std::string& path, const CheckedDocument& document, const Console& console) {
-  console.out << path << ": " << verdict(document, console) << '\n';
+  console.out << printable(path) << ": " << verdict(document, console) << '\n';
   for (const Finding& finding : document.findings) {
     const int colour = finding.severity() == Severity::Error ? 1 : 3;
     console.out << textOf(path, finding, console.coloured(colour, std::string(wordOf(finding.severity()))))
                 << '\n';
   }
   if (!document.complaint.empty()) {
-    console.out << path << ": note: a host is told: " << onOneLine(document.complaint) << '\n';
+    console.out << printable(path) << ": note: a host is told: " << onOneLine(document.complaint) << '\n';
   }
 }
 

@@ -7,8 +7,8 @@
 namespace orvantis::toolkit {
 
 std::string textOf(const std::string& path, const Finding& finding, const std::string& severity) {
-  std::string text = path + ":" + std::to_string(finding.at.line) + ":" + std::to_string(finding.at.column) +
-                     ": " + severity + ": ";
+  std::string text = printable(path) + ":" + std::to_string(finding.at.line) + ":" +
+                     std::to_string(finding.at.column) + ": " + severity + ": ";
   if (!finding.path.empty()) {
     text += printable(finding.path) + ": ";
   }

@@ -1,10 +1,12 @@
 #include "files/Failure.h"
 
+#include "text/Text.h"
+
 namespace orvantis::toolkit {
 
 std::string Failure::textOf(const std::string& path, std::size_t line, std::size_t column,
                             const std::string& reason) {
-  std::string text = path;
+  std::string text = printable(path);
   for (const std::size_t place : {line, column}) {
     if (place != 0) {
       text += ":" + std::to_string(place);

@@ -7,7 +7,7 @@
 namespace orvantis::toolkit {
 
 /// The fault of a file or another input from outside. Its text is "path:line:column: reason", without the
-/// parts that are not known.
+/// parts that are not known; control characters of the path are written out.
 class Failure : public std::runtime_error {
  public:
   explicit Failure(const std::string& reason) : Failure("", reason) {}

@@ -6,6 +6,7 @@
 #include "files/Failure.h"
 #include "recording/FrameSource.h"
 #include "text/Number.h"
+#include "text/Text.h"
 
 namespace orvantis::toolkit {
 
@@ -16,7 +17,7 @@ namespace {
 Stamp stampAt(std::uint64_t number, double rate, const std::string& path) {
   const double nanoseconds = static_cast<double>(number) / rate * 1e9;
   if (!(nanoseconds < 4.6e18)) {
-    throw Failure("at " + toText(rate) + " Hz, " + path + " is out of the range of stamps");
+    throw Failure("at " + toText(rate) + " Hz, " + printable(path) + " is out of the range of stamps");
   }
   return Stamp(std::llround(nanoseconds));
 }

@@ -64,14 +64,15 @@ InputFrame FrameMaker::frameOf(const RecordedCloud& cloud) {
 
 void FrameMaker::finish() {
   const std::unique_ptr<const Recording> done = std::move(recording_);
+  const std::string path = printable(done->path);
   bytes_ += done->source->size().value_or(0);
   if (const auto& damage = done->reader.damage()) {
     isDamaged_ = true;
-    warnings_.push_back(done->path + ": " + toText(*damage));
+    warnings_.push_back(path + ": " + toText(*damage));
   }
   const StampsBack& back = done->reader.stampsBack();
   if (back.count > 0) {
-    warnings_.push_back(done->path + ": stamps go back " + counted(back.count, "time") + ", by at most " +
+    warnings_.push_back(path + ": stamps go back " + counted(back.count, "time") + ", by at most " +
                         toText(back.most) + " s");
   }
 }

@@ -9,6 +9,8 @@
 #include <unistd.h>
 
 #include "Program.h"
+#include "WrittenCloud.h"
+#include "WrittenRecording.h"
 #include "support/TemporaryFolder.h"
 
 namespace orvantis::testing {
@@ -393,6 +395,58 @@ TEST(Command, NamesFromAFileCannotSteerTheTerminal) {
     EXPECT_EQ(outcome.out.find("\xC2\x9B"), std::string::npos) << outcome.out;
   }
   EXPECT_NE(zoneDetector({"show", "site.json"}, folder.path()).out.find("\\x1b[31mred"), std::string::npos);
+}
+
+// A folder of recordings may come from somebody else, names included.
+TEST(Command, NamesOfFilesCannotSteerTheTerminal) {
+  const TemporaryFolder folder;
+  const std::string name = "\033[31m";
+  folder.write(name + ".json", readAll(site));
+  folder.write(name + "bad.json", "{\"a\":}");
+  folder.write(name + ".xyz", "0 0 0\n");
+  folder.write(name + "bad.xyz", "x\n");
+  folder.write(name + ".list", "0 " + name + ".xyz\n0 x\n");
+  folder.write(name + "cut.mcap",
+               asMcap({{{"/" + name}}, {{0, 1, asCdr(floatCloud({{1, 1, 1}}, 1))}}}).substr(0, 290));
+  folder.write(name + ".sensors", R"({"sensors":[{"name":"\u001b[31m","files":["a"]}]})");
+  const std::string document = name + ".json";
+  const std::string frame = name + ".xyz";
+  const std::vector<std::vector<std::string>> rows = {
+      {"validate", document, name + "bad.json"},
+      {"validate", name},
+      {"show", name},
+      {"show", name + "bad.json"},
+      {"info", frame, name + "bad.xyz", name, name + "cut.mcap"},
+      {"run", document, frame, name + "bad.xyz"},
+      {"run", document, name + "cut.mcap"},
+      {"run", document, frame, "--csv", document},
+      {"run", document, frame, "--plot", document},
+      {"run", document, frame, "--rate", "1e-300", frame},
+      {"run", document, "--stamps", name + ".list"},
+      {"run", document, "--tracks", frame},
+      {"run", document, "--sensors", frame},
+      {"run", document, frame, "--sensors", name + ".sensors"},
+      {"explain", document, name + "bad.xyz"},
+      {"explain", document, frame, "--line", name},
+      {"plot", document, frame, "-o", frame},
+      {"plot", document, "-o", name + "/x.svg"},
+      {"new", "-o", document},
+      {"new", name + "bad.xyz"},
+      {name},
+      {"run", document, frame, "--pose", name},
+      {"run", document, frame, "--columns", name},
+      {"run", document, frame, "--extent", name},
+      {"explain", document, frame, "--at", name},
+      {"run", document, frame, "--" + name},
+  };
+  for (const std::vector<std::string>& arguments : rows) {
+    const Outcome outcome = zoneDetector(arguments, folder.path());
+    EXPECT_EQ((outcome.out + outcome.err).find('\033'), std::string::npos)
+        << arguments[0] << " " << arguments.back() << ":\n"
+        << outcome.out << outcome.err;
+  }
+  EXPECT_EQ(zoneDetector({"show", name}, folder.path()).err,
+            "zone-detector: \\x1b[31m: cannot be read: No such file or directory\n");
 }
 
 TEST(Command, OffATerminalThereIsNoColourAndNoProgress) {
