@@ -3,7 +3,6 @@
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -12,37 +11,15 @@
 #include "DocumentFile.h"
 #include "ExtentOption.h"
 #include "InputConsole.h"
+#include "OutputChecks.h"
 #include "RecordingOptions.h"
 #include "drawing/SitePlan.h"
 #include "files/AtomicFile.h"
 #include "input/Input.h"
 #include "session/ScanDots.h"
-#include "text/LowerCase.h"
 
 namespace orvantis::app {
 namespace {
-
-// A picture must not overwrite a file that it is drawn from, also not by another name of that file.
-void checkOutput(const PlotOptions& options) {
-  const std::string& output = options.output;
-  if (output.empty() || output == standardInput) {
-    return;
-  }
-  std::vector<std::string> inputs = options.recording.clouds;
-  inputs.insert(inputs.end(), {options.document, options.recording.sensors});
-  for (const std::string& input : inputs) {
-    std::error_code error;
-    if (std::filesystem::equivalent(output, input, error)) {
-      throw Failure(output, "cannot be written: the picture is drawn from it");
-    }
-  }
-  if (lowerCase(std::filesystem::path(output).extension().string()) != ".svg" &&
-      !std::filesystem::is_character_file(output)) {
-    throw Failure(output,
-                  "cannot be written: pictures are SVG; give a name that ends with .svg, and convert it "
-                  "with a program such as rsvg-convert or a browser");
-  }
-}
 
 // Adds the points of the first frame, or of the first frames of all sensors.
 void addFirstFrame(const Configuration& configuration, const Recording& recording, const Console& console,
@@ -57,7 +34,10 @@ void addFirstFrame(const Configuration& configuration, const Recording& recordin
 }  // namespace
 
 int plot(const PlotOptions& options, const Console& console) {
-  checkOutput(options);
+  const bool isToFile = !options.output.empty() && options.output != standardInput;
+  if (isToFile) {
+    checkPicture(options.output, options.document, options.recording);
+  }
   const Configuration configuration = readConfiguration(options.document, console);
   PlanContent plan = planOf(configuration);
   plan.title = std::filesystem::path(options.document).filename().string();
@@ -71,11 +51,11 @@ int plot(const PlotOptions& options, const Console& console) {
   } catch (const std::exception& error) {
     throw Failure(options.document, error.what());
   }
-  if (options.output.empty() || options.output == standardInput) {
+  if (isToFile) {
+    writeWhole(options.output, svg);
+  } else {
     console.out << svg;
     console.flush();
-  } else {
-    writeWhole(options.output, svg);
   }
   return 0;
 }

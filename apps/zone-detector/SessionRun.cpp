@@ -9,6 +9,7 @@
 #include "Console.h"
 #include "EventLines.h"
 #include "InputConsole.h"
+#include "OutputChecks.h"
 #include "PictureFile.h"
 #include "Progress.h"
 #include "RunCommand.h"
@@ -74,6 +75,12 @@ std::optional<Moment> nextOf(TimeLine& timeLine) {
 }  // namespace
 
 int runSession(const Configuration& configuration, const RunOptions& options, const Console& console) {
+  if (!options.picture.empty()) {
+    checkPicture(options.picture, options.document, options.recording);
+  }
+  if (!options.csvFolder.empty()) {
+    checkTables(options.csvFolder, options.document, options.recording);
+  }
   const Interrupt interrupt;
   TimeLine timeLine = openTimeLine(options.recording, configuration, warningsTo(console));
   SessionOptions sessionOptions = options.session;

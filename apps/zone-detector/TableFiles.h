@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "SessionOutput.h"
 #include "files/AtomicFile.h"
@@ -16,6 +17,9 @@ class TableFiles : public SessionOutput {
   /// @param folder is made if it does not exist
   /// @throws Failure when something cannot be written, as do the other operations
   TableFiles(const std::string& folder, toolkit::SessionTables tables);
+
+  /// The files that are written into a folder.
+  static std::vector<std::string> pathsIn(const std::filesystem::path& folder);
 
   void add(const toolkit::Moment& moment, const toolkit::SessionFrame& frame) override;
   void finish(const SessionResult& result) override;

@@ -384,6 +384,50 @@ TEST_F(Session, ExplainTellsWhatCountsWhatIsTakenAndWhatIsMissing) {
   EXPECT_EQ(early.err, "zone-detector: there are no points at or before -0.1 s\n");
 }
 
+TEST_F(Session, NoOutputTakesThePlaceOfAnInput) {
+  const std::string row = header + "0,1,a,5,1,1,1,0,0,1\n";
+  writeFrames({1});
+  folder_.write("site.svg", readAll(folder_.path("site.json")));
+  folder_.write("tracks.svg", row);
+  folder_.write("frames.csv", "0 f0.xyz\n");
+  folder_.write("lines.csv", row);
+  std::filesystem::create_directory(folder_.path("scans"));
+  folder_.write("scans/zones.csv", "1,1,1\n");
+  std::filesystem::create_symlink("site.json", folder_.path("link.svg"));
+  const std::size_t files = folder_.fileCount();
+  const auto refused = [this](std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "run");
+    const Outcome outcome = run(arguments);
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_EQ(outcome.out, "");
+    return outcome.err;
+  };
+  const std::string drawn = ": cannot be written: the picture is drawn from it\n";
+  EXPECT_EQ(refused({"site.svg", "f0.xyz", "--plot", "site.svg"}), "zone-detector: site.svg" + drawn);
+  EXPECT_EQ(refused({"site.json", "f0.xyz", "--plot", "link.svg"}), "zone-detector: link.svg" + drawn);
+  EXPECT_EQ(refused({"site.json", "--tracks", "tracks.svg", "--plot", "./tracks.svg"}),
+            "zone-detector: ./tracks.svg" + drawn);
+  EXPECT_EQ(refused({"site.json", "f0.xyz", "--plot", "f0.xyz"}), "zone-detector: f0.xyz" + drawn);
+  EXPECT_EQ(
+      refused({"site.json", "f0.xyz", "--plot", "plan.png"}),
+      "zone-detector: plan.png: cannot be written: pictures are SVG; give a name that ends with .svg, and "
+      "convert it with a program such as rsvg-convert or a browser\n");
+  const std::string made = ": cannot be written: the tables are made from it; give another folder\n";
+  EXPECT_EQ(refused({"site.json", "--stamps", "frames.csv", "--csv", "."}),
+            "zone-detector: ./frames.csv" + made);
+  EXPECT_EQ(refused({"site.json", "--tracks", "lines.csv", "--csv", "."}),
+            "zone-detector: ./lines.csv" + made);
+  EXPECT_EQ(refused({"site.json", "scans", "--csv", "scans"}), "zone-detector: scans/zones.csv" + made);
+  EXPECT_EQ(folder_.fileCount(), files);
+  EXPECT_EQ(readAll(folder_.path("site.svg")), readAll(folder_.path("site.json")));
+  EXPECT_EQ(readAll(folder_.path("lines.csv")), row);
+
+  folder_.write("scans/a.xyz", "1 1 1\n");
+  std::filesystem::remove(folder_.path("scans/zones.csv"));
+  EXPECT_EQ(run({"run", "site.json", "scans", "--csv", "scans", "--plot", "scans/run.svg"}).code, 0);
+  EXPECT_EQ(run({"run", "site.json", "scans/a.xyz", "--csv", "scans", "--plot", "scans/run.svg"}).code, 0);
+}
+
 TEST_F(Session, TheDocumentsHaveEveryWordForAVerdict) {
   const std::string docs = readAll(ORVANTIS_SOURCE_DIR "/docs/command.md");
   for (int i = 0; i <= static_cast<int>(filter::monitor::CrossingVerdict::BeganOnLine); ++i) {
