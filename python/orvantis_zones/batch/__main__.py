@@ -11,6 +11,7 @@ from typing import Any
 
 from .. import Recording, load
 from . import Batch, BatchError, evaluate
+from ._batch import WRITTEN
 
 _ABOUT = """Evaluates many recordings with one zone document, here or on a Dask cluster. A RECORDING is a file, a folder of
 frames or recordings, or a URL of storage that fsspec knows; - stands for a list of them on the standard input. With -o, what
@@ -56,9 +57,12 @@ def main(words: Sequence[str] | None = None) -> int:
 
 def _batch(given: argparse.Namespace) -> Batch:
     site = load(given.site)
+    paths = _paths(given.recordings)
+    if given.folder:
+        _refuse_to_overwrite(given.folder, [given.site, *paths])
     client: Any = _client(given.scheduler) if given.scheduler else None
     try:
-        batch = evaluate(site, [_recording(path, given) for path in _paths(given.recordings)], client=client,
+        batch = evaluate(site, [_recording(path, given) for path in paths], client=client,
                          folder=given.folder, isolate=given.isolate or None, progress=not given.quiet and sys.stderr.isatty(),
                          forget_after=given.forget_after, clearance=given.clearance, max_speed=given.max_speed)
     finally:
@@ -69,6 +73,14 @@ def _batch(given: argparse.Namespace) -> Batch:
     else:
         sys.stdout.buffer.write(getattr(batch.events, "_text"))
     return batch
+
+
+def _refuse_to_overwrite(folder: str, inputs: list[str]) -> None:
+    for table in (os.path.join(folder, name + ".csv") for name in WRITTEN):
+        # Every .csv file of a folder of frames is a frame.
+        if os.path.exists(table) and any(os.path.exists(path) and os.path.samefile(path, other)
+                                         for path in inputs for other in (table, folder)):
+            raise ValueError(f"{table}: cannot be written: the tables are made from it; give another folder")
 
 
 def _paths(given: list[str]) -> list[str]:

@@ -13,7 +13,7 @@ from ._outcome import TABLES, Outcome
 from ._unit import PathLike
 from ._work import tables_without_rows
 
-_WRITTEN = (*TABLES, "recordings", "errors", "warnings")
+WRITTEN = (*TABLES, "recordings", "errors", "warnings")
 
 
 class Batch:
@@ -49,7 +49,7 @@ class Batch:
         ['errors.csv', 'events.csv', 'lines.csv', 'recordings.csv', 'warnings.csv', 'zones.csv']
         """
         os.makedirs(folder, exist_ok=True)
-        for name in _WRITTEN:
+        for name in WRITTEN:
             getattr(self, name).to_csv(os.path.join(folder, name + ".csv"))
 
     def __repr__(self) -> str:

@@ -61,6 +61,21 @@ def test_errors_are_told_and_leave_the_others(here, run):
     assert error == ("orvantis_zones.batch: none.xyz: unreadable: none.xyz: cannot be read: No such file or directory\n")
 
 
+def test_a_table_never_takes_the_place_of_an_input(here, run):
+    frame = "x,y,z\n1,1,1\n"
+    (here / "zones.csv").write_text(frame)
+    (here / "scans").mkdir()
+    (here / "scans" / "lines.csv").write_text(frame)
+    made = ": cannot be written: the tables are made from it; give another folder\n"
+    assert run("site.json", "zones.csv", "-o", ".") == (1, "", "orvantis_zones.batch: ./zones.csv" + made)
+    assert run("site.json", "-", "-o", here, text="zones.csv\n")[0] == 1
+    assert run("site.json", "scans", "-o", "scans") == (1, "", "orvantis_zones.batch: scans/lines.csv" + made)
+    assert sorted(path.name for path in here.rglob("*")) == ["lines.csv", "scans", "site.json", "zones.csv"]
+    assert (here / "zones.csv").read_text() == (here / "scans" / "lines.csv").read_text() == frame
+    assert run("site.json", "zones.csv", "-o", "out")[0] == 0
+    assert run("site.json", "zones.csv", "-o", "out")[0] == 0
+
+
 def test_exit_codes(here, run):
     fleet.tracks("a.csv")
     (here / "bad.json").write_text("{")
