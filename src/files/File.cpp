@@ -1,7 +1,9 @@
 #include "files/File.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <filesystem>
+#include <new>
 #include <system_error>
 
 #include <fcntl.h>
@@ -17,15 +19,33 @@ namespace {
   throw Failure(path, "cannot be read: " + reason);
 }
 
+// Memory that the system does not have is only missed when it is used, and then a process is ended, not told.
+bool fitsIntoMemory(std::size_t size) {
+  const auto pages = static_cast<std::uint64_t>(::sysconf(_SC_PHYS_PAGES));
+  return size / static_cast<std::uint64_t>(::sysconf(_SC_PAGE_SIZE)) < pages;
+}
+
+void makeRoom(std::vector<std::byte>& room, std::size_t size, const std::string& path) {
+  const auto refuse = [&] { fail(path, "not enough memory for its " + std::to_string(size) + " bytes"); };
+  if (!fitsIntoMemory(size)) {
+    refuse();
+  }
+  try {
+    room.resize(size);
+  } catch (const std::bad_alloc&) {
+    refuse();
+  }
+}
+
 }  // namespace
 
 std::vector<std::byte> readBytes(const std::string& path, std::vector<std::byte> room) {
   const std::size_t size = fileSize(path);
+  makeRoom(room, size, path);
   const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (file < 0) {
     fail(path, errorText(errno));
   }
-  room.resize(size);
   std::size_t done = 0;
   int reason = 0;
   while (done < size) {
