@@ -71,7 +71,7 @@ std::string dataOf(const std::vector<Pixel>& sightings, double distance) {
 PlanTracks::PlanTracks(const std::vector<PlanContent::Track>& tracks, std::string ids)
     : tracks_(tracks), ids_(std::move(ids)) {
   for (const PlanContent::Track& track : tracks) {
-    if (std::find(classes_.begin(), classes_.end(), track.className) == classes_.end()) {
+    if (places_.try_emplace(track.className, classes_.size()).second) {
       classes_.push_back(track.className);
     }
   }
@@ -86,8 +86,7 @@ std::string_view PlanTracks::colourOf(const std::string& className) const {
   if (classes_.size() <= 1 || className.empty()) {
     return palette::trackWithoutClass;
   }
-  const auto place = std::find(classes_.begin(), classes_.end(), className) - classes_.begin();
-  return palette::trackClasses[static_cast<std::size_t>(place) % palette::trackClasses.size()];
+  return palette::trackClasses[places_.at(className) % palette::trackClasses.size()];
 }
 
 std::string PlanTracks::arrowHeadId(std::string_view colour) const {

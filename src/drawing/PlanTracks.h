@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -39,6 +41,7 @@ class PlanTracks {
   const std::vector<PlanContent::Track>& tracks_;
   std::string ids_;
   std::vector<std::string> classes_;
+  std::map<std::string_view, std::size_t> places_;  // of each class in the vector
 };
 
 }  // namespace orvantis::toolkit
