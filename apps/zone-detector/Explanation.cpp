@@ -174,7 +174,7 @@ void print(const Account& account, const ExplainOptions& options, int minPoints,
 void require(bool isThere, const char* what, const std::optional<Stamp>& at) {
   if (!isThere) {
     const std::string until = at ? " at or before " + toText(*at) + " s" : "";
-    throw Failure(std::string("there are no ") + what + until);
+    throw Failure(std::string("found no ") + what + until);
   }
 }
 

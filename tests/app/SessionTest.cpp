@@ -381,7 +381,7 @@ TEST_F(Session, ExplainTellsWhatCountsWhatIsTakenAndWhatIsMissing) {
                 "      occupied  clears in 0.2 s\n");
   const Outcome early = runFrames("explain", {"--at", "-0.1"});
   EXPECT_EQ(early.code, 1);
-  EXPECT_EQ(early.err, "zone-detector: there are no points at or before -0.1 s\n");
+  EXPECT_EQ(early.err, "zone-detector: found no points at or before -0.1 s\n");
 }
 
 TEST_F(Session, NoOutputTakesThePlaceOfAnInput) {
@@ -446,9 +446,9 @@ TEST_F(Session, ExplainOfALineNeedsATrackedObject) {
     return outcome.err;
   };
   EXPECT_EQ(fault({}), "");
-  EXPECT_EQ(fault({"--at", "1"}), "zone-detector: there are no tracked objects at or before 1 s\n");
+  EXPECT_EQ(fault({"--at", "1"}), "zone-detector: found no tracked objects at or before 1 s\n");
   folder_.write("t.csv", "stamp,id,class,x,y,length,width,heading,zmin,zmax\n");
-  EXPECT_EQ(fault({}), "zone-detector: there are no tracked objects\n");
+  EXPECT_EQ(fault({}), "zone-detector: found no tracked objects\n");
 }
 
 TEST_F(Session, ExplainTakesAnInstantToTheNanosecond) {

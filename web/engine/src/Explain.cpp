@@ -101,7 +101,7 @@ Explanation explainZones(const std::shared_ptr<Recording>& recording,
   }
   const auto wanted = lastPoints(recording->contents().get(), *moment);
   if (!wanted) {
-    throw Failure("there are no points up to this moment");
+    throw Failure("found no points up to this moment");
   }
   ZoneExplainer explainer(configuration, options);
   MomentFeed feed(recording, recording->countsOf(ZoneSignatures(configuration.detector)), wanted);
@@ -145,7 +145,7 @@ Explanation explainLine(const std::shared_ptr<Recording>& recording,
     }
   }
   if (!last) {
-    throw Failure("there are no tracked objects up to this moment");
+    throw Failure("found no tracked objects up to this moment");
   }
   Records records;
   std::string text;

@@ -20,7 +20,7 @@ struct Explanation {
 
 /// Every zone at the last points up to a moment; none: each zone at the frame that came nearest to occupying
 /// it.
-/// @throws Failure when a file cannot be read, or there are no points up to then
+/// @throws Failure when a file cannot be read, or has no points up to then
 Explanation explainZones(const std::shared_ptr<Recording>& recording,
                          const toolkit::Configuration& configuration, const toolkit::SessionOptions& options,
                          std::optional<std::size_t> moment);
