@@ -5,7 +5,6 @@
 #include <system_error>
 #include <vector>
 
-#include "TableFiles.h"
 #include "files/Failure.h"
 #include "text/LowerCase.h"
 
@@ -39,18 +38,6 @@ void checkPicture(const std::string& path, const std::string& document, const Re
     throw Failure(path,
                   "cannot be written: pictures are SVG; give a name that ends with .svg, and convert it "
                   "with a program such as rsvg-convert or a browser");
-  }
-}
-
-void checkTables(const std::string& folder, const std::string& document, const Recording& recording) {
-  for (const std::string& input : inputsOf(document, recording)) {
-    for (const std::string& table : TableFiles::pathsIn(folder)) {
-      // Every .csv file of a folder of frames is a frame.
-      std::error_code error;
-      if (isSame(table, input) || (std::filesystem::exists(table, error) && isSame(folder, input))) {
-        throw Failure(table, "cannot be written: the tables are made from it; give another folder");
-      }
-    }
   }
 }
 

@@ -78,9 +78,6 @@ int runSession(const Configuration& configuration, const RunOptions& options, co
   if (!options.picture.empty()) {
     checkPicture(options.picture, options.document, options.recording);
   }
-  if (!options.csvFolder.empty()) {
-    checkTables(options.csvFolder, options.document, options.recording);
-  }
   const Interrupt interrupt;
   TimeLine timeLine = openTimeLine(options.recording, configuration, warningsTo(console));
   SessionOptions sessionOptions = options.session;

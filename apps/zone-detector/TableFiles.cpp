@@ -1,5 +1,8 @@
 #include "TableFiles.h"
 
+#include <fstream>
+#include <string>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -9,10 +12,28 @@
 namespace orvantis::app {
 namespace {
 
-constexpr const char* events = "events.csv";
-constexpr const char* frames = "frames.csv";
-constexpr const char* zones = "zones.csv";
-constexpr const char* lines = "lines.csv";
+struct TableName {
+  const char* file;
+  std::string_view header;  // how such a table begins
+};
+constexpr TableName events = {"events.csv", "stamp,type,event,"};
+constexpr TableName frames = {"frames.csv", "stamp,cloud,"};
+constexpr TableName zones = {"zones.csv", "field,field_name,"};
+constexpr TableName lines = {"lines.csv", "line,class,"};
+
+void refuseUnlessTable(const std::filesystem::path& folder, const TableName& table) {
+  const std::filesystem::path path = folder / table.file;
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error) || std::filesystem::is_empty(path, error)) {
+    return;  // nothing that could be lost
+  }
+  std::string begin(table.header.size(), '\0');
+  std::ifstream(path, std::ios::binary).read(begin.data(), static_cast<std::streamsize>(begin.size()));
+  if (begin != table.header) {
+    throw Failure(path.string(),
+                  "cannot be written: it exists, and is not a table of an earlier run; give another folder");
+  }
+}
 
 std::filesystem::path made(const std::string& folder) {
   std::error_code error;
@@ -20,24 +41,19 @@ std::filesystem::path made(const std::string& folder) {
   if (error) {
     throw Failure(folder, "cannot be made: " + error.message());
   }
+  for (const TableName& table : {events, frames, zones, lines}) {
+    refuseUnlessTable(folder, table);
+  }
   return folder;
 }
 
 }  // namespace
 
-std::vector<std::string> TableFiles::pathsIn(const std::filesystem::path& folder) {
-  std::vector<std::string> paths;
-  for (const char* const name : {events, frames, zones, lines}) {
-    paths.push_back((folder / name).string());
-  }
-  return paths;
-}
-
 TableFiles::TableFiles(const std::string& folder, SessionTables tables)
     : folder_(made(folder)),
       tables_(std::move(tables)),
-      events_((folder_ / events).string()),
-      frames_((folder_ / frames).string()) {
+      events_((folder_ / events.file).string()),
+      frames_((folder_ / frames.file).string()) {
   events_.append(tables_.eventHeader());
   frames_.append(tables_.frameHeader());
 }
@@ -50,8 +66,9 @@ void TableFiles::add(const Moment& moment, const SessionFrame& frame) {
 void TableFiles::finish(const SessionResult& result) {
   events_.commit();
   frames_.commit();
-  writeWhole((folder_ / zones).string(), tables_.zoneTable(result.summary, result.session, result.inputs));
-  writeWhole((folder_ / lines).string(), tables_.lineTable(result.session));
+  writeWhole((folder_ / zones.file).string(),
+             tables_.zoneTable(result.summary, result.session, result.inputs));
+  writeWhole((folder_ / lines.file).string(), tables_.lineTable(result.session));
 }
 
 }  // namespace orvantis::app

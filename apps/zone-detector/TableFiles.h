@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <string>
-#include <vector>
 
 #include "SessionOutput.h"
 #include "files/AtomicFile.h"
@@ -15,11 +14,10 @@ namespace orvantis::app {
 class TableFiles : public SessionOutput {
  public:
   /// @param folder is made if it does not exist
-  /// @throws Failure when something cannot be written, as do the other operations
+  /// @throws Failure when something cannot be written, as do the other operations, and when a file with the
+  /// name
+  ///   of a table is not one of an earlier session: it may be somebody's frames or tracks
   TableFiles(const std::string& folder, toolkit::SessionTables tables);
-
-  /// The files that are written into a folder.
-  static std::vector<std::string> pathsIn(const std::filesystem::path& folder);
 
   void add(const toolkit::Moment& moment, const toolkit::SessionFrame& frame) override;
   void finish(const SessionResult& result) override;

@@ -412,13 +412,20 @@ TEST_F(Session, NoOutputTakesThePlaceOfAnInput) {
       refused({"site.json", "f0.xyz", "--plot", "plan.png"}),
       "zone-detector: plan.png: cannot be written: pictures are SVG; give a name that ends with .svg, and "
       "convert it with a program such as rsvg-convert or a browser\n");
-  const std::string made = ": cannot be written: the tables are made from it; give another folder\n";
+  const std::string made =
+      ": cannot be written: it exists, and is not a table of an earlier run; give another folder\n";
   EXPECT_EQ(refused({"site.json", "--stamps", "frames.csv", "--csv", "."}),
             "zone-detector: ./frames.csv" + made);
+  std::filesystem::remove(folder_.path("frames.csv"));
   EXPECT_EQ(refused({"site.json", "--tracks", "lines.csv", "--csv", "."}),
             "zone-detector: ./lines.csv" + made);
   EXPECT_EQ(refused({"site.json", "scans", "--csv", "scans"}), "zone-detector: scans/zones.csv" + made);
-  EXPECT_EQ(folder_.fileCount(), files);
+  // Named in a list only.
+  folder_.write("sensors.json", R"({"sensors":[{"name":"a","files":["scans/zones.csv"]}]})");
+  EXPECT_EQ(refused({"site.json", "--sensors", "sensors.json", "--csv", "scans"}),
+            "zone-detector: scans/zones.csv" + made);
+  EXPECT_EQ(folder_.fileCount(), files);  // without frames.csv, with sensors.json
+  EXPECT_EQ(readAll(folder_.path("scans/zones.csv")), "1,1,1\n");
   EXPECT_EQ(readAll(folder_.path("site.svg")), readAll(folder_.path("site.json")));
   EXPECT_EQ(readAll(folder_.path("lines.csv")), row);
 
